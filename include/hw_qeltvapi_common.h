@@ -1,0 +1,111 @@
+/**
+ * Shared C++ declarations of the library: the service getters, the registration of the callback
+ * object, the debug switch, the log macros and the transport check of a direct result.
+ *
+ * Everything here may be called from any thread. Applications that only call the flat functions
+ * need none of it; the family headers beside this one are plain C.
+ */
+#ifndef HW_QELTVAPI_COMMON_H
+#define HW_QELTVAPI_COMMON_H
+
+#include <hidl/Status.h>
+#include <log/log.h>
+#include <utils/StrongPointer.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApi.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiBroadcast.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiCI.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiCec.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiChannelList.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiConfig.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiEvent.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiInputSrc.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiMultiview.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiPvrbrowser.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiRating.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiRecord.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiScan.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiTime.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiTimeshift.h>
+
+#include <atomic>
+
+#pragma GCC visibility push(default)
+
+/**
+ * The debug switch, one byte. Not 0: the functions write their trace lines. Set once per process,
+ * when the file "/data/tvapi_a_hidl_client_debug" exists at the first access to the service;
+ * never cleared by the library.
+ */
+extern std::atomic<unsigned char> mTvApiDebug;
+
+/**
+ * Hands out the cached proxy of an interface, instance "default".
+ *
+ * The first call, and the first after the service has died, asks the service manager and may
+ * block for that long; a missing service is not remembered. The main interface's proxy is also
+ * watched for the death of the service. After a death the fourteen other proxies are fetched
+ * anew; getQelTvApiChannelListService() keeps the one that it has.
+ *
+ * @return a strong reference, null when the service or this interface is not there
+ */
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi> getQelTvApiService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiConfig> getQelTvApiConfigService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiScan> getQelTvApiScanService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiBroadcast> getQelTvApiBroadcastService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiRating> getQelTvApiRatingService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiTimeshift> getQelTvApiTimeshiftService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiTime> getQelTvApiTimeService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiEvent> getQelTvApiEventService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiPvrbrowser>
+getQelTvApiPvrbrowserService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiInputSrc> getQelTvApiInputSrcService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiRecord> getQelTvApiRecordService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiMultiview> getQelTvApiMultiviewService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiChannelList>
+getQelTvApiChannelListService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCI> getQelTvApiCIService();
+android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCec> getQelTvApiCecService();
+
+/**
+ * Asks for the library's callback object to be registered with the service. Returns at once: a
+ * worker thread registers. Needed once per process; a restart of the service is followed by a
+ * registration of the library's own.
+ *
+ * @return 0 when the request is queued; -1 when one is waiting already, which then serves this
+ *         call too
+ */
+int registerCallbackHandler();
+
+#pragma GCC visibility pop
+
+/**
+ * Writes one line to the log at debug priority, in the form "<function:line> text". The second
+ * form carries a fixed line number instead of the place of the statement.
+ */
+#define QELTVAPI_LOG(tag, format, ...) QELTVAPI_LOG_AT(tag, __LINE__, format, ##__VA_ARGS__)
+#define QELTVAPI_LOG_AT(tag, line, format, ...)                                           \
+    __android_log_print(ANDROID_LOG_DEBUG, tag, "<%s:%d> " format, __func__, int{(line)}, \
+                        ##__VA_ARGS__)
+
+/** As QELTVAPI_LOG and QELTVAPI_LOG_AT, but only while the debug switch is on. */
+#define QELTVAPI_TRACE(tag, format, ...) QELTVAPI_TRACE_AT(tag, __LINE__, format, ##__VA_ARGS__)
+#define QELTVAPI_TRACE_AT(tag, line, format, ...)                   \
+    do {                                                            \
+        if (mTvApiDebug.load(std::memory_order_relaxed) != 0) {     \
+            QELTVAPI_LOG_AT(tag, line, format, ##__VA_ARGS__);      \
+        }                                                           \
+    } while (false)
+
+/**
+ * Takes the value of a direct result. A lost reply leaves `out` as it is and is logged, whatever
+ * the debug switch, under the one tag that belongs to the type (not to the caller).
+ *
+ * Instances: int, bool, unsigned short, unsigned int, unsigned char, short.
+ *
+ * @param ret what the proxy's method returned
+ * @param out [out] the value; untouched when the reply was lost
+ */
+template <class T>
+void STATUS_CHECK(android::hardware::Return<T> ret, T& out);
+
+#endif  // HW_QELTVAPI_COMMON_H
