@@ -1,0 +1,124 @@
+#include "daemon.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApi.h>
+
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <sstream>
+#include <thread>
+
+namespace wire {
+namespace {
+
+constexpr std::chrono::seconds kStartLimit{60};
+
+/** The words that run a program of the tests' own ABI. */
+std::vector<std::string> emulated(std::vector<std::string> arguments) {
+    std::istringstream words(QELTV_EMULATOR);
+    std::vector<std::string> all;
+    for (std::string word; words >> word;) all.push_back(word);
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return all;
+}
+
+/** Replaces this process; only between fork() and exec. */
+[[noreturn]] void become(const std::vector<std::string>& arguments) {
+    std::vector<char*> words;
+    for (const std::string& argument : arguments) {
+        words.push_back(const_cast<char*>(argument.c_str()));
+    }
+    words.push_back(nullptr);
+    execvp(words[0], words.data());
+    perror(words[0]);
+    _exit(127);
+}
+
+}  // namespace
+
+Ended runProgram(const std::vector<std::string>& arguments) {
+    int out[2], err[2];
+    if (pipe2(out, O_CLOEXEC) != 0 || pipe2(err, O_CLOEXEC) != 0) abort();
+    const pid_t pid = fork();
+    if (pid == 0) {
+        dup2(out[1], STDOUT_FILENO);
+        dup2(err[1], STDERR_FILENO);
+        become(arguments);
+    }
+    close(out[1]);
+    close(err[1]);
+    Ended ended{};
+    pollfd ends[] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
+    std::string* texts[] = {&ended.out, &ended.err};
+    for (int open = 2; open > 0;) {
+        poll(ends, 2, -1);
+        for (int i = 0; i < 2; ++i) {
+            if (ends[i].revents == 0) continue;
+            char buffer[4096];
+            const ssize_t n = read(ends[i].fd, buffer, sizeof(buffer));
+            if (n > 0) {
+                texts[i]->append(buffer, static_cast<size_t>(n));
+                continue;
+            }
+            close(ends[i].fd);
+            ends[i].fd = -1;
+            --open;
+        }
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return ended;
+}
+
+Ended qeltvctl(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), QELTV_BUILD_DIR "/tools/qeltvctl");
+    return runProgram(emulated(std::move(arguments)));
+}
+
+TemporaryDirectory::TemporaryDirectory() {
+    char path[] = "/tmp/qeltvd-test-XXXXXX";
+    if (mkdtemp(path) == nullptr) abort();
+    mPath = path;
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(mPath, ignored);
+}
+
+void Daemon::launch() {
+    mPid = fork();
+    if (mPid == 0) {
+        // Built for this machine also when the tests are not.
+        become({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", mState.path()});
+    }
+}
+
+void Daemon::start() {
+    using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
+    launch();
+    const auto deadline = std::chrono::steady_clock::now() + kStartLimit;
+    while (IQelTvApi::getService("default", false) == nullptr) {
+        if (std::chrono::steady_clock::now() > deadline || waitpid(mPid, nullptr, WNOHANG) != 0) {
+            fprintf(stderr, "qeltvd does not come up\n");
+            abort();
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+void Daemon::kill() {
+    if (mPid <= 0) return;
+    ::kill(mPid, SIGKILL);
+    waitpid(mPid, nullptr, 0);
+    mPid = -1;
+}
+
+}  // namespace wire

@@ -1,0 +1,56 @@
+/** The reference television as a process of its own, which a test can kill. */
+#ifndef TESTS_SUPPORT_DAEMON_H
+#define TESTS_SUPPORT_DAEMON_H
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace wire {
+
+/** What a program printed and how it ended. */
+struct Ended {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+/** Runs a program to its end, its arguments as given (the first is its path). */
+Ended runProgram(const std::vector<std::string>& arguments);
+
+/** Runs qeltvctl of this build against the television in this process's runtime directory. */
+Ended qeltvctl(std::vector<std::string> arguments);
+
+/** A directory that goes with the object. */
+class TemporaryDirectory {
+  public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    const std::string& path() const { return mPath; }
+
+  private:
+    std::string mPath;
+};
+
+class Daemon {
+  public:
+    Daemon() = default;
+    ~Daemon() { kill(); }
+
+    /** Starts it, with what it has kept from before, and waits until it serves. */
+    void start();
+    /** As start(), but does not wait. */
+    void launch();
+    /** kill -9, and waits until it is gone. */
+    void kill();
+    pid_t pid() const { return mPid; }
+
+  private:
+    TemporaryDirectory mState;
+    pid_t mPid = -1;
+};
+
+}  // namespace wire
+
+#endif  // TESTS_SUPPORT_DAEMON_H

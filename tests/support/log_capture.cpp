@@ -1,0 +1,94 @@
+#include "log_capture.h"
+
+#include <log/log.h>
+
+#include <condition_variable>
+#include <cstdio>
+#include <cstring>
+#include <mutex>
+
+namespace wire {
+namespace {
+
+std::mutex sLock;
+std::condition_variable sArrived;
+std::vector<LogLine> sLines;
+
+bool ofTheLibrary(const std::string& tag) {
+    static const std::string kClient = "(client)";
+    return tag == "hw_qeltvapi_common" ||
+           (tag.size() >= kClient.size() &&
+            tag.compare(tag.size() - kClient.size(), kClient.size(), kClient) == 0);
+}
+
+void logger(const __android_logger_data* data, const char* text) {
+    const std::string tag = data->tag != nullptr ? data->tag : "";
+    if (!ofTheLibrary(tag)) {
+        fprintf(stderr, "%s: %s\n", tag.c_str(), text);
+        return;
+    }
+    std::lock_guard<std::mutex> guard(sLock);
+    sLines.push_back({data->priority, tag, text});
+    sArrived.notify_all();
+}
+
+bool startsWith(const char* text, const char* prefix) {
+    return strncmp(text, prefix, strlen(prefix)) == 0;
+}
+
+bool matchesFrom(const char* pattern, const char* text) {
+    for (;;) {
+        if (*pattern == '\0') return *text == '\0';
+        if (startsWith(pattern, "{n}")) {
+            if (*text == '-') ++text;
+            if (*text < '0' || *text > '9') return false;
+            while (*text >= '0' && *text <= '9') ++text;
+            pattern += 3;
+            continue;
+        }
+        if (startsWith(pattern, "{*}")) {
+            for (const char* rest = text;; ++rest) {
+                if (matchesFrom(pattern + 3, rest)) return true;
+                if (*rest == '\0') return false;
+            }
+        }
+        if (*pattern != *text) return false;
+        ++pattern;
+        ++text;
+    }
+}
+
+}  // namespace
+
+void captureLog() {
+    static const bool sOnce = [] {
+        __android_log_set_minimum_priority(ANDROID_LOG_DEBUG);
+        __android_log_set_logger(logger);
+        return true;
+    }();
+    (void)sOnce;
+}
+
+std::vector<LogLine> takeLog() {
+    std::lock_guard<std::mutex> guard(sLock);
+    std::vector<LogLine> lines;
+    lines.swap(sLines);
+    return lines;
+}
+
+bool matches(const std::string& pattern, const std::string& text) {
+    return matchesFrom(pattern.c_str(), text.c_str());
+}
+
+bool waitForLog(const std::string& tag, const std::string& pattern,
+                std::chrono::milliseconds deadline) {
+    std::unique_lock<std::mutex> guard(sLock);
+    return sArrived.wait_for(guard, deadline, [&] {
+        for (const LogLine& line : sLines) {
+            if (line.tag == tag && matches(pattern, line.text)) return true;
+        }
+        return false;
+    });
+}
+
+}  // namespace wire

@@ -1,0 +1,254 @@
+#include <atomic>
+#include <thread>
+
+#include "hw_qeltvapi_apptv.h"
+#include "hw_qeltvapi_channellist.h"
+#include "hw_qeltvapi_config.h"
+#include "hw_qeltvapi_highlevel.h"
+#include "hw_qeltvapi_scan.h"
+#include "platform_calls.h"
+#include "wire.h"
+
+using namespace wire;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr char kTag[] = "hw_qeltvapi_common";
+constexpr uint32_t kScan = 13;
+
+template <class F>
+bool eventually(const F& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + 20s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(1ms);
+    }
+    return true;
+}
+
+size_t countLines(const std::vector<LogLine>& lines, const std::string& pattern) {
+    size_t count = 0;
+    for (const LogLine& line : lines) {
+        if (line.tag == kTag && matches(pattern, line.text)) ++count;
+    }
+    return count;
+}
+
+std::atomic<int> sLastScan{0};
+
+int onScan(int32_t type, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
+    sLastScan = type;
+    return 0;
+}
+
+/** Raises a scan notification and waits until the application has it. */
+bool scanArrives(int32_t type) {
+    const std::string difference = ScriptedService::instance().notify(
+            kScan, {i32(type), u64(0), u64(0), u64(0), u64(0), u64(0)});
+    EXPECT_EQ("", difference);
+    return eventually([&] { return sLastScan == type; });
+}
+
+Values scanTable() {
+    return {u32(1)};
+}
+
+/**
+ * The tests below tell one story in their order: a process starts without a service, the service
+ * comes, is registered with, dies, returns.
+ */
+class Recovery : public testing::Test {
+  protected:
+    static void SetUpTestSuite() { captureLog(); }
+
+    ScriptedService& service = ScriptedService::instance();
+    Sleeps& sleeps = Sleeps::instance();
+};
+
+TEST_F(Recovery, A1TheDebugMarkerIsLookedForOnceAtTheFirstAccess) {
+    sDebugMarker = true;
+    EXPECT_EQ(0, mTvApiDebug);
+    // The entry trace comes before the first access, so it is not written yet.
+    int32_t value = 7;
+    EXPECT_EQ(-1, a_qeltvapi_config_get_value(1, "x", &value));
+    EXPECT_EQ(1, mTvApiDebug);
+    std::vector<LogLine> lines = takeLog();
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_EQ("<a_qeltvapi_config_get_value:140> 7, -1", lines[0].text);
+
+    sDebugMarker = false;
+    a_qeltvapi_config_get_value(1, "x", &value);
+    EXPECT_EQ(1, mTvApiDebug) << "the marker's removal is not noticed";
+    EXPECT_EQ(2u, takeLog().size());
+    mTvApiDebug = 0;
+    sDebugMarker = true;
+    a_qeltvapi_config_get_value(1, "x", &value);
+    EXPECT_EQ(0, mTvApiDebug) << "nor its return";
+}
+
+TEST_F(Recovery, A2AMissingServiceIsNotRemembered) {
+    EXPECT_EQ(nullptr, getQelTvApiConfigService());
+    service.start({"IQelTvApiConfig"});
+    EXPECT_NE(nullptr, getQelTvApiConfigService());
+    EXPECT_EQ(getQelTvApiConfigService(), getQelTvApiConfigService());
+    // Only the main interface's proxy is watched, and that has not been fetched.
+    service.die();
+    int32_t value = 7;
+    takeLog();
+    EXPECT_EQ(-1, a_qeltvapi_config_get_value(1, "x", &value));
+    const std::vector<LogLine> lines = takeLog();
+    ASSERT_EQ(1u, lines.size()) << "the dead proxy is still the cached one";
+    EXPECT_EQ("<STATUS_CHECK:60> .", lines[0].text);
+    EXPECT_EQ("(hw_qeltvapi_config)(client)", lines[0].tag);
+}
+
+TEST_F(Recovery, A3ARegistrationWithoutAServicePollsEveryTenSeconds) {
+    takeLog();
+    mTvApiDebug = 1;
+    a_qeltvapi_scan_reg_callback(onScan);
+    EXPECT_EQ(0, registerCallbackHandler());
+    ASSERT_TRUE(waitForLog(kTag, "<reconnectService:60> ."));
+    ASSERT_TRUE(sleeps.waitBegun(1));
+    mTvApiDebug = 0;
+    EXPECT_EQ(10u, sleeps.lastSeconds());
+    std::vector<LogLine> lines = takeLog();
+    EXPECT_EQ(1u, countLines(lines, "<registerCallbackHandler:81> ."));
+    EXPECT_EQ(1u, countLines(lines, "<registerCallbackHandler:101> pthread_create"));
+    EXPECT_EQ(0u, countLines(lines, "<reconnectService:71> {*}")) << "only after the sleep";
+
+    sleeps.letGo(2);
+    ASSERT_TRUE(sleeps.waitBegun(3));
+    lines = takeLog();
+    EXPECT_EQ(1u, countLines(lines, "<reconnectService:71> reconnectService, count=1"));
+    EXPECT_EQ(1u, countLines(lines, "<reconnectService:71> reconnectService, count=2"));
+
+    service.start();
+    sleeps.letGo(1);
+    EXPECT_TRUE(eventually([&] { return service.registrations() == 1; }));
+    EXPECT_TRUE(waitForLog(kTag, "<reconnectService:71> reconnectService, count=3"));
+    EXPECT_TRUE(scanArrives(101));
+}
+
+TEST_F(Recovery, A4ASecondRegistrationCallsNothing) {
+    service.take();
+    EXPECT_EQ(0, registerCallbackHandler());
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(1, service.registrations());
+    EXPECT_TRUE(service.take().empty());
+}
+
+TEST_F(Recovery, B1ADeathWithTheServiceBackInTimeRegistersTheSameObject) {
+    // The registration itself watches nothing: the next fetch of the main proxy does.
+    ASSERT_NE(nullptr, getQelTvApiService());
+    const auto kept = getQelTvApiChannelListService();
+    const auto config = getQelTvApiConfigService();
+    ASSERT_NE(nullptr, kept);
+    service.expect(scanTable(), {u32(55)});
+    EXPECT_EQ(55, a_qeltvapi_channellist_get_channel_number(1));
+    takeLog();
+
+    service.die();
+    ASSERT_TRUE(waitForLog(kTag, "<serviceDied:46> serviceDied 12345"));
+    service.start();
+    sleeps.letAllGo(true);
+    EXPECT_TRUE(eventually([&] { return service.registrations() == 2; }));
+    EXPECT_TRUE(scanArrives(102));
+    sleeps.letAllGo(false);
+
+    EXPECT_NE(config, getQelTvApiConfigService()) << "fetched anew";
+    EXPECT_EQ(kept, getQelTvApiChannelListService()) << "kept on purpose";
+    takeLog();
+    // A call through the proxy that is kept is a lost reply, although the service is back.
+    EXPECT_EQ(-1, a_qeltvapi_channellist_unlock_database(1, 2));
+    const std::vector<LogLine> lines = takeLog();
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_EQ("<STATUS_CHECK:50> .", lines[0].text);
+}
+
+TEST_F(Recovery, B2TheNextMainFetchWatchesTheServiceAgain) {
+    service.take();
+    takeLog();
+    ASSERT_NE(nullptr, getQelTvApiService());
+    service.die();
+    EXPECT_TRUE(waitForLog(kTag, "<serviceDied:46> serviceDied 12345"));
+    service.start();
+    sleeps.letAllGo(true);
+    EXPECT_TRUE(eventually([&] { return service.registrations() == 3; }));
+    sleeps.letAllGo(false);
+}
+
+TEST_F(Recovery, B3AFailedRegistrationIsTriedAgainByTheReconnection) {
+    ASSERT_NE(nullptr, getQelTvApiService());
+    takeLog();
+    service.die();
+    ASSERT_TRUE(waitForLog(kTag, "<serviceDied:46> serviceDied 12345"));
+    service.refuseRegistrations(3);
+    service.start();
+    sleeps.letAllGo(true);
+    EXPECT_TRUE(eventually([&] { return service.registrations() == 4; }));
+    sleeps.letAllGo(false);
+    EXPECT_EQ(3u, countLines(takeLog(), "<registerCallbackHandler:97> ."));
+}
+
+TEST_F(Recovery, B4ACallThatIsUnderWayComesBackAtOnce) {
+    ASSERT_NE(nullptr, getQelTvApiService());
+    takeLog();
+    std::thread killer;
+    service.expect({str("start")}, {i32(0)});
+    service.beforeAnswer([&] {
+        killer = std::thread([&] { service.die(); });
+        eventually([&] { return !service.started(); });
+    });
+    EXPECT_EQ(-1, a_qeltvapi_apptv_save_timestamp("start"));
+    killer.join();
+    EXPECT_TRUE(waitForLog("(hw_iom)(client)", "<STATUS_CHECK:50> ."));
+    service.start();
+    sleeps.letAllGo(true);
+    EXPECT_TRUE(eventually([&] { return service.registrations() == 5; }));
+    sleeps.letAllGo(false);
+    EXPECT_TRUE(scanArrives(105));
+}
+
+int onHighlevel(int32_t type, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
+    // A call back into the library, and a registration, from the notification's own thread.
+    int32_t value = 0;
+    a_qeltvapi_config_get_value(9, "nested", &value);
+    a_qeltvapi_highlevel_register_callback(onHighlevel);
+    sLastScan = type + value;
+    return 0;
+}
+
+TEST_F(Recovery, C1ANotificationMayCallBackAndRegister) {
+    a_qeltvapi_highlevel_register_callback(onHighlevel);
+    service.take();
+    service.expect({u32(9), str("nested")}, {i32(1000), i32(0)});
+    EXPECT_EQ("", service.notify(3, {i32(7), u64(0), u64(0), u64(0), u64(0), u64(0)}));
+    EXPECT_TRUE(eventually([] { return sLastScan == 1007; }));
+    const std::vector<Seen> seen = service.take();
+    ASSERT_EQ(1u, seen.size());
+    EXPECT_EQ("", seen[0].difference);
+}
+
+TEST_F(Recovery, D1OneRequestWaitsAtMostAndTheNextIsRefused) {
+    // The worker is held up inside a registration, as after a death, by a service that is slow.
+    ASSERT_NE(nullptr, getQelTvApiService());
+    service.die();
+    takeLog();
+    ASSERT_TRUE(eventually([&] { return getQelTvApiConfigService() == nullptr; }));
+    std::atomic<bool> release{false};
+    service.holdRegistrations(&release);
+    service.start();
+    sleeps.letAllGo(true);
+    ASSERT_TRUE(eventually([&] { return service.registrationsHeld() == 1; }));
+    // The reconnect thread holds the singleton; the worker takes one task and waits behind it.
+    EXPECT_EQ(0, registerCallbackHandler());
+    EXPECT_TRUE(eventually([] { return registerCallbackHandler() == 0; }));
+    EXPECT_EQ(-1, registerCallbackHandler());
+    release = true;
+    EXPECT_TRUE(eventually([&] { return service.registrations() == 6; }));
+    EXPECT_TRUE(scanArrives(106));
+    EXPECT_EQ(6, service.registrations());
+}
+
+}  // namespace
