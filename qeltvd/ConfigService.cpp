@@ -1,0 +1,195 @@
+#define LOG_TAG "qeltvd"
+
+#include "ConfigService.h"
+
+#include <log/log.h>
+
+#include <algorithm>
+
+#include "Codes.h"
+
+namespace qeltvd {
+
+using android::hardware::hidl_vec;
+using android::hardware::Void;
+
+namespace {
+
+/** Bit of the setters' flags: change the item without telling anybody. */
+constexpr int32_t kQuiet = 1;
+
+/** First value of a change notification: an item has a new value. */
+constexpr int32_t kValueChanged = 1;
+
+/** Minimum and maximum in one word: the maximum in the high half, both as 16-bit numbers. */
+uint32_t packed(int32_t minimum, int32_t maximum) {
+    return static_cast<uint32_t>(static_cast<uint16_t>(minimum)) |
+           static_cast<uint32_t>(static_cast<uint16_t>(maximum)) << 16;
+}
+
+/** Runs a change of the store; a store that fails is a refusal, and nothing has changed. */
+template <class F>
+int32_t stored(const F& change) {
+    try {
+        return change();
+    } catch (const StoreError& e) {
+        ALOGE("%s", e.what());
+        return kStorage;
+    }
+}
+
+}  // namespace
+
+ConfigService::ConfigService(Television& tv) : IQelTvApiConfigDefault(kUnsupported, false), mTv(tv) {}
+
+ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_minmaxvalue(
+        uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_minmaxvalue_cb reply) {
+    const auto item = mTv.config.find(selector, name);
+    if (item && !item->isText) {
+        reply(packed(item->minimum, item->maximum), kOk);
+    } else {
+        reply(0, kNotFound);
+    }
+    return Void();
+}
+
+ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_value(
+        uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_value_cb reply) {
+    const auto item = mTv.config.find(selector, name);
+    if (item && !item->isText) {
+        reply(item->value, kOk);
+    } else {
+        reply(0, kNotFound);
+    }
+    return Void();
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value(
+        uint32_t selector, const String& name, int32_t value, int32_t flags) {
+    return set(selector, name, value, flags);
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_visible(
+        uint32_t selector, const String& name) {
+    const auto item = mTv.config.find(selector, name);
+    return item ? int32_t{item->visible} : kNotFound;
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_enabled(
+        uint32_t selector, const String& name) {
+    const auto item = mTv.config.find(selector, name);
+    return item ? int32_t{item->enabled} : kNotFound;
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_reset_values(
+        uint32_t selector) {
+    std::vector<std::string> names;
+    const int32_t code = stored([&] { return mTv.config.reset(selector, &names); });
+    if (code == kOk) {
+        for (const std::string& name : names) changed(name);
+    }
+    return code;
+}
+
+ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
+        const String& name, a_hidl_qeltvapi_config_get_str_value_cb reply) {
+    const auto item = mTv.config.find(ConfigItems::kAnyGroup, name);
+    if (item && item->isText) {
+        reply(item->text, static_cast<uint32_t>(item->text.size()), kOk);
+    } else {
+        reply("", 0, kNotFound);
+    }
+    return Void();
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value(
+        const String& name, const String& value) {
+    return setText(name, value, false);
+}
+
+/** The extra word is the flags that set_value has. */
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value_ex(
+        const String& name, const String& value, uint32_t extra) {
+    return setText(name, value, (extra & kQuiet) != 0);
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_add_value_changed_callback(
+        const String& name) {
+    if (!mTv.config.find(ConfigItems::kAnyGroup, name)) return kNotFound;
+    std::lock_guard<std::mutex> guard(mLock);
+    mWatched.insert(name);
+    return kOk;
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_remove_value_changed_callback(
+        const String& name) {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mWatched.erase(name) != 0 ? kOk : kNotFound;
+}
+
+/** One character for each value that the item can take, '1' where it can be chosen now. */
+ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enabled(
+        uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_items_enabled_cb reply) {
+    const auto item = mTv.config.find(selector, name);
+    if (!item || item->isText) {
+        reply("", 0, 0, kNotFound);
+        return Void();
+    }
+    const auto count = static_cast<size_t>(item->maximum - item->minimum + 1);
+    reply(std::string(count, item->enabled ? '1' : '0'), static_cast<uint32_t>(count), item->value,
+          kOk);
+    return Void();
+}
+
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android_world_info(
+        uint32_t a, uint32_t b) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mWorldInfo[0] = a;
+    mWorldInfo[1] = b;
+    return kOk;
+}
+
+/** Four 32-bit words: width, height, frames per second times 1000, 1 when interlaced. */
+ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_video_resolution(
+        a_hidl_qeltvapi_config_get_video_resolution_cb reply) {
+    const uint32_t words[] = {1920, 1080, 50000, 0};
+    hidl_vec<uint8_t> record(sizeof(words));
+    memcpy(record.data(), words, sizeof(words));
+    reply(record, kOk);
+    return Void();
+}
+
+/** Every input shares one value here. */
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value_for_all_elems(
+        uint32_t selector, const String& name, int32_t value, int32_t flags) {
+    return set(selector, name, value, flags);
+}
+
+int32_t ConfigService::set(uint32_t selector, const std::string& name, int32_t value,
+                           int32_t flags) {
+    const int32_t before = mTv.config.value(name);
+    const int32_t code = stored([&] { return mTv.config.set(selector, name, value); });
+    if (code == kOk && value != before && (flags & kQuiet) == 0) changed(name);
+    return code;
+}
+
+int32_t ConfigService::setText(const std::string& name, const std::string& value, bool quiet) {
+    const std::string before = mTv.config.text(name);
+    const int32_t code = stored([&] { return mTv.config.setText(name, value); });
+    if (code == kOk && value != before && !quiet) changed(name);
+    return code;
+}
+
+void ConfigService::changed(const std::string& name) {
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (mWatched.count(name) == 0) return;
+    }
+    const auto item = mTv.config.find(ConfigItems::kAnyGroup, name);
+    if (!item) return;
+    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_config_update_nfy_fct, kValueChanged,
+                        uint64_t{0}, uint64_t{item->group}, String(name),
+                        static_cast<uint64_t>(int64_t{item->value}), uint64_t{0});
+}
+
+}  // namespace qeltvd

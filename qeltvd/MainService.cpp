@@ -1,0 +1,131 @@
+#define LOG_TAG "qeltvd"
+
+#include "MainService.h"
+
+#include <log/log.h>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Codes.h"
+#include "Raise.h"
+
+namespace qeltvd {
+
+using android::hardware::hidl_handle;
+using android::hardware::hidl_string;
+using android::hardware::hidl_vec;
+using android::hardware::Void;
+
+namespace {
+
+const char* nameOf(Fault::Kind kind) {
+    switch (kind) {
+        case Fault::kDie:
+            return "die";
+        case Fault::kLose:
+            return "lose";
+        case Fault::kCode:
+            return "code";
+        case Fault::kDelay:
+            return "delay";
+    }
+    return "";
+}
+
+void writeAll(int fd, const std::string& text) {
+    for (size_t done = 0; done < text.size();) {
+        const ssize_t written = write(fd, text.data() + done, text.size() - done);
+        if (written < 0) {
+            if (errno == EINTR) continue;
+            ALOGW("the answer of a command cannot be written: %s", strerror(errno));
+            return;
+        }
+        done += static_cast<size_t>(written);
+    }
+}
+
+}  // namespace
+
+MainService::MainService(Television& tv, Switchboard& switchboard)
+    : IQelTvApiDefault(kUnsupported, false), mTv(tv), mSwitchboard(switchboard) {}
+
+MainService::Return<void> MainService::a_hidl_registerCallbackHandler(
+        const android::sp<IQelTvApiCallback>& callback) {
+    if (callback != nullptr) mTv.notifier.add(callback);
+    return Void();
+}
+
+MainService::Return<void> MainService::debug(const hidl_handle& fd,
+                                             const hidl_vec<hidl_string>& options) {
+    const native_handle_t* handle = fd.getNativeHandle();
+    if (handle == nullptr || handle->numFds < 1) return Void();
+    const std::vector<std::string> words(options.begin(), options.end());
+    std::string answer;
+    try {
+        answer = command(words) + "ok\n";
+    } catch (const std::exception& e) {
+        answer = std::string("error: ") + e.what() + "\n";
+    }
+    writeAll(handle->data[0], answer);
+    return Void();
+}
+
+std::string MainService::command(const std::vector<std::string>& words) {
+    if (words.empty() || (words[0] == "dump" && words.size() == 1)) return dump();
+    if (words[0] == "raise" && words.size() == 3) {
+        mTv.notifier.post(notification(words[1], nlohmann::json::parse(words[2])));
+        return "";
+    }
+    if (words[0] == "fault" && (words.size() == 3 || words.size() == 4)) {
+        std::optional<Fault> fault;
+        if (words.size() == 3 && words[2] == "die") {
+            fault = Fault{Fault::kDie, 0};
+        } else if (words.size() == 3 && words[2] == "lose") {
+            fault = Fault{Fault::kLose, 0};
+        } else if (words.size() == 4 && words[2] == "code") {
+            fault = Fault{Fault::kCode, std::stoll(words[3])};
+        } else if (words.size() == 4 && words[2] == "delay") {
+            fault = Fault{Fault::kDelay, std::stoll(words[3])};
+        } else if (words.size() != 3 || words[2] != "none") {
+            throw std::invalid_argument("no such fault");
+        }
+        if (!mSwitchboard.setFault(words[1], fault)) {
+            throw std::invalid_argument("no method " + words[1]);
+        }
+        return "";
+    }
+    if (words[0] == "die" && words.size() == 1) {
+        ALOGW("ends, as asked");
+        _exit(3);
+    }
+    throw std::invalid_argument("no such command");
+}
+
+std::string MainService::dump() const {
+    nlohmann::ordered_json dump;
+    dump["pid"] = getpid();
+    dump["clients"] = nlohmann::json::array();
+    for (const auto& client : mTv.notifier.clients()) {
+        dump["clients"].push_back({{"id", client.id},
+                                   {"pid", client.pid},
+                                   {"registrations", client.registrations},
+                                   {"delivered", client.delivered},
+                                   {"lost", client.lost},
+                                   {"waiting", client.waiting}});
+    }
+    dump["methods"] = nlohmann::json::array();
+    for (const auto& method : mSwitchboard.methods()) {
+        nlohmann::ordered_json entry{{"interface", method.interface},
+                                     {"method", method.method},
+                                     {"calls", method.calls}};
+        if (method.fault) {
+            entry["fault"] = nameOf(method.fault->kind);
+            entry["value"] = method.fault->value;
+        }
+        dump["methods"].push_back(entry);
+    }
+    return dump.dump(2) + "\n";
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace qeltvd {
+
+/** The store could not be read or written: disk full, no access, damaged. */
+class StoreError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/**
+ * The television's database: one SQLite file, its own thread of control at a time. What a
+ * statement has stored when it returns outlives a crash of the process and of the machine.
+ */
+class Store {
+  public:
+    /** Opens or makes the file. ":memory:" keeps nothing. @throws StoreError */
+    explicit Store(const std::string& path);
+    ~Store();
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+
+    using Blob = std::vector<uint8_t>;
+
+    /** A prepared statement; bind in order, step through the rows. */
+    class Statement {
+      public:
+        Statement(Store& store, const char* sql);
+        ~Statement();
+        Statement(const Statement&) = delete;
+        Statement& operator=(const Statement&) = delete;
+
+        Statement& bind(int64_t value);
+        Statement& bind(const std::string& value);
+        Statement& bind(const Blob& value);
+
+        /** Whether there is a(nother) row. @throws StoreError */
+        bool step();
+        /** Runs a statement without rows. */
+        void run() { step(); }
+
+        int64_t integer(int column) const;
+        std::string text(int column) const;
+        Blob blob(int column) const;
+
+      private:
+        Store& mStore;
+        std::unique_lock<std::recursive_mutex> mLock;
+        sqlite3_stmt* mStatement = nullptr;
+        int mNext = 1;
+    };
+
+    /** Runs statements without arguments. @throws StoreError */
+    void execute(const char* sql);
+    /** Rows that the last statement changed. */
+    int changes() const;
+    int64_t lastId() const;
+
+    /** All or nothing of what happens in a scope: committed by commit(), else taken back. */
+    class Transaction {
+      public:
+        explicit Transaction(Store& store);
+        ~Transaction();
+        void commit();
+
+      private:
+        Store& mStore;
+        std::unique_lock<std::recursive_mutex> mLock;
+        bool mDone = false;
+    };
+
+  private:
+    [[noreturn]] void fail(const char* what) const;
+
+    sqlite3* mDatabase = nullptr;
+    std::recursive_mutex mLock;
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <utils/Errors.h>
+#include <utils/RefBase.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qeltvd {
+
+/** What is to happen to calls of one method. */
+struct Fault {
+    enum Kind {
+        /** The process ends when the next call arrives. */
+        kDie,
+        /** The next call is served, and its reply is lost. */
+        kLose,
+        /** Every call is answered with a code, and not served. */
+        kCode,
+        /** Every call is answered late. */
+        kDelay,
+    };
+    Kind kind;
+    /** Of kCode the code, of kDelay milliseconds. */
+    int64_t value;
+};
+
+/**
+ * The way of every call to its service: counts it, and does to it what a test has asked for.
+ */
+class Switchboard {
+  public:
+    Switchboard();
+    ~Switchboard();
+
+    /**
+     * Registers a service under its interface, instance "default".
+     *
+     * @param interface name without package
+     * @param methods   its methods in declaration order
+     * @param service   serves the calls
+     * @param withCode  makes an object that answers every method with a code
+     * @return whether it is registered
+     */
+    template <class I>
+    bool publish(const std::string& interface, std::vector<std::string> methods,
+                 const android::sp<I>& service, I* (*withCode)(int32_t)) {
+        intercept(I::descriptor, interface, std::move(methods),
+                  [withCode](int32_t code) -> void* { return withCode(code); });
+        return service->registerAsService("default") == android::OK;
+    }
+
+    /**
+     * Sets what happens to a method, in place of what was set before; nothing when empty.
+     *
+     * @param method name, "a_hidl_" may be left out; "*" for every method of every interface
+     * @return whether there is such a method
+     */
+    bool setFault(const std::string& method, std::optional<Fault> fault);
+
+    struct MethodInfo {
+        std::string interface;
+        std::string method;
+        uint64_t calls;
+        std::optional<Fault> fault;
+    };
+    /** The methods that have been called or have a fault set. */
+    std::vector<MethodInfo> methods() const;
+
+  private:
+    class Line;
+    using MakeObject = std::function<void*(int32_t)>;
+
+    void intercept(const std::string& descriptor, const std::string& interface,
+                   std::vector<std::string> methods, MakeObject withCode);
+
+    // Complete before the first call arrives that looks at it.
+    std::vector<android::sp<Line>> mLines;
+};
+
+}  // namespace qeltvd

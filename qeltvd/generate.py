@@ -1,0 +1,181 @@
+#!/usr/bin/env python3
+"""Writes, from the headers of a HIDL package, what a service of many methods needs by the hundred:
+
+Defaults.h    per interface a class <Interface>Default that answers every method, with a fixed code
+              where the last result is an int32_t and with zeros and empty values elsewhere (or,
+              when told so, with the code as every direct result)
+Methods.h     per interface the names of its methods in declaration order
+Raise.h/.cpp  calls a method of the callback interface by name, arguments given as JSON
+
+usage: generate.py OUT_DIR CALLBACK_INTERFACE HEADER...
+"""
+
+import os
+import re
+import sys
+
+METHOD = re.compile(r"^    virtual ::android::hardware::Return<(.+?)> (\w+)\((.*)\) = 0;$")
+CALLBACK = re.compile(r"^    using (\w+)_cb = std::function<void\((.*)\)>;$")
+BASE = re.compile(r"^    // Methods from ::android::hidl::base|interfaceChain")
+
+
+def split_parameters(text):
+    """Splits at the commas outside of angle brackets; gives (type, name) pairs."""
+    parts, depth, start = [], 0, 0
+    for i, c in enumerate(text):
+        if c == "<":
+            depth += 1
+        elif c == ">":
+            depth -= 1
+        elif c == "," and depth == 0:
+            parts.append(text[start:i])
+            start = i + 1
+    parts.append(text[start:])
+    pairs = []
+    for part in parts:
+        part = part.strip()
+        if part:
+            kind, name = part.rsplit(" ", 1)
+            pairs.append((kind, name))
+    return pairs
+
+
+def value_type(kind):
+    """The type of a value that a parameter of this type refers to."""
+    return re.sub(r"^const |&$", "", kind).strip()
+
+
+def parse(header):
+    """The methods of an interface: (name, result, parameters, callback parameters or None)."""
+    callbacks, methods = {}, []
+    with open(header) as lines:
+        for line in lines:
+            line = line.rstrip("\n")
+            found = CALLBACK.match(line)
+            if found:
+                callbacks[found.group(1)] = split_parameters(found.group(2))
+                continue
+            found = METHOD.match(line)
+            if found:
+                result, name, parameters = found.groups()
+                pairs = split_parameters(parameters)
+                answers = None
+                if pairs and pairs[-1][1] == "_hidl_cb":
+                    pairs.pop()
+                    answers = callbacks[name]
+                methods.append((name, result, pairs, answers))
+    return methods
+
+
+def default_class(interface, methods):
+    out = [f"class {interface}Default : public {interface} {{",
+           "  public:",
+           f"    {interface}Default(int32_t code, bool everywhere)",
+           "        : mCode(code), mEverywhere(everywhere) {}", ""]
+    for name, result, parameters, answers in methods:
+        types = [kind for kind, _ in parameters]
+        if answers is not None:
+            types.append(f"{name}_cb cb")
+            values = [f"{value_type(kind)}{{}}" for kind, _ in answers]
+            if value_type(answers[-1][0]) == "int32_t":
+                values[-1] = "mCode"
+            body = f"cb({', '.join(values)}); return ::android::hardware::Void();"
+        elif result == "void":
+            body = "return ::android::hardware::Void();"
+        elif result == "int32_t":
+            body = "return mCode;"
+        else:
+            body = f"return mEverywhere ? static_cast<{result}>(mCode) : {result}{{}};"
+        out.append(f"    ::android::hardware::Return<{result}> {name}({', '.join(types)}) override"
+                   f" {{ {body} }}")
+    out += ["", "  protected:", "    const int32_t mCode;", "    const bool mEverywhere;", "};", ""]
+    return "\n".join(out)
+
+
+def raise_source(callback, methods):
+    out = ['#include "Raise.h"', "", '#include "JsonValue.h"', "",
+           "namespace qeltvd {", "", "namespace {", "", f"using Callback = {callback};",
+           "using Call = bool (*)(Callback&, const nlohmann::json&);", ""]
+    for name, _, parameters, answers in methods:
+        arguments = [f"json_value<{value_type(kind)}>(v.at({i}))"
+                     for i, (kind, _) in enumerate(parameters)]
+        if answers is not None:
+            arguments.append(f"[]({', '.join(kind for kind, _ in answers)}) {{}}")
+        out.append(f"bool call_{name}(Callback& c, [[maybe_unused]] const nlohmann::json& v) {{")
+        out.append(f"    return c.{name}({', '.join(arguments)}).isOk();")
+        out.append("}")
+    out += ["", "struct Entry {", "    const char* name;", "    size_t arguments;",
+            "    Call call;", "};", "", "constexpr Entry kEntries[] = {"]
+    out += [f'    {{"{name}", {len(parameters)}, call_{name}}},'
+            for name, _, parameters, _ in methods]
+    out += ["};", "", "}  // namespace", "",
+            "std::function<bool(Callback&)> notification(const std::string& method,",
+            "                                            const nlohmann::json& values) {",
+            "    for (const Entry& entry : kEntries) {",
+            "        if (method != entry.name) continue;",
+            "        if (!values.is_array() || values.size() != entry.arguments) {",
+            '            throw std::invalid_argument(method + " takes " +',
+            '                                        std::to_string(entry.arguments) + " values");',
+            "        }",
+            "        return [call = entry.call, values](Callback& c) { return call(c, values); };",
+            "    }",
+            '    throw std::invalid_argument("no notification " + method);',
+            "}", "",
+            "}  // namespace qeltvd", ""]
+    return "\n".join(out)
+
+
+def main():
+    out_dir, callback, headers = sys.argv[1], sys.argv[2], sys.argv[3:]
+    os.makedirs(out_dir, exist_ok=True)
+    namespace = None
+    defaults, names = [], []
+    for header in headers:
+        interface = os.path.splitext(os.path.basename(header))[0]
+        methods = parse(header)
+        with open(header) as text:
+            namespaces = re.findall(r"^namespace (\w+) \{$", text.read(), re.M)
+        namespace = "::".join(namespaces[:namespaces.index("V1_0") + 1])
+        names.append(f"constexpr const char* k{interface}Methods[] = {{\n"
+                     + "\n".join(f'    "{m[0]}",' for m in methods) + "\n};\n")
+        if interface == callback:
+            with open(os.path.join(out_dir, "Raise.cpp"), "w") as f:
+                f.write(raise_source(f"::{namespace}::{interface}", methods))
+        else:
+            defaults.append(default_class(interface, methods))
+    includes = "\n".join(f"#include <{namespace.replace('::', '/').replace('V1_0', '1.0')}/"
+                         f"{os.path.basename(h)}>" for h in headers)
+    with open(os.path.join(out_dir, "Defaults.h"), "w") as f:
+        f.write(f"#pragma once\n\n{includes}\n\nnamespace qeltvd {{\n\nusing namespace ::{namespace};"
+                "\n\n" + "\n".join(defaults) + "\n}  // namespace qeltvd\n")
+    with open(os.path.join(out_dir, "Methods.h"), "w") as f:
+        f.write("#pragma once\n\nnamespace qeltvd {\n\n" + "\n".join(names)
+                + "\n}  // namespace qeltvd\n")
+    with open(os.path.join(out_dir, "Raise.h"), "w") as f:
+        f.write(f"""#pragma once
+
+#include <{namespace.replace('::', '/').replace('V1_0', '1.0')}/{callback}.h>
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace qeltvd {{
+
+/**
+ * A call of a method of the callback interface.
+ *
+ * @param method its name
+ * @param values its arguments, a JSON array
+ * @return makes the call; false when it failed in transport
+ * @throws std::exception where there is no such method or a value does not fit
+ */
+std::function<bool(::{namespace}::{callback}&)> notification(const std::string& method,
+                                                             const nlohmann::json& values);
+
+}}  // namespace qeltvd
+""")
+
+
+if __name__ == "__main__":
+    main()

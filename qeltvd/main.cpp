@@ -1,0 +1,95 @@
+#define LOG_TAG "qeltvd"
+
+#include <hidl/HidlTransportSupport.h>
+#include <log/log.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <filesystem>
+
+#include "Codes.h"
+#include "ConfigService.h"
+#include "MainService.h"
+#include "Methods.h"
+
+namespace qeltvd {
+namespace {
+
+using android::sp;
+
+/** Where the television keeps its state when it is not told. */
+std::string defaultState() {
+    if (const char* state = getenv("XDG_STATE_HOME"); state != nullptr && *state == '/') {
+        return std::string(state) + "/qeltvd";
+    }
+    const char* home = getenv("HOME");
+    return std::string(home != nullptr && *home == '/' ? home : "/tmp") + "/.local/state/qeltvd";
+}
+
+/** Publishes a service with what the switchboard needs to know of its interface. */
+template <class I, class Default, size_t N>
+void publish(Switchboard& switchboard, const char* interface, const char* const (&methods)[N],
+             const sp<I>& service) {
+    const auto withCode = [](int32_t code) -> I* { return new Default(code, true); };
+    if (!switchboard.publish<I>(interface, {methods, methods + N}, service, withCode)) {
+        throw std::runtime_error(std::string(interface) + " cannot be registered");
+    }
+}
+
+#define PUBLISH(interface, service) \
+    publish<interface, interface##Default>(switchboard, #interface, k##interface##Methods, service)
+
+/** Of this interface the television only has its refusal. */
+#define PUBLISH_UNSUPPORTED(interface) \
+    PUBLISH(interface, new interface##Default(kUnsupported, false))
+
+void serve(const std::string& state) {
+    std::filesystem::create_directories(state);
+    Television tv(state);
+    Switchboard switchboard;
+
+    android::hardware::configureRpcThreadpool(16, true);
+    PUBLISH_UNSUPPORTED(IQelTvApiBroadcast);
+    PUBLISH_UNSUPPORTED(IQelTvApiCI);
+    PUBLISH_UNSUPPORTED(IQelTvApiCec);
+    PUBLISH_UNSUPPORTED(IQelTvApiChannelList);
+    PUBLISH(IQelTvApiConfig, new ConfigService(tv));
+    PUBLISH_UNSUPPORTED(IQelTvApiEvent);
+    PUBLISH_UNSUPPORTED(IQelTvApiInputSrc);
+    PUBLISH_UNSUPPORTED(IQelTvApiMultiview);
+    PUBLISH_UNSUPPORTED(IQelTvApiPvrbrowser);
+    PUBLISH_UNSUPPORTED(IQelTvApiRating);
+    PUBLISH_UNSUPPORTED(IQelTvApiRecord);
+    PUBLISH_UNSUPPORTED(IQelTvApiScan);
+    PUBLISH_UNSUPPORTED(IQelTvApiTime);
+    PUBLISH_UNSUPPORTED(IQelTvApiTimeshift);
+    // Last: clients take the main interface for the sign that the television is there.
+    PUBLISH(IQelTvApi, new MainService(tv, switchboard));
+    ALOGI("serving, state in %s", state.c_str());
+    android::hardware::joinRpcThreadpool();
+}
+
+}  // namespace
+}  // namespace qeltvd
+
+int main(int argc, char** argv) {
+    CLI::App app("The reference television: serves the fifteen interfaces of the TV middleware.");
+    std::string state = qeltvd::defaultState();
+    bool verbose = false;
+    app.add_option("--state", state, "Directory for what the television keeps")
+            ->capture_default_str();
+    app.add_flag("--verbose", verbose, "Log debug lines too");
+    CLI11_PARSE(app, argc, argv);
+
+    __android_log_set_minimum_priority(verbose ? ANDROID_LOG_DEBUG : ANDROID_LOG_INFO);
+    try {
+        qeltvd::serve(state);
+    } catch (const std::exception& e) {
+        fprintf(stderr, "qeltvd: %s\n", e.what());
+        return 1;
+    }
+    return 0;
+}
