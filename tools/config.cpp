@@ -1,0 +1,166 @@
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "hw_qeltvapi_config.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+/** The selector that covers items of every group, and the item that lists them all. */
+constexpr uint32_t kAnyGroup = 0;
+constexpr char kItems[] = "system.items";
+
+constexpr int kNotFound = -3;
+
+struct Item {
+    std::string name;
+    bool isText;
+    std::string text;
+    int32_t value;
+    int32_t minimum;
+    int32_t maximum;
+    bool visible;
+
+    std::string shown() const { return isText ? text : std::to_string(value); }
+    std::string range() const {
+        return isText ? "text" : std::to_string(minimum) + ".." + std::to_string(maximum);
+    }
+    nlohmann::ordered_json json() const {
+        nlohmann::ordered_json json{{"name", name}};
+        if (isText) {
+            json["value"] = text;
+        } else {
+            json["value"] = value;
+            json["minimum"] = minimum;
+            json["maximum"] = maximum;
+        }
+        json["visible"] = visible;
+        return json;
+    }
+};
+
+std::string readText(const std::string& name) {
+    Room room;
+    uint32_t length = 0;
+    check(a_qeltvapi_config_get_str_value(name.c_str(), room.text(), &length), name);
+    return room.text();
+}
+
+/** Whether the item is an integer; ends the command when there is none. */
+bool isInteger(const std::string& name) {
+    int32_t value = 0;
+    const int code = a_qeltvapi_config_get_value(kAnyGroup, name.c_str(), &value);
+    if (code != kNotFound) {
+        check(code, name);
+        return true;
+    }
+    Room room;
+    uint32_t length = 0;
+    if (a_qeltvapi_config_get_str_value(name.c_str(), room.text(), &length) == kNotFound) {
+        throw Failure(kRefused, "there is no item " + name);
+    }
+    return false;
+}
+
+Item read(const std::string& name) {
+    Item item{name, !isInteger(name), "", 0, 0, 0, false};
+    if (item.isText) {
+        item.text = readText(name);
+    } else {
+        uint32_t range = 0;
+        check(a_qeltvapi_config_get_value(kAnyGroup, name.c_str(), &item.value), name);
+        check(a_qeltvapi_config_get_minmaxvalue(kAnyGroup, name.c_str(), &range), name);
+        item.minimum = static_cast<int16_t>(range & 0xffff);
+        item.maximum = static_cast<int16_t>(range >> 16);
+    }
+    item.visible = check(a_qeltvapi_config_is_visible(kAnyGroup, name.c_str()), name) != 0;
+    return item;
+}
+
+void list(const std::string& prefix, bool all, bool json) {
+    requireService();
+    std::istringstream names(readText(kItems));
+    std::vector<std::vector<std::string>> rows{{"ITEM", "VALUE", "RANGE"}};
+    nlohmann::ordered_json items = nlohmann::json::array();
+    for (std::string name; names >> name;) {
+        if (name.compare(0, prefix.size(), prefix) != 0) continue;
+        const Item item = read(name);
+        if (!item.visible && !all) continue;
+        rows.push_back({item.name, item.shown(), item.range()});
+        items.push_back(item.json());
+    }
+    if (json) {
+        printf("%s\n", items.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+void get(const std::string& name, bool json) {
+    requireService();
+    const Item item = read(name);
+    printf("%s\n", json ? item.json().dump(2).c_str() : item.shown().c_str());
+}
+
+void set(const std::string& name, const std::string& value) {
+    requireService();
+    if (!isInteger(name)) {
+        check(a_qeltvapi_config_set_str_value(name.c_str(), value.c_str()), name);
+        return;
+    }
+    size_t used = 0;
+    int32_t number = 0;
+    try {
+        number = static_cast<int32_t>(std::stol(value, &used, 0));
+    } catch (const std::exception&) {
+        used = 0;
+    }
+    if (used == 0 || used != value.size()) {
+        throw Failure(kUsage, name + " takes an integer, not \"" + value + "\"");
+    }
+    check(a_qeltvapi_config_set_value(kAnyGroup, name.c_str(), number, 0), name);
+}
+
+}  // namespace
+
+void addConfig(CLI::App& app) {
+    CLI::App* config = app.add_subcommand("config", "Settings of the television");
+    config->require_subcommand(1);
+
+    struct Options {
+        std::string name, value, prefix;
+        uint32_t group = kAnyGroup;
+        bool json = false, all = false;
+    };
+    auto options = std::make_shared<Options>();
+
+    CLI::App* command = config->add_subcommand("list", "List the items with their values");
+    command->add_option("prefix", options->prefix, "Only items that begin so, as in \"picture.\"");
+    command->add_flag("--all", options->all, "Hidden items too");
+    addJson(command, &options->json);
+    command->callback([options] { list(options->prefix, options->all, options->json); });
+
+    command = config->add_subcommand("get", "Print the value of an item");
+    command->add_option("name", options->name, "The item")->required();
+    addJson(command, &options->json);
+    command->callback([options] { get(options->name, options->json); });
+
+    command = config->add_subcommand("set", "Store the value of an item");
+    command->add_option("name", options->name, "The item")->required();
+    command->add_option("value", options->value, "Its new value")->required();
+    command->callback([options] { set(options->name, options->value); });
+
+    command = config->add_subcommand("reset", "Set items back to their defaults");
+    command->add_option("group", options->group,
+                        "1 picture, 2 sound, 3 channels, 4 parental, 5 system, 6 network, 0 all")
+            ->capture_default_str();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_config_reset_values(options->group), "reset");
+    });
+}
+
+}  // namespace tool

@@ -1,0 +1,124 @@
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <thread>
+
+#include "hw_qeltvapi_common.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using android::sp;
+using android::hardware::hidl_handle;
+using android::hardware::hidl_string;
+using android::hardware::hidl_vec;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi> service() {
+    requireService();
+    return getQelTvApiService();
+}
+
+/** Has the television carry out a control command; its answer without the last line. */
+std::string control(const std::vector<std::string>& words) {
+    const auto tv = service();
+    FILE* file = tmpfile();
+    if (file == nullptr) throw Failure(kRefused, "no temporary file");
+    native_handle_t* native = native_handle_create(1, 0);
+    native->data[0] = dup(fileno(file));
+    hidl_handle handle;
+    handle.setTo(native, true);
+
+    hidl_vec<hidl_string> options(words.size());
+    for (size_t i = 0; i < words.size(); ++i) options[i] = words[i];
+    const bool sent = tv->debug(handle, options).isOk();
+    std::string answer;
+    rewind(file);
+    char buffer[4096];
+    for (size_t n; (n = fread(buffer, 1, sizeof(buffer), file)) > 0;) answer.append(buffer, n);
+    fclose(file);
+    if (!sent) throw Failure(kUnreachable, "the television did not answer");
+
+    static const std::string kOk = "ok\n", kError = "error: ";
+    if (answer.size() >= kOk.size() &&
+        answer.compare(answer.size() - kOk.size(), kOk.size(), kOk) == 0) {
+        return answer.substr(0, answer.size() - kOk.size());
+    }
+    if (answer.compare(0, kError.size(), kError) == 0) answer.erase(0, kError.size());
+    if (!answer.empty() && answer.back() == '\n') answer.pop_back();
+    throw Failure(kRefused, answer);
+}
+
+void ping() {
+    const auto tv = service();
+    const auto start = steady_clock::now();
+    if (!tv->ping().isOk()) throw Failure(kUnreachable, "the television did not answer");
+    const std::chrono::duration<double, std::micro> time = steady_clock::now() - start;
+    printf("alive, %.0f us\n", time.count());
+}
+
+void waitFor(double seconds) {
+    const auto deadline = steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (getQelTvApiService() == nullptr) {
+        if (steady_clock::now() >= deadline) {
+            throw Failure(kUnreachable, "the television has not come up");
+        }
+        std::this_thread::sleep_for(milliseconds(20));
+    }
+}
+
+}  // namespace
+
+void addService(CLI::App& app) {
+    CLI::App* group = app.add_subcommand("service", "The television's process itself");
+    group->require_subcommand(1);
+
+    struct Options {
+        double timeout = 10;
+        std::string method, kind, values;
+        std::vector<std::string> fault;
+    };
+    auto options = std::make_shared<Options>();
+
+    group->add_subcommand("ping", "Ask whether it is alive")->callback(ping);
+
+    CLI::App* command = group->add_subcommand("wait", "Wait until it is there");
+    command->add_option("--timeout", options->timeout, "Seconds")->capture_default_str();
+    command->callback([options] { waitFor(options->timeout); });
+
+    group->add_subcommand("dump", "Print clients, calls and faults as JSON")->callback([] {
+        printf("%s", control({"dump"}).c_str());
+    });
+
+    command = group->add_subcommand("fault", "Have calls of a method go wrong");
+    command->add_option("method", options->method, "Name of the method, * for all")->required();
+    command->add_option("fault", options->fault, "die, lose, code N, delay MS or none")
+            ->required()
+            ->expected(1, 2);
+    command->callback([options] {
+        std::vector<std::string> words{"fault", options->method};
+        words.insert(words.end(), options->fault.begin(), options->fault.end());
+        control(words);
+    });
+
+    command = group->add_subcommand("raise", "Raise a notification");
+    command->add_option("method", options->method, "Method of the callback object")->required();
+    command->add_option("values", options->values, "Its arguments, a JSON array")->required();
+    command->callback([options] { control({"raise", options->method, options->values}); });
+
+    group->add_subcommand("die", "End it as a crash would")->callback([] {
+        requireService();
+        try {
+            control({"die"});
+        } catch (const Failure& failure) {
+            // It is gone before it can answer.
+            if (failure.exit() != kUnreachable) throw;
+        }
+    });
+}
+
+}  // namespace tool

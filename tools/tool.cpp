@@ -1,0 +1,45 @@
+#include "tool.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "hw_qeltvapi_common.h"
+
+namespace tool {
+
+void requireService() {
+    if (getQelTvApiService() == nullptr) {
+        throw Failure(kUnreachable, "the television is not running");
+    }
+}
+
+int64_t check(int64_t code, const std::string& what) {
+    // The library's own codes for a service that is not there or did not answer.
+    if (code == -1 || code == -2) {
+        throw Failure(kUnreachable, what + ": the television did not answer");
+    }
+    if (code < 0) throw Failure(kRefused, what + ": refused with code " + std::to_string(code));
+    return code;
+}
+
+void printTable(const std::vector<std::vector<std::string>>& rows) {
+    std::vector<size_t> widths;
+    for (const auto& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+    }
+    for (const auto& row : rows) {
+        std::string line;
+        for (size_t i = 0; i < row.size(); ++i) {
+            line += row[i];
+            if (i + 1 < row.size()) line += std::string(widths[i] - row[i].size() + 2, ' ');
+        }
+        printf("%s\n", line.c_str());
+    }
+}
+
+void addJson(CLI::App* command, bool* json) {
+    command->add_flag("--json", *json, "Print JSON, for scripts");
+}
+
+}  // namespace tool
