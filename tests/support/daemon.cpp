@@ -6,7 +6,6 @@
 #include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApi.h>
 
 #include <chrono>
 #include <cstdio>
@@ -18,6 +17,8 @@ namespace wire {
 namespace {
 
 constexpr std::chrono::seconds kStartLimit{60};
+constexpr unsigned int kProgramLimit = 60;
+constexpr unsigned int kDaemonLimit = 600;
 
 /** The words that run a program of the tests' own ABI. */
 std::vector<std::string> emulated(std::vector<std::string> arguments) {
@@ -49,6 +50,8 @@ Ended runProgram(const std::vector<std::string>& arguments) {
     if (pid == 0) {
         dup2(out[1], STDOUT_FILENO);
         dup2(err[1], STDERR_FILENO);
+        // Goes over to the program: one that hangs ends with a signal.
+        alarm(kProgramLimit);
         become(arguments);
     }
     close(out[1]);
@@ -82,6 +85,28 @@ Ended qeltvctl(std::vector<std::string> arguments) {
     return runProgram(emulated(std::move(arguments)));
 }
 
+std::string controlTelevision(
+        const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,
+        const std::vector<std::string>& words) {
+    using namespace android::hardware;
+    FILE* file = tmpfile();
+    if (file == nullptr) abort();
+    native_handle_t* native = native_handle_create(1, 0);
+    native->data[0] = dup(fileno(file));
+    hidl_handle handle;
+    handle.setTo(native, true);
+    hidl_vec<hidl_string> options(words.size());
+    for (size_t i = 0; i < words.size(); ++i) options[i] = words[i];
+    std::string answer;
+    if (tv->debug(handle, options).isOk()) {
+        rewind(file);
+        char buffer[4096];
+        for (size_t n; (n = fread(buffer, 1, sizeof(buffer), file)) > 0;) answer.append(buffer, n);
+    }
+    fclose(file);
+    return answer;
+}
+
 TemporaryDirectory::TemporaryDirectory() {
     char path[] = "/tmp/qeltvd-test-XXXXXX";
     if (mkdtemp(path) == nullptr) abort();
@@ -96,6 +121,8 @@ TemporaryDirectory::~TemporaryDirectory() {
 void Daemon::launch() {
     mPid = fork();
     if (mPid == 0) {
+        // Killed by the test, and in any case not much later than it.
+        alarm(kDaemonLimit);
         // Built for this machine also when the tests are not.
         become({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", mState.path()});
     }

@@ -3,6 +3,7 @@
 #define TESTS_SUPPORT_DAEMON_H
 
 #include <sys/types.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApi.h>
 
 #include <string>
 #include <vector>
@@ -21,6 +22,11 @@ Ended runProgram(const std::vector<std::string>& arguments);
 
 /** Runs qeltvctl of this build against the television in this process's runtime directory. */
 Ended qeltvctl(std::vector<std::string> arguments);
+
+/** Has the television carry out a control command (see MainService::debug()); its answer. */
+std::string controlTelevision(
+        const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,
+        const std::vector<std::string>& words);
 
 /** A directory that goes with the object. */
 class TemporaryDirectory {
@@ -45,6 +51,7 @@ class Daemon {
     /** kill -9, and waits until it is gone. */
     void kill();
     pid_t pid() const { return mPid; }
+    const std::string& statePath() const { return mState.path(); }
 
   private:
     TemporaryDirectory mState;

@@ -1,0 +1,96 @@
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "daemon.h"
+#include "hw_qeltvapi_config.h"
+#include "hw_qeltvapi_highlevel.h"
+#include "platform_calls.h"
+#include "wire.h"
+
+using namespace wire;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr char kItem[] = "picture.contrast";
+
+std::atomic<int64_t> sSeen{-1};
+
+int onConfig(int32_t, uintptr_t, uintptr_t, const char* name, uintptr_t value, uintptr_t) {
+    if (strcmp(name, kItem) == 0) sSeen = static_cast<int64_t>(value);
+    return 0;
+}
+
+template <class F>
+bool eventually(const F& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(1ms);
+    }
+    return true;
+}
+
+/**
+ * A change of the setting reaches the application. Asked for again and again: the television that
+ * has just come up knows neither what is watched nor, for a moment, whom to tell.
+ */
+bool notified(int32_t value) {
+    return eventually([&] {
+        if (sSeen == value) return true;
+        a_qeltvapi_config_add_value_changed_callback(kItem);
+        a_qeltvapi_config_set_value(0, kItem, 100 - value, 1);
+        a_qeltvapi_config_set_value(0, kItem, value, 0);
+        return false;
+    });
+}
+
+/** How often the television that serves now has been given the callback object. */
+size_t registrations() {
+    using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
+    const auto tv = IQelTvApi::getService("default", false);
+    if (tv == nullptr) return 0;
+    const std::string dump = controlTelevision(tv, {"dump"});
+    static const std::string kKey = "\"registrations\": ";
+    const size_t at = dump.find(kKey);
+    return at == std::string::npos ? 0 : std::stoul(dump.substr(at + kKey.size()));
+}
+
+/** Reconnect threads since the last call. */
+size_t reconnections() {
+    size_t count = 0;
+    for (const LogLine& line : takeLog()) count += line.text == "<reconnectService:60> .";
+    return count;
+}
+
+TEST(Restart, NotificationsComeBackAfterEachOfManyDeaths) {
+    captureLog();
+    Sleeps::instance().letAllGo(true);
+    constexpr int kDeaths = 100;
+    Daemon television;
+    television.start();
+    a_qeltvapi_config_reg_callback(onConfig);
+    registerCallbackHandler();
+    // The first registration is that of the task runner.
+    size_t threads = 1;
+    for (int i = 0; i < kDeaths; ++i) {
+        ASSERT_TRUE(notified(i % 49)) << "after " << i << " deaths";
+        // A death that is noticed twice is followed by two registrations; each resets the proxies
+        // before, so the new service is only watched for good once both are done.
+        ASSERT_TRUE(eventually([&] {
+            threads += reconnections();
+            return registrations() == threads;
+        })) << registrations() << " registrations, " << threads << " threads";
+        // As any call of the main interface: has the new service watched.
+        ASSERT_NE(nullptr, getQelTvApiService());
+        threads = 0;
+        television.kill();
+        television.launch();
+    }
+    EXPECT_TRUE(notified(49));
+    // A thread that polls at the end of the process must do so asleep.
+    Sleeps::instance().letAllGo(false);
+}
+
+}  // namespace
