@@ -1,0 +1,25 @@
+/**
+ * Notification of the 3D mode.
+ *
+ * Asks no service, and does not ask for the callback object to be registered either
+ * (see registerCallbackHandler()).
+ */
+#ifndef HW_QELTVAPI_3DMODE_H
+#define HW_QELTVAPI_3DMODE_H
+
+#include "hw_qeltvapi_callback_types.h"
+#include "qeltvapi_base.h"
+
+QELTVAPI_BEGIN_DECLS
+
+/**
+ * Sets the function that is told of changes of the 3D mode, in place of the one before.
+ *
+ * @param fn called on a thread of the HIDL runtime; null for none
+ * @return 0
+ */
+int a_qeltvapi_3dmode_register_callback(qeltvapi_3dmode_cb_t fn);
+
+QELTVAPI_END_DECLS
+
+#endif /* HW_QELTVAPI_3DMODE_H */

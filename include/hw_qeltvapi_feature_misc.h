@@ -1,0 +1,20 @@
+/**
+ * Entry point of the miscellaneous features. Asks no service.
+ */
+#ifndef HW_QELTVAPI_FEATURE_MISC_H
+#define HW_QELTVAPI_FEATURE_MISC_H
+
+#include "qeltvapi_base.h"
+
+QELTVAPI_BEGIN_DECLS
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_feature_misc_register_callback(QELTVAPI_ANY_ARGS);
+
+QELTVAPI_END_DECLS
+
+#endif /* HW_QELTVAPI_FEATURE_MISC_H */

@@ -1,0 +1,70 @@
+/**
+ * Entry points of an earlier picture-in-picture. Asks no service: two pictures are handled by
+ * hw_qeltvapi_multiview.h.
+ */
+#ifndef HW_QELTVAPI_POP_H
+#define HW_QELTVAPI_POP_H
+
+#include "qeltvapi_base.h"
+
+QELTVAPI_BEGIN_DECLS
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_register_callback(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_enter_next_tv_mode(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_swap_win(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_switch_audio_focus(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_goto_next_win_size(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_goto_next_win_pos(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_get_focus_win_info(QELTVAPI_ANY_ARGS);
+
+/**
+ * Kept for old callers: takes any arguments, does nothing.
+ *
+ * @return 0
+ */
+int a_qeltvapi_pop_get_focus_id(QELTVAPI_ANY_ARGS);
+
+QELTVAPI_END_DECLS
+
+#endif /* HW_QELTVAPI_POP_H */
