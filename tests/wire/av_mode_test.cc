@@ -1,0 +1,98 @@
+#include "hw_qeltvapi_av_mode.h"
+#include "wire.h"
+
+using namespace wire;
+
+namespace {
+
+Row current(const char* function, uint32_t ordinal, uint16_t (*get)()) {
+    return Row(function, ordinal)
+            .call([get](Outputs&) { return get(); })
+            .answered({u16(0x8003)})
+            .returns(0x8003)
+            .missing(65535)
+            .lost(65535)
+            .direct<uint16_t>();
+}
+
+/** There is room for two; three come and are stored. */
+Row all(const char* function, uint32_t ordinal, int (*get)(uint16_t*, uint32_t*)) {
+    return Row(function, ordinal)
+            .call([get](Outputs& o) { return get(o.at<uint16_t>(0), o.at<uint32_t>(1)); })
+            .given(1, bytesOf(uint32_t{2}))
+            .sent({u32(2)})
+            .answered({u16s({0x8001, 0x8002, 0x8003}), i32(-4)})
+            .returns(-4)
+            .stores(0, bytesOf<uint16_t>({0x8001, 0x8002, 0x8003}))
+            .stores(1, uint32_t{3})
+            .exit({"<{f}:{n}> {f} result!number:{n},ret:{r}"});
+}
+
+Row number(const char* function, uint32_t ordinal, int (*get)(uint32_t*)) {
+    return Row(function, ordinal)
+            .call([get](Outputs& o) { return get(o.at<uint32_t>(0)); })
+            .answered({u32(17), i32(-5)})
+            .returns(-5)
+            .stores(0, uint32_t{17})
+            .reply({"<operator():{n}> operator() result 17 -5"});
+}
+
+Table table() {
+    Table t;
+    t.interface = "IQelTvApi";
+    t.tag = "(hw_qeltvapi_av_mode)(client)";
+    t.entry = {"<{f}:{n}> {f}"};
+    t.rows = {
+            current("a_qeltvapi_av_mode_get_picture_mode", 89, a_qeltvapi_av_mode_get_picture_mode),
+            Row("a_qeltvapi_av_mode_set_picture_mode", 90)
+                    .call([](Outputs&) { return a_qeltvapi_av_mode_set_picture_mode(0x18001); })
+                    .sent({i32(0x18001)})
+                    .answered({i32(3)})
+                    .returns(3)
+                    .direct<int32_t>(),
+            all("a_qeltvapi_av_mode_get_all_picture_mode", 91,
+                a_qeltvapi_av_mode_get_all_picture_mode),
+            number("a_qeltvapi_av_mode_get_number_picture_mode", 92,
+                   a_qeltvapi_av_mode_get_number_picture_mode),
+            current("a_qeltvapi_av_mode_get_sound_effect", 93, a_qeltvapi_av_mode_get_sound_effect),
+            Row("a_qeltvapi_av_mode_set_sound_effect", 94)
+                    .call([](Outputs&) { return a_qeltvapi_av_mode_set_sound_effect(-6); })
+                    .sent({i32(-6)})
+                    .answered({i32(4)})
+                    .returns(4)
+                    .direct<int32_t>(),
+            all("a_qeltvapi_av_mode_get_all_sound_effect", 95,
+                a_qeltvapi_av_mode_get_all_sound_effect),
+            number("a_qeltvapi_av_mode_get_number_sound_effect", 96,
+                   a_qeltvapi_av_mode_get_number_sound_effect),
+    };
+    return t;
+}
+
+WIRE_TABLE_TESTS(AvModeWire, table())
+
+TEST(AvModeWire, TheTraceShowsTheNumberThatIsThen) {
+    captureLog();
+    ScriptedService& service = ScriptedService::instance();
+    service.start();
+    uint16_t modes[4] = {};
+    for (const bool lost : {false, true}) {
+        uint32_t num = 9;
+        if (lost) {
+            service.expectAndLose({u32(9)});
+        } else {
+            service.expect({u32(9)}, {u16s({1, 2}), i32(0)});
+        }
+        takeLog();
+        {
+            Debug debug(true);
+            a_qeltvapi_av_mode_get_all_picture_mode(modes, &num);
+        }
+        const std::string last = takeLog().back().text;
+        const std::string wanted =
+                lost ? "{*} result!number:9,ret:-1" : "{*} result!number:2,ret:0";
+        EXPECT_TRUE(matches(wanted, last)) << last;
+    }
+}
+
+}  // namespace
