@@ -1,0 +1,66 @@
+#include "hw_qeltvapi_cec.h"
+
+#include "wire.h"
+
+using namespace wire;
+
+namespace {
+
+Table table() {
+    Table t;
+    t.interface = "IQelTvApiCec";
+    t.tag = "(hw_qeltvapi_cec)(client)";
+    t.entry = {"<{f}:{n}> {f}"};
+    t.missing = 0;
+    t.missingTraced = {"<{f}:{n}> {f}, Get service fail\n"};
+    t.rows = {
+            Row("a_qeltvapi_get_earc_caps", 0)
+                    .call([](Outputs&) { return a_qeltvapi_get_earc_caps(); })
+                    .answered({boolean(true)})
+                    .returns(1)
+                    .unchecked()
+                    .exit({"<{f}:{n}> {f}, b_supported={r}\n"}),
+            // Any number but 0 is true; the setter's line has no line feed.
+            Row("a_qeltvapi_set_earc_enable", 1)
+                    .call([](Outputs&) { return a_qeltvapi_set_earc_enable(2); })
+                    .sent({boolean(true)})
+                    .answered({i32(-3)})
+                    .returns(-3)
+                    .missing(-1)
+                    .missingLines({}, {"<{f}:{n}> {f}, Get service fail"})
+                    .unchecked(),
+            Row("a_qeltvapi_get_earc_status", 2)
+                    .call([](Outputs&) { return a_qeltvapi_get_earc_status(0x80000004); })
+                    .sent({u32(0x80000004)})
+                    .answered({boolean(true)})
+                    .returns(1)
+                    .unchecked()
+                    .exit({"<{f}:{n}> {f}, b_status={r}\n"}),
+    };
+    return t;
+}
+
+TEST(CecWire, AMissingServiceGivesItsResultAndTouchesNothing) {
+    runMissing(table());
+}
+
+TEST(CecWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
+    runAnswered(table());
+}
+
+TEST(CecWire, ALostReplyEndsTheProcess) {
+    if (QELTV_EMULATOR[0] != '\0') GTEST_SKIP() << "the emulator cannot start the test anew";
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto lose = [](const Values& arguments, int (*call)()) {
+        ScriptedService& service = ScriptedService::instance();
+        service.start();
+        service.expectAndLose(arguments);
+        call();
+    };
+    EXPECT_DEATH(lose({}, a_qeltvapi_get_earc_caps), "failed HIDL call");
+    EXPECT_DEATH(lose({boolean(false)}, [] { return a_qeltvapi_set_earc_enable(0); }),
+                 "failed HIDL call");
+    EXPECT_DEATH(lose({u32(1)}, [] { return a_qeltvapi_get_earc_status(1); }), "failed HIDL call");
+}
+
+}  // namespace
