@@ -73,8 +73,10 @@ MainService::Return<void> MainService::debug(const hidl_handle& fd,
 
 std::string MainService::command(const std::vector<std::string>& words) {
     if (words.empty() || (words[0] == "dump" && words.size() == 1)) return dump();
-    if (words[0] == "raise" && words.size() == 3) {
-        mTv.notifier.post(notification(words[1], nlohmann::json::parse(words[2])));
+    if (words[0] == "raise" && (words.size() == 3 || words.size() == 4)) {
+        const auto raised = notification(words[1], nlohmann::json::parse(words[2]));
+        const long long times = words.size() == 4 ? std::stoll(words[3]) : 1;
+        for (long long i = 0; i < times; ++i) mTv.notifier.post(raised);
         return "";
     }
     if (words[0] == "fault" && (words.size() == 3 || words.size() == 4)) {

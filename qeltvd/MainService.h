@@ -29,7 +29,8 @@ class MainService : public IQelTvApiDefault {
      * "error: ...\n":
      *
      * dump                 clients, calls per method and faults, as JSON
-     * raise METHOD VALUES  calls a method of every client's callback object; VALUES is a JSON
+     * raise METHOD VALUES [TIMES]
+     *                      calls a method of every client's callback object; VALUES is a JSON
      *                      array of its arguments
      * fault METHOD die|lose|none
      * fault METHOD code|delay NUMBER

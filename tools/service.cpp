@@ -79,6 +79,7 @@ void addService(CLI::App& app) {
 
     struct Options {
         double timeout = 10;
+        uint32_t times = 1;
         std::string method, kind, values;
         std::vector<std::string> fault;
     };
@@ -108,7 +109,10 @@ void addService(CLI::App& app) {
     command = group->add_subcommand("raise", "Raise a notification");
     command->add_option("method", options->method, "Method of the callback object")->required();
     command->add_option("values", options->values, "Its arguments, a JSON array")->required();
-    command->callback([options] { control({"raise", options->method, options->values}); });
+    command->add_option("--times", options->times, "How often")->capture_default_str();
+    command->callback([options] {
+        control({"raise", options->method, options->values, std::to_string(options->times)});
+    });
 
     group->add_subcommand("die", "End it as a crash would")->callback([] {
         requireService();
