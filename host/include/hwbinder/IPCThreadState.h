@@ -1,0 +1,34 @@
+#pragma once
+
+#include <sys/types.h>
+#include <cstdint>
+
+#include <utils/Errors.h>
+
+namespace android {
+namespace hardware {
+
+/** The calling thread as the server of a transaction. */
+class IPCThreadState {
+  public:
+    static IPCThreadState* self();
+    /** Null where self() was never called on this thread. */
+    static IPCThreadState* selfOrNull();
+
+    /** Who made the call that this thread serves; this process itself outside of a call. */
+    pid_t getCallingPid() const;
+    uid_t getCallingUid() const;
+    /** Always null: a socket does not tell. */
+    const char* getCallingSid() const { return nullptr; }
+
+    bool isServingCall() const;
+    bool isOnlyBinderThread() const;
+
+    /** Gives the thread to incoming calls; does not return. */
+    void joinThreadPool(bool isMain = true);
+
+    void flushCommands() {}
+};
+
+}  // namespace hardware
+}  // namespace android

@@ -1,0 +1,86 @@
+#include "Block.h"
+
+#include <cstdlib>
+#include <new>
+
+#include <unistd.h>
+
+#include "Threads.h"
+#include "Wire.h"
+
+namespace hidlhost {
+namespace {
+
+constexpr size_t kCached = 4;
+/** A block that grew beyond this is given back to the system. */
+constexpr size_t kKeptCapacity = 2 * 1024 * 1024;
+
+/**
+ * Trivially destructible, so that it can still be used while a thread's other objects end: a
+ * parcel may be freed by the destructor of any of them. `closed` is set when the cache is drained.
+ */
+struct Cache {
+    Block* blocks[kCached];
+    size_t count;
+    bool draining;
+    bool closed;
+};
+FAST_THREAD_LOCAL Cache tCache;
+
+void destroy(Block* block) {
+    free(block->bytes);
+    delete block;
+}
+
+struct Drain {
+    ~Drain() {
+        tCache.closed = true;
+        while (tCache.count > 0) destroy(tCache.blocks[--tCache.count]);
+    }
+    void touch() {}
+};
+thread_local Drain tDrain;
+
+}  // namespace
+
+Block* Block::take() {
+    if (tCache.count > 0) return tCache.blocks[--tCache.count];
+    auto* block = new (std::nothrow) Block;
+    if (block == nullptr) return nullptr;
+    if (!block->reserve(kPacketSize)) {
+        delete block;
+        return nullptr;
+    }
+    return block;
+}
+
+void Block::give(Block* block) {
+    if (block == nullptr) return;
+    block->closeDescriptors();
+    block->size = 0;
+    if (!tCache.draining) {
+        tCache.draining = true;
+        tDrain.touch();
+    }
+    if (tCache.closed || tCache.count == kCached || block->capacity > kKeptCapacity) {
+        destroy(block);
+        return;
+    }
+    tCache.blocks[tCache.count++] = block;
+}
+
+bool Block::reserve(size_t newCapacity) {
+    if (newCapacity <= capacity) return true;
+    void* grown = realloc(bytes, newCapacity);
+    if (grown == nullptr) return false;
+    bytes = static_cast<uint8_t*>(grown);
+    capacity = newCapacity;
+    return true;
+}
+
+void Block::closeDescriptors() {
+    for (int descriptor : descriptors) close(descriptor);
+    descriptors.clear();
+}
+
+}  // namespace hidlhost

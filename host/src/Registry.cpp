@@ -1,0 +1,265 @@
+#define LOG_TAG "hidlhost"
+
+#include "Registry.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <mutex>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <log/log.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "Socket.h"
+
+using android::OK;
+using android::status_t;
+
+namespace hidlhost {
+namespace registry {
+namespace {
+
+constexpr char kServicePrefix[] = "service.";
+constexpr char kSocketPrefix[] = "node.";
+constexpr char kFormat[] = "hidlhost 1";
+
+std::string fromEnvironment() {
+    if (const char* set = getenv("QELTV_RUNTIME_DIR"); set != nullptr && *set != '\0') return set;
+    if (const char* run = getenv("XDG_RUNTIME_DIR"); run != nullptr && *run != '\0') {
+        return std::string(run) + "/hidl";
+    }
+    return "/tmp/hidl-" + std::to_string(geteuid());
+}
+
+/** Independent of where the process goes later. */
+std::string chosenDirectory() {
+    std::string path = fromEnvironment();
+    if (path[0] != '/') {
+        std::unique_ptr<char, decltype(&free)> here(getcwd(nullptr, 0), free);
+        if (here != nullptr) path = std::string(here.get()) + "/" + path;
+    }
+    while (path.size() > 1 && path.back() == '/') path.pop_back();
+    return path;
+}
+
+/** What keeps the directory from being used; empty where nothing does. */
+std::string makeDirectory(const std::string& path) {
+    if (mkdir(path.c_str(), 0700) < 0 && errno != EEXIST) {
+        return std::string("cannot be made: ") + strerror(errno);
+    }
+    struct stat status;
+    // Not followed: in a shared parent somebody else's link could lead anywhere.
+    if (lstat(path.c_str(), &status) < 0) return strerror(errno);
+    if (!S_ISDIR(status.st_mode)) return "is not a directory";
+    if (status.st_uid != geteuid()) return "belongs to user " + std::to_string(status.st_uid);
+    if ((status.st_mode & 077) != 0) {
+        char mode[32];
+        snprintf(mode, sizeof(mode), "is open to others (mode %04o)", status.st_mode & 07777);
+        return mode;
+    }
+    return "";
+}
+
+/** File names keep what is in interface names; everything else becomes %XX. */
+std::string escaped(const std::string& text) {
+    std::string result;
+    for (char character : text) {
+        auto byte = static_cast<unsigned char>(character);
+        if (isalnum(byte) || strchr("._-@:", byte) != nullptr) {
+            result += character;
+        } else {
+            char code[4];
+            snprintf(code, sizeof(code), "%%%02X", byte);
+            result += code;
+        }
+    }
+    return result;
+}
+
+std::string unescaped(const std::string& text) {
+    std::string result;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '%' && i + 2 < text.size()) {
+            result += static_cast<char>(strtoul(text.substr(i + 1, 2).c_str(), nullptr, 16));
+            i += 2;
+        } else {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
+std::string fileName(const std::string& interface, const std::string& instance) {
+    return kServicePrefix + escaped(interface + "/" + instance);
+}
+
+std::string filePath(const std::string& name) {
+    return directory() + "/" + name;
+}
+
+bool readEntry(const std::string& path, Entry* entry) {
+    int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (file < 0) return false;
+    char text[256];
+    ssize_t size = read(file, text, sizeof(text) - 1);
+    close(file);
+    if (size <= 0) return false;
+    text[size] = '\0';
+    char node[129];
+    unsigned long long object;
+    if (sscanf(text, "hidlhost 1\nnode %128s\nobject %llu\n", node, &object) != 2) return false;
+    if (!isNodeName(node)) return false;
+    entry->node = node;
+    entry->object = object;
+    return true;
+}
+
+/** Held while entries are replaced or removed, so that no removal hits a newer entry. */
+class Lock {
+  public:
+    Lock() {
+        mFile = open(filePath("lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        if (mFile >= 0) flock(mFile, LOCK_EX);
+    }
+    ~Lock() {
+        if (mFile >= 0) close(mFile);
+    }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+  private:
+    int mFile;
+};
+
+template <typename Visitor>
+void forEachFile(const char* prefix, Visitor visit) {
+    if (directory().empty()) return;
+    DIR* files = opendir(directory().c_str());
+    if (files == nullptr) return;
+    std::vector<std::string> names;
+    size_t length = strlen(prefix);
+    while (dirent* file = readdir(files)) {
+        if (strncmp(file->d_name, prefix, length) == 0) names.emplace_back(file->d_name);
+    }
+    closedir(files);
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) visit(name, name.substr(length));
+}
+
+}  // namespace
+
+const std::string& directory() {
+    // Looked at again as long as it is not usable: it may be put right in the meantime.
+    static std::mutex& mutex = *new std::mutex;
+    static std::string& usable = *new std::string;
+    static std::string& complaint = *new std::string;
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!usable.empty()) return usable;
+    std::string path = chosenDirectory();
+    std::string reason = makeDirectory(path);
+    if (reason.empty()) {
+        usable = path;
+    } else if (complaint != path + reason) {
+        complaint = path + reason;
+        ALOGE("the runtime directory %s %s", path.c_str(), reason.c_str());
+    }
+    return usable;
+}
+
+std::string socketPath(const std::string& node) {
+    return filePath(kSocketPrefix + node);
+}
+
+bool isNodeName(const std::string& text) {
+    return !text.empty() && text.size() <= 64 &&
+           text.find_first_not_of("0123456789abcdef-") == std::string::npos;
+}
+
+status_t publish(const std::string& interface, const std::string& instance, const Entry& entry) {
+    if (directory().empty()) return android::PERMISSION_DENIED;
+    std::string name = fileName(interface, instance);
+    std::string path = filePath(name);
+    std::string fresh = filePath("new." + entry.node);
+    std::string text = std::string(kFormat) + "\nnode " + entry.node + "\nobject " +
+                       std::to_string(entry.object) + "\n";
+    Lock lock;
+    int file = open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (file < 0) {
+        ALOGE("cannot write %s: %s", fresh.c_str(), strerror(errno));
+        return -errno;
+    }
+    ssize_t size = write(file, text.data(), text.size());
+    int error = size == static_cast<ssize_t>(text.size()) ? 0 : (size < 0 ? errno : ENOSPC);
+    close(file);
+    if (error == 0 && rename(fresh.c_str(), path.c_str()) < 0) error = errno;
+    if (error != 0) {
+        unlink(fresh.c_str());
+        ALOGE("cannot write %s: %s", path.c_str(), strerror(error));
+    }
+    return -error;
+}
+
+bool find(const std::string& interface, const std::string& instance, Entry* entry) {
+    if (directory().empty()) return false;
+    return readEntry(filePath(fileName(interface, instance)), entry);
+}
+
+void withdraw(const std::string& interface, const std::string& instance, const Entry& entry) {
+    if (directory().empty()) return;
+    std::string path = filePath(fileName(interface, instance));
+    Lock lock;
+    Entry now;
+    if (readEntry(path, &now) && now == entry) unlink(path.c_str());
+}
+
+void withdrawNode(const std::string& node) {
+    if (directory().empty()) return;
+    {
+        Lock lock;
+        forEachFile(kServicePrefix, [&](const std::string& name, const std::string&) {
+            Entry entry;
+            if (readEntry(filePath(name), &entry) && entry.node == node) {
+                unlink(filePath(name).c_str());
+            }
+        });
+    }
+    unlink(socketPath(node).c_str());
+}
+
+std::vector<std::pair<std::string, std::string>> list() {
+    std::vector<std::pair<std::string, std::string>> names;
+    forEachFile(kServicePrefix, [&](const std::string&, const std::string& rest) {
+        std::string both = unescaped(rest);
+        size_t slash = both.find('/');
+        if (slash != std::string::npos) {
+            names.emplace_back(both.substr(0, slash), both.substr(slash + 1));
+        }
+    });
+    return names;
+}
+
+void sweep() {
+    forEachFile(kSocketPrefix, [](const std::string& name, const std::string& node) {
+        pid_t pid = static_cast<pid_t>(atoi(node.c_str()));
+        if (pid <= 0 || kill(pid, 0) == 0 || errno != ESRCH) return;
+        // The number may mean nothing here and still be somebody's, in another container.
+        int socket = connectTo(filePath(name), 100);
+        if (socket >= 0) {
+            close(socket);
+        } else if (socket == -ECONNREFUSED) {
+            unlink(filePath(name).c_str());
+        }
+    });
+}
+
+}  // namespace registry
+}  // namespace hidlhost

@@ -1,0 +1,30 @@
+#define LOG_TAG "hidlhost"
+
+#include "Settings.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include <log/log.h>
+
+namespace hidlhost {
+
+const Settings& Settings::get() {
+    static const Settings settings = [] {
+        Settings read;
+        if (const char* text = getenv("QELTV_CALL_TIMEOUT_MS"); text != nullptr && *text != '\0') {
+            char* end;
+            unsigned long value = strtoul(text, &end, 10);
+            if (*end != '\0' || value == 0 || value > 86400000) {
+                ALOGW("QELTV_CALL_TIMEOUT_MS: '%s' is no number of milliseconds", text);
+            } else {
+                read.callTimeoutMs = static_cast<uint32_t>(value);
+                read.firstWaitMs = std::min(read.firstWaitMs, read.callTimeoutMs);
+            }
+        }
+        return read;
+    }();
+    return settings;
+}
+
+}  // namespace hidlhost

@@ -1,0 +1,267 @@
+#include "Socket.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using android::BAD_VALUE;
+using android::DEAD_OBJECT;
+using android::NO_MEMORY;
+using android::OK;
+using android::status_t;
+using android::TIMED_OUT;
+
+namespace hidlhost {
+namespace {
+
+constexpr size_t kMaxVectors = 256;
+constexpr int kBacklog = 4096;
+
+/** A socket's address holds 107 characters; longer paths go through a descriptor of the directory.
+ */
+class Address {
+  public:
+    explicit Address(const std::string& path) {
+        mAddress.sun_family = AF_UNIX;
+        std::string shown = path;
+        if (shown.size() >= sizeof(mAddress.sun_path)) {
+            size_t slash = path.rfind('/');
+            mDirectory = open(path.substr(0, slash).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+            shown = "/proc/self/fd/" + std::to_string(mDirectory) + path.substr(slash);
+        }
+        strncpy(mAddress.sun_path, shown.c_str(), sizeof(mAddress.sun_path) - 1);
+    }
+    ~Address() {
+        if (mDirectory >= 0) close(mDirectory);
+    }
+    Address(const Address&) = delete;
+    Address& operator=(const Address&) = delete;
+
+    const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&mAddress); }
+    socklen_t size() const { return sizeof(mAddress); }
+
+  private:
+    sockaddr_un mAddress = {};
+    int mDirectory = -1;
+};
+
+int newSocket() {
+    return socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+}
+
+// The C library's functions are points of cancellation, which costs as much as all of ours, and
+// nobody cancels these threads. The race detector must see its own, though.
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define HIDLHOST_PLAIN_CALLS 1
+#endif
+#endif
+#if defined(__SANITIZE_THREAD__) || !defined(__GLIBC__)
+#define HIDLHOST_PLAIN_CALLS 1
+#endif
+#ifdef HIDLHOST_PLAIN_CALLS
+ssize_t sendPacket(int socket, const msghdr* message) {
+    return sendmsg(socket, message, MSG_NOSIGNAL);
+}
+ssize_t sendPacket(int socket, const iovec& part) {
+    return send(socket, part.iov_base, part.iov_len, MSG_NOSIGNAL);
+}
+ssize_t receivePacket(int socket, msghdr* message) {
+    return recvmsg(socket, message, MSG_CMSG_CLOEXEC);
+}
+#else
+ssize_t sendPacket(int socket, const msghdr* message) {
+    return syscall(SYS_sendmsg, socket, message, MSG_NOSIGNAL);
+}
+ssize_t sendPacket(int socket, const iovec& part) {
+    return syscall(SYS_sendto, socket, part.iov_base, part.iov_len, MSG_NOSIGNAL, nullptr, 0);
+}
+ssize_t receivePacket(int socket, msghdr* message) {
+    return syscall(SYS_recvmsg, socket, message, MSG_CMSG_CLOEXEC);
+}
+#endif
+
+/** After a failed send or receive: OK to try again. */
+status_t afterFailure(int socket, Patience* patience) {
+    if (errno == EINTR) return OK;
+    if (errno == EAGAIN) {
+        return patience != nullptr && patience->waitOn(socket) ? OK : TIMED_OUT;
+    }
+    if (errno == ENOMEM || errno == ENOBUFS) return NO_MEMORY;
+    if (errno == EBADF || errno == EMSGSIZE) return -errno;
+    // EPIPE, ECONNRESET, ENOTCONN
+    return errno == ETOOMANYREFS ? -errno : DEAD_OBJECT;
+}
+
+void collectDescriptors(msghdr* message, Block* block) {
+    for (cmsghdr* part = CMSG_FIRSTHDR(message); part != nullptr;
+         part = CMSG_NXTHDR(message, part)) {
+        if (part->cmsg_level != SOL_SOCKET || part->cmsg_type != SCM_RIGHTS) continue;
+        size_t count = (part->cmsg_len - CMSG_LEN(0)) / sizeof(int);
+        size_t before = block->descriptors.size();
+        block->descriptors.resize(before + count);
+        memcpy(block->descriptors.data() + before, CMSG_DATA(part), count * sizeof(int));
+    }
+}
+
+}  // namespace
+
+void setTimeouts(int socket, uint32_t milliseconds) {
+    timeval time = {};
+    time.tv_sec = static_cast<time_t>(milliseconds / 1000);
+    time.tv_usec = static_cast<suseconds_t>(milliseconds % 1000 * 1000);
+    setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time));
+    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time));
+}
+
+int connectTo(const std::string& path, uint32_t timeoutMs) {
+    int socket = newSocket();
+    if (socket < 0) return -errno;
+    setTimeouts(socket, timeoutMs);
+    Address address(path);
+    int result;
+    do {
+        result = connect(socket, address.get(), address.size());
+    } while (result < 0 && errno == EINTR);
+    if (result < 0) {
+        int error = errno;
+        close(socket);
+        return -error;
+    }
+    return socket;
+}
+
+int listenAt(const std::string& path) {
+    int socket = newSocket();
+    if (socket < 0) return -errno;
+    Address address(path);
+    if (bind(socket, address.get(), address.size()) < 0 || chmod(path.c_str(), 0600) < 0 ||
+        listen(socket, kBacklog) < 0) {
+        int error = errno;
+        close(socket);
+        return -error;
+    }
+    return socket;
+}
+
+bool peerIsTrusted(int socket, pid_t* pid, uid_t* uid) {
+    ucred credentials = {};
+    socklen_t size = sizeof(credentials);
+    if (getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &credentials, &size) < 0) return false;
+    *pid = credentials.pid;
+    *uid = credentials.uid;
+    return credentials.uid == geteuid() || credentials.uid == 0;
+}
+
+bool hasHungUp(int socket) {
+    char byte;
+    ssize_t size = recv(socket, &byte, sizeof(byte), MSG_PEEK | MSG_DONTWAIT);
+    return size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR);
+}
+
+status_t sendMessage(int socket, const Encoded& encoded, Patience* patience) {
+    if (encoded.vectorCount == 1 && encoded.size <= kPacketSize && encoded.descriptors.empty()) {
+        while (sendPacket(socket, encoded.vectors[0]) < 0) {
+            status_t status = afterFailure(socket, patience);
+            if (status != OK) return status;
+        }
+        return OK;
+    }
+    alignas(cmsghdr) char control[CMSG_SPACE(kMaxDescriptors * sizeof(int))];
+    iovec part[kMaxVectors];
+    size_t vector = 0;
+    size_t offset = 0;
+    size_t left = encoded.size;
+    bool first = true;
+    while (left > 0) {
+        msghdr message = {};
+        size_t room = std::min(left, kPacketSize);
+        size_t used = 0;
+        while (room > 0 && used < kMaxVectors) {
+            const iovec& source = encoded.vectors[vector];
+            size_t size = std::min(source.iov_len - offset, room);
+            part[used++] = {static_cast<char*>(source.iov_base) + offset, size};
+            room -= size;
+            left -= size;
+            offset += size;
+            if (offset == source.iov_len) {
+                ++vector;
+                offset = 0;
+            }
+        }
+        message.msg_iov = part;
+        message.msg_iovlen = used;
+        if (first && !encoded.descriptors.empty()) {
+            size_t bytes = encoded.descriptors.size() * sizeof(int);
+            message.msg_control = control;
+            message.msg_controllen = CMSG_SPACE(bytes);
+            cmsghdr* rights = CMSG_FIRSTHDR(&message);
+            rights->cmsg_level = SOL_SOCKET;
+            rights->cmsg_type = SCM_RIGHTS;
+            rights->cmsg_len = CMSG_LEN(bytes);
+            memcpy(CMSG_DATA(rights), encoded.descriptors.data(), bytes);
+        }
+        first = false;
+        while (sendPacket(socket, &message) < 0) {
+            status_t status = afterFailure(socket, patience);
+            if (status != OK) return status;
+        }
+    }
+    return OK;
+}
+
+status_t receiveMessage(int socket, Block* block, Patience* patience) {
+    alignas(cmsghdr) char control[CMSG_SPACE(kMaxDescriptors * sizeof(int))];
+    block->size = 0;
+    uint64_t total = sizeof(MessageHeader);
+    while (block->size < total) {
+        size_t room = kPacketSize;
+        if (block->size > 0) {
+            room = static_cast<size_t>(std::min<uint64_t>(kPacketSize, total - block->size));
+            if (block->size + room > block->capacity) {
+                // Memory grows with what has come, not with what was announced.
+                uint64_t wanted = std::min<uint64_t>(
+                        total, std::max<uint64_t>(block->size + room, block->capacity * 4));
+                if (!block->reserve(static_cast<size_t>(wanted))) return NO_MEMORY;
+            }
+        }
+        iovec part = {block->bytes + block->size, room};
+        msghdr message = {};
+        message.msg_iov = &part;
+        message.msg_iovlen = 1;
+        message.msg_control = control;
+        message.msg_controllen = sizeof(control);
+        ssize_t received = receivePacket(socket, &message);
+        if (received < 0) {
+            status_t status = afterFailure(socket, patience);
+            if (status != OK) return status;
+            continue;
+        }
+        if (message.msg_controllen != 0) collectDescriptors(&message, block);
+        if (received == 0) return DEAD_OBJECT;
+        if ((message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0) return BAD_VALUE;
+        auto size = static_cast<size_t>(received);
+        if (block->size == 0) {
+            MessageHeader header;
+            if (size < sizeof(header)) return BAD_VALUE;
+            memcpy(&header, block->bytes, sizeof(header));
+            total = Codec::messageSize(header);
+            if (header.magic != kMagic || total == 0 || size > total) return BAD_VALUE;
+            if (header.descriptorCount != block->descriptors.size()) return BAD_VALUE;
+        } else if (message.msg_controllen != 0) {
+            return BAD_VALUE;
+        }
+        block->size += size;
+    }
+    return OK;
+}
+
+}  // namespace hidlhost

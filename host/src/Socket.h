@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <sys/types.h>
+
+#include "Codec.h"
+
+namespace hidlhost {
+
+/** Decides whether a wait on a socket that has run into its timeout goes on. */
+class Patience {
+  public:
+    virtual bool waitOn(int socket) = 0;
+
+  protected:
+    ~Patience() = default;
+};
+
+/** Waits on a socket of this side end after so many milliseconds with EAGAIN; 0 never. */
+void setTimeouts(int socket, uint32_t milliseconds);
+
+/** @return the socket, or the negative errno */
+int connectTo(const std::string& path, uint32_t timeoutMs);
+int listenAt(const std::string& path);
+
+/** Whether the other end belongs to this user or to root. */
+bool peerIsTrusted(int socket, pid_t* pid, uid_t* uid);
+
+/** Whether the other end is gone and everything that it has sent is read. */
+bool hasHungUp(int socket);
+
+/** DEAD_OBJECT where the other end is gone, TIMED_OUT where patience ends. */
+android::status_t sendMessage(int socket, const Encoded& message, Patience* patience);
+
+/** Also BAD_VALUE for packets that do not make up a message. */
+android::status_t receiveMessage(int socket, Block* block, Patience* patience);
+
+}  // namespace hidlhost

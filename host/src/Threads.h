@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include <sys/types.h>
+
+/** Addressed without a call; for a few bytes at a time, as their room is scarce. */
+#define FAST_THREAD_LOCAL thread_local __attribute__((tls_model("initial-exec")))
+
+namespace hidlhost {
+
+/** Runs `body` on a detached thread. False without resources. */
+bool startThread(const char* name, std::function<void()> body);
+
+/**
+ * How often the process has forked on its way here. A child has the parent's objects but neither
+ * its threads nor a right to its connections, so everything of an older generation is dead to it.
+ */
+uint32_t generation();
+/** Runs `task`, which may do no more than store, in the child of every later fork. */
+void onFork(void (*task)());
+
+/** What a thread of any origin is doing for the runtime. */
+struct ThreadState {
+    uint64_t chain = 0;  // of the call being served, or of the thread's own calls
+    pid_t callerPid = 0;
+    uid_t callerUid = 0;
+    bool serving = false;
+    const char* clientMethod = nullptr;  // kept by the generated code's trace points
+    const char* serverMethod = nullptr;
+};
+ThreadState& threadState();
+
+}  // namespace hidlhost

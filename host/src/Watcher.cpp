@@ -1,0 +1,180 @@
+#define LOG_TAG "hidlhost"
+
+#include "Watcher.h"
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <cstring>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+
+#include <log/log.h>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "Threads.h"
+
+namespace hidlhost {
+namespace {
+using Clock = std::chrono::steady_clock;
+constexpr uint64_t kWakeUp = 0;
+}  // namespace
+
+struct Watcher::State {
+    struct Entry {
+        int socket;
+        std::function<bool(int)> ready;
+    };
+
+    std::mutex mutex;
+    int epoll = -1;
+    int wakeUp = -1;
+    uint64_t nextKey = kWakeUp + 1;
+    std::unordered_map<uint64_t, Entry> entries;  // functions are only called by the watcher
+    std::multimap<Clock::time_point, std::function<void()>> timers;
+    bool watching = false;
+
+    std::mutex taskMutex;
+    std::condition_variable taskAdded;
+    std::deque<std::function<void()>> tasks;
+    bool running = false;
+
+    void watch();
+    int runTimers();
+    void run();
+};
+
+Watcher& Watcher::get() {
+    // Never destroyed: other threads use it until the very end of the process.
+    static std::atomic<Watcher*> current{nullptr};
+    Watcher* watcher = current.load(std::memory_order_acquire);
+    if (watcher != nullptr) return *watcher;
+    static const bool watchingForks = [] {
+        onFork([] { current = nullptr; });
+        return true;
+    }();
+    (void)watchingForks;
+    auto* fresh = new Watcher;
+    if (current.compare_exchange_strong(watcher, fresh)) return *fresh;
+    delete fresh;
+    return *watcher;
+}
+
+Watcher::~Watcher() {
+    close(mState->epoll);
+    close(mState->wakeUp);
+    delete mState;
+}
+
+Watcher::Watcher() : mState(new State) {
+    mState->epoll = epoll_create1(EPOLL_CLOEXEC);
+    mState->wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    LOG_ALWAYS_FATAL_IF(mState->epoll < 0 || mState->wakeUp < 0, "no descriptors left: %s",
+                        strerror(errno));
+    epoll_event event = {};
+    event.events = EPOLLIN;
+    event.data.u64 = kWakeUp;
+    epoll_ctl(mState->epoll, EPOLL_CTL_ADD, mState->wakeUp, &event);
+}
+
+void Watcher::add(int socket, std::function<bool(int)> ready) {
+    std::lock_guard<std::mutex> lock(mState->mutex);
+    uint64_t key = mState->nextKey++;
+    mState->entries[key] = {socket, std::move(ready)};
+    epoll_event event = {};
+    event.events = EPOLLIN | EPOLLRDHUP;
+    event.data.u64 = key;
+    epoll_ctl(mState->epoll, EPOLL_CTL_ADD, socket, &event);
+    if (!mState->watching) {
+        mState->watching = true;
+        startThread("hidl-watch", [state = mState] { state->watch(); });
+    }
+}
+
+void Watcher::after(uint32_t milliseconds, std::function<void()> task) {
+    std::lock_guard<std::mutex> lock(mState->mutex);
+    mState->timers.emplace(Clock::now() + std::chrono::milliseconds(milliseconds), std::move(task));
+    if (!mState->watching) {
+        mState->watching = true;
+        startThread("hidl-watch", [state = mState] { state->watch(); });
+    }
+    uint64_t one = 1;
+    (void)!write(mState->wakeUp, &one, sizeof(one));
+}
+
+void Watcher::post(std::function<void()> task) {
+    std::lock_guard<std::mutex> lock(mState->taskMutex);
+    mState->tasks.push_back(std::move(task));
+    if (!mState->running) {
+        mState->running = true;
+        startThread("hidl-notices", [state = mState] { state->run(); });
+    }
+    mState->taskAdded.notify_one();
+}
+
+/** @return milliseconds until the next timer, -1 without one */
+int Watcher::State::runTimers() {
+    for (;;) {
+        std::function<void()> task;
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            if (timers.empty()) return -1;
+            auto wait = timers.begin()->first - Clock::now();
+            if (wait > Clock::duration::zero()) {
+                auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(wait).count() + 1;
+                return static_cast<int>(rest);
+            }
+            task = std::move(timers.begin()->second);
+            timers.erase(timers.begin());
+        }
+        task();
+    }
+}
+
+void Watcher::State::watch() {
+    for (;;) {
+        epoll_event events[16];
+        int count = epoll_wait(epoll, events, 16, runTimers());
+        for (int i = 0; i < count; ++i) {
+            uint64_t key = events[i].data.u64;
+            if (key == kWakeUp) {
+                uint64_t ignored;
+                (void)!read(wakeUp, &ignored, sizeof(ignored));
+                continue;
+            }
+            Entry* entry;
+            {
+                std::lock_guard<std::mutex> lock(mutex);
+                entry = &entries.at(key);  // stays in place; only this thread removes
+            }
+            if (entry->ready(entry->socket)) continue;
+            std::function<bool(int)> ended;
+            std::lock_guard<std::mutex> lock(mutex);
+            epoll_ctl(epoll, EPOLL_CTL_DEL, entry->socket, nullptr);
+            close(entry->socket);
+            ended = std::move(entry->ready);
+            entries.erase(key);
+        }
+    }
+}
+
+void Watcher::State::run() {
+    std::unique_lock<std::mutex> lock(taskMutex);
+    for (;;) {
+        taskAdded.wait(lock, [this] { return !tasks.empty(); });
+        std::function<void()> task = std::move(tasks.front());
+        tasks.pop_front();
+        lock.unlock();
+        task();
+        task = nullptr;
+        lock.lock();
+    }
+}
+
+}  // namespace hidlhost

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+namespace hidlhost {
+
+/**
+ * Two threads of the process that start with the first use: one waits on the connections whose end
+ * means the end of a process, the other runs what that leads to in foreign code (death recipients,
+ * destructors of released objects), so that nothing of it can hold up the first.
+ */
+class Watcher {
+  public:
+    static Watcher& get();
+
+    /**
+     * Calls `ready` on the watching thread whenever the socket has something to read or has hung
+     * up; it must not block. The socket is closed once it returns false.
+     */
+    void add(int socket, std::function<bool(int)> ready);
+
+    /** Runs `task` on the watching thread after a while; it must not block. */
+    void after(uint32_t milliseconds, std::function<void()> task);
+
+    /** Runs `task` on the other thread, in the order of the posts. */
+    void post(std::function<void()> task);
+
+  private:
+    Watcher();
+    ~Watcher();
+    struct State;
+    State* mState;
+};
+
+}  // namespace hidlhost
