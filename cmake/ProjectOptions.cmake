@@ -1,0 +1,32 @@
+# project_options: what all our own code is compiled with. Link it PRIVATE.
+set(QELTV_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
+
+# Sanitizers go to every target, generated code included: a report needs the frames of both sides.
+if(QELTV_SANITIZE)
+    add_compile_options(-fsanitize=${QELTV_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${QELTV_SANITIZE})
+    add_compile_definitions(QELTV_SANITIZED=1)
+else()
+    add_link_options(-Wl,--no-undefined)
+endif()
+
+find_program(QELTV_LLD ld.lld)
+if(QELTV_LLD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_link_options(-fuse-ld=lld)
+endif()
+
+find_package(Threads REQUIRED)
+
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE -Wall -Wextra -Wconversion -Werror)
+target_link_libraries(project_options INTERFACE Threads::Threads)
+
+# Makes __FILE__ in TARGET's sources start at the source directory ("clientwrapper/x.cpp"), which
+# log texts print. ccache hands the compiler a path relative to the build directory, hence two maps.
+function(use_source_relative_file_macro target)
+    file(RELATIVE_PATH from_build "${CMAKE_BINARY_DIR}" "${CMAKE_SOURCE_DIR}")
+    string(REGEX REPLACE "/$" "" from_build "${from_build}")
+    target_compile_options(${target} PRIVATE
+        "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=" "-fmacro-prefix-map=${from_build}/=")
+endfunction()

@@ -1,0 +1,77 @@
+# Sourced by ./run, ./test and the scripts beside this file; the caller stands in the source tree.
+
+say() { printf '%s\n' "$*"; }
+
+die() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+packages_build=(clang lld cmake ninja-build ccache hidl-gen android-libutils-dev
+    android-libcutils-dev android-liblog-dev android-libbase-dev libsqlite3-dev libcli11-dev
+    nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev dtv-scan-tables
+    pkg-config libhowardhinnant-date-dev libsodium-dev python3)
+packages_armhf=(g++-arm-linux-gnueabihf qemu-user googletest)
+packages_checks=(g++ clang-format binutils blueprint-tools doxygen pkg-config abigail-tools)
+
+# sanitizer_package: the sanitizers' runtime has clang's version in its name.
+sanitizer_package() {
+    local version
+    version=$(clang -dumpversion 2>/dev/null) || version=14
+    say "libclang-rt-${version%%.*}-dev"
+}
+
+missing_packages() {
+    local name
+    for name in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] ||
+            printf '%s ' "$name"
+    done
+}
+
+# need NAME...: installs the packages that are not there. Touches the network only when one is not.
+need() {
+    local missing sudo=() log
+    missing=$(missing_packages "$@")
+    [ -n "$missing" ] || return 0
+    command -v apt-get >/dev/null || die "missing packages, and no apt-get to install them: $missing"
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [ -t 0 ]; } ||
+            die "missing packages, and no right to install them: $missing"
+        sudo=(sudo)
+    fi
+    say "installing: $missing"
+    log=$(mktemp)
+    # The package lists are fetched only when the ones at hand do not do.
+    # shellcheck disable=SC2086
+    if ! apt_install $missing >"$log" 2>&1 &&
+        ! { "${sudo[@]}" apt-get -q update && apt_install $missing; } >"$log" 2>&1; then
+        grep '^E:' "$log" >&2
+        rm -f "$log"
+        die "cannot install the missing packages: $(missing_packages "$@")"
+    fi
+    rm -f "$log"
+}
+
+apt_install() {
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 \
+        install --no-install-recommends "$@"
+}
+
+# configure PRESET: quiet unless it fails.
+configure() {
+    local log
+    mkdir -p build
+    log=build/configure-$1.log
+    cmake --preset "$1" >"$log" 2>&1 || {
+        cat "$log" >&2
+        die "cannot configure build/$1"
+    }
+}
+
+# build PRESET [TARGET...]
+build() {
+    local preset=$1
+    shift
+    cmake --build --preset "$preset" ${1:+--target "$@"} || die "cannot build build/$preset"
+}
