@@ -62,7 +62,9 @@ void Block::give(Block* block) {
         tCache.draining = true;
         tDrain.touch();
     }
-    if (tCache.closed || tCache.count == kCached || block->capacity > kKeptCapacity) {
+    // A block that was made to measure has no room for what is received next.
+    if (tCache.closed || tCache.count == kCached || block->capacity < kPacketSize ||
+        block->capacity > kKeptCapacity) {
         destroy(block);
         return;
     }

@@ -1,0 +1,257 @@
+// Peers that overdo it: the largest messages, silence, crowds. Each ends in a clear error, and
+// whoever else uses the same process does not notice.
+
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <future>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <hidlhost/raw_service.h>
+#include <hidlhost/test/kit/1.0/IServiceChild.h>
+
+#include "Registry.h"
+#include "Socket.h"
+#include "Wire.h"
+#include "kit_process.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using ::android::OK;
+using ::android::sp;
+using ::android::status_t;
+using ::android::hardware::hidl_vec;
+using ::android::hardware::IBinder;
+using ::android::hardware::Parcel;
+using ::android::hardware::Return;
+using ::android::hardware::Void;
+using namespace ::hidlhost;
+using namespace ::hidlhost::test::kit::V1_0;
+using kit::eventually;
+
+constexpr char kRaw[] = "limits@1.0::IRaw";
+constexpr char kStranger[] = "1-feedfacecafebeef";
+/** Positions among the methods of IService.hal. */
+constexpr uint32_t kPid = 1;
+constexpr uint32_t kFill = 20;
+
+std::vector<uint8_t> message(MessageHeader header, const std::string& stream) {
+    header.magic = kMagic;
+    header.dataSize = static_cast<uint32_t>(stream.size());
+    std::vector<uint8_t> bytes(sizeof(header) + static_cast<size_t>(padded(stream.size())));
+    memcpy(bytes.data(), &header, sizeof(header));
+    memcpy(bytes.data() + sizeof(header), stream.data(), stream.size());
+    return bytes;
+}
+
+/** A client that does only what it is told. */
+class Stranger {
+  public:
+    explicit Stranger(const std::string& node) {
+        mSocket = connectTo(registry::socketPath(node), 20000);
+        MessageHeader header = {};
+        header.kind = kHello;
+        header.code = kCalls;
+        send(message(header, kStranger + std::string(1, '\0') + node + '\0'));
+    }
+    ~Stranger() {
+        if (mSocket >= 0) close(mSocket);
+    }
+    Stranger(const Stranger&) = delete;
+    Stranger& operator=(const Stranger&) = delete;
+
+    bool call(uint64_t object, uint32_t code, const std::vector<uint32_t>& arguments = {}) {
+        MessageHeader header = {};
+        header.kind = kCall;
+        header.object = object;
+        header.code = code;
+        std::string stream = IService::descriptor;
+        stream.resize((stream.size() + 4) / 4 * 4);
+        stream.append(reinterpret_cast<const char*>(arguments.data()), arguments.size() * 4);
+        return send(message(header, stream));
+    }
+    /** Whether an answer comes, before the end. */
+    bool answered() {
+        MessageHeader header;
+        return recv(mSocket, &header, sizeof(header), 0) == sizeof(header) &&
+               header.kind == kReply && header.code == 0;
+    }
+    /** Whether something has come that is not read yet. */
+    bool hasSomething() const {
+        char byte;
+        return recv(mSocket, &byte, sizeof(byte), MSG_PEEK | MSG_DONTWAIT) > 0;
+    }
+
+  private:
+    bool send(const std::vector<uint8_t>& bytes) {
+        return ::send(mSocket, bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
+               static_cast<ssize_t>(bytes.size());
+    }
+
+    int mSocket;
+};
+
+size_t count(const std::string& text, const std::string& part) {
+    size_t found = 0;
+    for (size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at) ++found;
+    return found;
+}
+
+class Limits : public testing::Test {
+  protected:
+    void start(size_t threads = 8) {
+        mProcess = std::make_unique<kit::Process>(kit::Process::Options{threads});
+        ASSERT_TRUE(mProcess->ready()) << mProcess->errors();
+        mService = IServiceChild::getService("kit");
+        ASSERT_NE(mService, nullptr);
+        ASSERT_TRUE(registry::find(IServiceChild::descriptor, "kit", &mEntry));
+    }
+    bool serving() { return mService->pid().withDefault(0) == mProcess->pid(); }
+
+    std::unique_ptr<kit::Process> mProcess;
+    sp<IServiceChild> mService;
+    registry::Entry mEntry;
+};
+
+TEST_F(Limits, AMessageMayBe256MiBAndNotMore) {
+    // What a vector's message holds besides its elements: header, stream, two records, the vector.
+    constexpr size_t kAnswerFrame = 48 + 16 + 2 * 24 + 16;
+    constexpr size_t kLargest = (256u << 20) - kAnswerFrame;
+    std::atomic<size_t> wanted{0};
+    std::atomic<size_t> arrived{0};
+    RawHost host;
+    ASSERT_EQ(host.add(kRaw, "default",
+                       [&](const RawCall& call, Parcel* reply) {
+                           std::vector<uint8_t> bytes;
+                           if (!readVector(call.arguments, &bytes)) return android::BAD_VALUE;
+                           arrived = bytes.size();
+                           bytes.assign(wanted, 0x5a);
+                           writeOk(reply);
+                           writeVector(reply, bytes);
+                           return OK;
+                       }),
+              OK);
+    const sp<IBinder> raw = findRaw(kRaw, "default");
+    ASSERT_NE(raw, nullptr);
+    // Of a result its size and last byte are looked at.
+    using Outcome = std::pair<status_t, size_t>;
+    auto ask = [&](size_t send, size_t receive) -> Outcome {
+        wanted = receive;
+        arrived = 0;
+        Parcel reply;
+        const status_t status = rawCall(
+                raw, kRaw, 1,
+                [&](Parcel* arguments) { writeVector(arguments, std::vector<uint8_t>(send)); },
+                &reply);
+        std::vector<uint8_t> bytes;
+        if (status != OK) return {status, 0};
+        EXPECT_EQ(reply.readInt32(), 0);
+        EXPECT_TRUE(readVector(reply, &bytes));
+        if (!bytes.empty()) EXPECT_EQ(bytes.back(), 0x5a);
+        return {status, bytes.size()};
+    };
+
+    EXPECT_EQ(ask(3, kLargest), Outcome(OK, kLargest));
+    EXPECT_EQ(arrived, 3u);
+    EXPECT_EQ(ask(3, kLargest + 1), Outcome(android::NO_MEMORY, 0));
+    EXPECT_EQ(arrived, 3u) << "the call itself was carried out";
+    EXPECT_EQ(ask(256u << 20, 5), Outcome(android::NO_MEMORY, 0));
+    EXPECT_EQ(arrived, 0u);
+    EXPECT_EQ(ask(4, 5), Outcome(OK, 5)) << "and nothing has suffered";
+}
+
+TEST_F(Limits, SilenceIsReportedAtDoubledIntervals) {
+    class Waiting : public IListener {
+      public:
+        Return<int32_t> onValue(int32_t value) override {
+            mReleased.get_future().wait();
+            return value;
+        }
+        Return<void> onText(const ::android::hardware::hidl_string&, onText_cb) override {
+            return Void();
+        }
+        Return<void> onEvent(uint32_t) override { return Void(); }
+        std::promise<void> mReleased;
+    };
+    start();
+    sp<Waiting> listener = new Waiting;
+    auto outcome = std::async(std::launch::async, [&] {
+        return mService->callBack(listener, 21).withDefault(0);
+    });
+    auto lines = [&] { return count(mProcess->errors(), "IListener has not answered call 1 for"); };
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_TRUE(eventually([&] { return lines() == 1; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 900ms);
+    EXPECT_TRUE(eventually([&] { return lines() == 2; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, 2900ms) << mProcess->errors();
+    EXPECT_TRUE(serving());
+    listener->mReleased.set_value();
+    EXPECT_EQ(outcome.get(), 21) << "without a limit, however late";
+}
+
+TEST_F(Limits, AClientThatDoesNotReadLosesItsConnectionOnly) {
+    start();
+    const size_t before = static_cast<size_t>(mService->openDescriptors().withDefault(0));
+    Stranger idle(mEntry.node);
+    ASSERT_TRUE(idle.call(mEntry.object, kFill, {64u << 20, 1}));
+    // The service is stuck in the middle of an answer; nobody else waits for it.
+    EXPECT_TRUE(eventually([&] { return idle.hasSomething(); }));
+    const auto begin = std::chrono::steady_clock::now();
+    while (std::chrono::steady_clock::now() - begin < 1s) ASSERT_TRUE(serving());
+    EXPECT_TRUE(eventually(
+            [&] {
+                return static_cast<size_t>(mService->openDescriptors().withDefault(0)) <= before;
+            },
+            60s))
+            << "the connection is still there";
+}
+
+TEST_F(Limits, ACrowdIsTurnedAwayAndTheGuestsStay) {
+    constexpr size_t kCrowd = 1200;
+    rlimit files;
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
+    if (files.rlim_max < 2 * kCrowd) GTEST_SKIP() << "too few descriptors to make a crowd";
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+    start();
+    ASSERT_TRUE(serving());
+
+    std::vector<std::unique_ptr<Stranger>> crowd;
+    for (size_t i = 0; i < kCrowd; ++i) {
+        crowd.push_back(std::make_unique<Stranger>(mEntry.node));
+        crowd.back()->call(mEntry.object, kPid);
+    }
+    size_t answered = 0;
+    for (const auto& one : crowd) answered += one->answered();
+    // Some of the thousand are the connections of this process.
+    EXPECT_LE(answered, 1000u);
+    EXPECT_GE(answered, 980u);
+    EXPECT_TRUE(serving());
+    EXPECT_EQ(count(mProcess->errors(), "connections are enough"), 1u) << mProcess->errors();
+
+    crowd.clear();
+    EXPECT_TRUE(eventually([&] {
+        Stranger late(mEntry.node);
+        return late.call(mEntry.object, kPid) && late.answered();
+    }));
+    EXPECT_TRUE(serving());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    char directory[] = "/tmp/limits-XXXXXX";
+    if (mkdtemp(directory) == nullptr || setenv("QELTV_RUNTIME_DIR", directory, 1) != 0) return 1;
+    const int result = RUN_ALL_TESTS();
+    std::filesystem::remove_all(directory);
+    return result;
+}
