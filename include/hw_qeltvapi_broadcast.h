@@ -56,6 +56,9 @@ int a_qeltvapi_broadcast_register_callback(qeltvapi_broadcast_callback_cb_t fn);
 /**
  * Selects a channel by three keys. Asks method 0.
  *
+ * @param p1 passed unchanged
+ * @param p2 passed unchanged
+ * @param p3 passed unchanged
  * @param p4 switch, not 0 is true
  * @return the service's code
  */
@@ -64,6 +67,9 @@ int a_qeltvapi_broadcast_select_channel(int32_t p1, int32_t p2, int32_t p3, int 
 /**
  * Selects a channel for a focus. Asks method 1.
  *
+ * @param p1 passed unchanged
+ * @param p2 passed unchanged
+ * @param p3 passed unchanged
  * @param p4 switch, not 0 is true
  * @param p5 sent as the number it is
  * @return the service's code
@@ -74,6 +80,8 @@ int a_qeltvapi_broadcast_select_channel_by_focusid(int32_t p1, int32_t p2, int32
 /**
  * Selects a channel by its number. Asks method 2.
  *
+ * @param p1 passed unchanged
+ * @param p2 passed unchanged
  * @param p3 switch, not 0 is true
  * @return the service's code
  */
@@ -82,6 +90,7 @@ int a_qeltvapi_broadcast_select_channel_by_chan_num(int32_t p1, int32_t p2, int 
 /**
  * Selects a channel by its id. Asks method 3.
  *
+ * @param p1 passed unchanged
  * @param p2 switch, not 0 is true
  * @return the service's code
  */
@@ -90,6 +99,8 @@ int a_qeltvapi_broadcast_select_channel_by_chan_id(int32_t p1, int p2);
 /**
  * Selects a channel by its programme number. Asks method 4.
  *
+ * @param p1 passed unchanged
+ * @param p2 passed unchanged
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_by_prog_no(int32_t p1, int32_t p2);
@@ -98,6 +109,11 @@ int a_qeltvapi_broadcast_select_channel_by_prog_no(int32_t p1, int32_t p2);
  * Selects a channel without the banner. Asks method 5. All five arguments are sent as the numbers
  * they are, p4 too.
  *
+ * @param p1 passed unchanged
+ * @param p2 passed unchanged
+ * @param p3 passed unchanged
+ * @param p4 passed unchanged
+ * @param p5 passed unchanged
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_silently(int32_t p1, int32_t p2, int32_t p3, int32_t p4,
@@ -178,6 +194,8 @@ int a_qeltvapi_broadcast_is_digits_key_handled(uint8_t* val);
 /**
  * Tells whether a channel number is valid. Asks method 15.
  *
+ * @param p1  passed unchanged
+ * @param p2  passed unchanged
  * @param p3  switch, not 0 is true
  * @param val [out] 0 or 1
  * @return the service's code
@@ -202,6 +220,7 @@ int a_qeltvapi_broadcast_reset_digits_key_handled(void);
 /**
  * Reads the number of DVB target regions. Asks method 18.
  *
+ * @param p1  passed unchanged
  * @param num [out] the number
  * @return the service's code
  */
@@ -210,6 +229,9 @@ int a_qeltvapi_broadcast_get_target_region_num(int32_t p1, uint16_t* num);
 /**
  * Reads one DVB target region. Asks method 19.
  *
+ * @param p1  passed unchanged
+ * @param p2  passed unchanged
+ * @param p3  passed unchanged
  * @param out [out] the region
  * @return the service's code
  */
@@ -219,6 +241,7 @@ int a_qeltvapi_broadcast_get_target_regions(int32_t p1, int32_t p2, int32_t p3,
 /**
  * Reads the largest possible major channel number. Asks method 20.
  *
+ * @param p1  passed unchanged
  * @param val [out] the number
  * @return the service's code
  */
@@ -227,6 +250,7 @@ int a_qeltvapi_broadcast_get_max_possible_major_chan_no(int32_t p1, int32_t* val
 /**
  * Reads the largest possible minor channel number. Asks method 21.
  *
+ * @param p1  passed unchanged
  * @param val [out] the number
  * @return the service's code
  */
@@ -235,6 +259,7 @@ int a_qeltvapi_broadcast_get_max_possible_minor_chan_no(int32_t p1, int32_t* val
 /**
  * Reads how many digits a major channel number may have. Asks method 22.
  *
+ * @param p1  passed unchanged
  * @param val [out] number of digits
  * @return the service's code
  */
@@ -243,6 +268,7 @@ int a_qeltvapi_broadcast_get_max_possible_major_digits(int32_t p1, int32_t* val)
 /**
  * Reads how many digits a minor channel number may have. Asks method 23.
  *
+ * @param p1  passed unchanged
  * @param val [out] number of digits
  * @return the service's code
  */
@@ -261,6 +287,7 @@ int a_qeltvapi_broadcast_get_cam_operator_name(int32_t len, char* buf);
 /**
  * Reads which input events MHEG takes. Asks method 25.
  *
+ * @param p1   passed unchanged
  * @param mask [out] the mask
  * @return the service's code
  */
@@ -320,6 +347,7 @@ int a_qeltvapi_broadcast_change_freq(const char* name, const QELTVAPI_CHANGE_FRE
  * Fine-tunes an analogue channel. Asks method 32.
  *
  * @param name video path; not null
+ * @param p2   passed unchanged
  * @param p3   switch, not 0 is true
  * @return the service's code
  */

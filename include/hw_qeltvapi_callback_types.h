@@ -58,6 +58,7 @@ typedef int (*qeltvapi_highlevel_cb_t)(int32_t type, uintptr_t tag, uintptr_t ar
  * @param query the question
  * @param data  [out] block of @p size zeroed bytes that takes the answer; valid during the call
  * @param size  size of the block in bytes
+ * @param tag   the application's own value
  * @return the value of the answer
  */
 typedef uint32_t (*qeltvapi_highlevel_query_cb_t)(uint32_t query, void* data, uint32_t size,
@@ -188,6 +189,8 @@ typedef int (*qeltvapi_mheg5_launch_hbbtv_nfy_cb_t)(const char* location, uintpt
  *
  * @param mime         the MIME type; valid during the call
  * @param pb_supported [out] non-zero when it is; 0 on entry
+ * @param tag          the application's own value
+ * @param arg1         defined by the service
  * @return result code, handed to the service
  */
 typedef int (*qeltvapi_mheg5_is_mime_type_support_cb_t)(const char* mime, uint8_t* pb_supported,

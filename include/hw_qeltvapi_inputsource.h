@@ -254,6 +254,8 @@ int a_qeltvapi_inputsource_set_userdefname_bysourceid(int32_t id, const char* na
 /**
  * Tells whether an external device has a signal. Asks method 24.
  *
+ * @param p1  passed unchanged
+ * @param p2  passed unchanged
  * @param val [out] 0 or 1
  * @return the service's code
  */
@@ -271,6 +273,8 @@ int a_qeltvapi_inputsource_sync_stop(const char* path, int p2);
 /**
  * Tells whether two sources exclude each other. Asks method 26.
  *
+ * @param p1  passed unchanged
+ * @param p2  passed unchanged
  * @param val [out] 0 or 1
  * @return the service's code
  */
