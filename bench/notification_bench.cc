@@ -157,13 +157,13 @@ void measureRecovery() {
 }  // namespace
 
 int main() {
-    void* memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE,
-                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* memory = mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS,
+                        -1, 0);
     if (memory == MAP_FAILED) return 1;
     sShared = new (memory) Shared;
     // A process each, before this one has used the library: forked processes share none of it.
-    for (const auto& measure : {+[] { measureRate(1); }, +[] { measureRate(kMaxClients); },
-                                +[] { measureRecovery(); }}) {
+    for (const auto& measure :
+         {+[] { measureRate(1); }, +[] { measureRate(kMaxClients); }, +[] { measureRecovery(); }}) {
         const pid_t pid = fork();
         if (pid == 0) {
             wire::TemporaryDirectory runtime;

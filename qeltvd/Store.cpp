@@ -80,6 +80,12 @@ bool Store::Statement::step() {
     }
 }
 
+Store::Statement& Store::Statement::reset() {
+    sqlite3_reset(mStatement);
+    mNext = 1;
+    return *this;
+}
+
 int64_t Store::Statement::integer(int column) const {
     return sqlite3_column_int64(mStatement, column);
 }

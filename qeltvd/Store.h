@@ -47,6 +47,8 @@ class Store {
 
         /** Whether there is a(nother) row. @throws StoreError */
         bool step();
+        /** Ready to be bound and run again. */
+        Statement& reset();
         /** Runs a statement without rows. */
         void run() { step(); }
 
