@@ -1,0 +1,50 @@
+#pragma once
+
+#include <atomic>
+
+#include "Defaults.h"
+#include "Television.h"
+
+namespace qeltvd {
+
+/** IQelTvApiMultiview: two pictures at a time. */
+class MultiviewService : public IQelTvApiMultiviewDefault {
+  public:
+    explicit MultiviewService(Television& tv);
+
+    template <class T>
+    using Return = android::hardware::Return<T>;
+    using String = android::hardware::hidl_string;
+
+    Return<int32_t> a_hidl_qeltvapi_multiview_getPOPTunerFocus() override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_setAudioFocusbySourceid(int32_t source) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_setAudioFocus(const String& path) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_getAudioFocus() override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_setNewTvMode(int32_t mode) override;
+    Return<void> a_hidl_qeltvapi_multiview_is_source_available_bysourceidandpath(
+            int32_t source, const String& path,
+            a_hidl_qeltvapi_multiview_is_source_available_bysourceidandpath_cb reply) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_startMainVideo(
+            int32_t p1, const HIDL_QELTVAPI_MULTIVIEW_REGION_T& region) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_startSubVideo(
+            int32_t p1, const HIDL_QELTVAPI_MULTIVIEW_REGION_T& region) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_stopMainVideo() override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_stopSubVideo() override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_startVideoWithoutVideoPath(
+            int32_t p1, const String& path) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_stopVideoWithoutVideoPath(
+            const String& path) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_getVideoResource(const String& path) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_setChgSource(bool on) override;
+    Return<uint8_t> a_hidl_qeltvapi_multiview_getChgSource() override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_get_video_state(const String& path) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_set_video_state(const String& path,
+                                                              bool state) override;
+    Return<int32_t> a_hidl_qeltvapi_multiview_only_chg_focus(const String& path) override;
+
+  private:
+    Television& mTv;
+    std::atomic<bool> mChangingSource{false};
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+#include "Notifier.h"
+#include "Settings.h"
+#include "layouts/presentation.h"
+
+namespace qeltvd {
+
+/**
+ * Volumes and mutes by type, the sound effect, audio values and the equaliser. Mutes end with the
+ * process, everything else is kept. Audio notifications tell every change.
+ */
+class Sound {
+  public:
+    /** @throws StoreError */
+    Sound(Store& store, Notifier& notifier);
+
+    /** The volume, or a code. */
+    int32_t volume(int32_t type) const;
+    int32_t setVolume(int32_t type, int32_t volume);
+    /** The volume after a step up (which also ends a mute) or down, or a code. */
+    int32_t step(int32_t type, bool up);
+    bool muted(int32_t type) const;
+    int32_t setMuted(int32_t type, bool muted);
+
+    static const std::vector<uint16_t>& effects();
+    uint16_t effect() const;
+    int32_t setEffect(int32_t effect);
+
+    /** An AudioValue that can be set. */
+    int32_t value(int32_t id, uint32_t* value) const;
+    int32_t setValue(int32_t id, int32_t value);
+
+    std::vector<uint8_t> equaliser() const;
+    int32_t setEqualiser(const std::vector<uint8_t>& bands);
+
+    /** Tells an audio event. */
+    void tell(layouts::AudioEvent event, uint64_t first, uint64_t second = 0);
+
+  private:
+    static bool isType(int32_t type) { return type >= 0 && type < layouts::kVolumeTypes; }
+    /** With mLock held: stores and tells. */
+    int32_t put(int32_t type, int32_t volume);
+
+    Settings mSettings;
+    Notifier& mNotifier;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    std::array<int32_t, layouts::kVolumeTypes> mVolumes;
+    std::array<bool, layouts::kVolumeTypes> mMuted{};
+    uint16_t mEffect;
+    std::vector<int32_t> mValues;
+    std::vector<uint8_t> mEqualiser;
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,377 @@
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "hw_pcl.h"
+#include "hw_qeltvapi_audioinfo.h"
+#include "hw_qeltvapi_av_mode.h"
+#include "hw_qeltvapi_freeze.h"
+#include "hw_qeltvapi_screenmode.h"
+#include "hw_qeltvapi_volctrl.h"
+#include "layouts/presentation.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kVolumeNames[kVolumeTypes] = {"speaker", "headphone", "digital",
+                                                    "description", "bluetooth"};
+constexpr const char* kPictureModes[] = {"",      "standard", "vivid", "film",
+                                         "sport", "game",     "photo", "user"};
+constexpr const char* kSoundEffects[] = {"",       "standard", "music", "film",
+                                         "speech", "sport",    "night"};
+constexpr const char* kScreenModes[] = {"",          "automatic", "16:9", "4:3",
+                                        "zoom 14:9", "zoom 16:9", "wide", "pixel by pixel"};
+constexpr const char* kWakeNames[kWakeReasons] = {"unknown", "mains",   "remote control", "timer",
+                                                  "CEC",     "network", "front panel"};
+constexpr const char* kDownNames[kDownReasons] = {"unknown",   "remote control", "sleep timer",
+                                                  "no signal", "idle",           "upgrade"};
+
+template <size_t N>
+std::string nameOf(const char* const (&names)[N], uint32_t number) {
+    return number < N ? names[number] : std::to_string(number);
+}
+
+/** A number by its name in a table, or as a number. */
+template <size_t N>
+int32_t numberOf(const char* const (&names)[N], const std::string& word, const char* what) {
+    for (size_t i = 0; i < N; ++i) {
+        if (!word.empty() && (word == names[i] || word == std::to_string(i))) {
+            return static_cast<int32_t>(i);
+        }
+    }
+    throw Failure(kUsage, std::string("there is no ") + what + " " + word);
+}
+
+/** A 16-bit mode; 65535 stands for no answer. */
+uint16_t mode(uint16_t value, const char* what) {
+    if (value == 65535) {
+        throw Failure(kUnreachable, std::string(what) + ": the television did not answer");
+    }
+    return value;
+}
+
+template <size_t N>
+void printModes(const char* const (&names)[N], const std::vector<uint16_t>& modes, uint16_t current,
+                bool json) {
+    std::vector<std::vector<std::string>> rows{{"MODE", "NAME", ""}};
+    Json all = Json::array();
+    for (const uint16_t one : modes) {
+        rows.push_back({std::to_string(one), nameOf(names, one), one == current ? "*" : ""});
+        all.push_back({{"mode", one}, {"name", nameOf(names, one)}, {"current", one == current}});
+    }
+    if (json) {
+        printf("%s\n", all.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+using CountModes = int (*)(uint32_t*);
+using GetModes = int (*)(uint16_t*, uint32_t*);
+
+std::vector<uint16_t> allModes(CountModes countOf, GetModes get, const char* what) {
+    uint32_t count = 0;
+    check(countOf(&count), what);
+    std::vector<uint16_t> modes(count + 64);
+    uint32_t room = count;
+    check(get(modes.data(), &room), what);
+    modes.resize(std::min<size_t>(room, modes.size()));
+    return modes;
+}
+
+void printVolumes(bool json) {
+    std::vector<std::vector<std::string>> rows{{"TYPE", "VOLUME", ""}};
+    Json all = Json::array();
+    for (int32_t type = 0; type < kVolumeTypes; ++type) {
+        const auto volume = check(a_qeltvapi_volctrl_getVolume_by_type(type), kVolumeNames[type]);
+        const bool muted = a_qeltvapi_volctrl_getMute_by_type(type) != 0;
+        rows.push_back({kVolumeNames[type], std::to_string(volume), muted ? "muted" : ""});
+        all.push_back({{"type", kVolumeNames[type]}, {"volume", volume}, {"muted", muted}});
+    }
+    if (json) {
+        printf("%s\n", all.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+void volume(const std::string& word, const std::string& typeName, bool json) {
+    requireService();
+    const int32_t type = numberOf(kVolumeNames, typeName, "volume");
+    if (word.empty()) {
+        printVolumes(json);
+        return;
+    }
+    if (word == "up" || word == "down") {
+        const int16_t now = word == "up" ? a_qeltvapi_volctrl_incrVolume_by_type(type)
+                                         : a_qeltvapi_volctrl_decrVolume_by_type(type);
+        printf("%lld\n", static_cast<long long>(check(now, "volume")));
+        return;
+    }
+    int level = 0;
+    char rest = 0;
+    if (sscanf(word.c_str(), "%9d%c", &level, &rest) != 1) {
+        throw Failure(kUsage, "volume takes a number, up or down, not \"" + word + "\"");
+    }
+    check(a_qeltvapi_volctrl_setVolume_by_type(type, level), "volume");
+}
+
+void printTracks(bool json) {
+    // Either the tuner plays or another input: only one of the two has tracks.
+    std::vector<AudioTrack> tracks;
+    for (const auto get : {a_qeltvapi_audio_info_get_available_record,
+                           a_qeltvapi_audio_info_get_inputsource_available_record}) {
+        uint32_t count = 0;
+        check(get(nullptr, &count), "audio");
+        std::vector<AudioTrack> room(count + 64);
+        uint32_t stored = count;
+        check(get(room.data(), &stored), "audio");
+        room.resize(std::min(count, stored));
+        tracks.insert(tracks.end(), room.begin(), room.end());
+    }
+    std::vector<std::vector<std::string>> rows{{"TRACK", "ABOUT", "KBIT/S", ""}};
+    Json all = Json::array();
+    for (const AudioTrack& track : tracks) {
+        Room about;
+        int32_t length = 0;
+        check(a_qeltvapi_get_audio_apd_text(static_cast<int32_t>(track.track), about.data(),
+                                            &length),
+              "audio");
+        rows.push_back({std::to_string(track.track), about.text(),
+                        std::to_string(track.kbitPerSecond), track.current != 0 ? "*" : ""});
+        all.push_back({{"track", track.track},
+                       {"language", std::string(track.language, 3)},
+                       {"channels", track.channels},
+                       {"purpose", track.purpose},
+                       {"about", about.text()},
+                       {"current", track.current != 0}});
+    }
+    if (json) {
+        printf("%s\n", all.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+void printPower(bool json) {
+    requireService();
+    uint32_t wake = 0, down = 0, setup = 0;
+    Room wakeData, downData;
+    qeltvapi_pcl_wakeup_key_t key{};
+    check(c_pcl_get_wakeup_reason(&wake, wakeData.data()), "power");
+    check(c_pcl_get_power_down_reason(&down, downData.data()), "power");
+    check(c_pcl_get_wakeup_setup(&setup), "power");
+    check(c_pcl_get_wakeup_irkey(&key), "power");
+    std::string allowed;
+    for (uint32_t reason = 0; reason < kWakeReasons; ++reason) {
+        if ((setup & 1u << reason) == 0) continue;
+        if (!allowed.empty()) allowed += ", ";
+        allowed += kWakeNames[reason];
+    }
+    if (json) {
+        const Json all{{"wake_reason", wake},
+                       {"wake_name", nameOf(kWakeNames, wake)},
+                       {"wake_key", key.second},
+                       {"down_reason", down},
+                       {"down_name", nameOf(kDownNames, down)},
+                       {"wake_setup", setup}};
+        printf("%s\n", all.dump(2).c_str());
+        return;
+    }
+    printTable({{"woken by", nameOf(kWakeNames, wake)},
+                {"powered down by", nameOf(kDownNames, down)},
+                {"can be woken by", allowed}});
+}
+
+}  // namespace
+
+void addSound(CLI::App& app) {
+    struct Options {
+        std::string word, type = kVolumeNames[0];
+        uint32_t track = 0;
+        bool on = false, json = false;
+    };
+    auto options = std::make_shared<Options>();
+
+    CLI::App* command = app.add_subcommand("volume", "Show or set the volumes");
+    command->add_option("volume", options->word, "0 to 100, up or down");
+    command->add_option("--type", options->type,
+                        "speaker, headphone, digital, description or bluetooth")
+            ->capture_default_str();
+    addJson(command, &options->json);
+    command->callback([options] { volume(options->word, options->type, options->json); });
+
+    command = app.add_subcommand("mute", "Mute or unmute the sound");
+    command->add_option("on", options->on, "on or off")->required();
+    command->add_option("--type", options->type, "As in volume")->capture_default_str();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_volctrl_setMute_by_type(numberOf(kVolumeNames, options->type, "volume"),
+                                                 options->on),
+              "mute");
+    });
+
+    CLI::App* audio = app.add_subcommand("audio", "Sound tracks and effects");
+    audio->require_subcommand(1);
+    command = audio->add_subcommand("list", "List the tracks of what is shown");
+    addJson(command, &options->json);
+    command->callback([options] {
+        requireService();
+        printTracks(options->json);
+    });
+    command = audio->add_subcommand("select", "Select a track");
+    command->add_option("track", options->track, "Its number")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_select_audio(&options->track), "audio");
+    });
+    command = audio->add_subcommand("language", "Select a track by language");
+    command->add_option("language", options->word, "As in \"eng\", or next")->required();
+    command->callback([options] {
+        requireService();
+        check(options->word == "next" ? a_qeltvapi_audio_info_set_next_lanuage()
+                                      : a_qeltvapi_select_default_audio(options->word.c_str()),
+              options->word);
+    });
+    command = audio->add_subcommand("effect", "Show or set the sound effect");
+    command->add_option("effect", options->word, "Its name or number");
+    addJson(command, &options->json);
+    command->callback([options] {
+        requireService();
+        if (options->word.empty()) {
+            printModes(kSoundEffects,
+                       allModes(a_qeltvapi_av_mode_get_number_sound_effect,
+                                a_qeltvapi_av_mode_get_all_sound_effect, "audio"),
+                       mode(a_qeltvapi_av_mode_get_sound_effect(), "audio"), options->json);
+            return;
+        }
+        check(a_qeltvapi_av_mode_set_sound_effect(
+                      numberOf(kSoundEffects, options->word, "sound effect")),
+              options->word);
+    });
+}
+
+void addPicture(CLI::App& app) {
+    struct Options {
+        std::string word, path = "main";
+        std::vector<int32_t> sides;
+        bool on = false, json = false;
+    };
+    auto options = std::make_shared<Options>();
+
+    CLI::App* picture = app.add_subcommand("picture", "Picture modes and freezing");
+    picture->require_subcommand(1);
+    CLI::App* command = picture->add_subcommand("mode", "Show or set the picture mode");
+    command->add_option("mode", options->word, "Its name or number");
+    addJson(command, &options->json);
+    command->callback([options] {
+        requireService();
+        if (options->word.empty()) {
+            printModes(kPictureModes,
+                       allModes(a_qeltvapi_av_mode_get_number_picture_mode,
+                                a_qeltvapi_av_mode_get_all_picture_mode, "picture"),
+                       mode(a_qeltvapi_av_mode_get_picture_mode(), "picture"), options->json);
+            return;
+        }
+        check(a_qeltvapi_av_mode_set_picture_mode(
+                      numberOf(kPictureModes, options->word, "picture mode")),
+              options->word);
+    });
+    command = picture->add_subcommand("freeze", "Freeze or unfreeze a picture");
+    command->add_option("on", options->on, "on or off")->required();
+    command->add_option("--path", options->path, "main or sub")->capture_default_str();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_freeze_set_freeze(options->path.c_str(), options->on), "freeze");
+    });
+
+    CLI::App* screen = app.add_subcommand("screen", "Screen modes and overscan");
+    screen->require_subcommand(1);
+    command = screen->add_subcommand("mode", "Show or set the screen mode");
+    command->add_option("mode", options->word, "Its name or number");
+    addJson(command, &options->json);
+    command->callback([options] {
+        requireService();
+        if (options->word.empty()) {
+            printModes(kScreenModes,
+                       allModes(a_qeltvapi_screenmode_get_number_screen_mode,
+                                a_qeltvapi_screenmode_get_all_screen_mode, "screen"),
+                       mode(a_qeltvapi_screenmode_get_screen_mode(), "screen"), options->json);
+            return;
+        }
+        check(a_qeltvapi_screenmode_set_screen_mode(
+                      numberOf(kScreenModes, options->word, "screen mode")),
+              options->word);
+    });
+    command = screen->add_subcommand("overscan", "Show or set the overscan, in thousandths");
+    command->add_option("sides", options->sides, "Top, bottom, left and right")->expected(4);
+    command->add_flag("--keep", options->on, "Keep it for ever");
+    command->callback([options] {
+        requireService();
+        if (!options->sides.empty()) {
+            check(a_qeltvapi_screenmode_set_crnt_overscan(options->sides[0], options->sides[1],
+                                                          options->sides[2], options->sides[3]),
+                  "overscan");
+        }
+        if (options->on) check(a_qeltvapi_screenmode_update_overscan_ini(), "overscan");
+        if (!options->sides.empty() || options->on) return;
+        int32_t four[64] = {};
+        check(a_qeltvapi_screenmode_get_crnt_overscan(four), "overscan");
+        printf("top %d, bottom %d, left %d, right %d\n", four[0], four[1], four[2], four[3]);
+    });
+}
+
+void addPower(CLI::App& app) {
+    struct Options {
+        uint32_t line = 0, level = 0, setup = 0;
+        std::string reason;
+        bool json = false;
+    };
+    auto options = std::make_shared<Options>();
+
+    CLI::App* power = app.add_subcommand("power", "Standby, wake-up and GPIO lines");
+    power->require_subcommand(1);
+    CLI::App* command = power->add_subcommand("status", "Why it woke up and powered down");
+    addJson(command, &options->json);
+    command->callback([options] { printPower(options->json); });
+    command = power->add_subcommand("down", "Go to standby");
+    command->add_option("--reason", options->reason, "Name or number of the reason to record");
+    command->callback([options] {
+        requireService();
+        if (!options->reason.empty()) {
+            const auto reason = static_cast<uint32_t>(
+                    numberOf(kDownNames, options->reason, "power-down reason"));
+            check(c_pcl_set_power_down_reason(reason, nullptr), "power");
+        }
+        check(c_pcl_set_power_down(), "power");
+    });
+    power->add_subcommand("suspend", "Suspend")->callback([] {
+        requireService();
+        check(c_pcl_set_request_suspend(), "power");
+    });
+    command = power->add_subcommand("setup", "Set what may wake it");
+    command->add_option("mask", options->setup, "Bit n for wake-up reason n")->required();
+    command->callback([options] {
+        requireService();
+        check(c_pcl_set_wakeup_setup(options->setup), "power");
+    });
+    command = power->add_subcommand("gpio", "Read or set a GPIO line");
+    command->add_option("line", options->line, "0 to 63; those below 16 are inputs")->required();
+    CLI::Option* level = command->add_option("level", options->level, "0 or 1");
+    command->callback([options, level] {
+        requireService();
+        if (level->count() != 0) {
+            check(c_pcl_set_gpio(options->line, options->level), "gpio");
+            return;
+        }
+        uint32_t value = 0;
+        check(c_pcl_get_gpio(options->line, kGpioLevel, &value), "gpio");
+        printf("%u\n", value);
+    });
+}
+
+}  // namespace tool

@@ -1,0 +1,373 @@
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "hw_qeltvapi_apptv.h"
+#include "hw_qeltvapi_audioinfo.h"
+#include "hw_qeltvapi_broadcast.h"
+#include "hw_qeltvapi_inputsource.h"
+#include "hw_qeltvapi_volctrl.h"
+#include "hw_svctx.h"
+#include "layouts/presentation.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+using Json = nlohmann::ordered_json;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+const char* nameOf(uint32_t status) {
+    constexpr const char* kNames[] = {"stopped", "searching", "locked", "playing", "failed"};
+    return status < std::size(kNames) ? kNames[status] : "?";
+}
+
+const char* errorName(uint32_t error) {
+    constexpr const char* kNames[] = {"", "no signal", "scrambled", "blocked", "no such service"};
+    return error < std::size(kNames) ? kNames[error] : "?";
+}
+
+/** What one path shows. */
+struct Shown {
+    Connection connection{};
+    VideoSource video{};
+    std::string source, name, language;
+
+    std::string state() const {
+        std::string text = nameOf(connection.status);
+        if (connection.error != 0) text += std::string(": ") + errorName(connection.error);
+        return text;
+    }
+};
+
+uint32_t pathNumber(const std::string& path) {
+    if (path == "main") return 0;
+    if (path == "sub") return 1;
+    throw Failure(kUsage, "the paths are main and sub, not \"" + path + "\"");
+}
+
+Shown read(const std::string& path) {
+    Shown shown;
+    const uint32_t context = contextOfPath(pathNumber(path));
+    check(c_svctx_get_conn_attr(context, 0, kConnectionAll, &shown.connection), "status");
+    check(c_svctx_get_video_src_resolution(context, &shown.video), "status");
+    Room name, source, language;
+    uint32_t length = 4096;
+    check(c_svctx_get(context, kContextName, name.data(), &length), "status");
+    shown.name = name.text();
+    check(a_qeltvapi_inputsource_get_currentsourcename_bypath(source.text(), kNameShown,
+                                                              path.c_str()),
+          "status");
+    shown.source = source.text();
+    if (a_qeltvapi_audio_info_get_current_lanuage(path.c_str(), language.text()) == 0) {
+        shown.language = language.text();
+    }
+    return shown;
+}
+
+Json json(const std::string& path, const Shown& shown) {
+    Json all{{"path", path},
+             {"source", shown.source},
+             {"status", nameOf(shown.connection.status)},
+             {"error", errorName(shown.connection.error)},
+             {"name", shown.name},
+             {"channel", shown.connection.channel}};
+    if (shown.connection.source == 0) {
+        all["frequency_khz"] = shown.connection.frequencyKHz;
+        all["level"] = shown.connection.level;
+        all["quality"] = shown.connection.quality;
+        all["bit_errors"] = shown.connection.bitErrors;
+    }
+    all["video"] = shown.video.text;
+    all["language"] = shown.language;
+    return all;
+}
+
+void printStatus(bool asJson) {
+    requireService();
+    Room text;
+    a_qeltvapi_apptv_get_current_channel_svc_text(text.text(), 0);
+    Json all{{"service", text.text()}, {"paths", Json::array()}};
+    std::vector<std::vector<std::string>> rows{
+            {"PATH", "SOURCE", "STATUS", "SERVICE", "SIGNAL", "VIDEO", "AUDIO"}};
+    for (const char* path : {"main", "sub"}) {
+        const Shown shown = read(path);
+        all["paths"].push_back(json(path, shown));
+        const bool tuner = shown.connection.source == 0 && shown.connection.status != 0;
+        rows.push_back({path, shown.source, shown.state(), shown.name,
+                        tuner ? std::to_string(shown.connection.level) + " / " +
+                                        std::to_string(shown.connection.quality)
+                              : "-",
+                        shown.video.text[0] != '\0' ? shown.video.text : "-",
+                        shown.language.empty() ? "-" : shown.language});
+    }
+    const int volume = a_qeltvapi_volctrl_getVolume();
+    const bool muted = a_qeltvapi_volctrl_getMute() != 0;
+    all["volume"] = volume;
+    all["muted"] = muted;
+    if (asJson) {
+        printf("%s\n", all.dump(2).c_str());
+        return;
+    }
+    printTable(rows);
+    printf("volume %d%s\n", volume, muted ? ", muted" : "");
+}
+
+/** Waits until a selection has come to its end. */
+void waitFor(const std::string& path, double seconds) {
+    const auto deadline = steady_clock::now() + std::chrono::duration<double>(seconds);
+    for (;;) {
+        const Shown shown = read(path);
+        switch (shown.connection.status) {
+            case kTuningPlays:
+                printf("%s, %s\n", shown.name.c_str(), shown.state().c_str());
+                return;
+            case kTuningLocked:
+                // A frequency has no service to wait for.
+                if (shown.connection.channel != 0 || shown.connection.source != 0) break;
+                printf("%u kHz, %s\n", shown.connection.frequencyKHz, shown.state().c_str());
+                return;
+            case kTuningFailed:
+                throw Failure(kRefused, shown.name + ": " + errorName(shown.connection.error));
+            case kTuningStopped:
+                throw Failure(kRefused, "the path was stopped");
+            default:
+                break;
+        }
+        if (steady_clock::now() >= deadline) {
+            throw Failure(kRefused, shown.name + ": still " + shown.state());
+        }
+        std::this_thread::sleep_for(milliseconds(10));
+    }
+}
+
+struct TuneOptions {
+    std::string what, path = "main";
+    int32_t id = 0, service = -1;
+    uint32_t kHz = 0;
+    bool banner = false;
+    double wait = 3;
+};
+
+/** A channel by what was typed: "12" or "7.1". */
+int32_t channelOf(const std::string& what) {
+    uint32_t major = 0, minor = 0;
+    char rest = 0;
+    const int read = sscanf(what.c_str(), "%5u.%3u%c", &major, &minor, &rest);
+    const bool plain = what.find_first_not_of("0123456789") == std::string::npos;
+    if (!((read == 1 && plain) || read == 2) || major == 0 || major > INT16_MAX) {
+        throw Failure(kUsage, "\"" + what + "\" is no channel number");
+    }
+    const int channel = a_qeltvapi_apptv_get_matched_channel(
+            static_cast<int32_t>(major), 1, 0, read == 2 ? static_cast<int32_t>(minor) : 0);
+    if (channel == -3) throw Failure(kRefused, "there is no channel " + what);
+    // An id with the highest bit set is negative here; the codes are small.
+    return channel < -100 ? channel : static_cast<int32_t>(check(channel, what));
+}
+
+void tune(const TuneOptions& options) {
+    requireService();
+    const uint32_t path = pathNumber(options.path);
+    const auto select = [&](int32_t channel) {
+        return a_qeltvapi_broadcast_select_channel(0, channel, static_cast<int32_t>(path),
+                                                   options.banner);
+    };
+    const int given =
+            !options.what.empty() + (options.id != 0) + (options.service >= 0) + (options.kHz != 0);
+    if (given != 1) throw Failure(kUsage, "tune takes one channel, by one of its names");
+    int code = 0;
+    if (options.id != 0) {
+        code = select(options.id);
+    } else if (options.service >= 0) {
+        code = a_qeltvapi_broadcast_select_channel_by_prog_no(options.service,
+                                                              static_cast<int32_t>(path));
+    } else if (options.kHz != 0) {
+        QELTVAPI_CHANGE_FREQ_T frequency{};
+        frequency.word1 = options.kHz;
+        code = a_qeltvapi_broadcast_change_freq(options.path.c_str(), &frequency);
+    } else if (options.what == "up" || options.what == "down" || options.what == "last") {
+        if (path != 0) throw Failure(kUsage, "keys are for the main path");
+        code = a_qeltvapi_broadcast_key_handler(options.what == "up"     ? kKeyChannelUp
+                                                : options.what == "down" ? kKeyChannelDown
+                                                                         : kKeyLastChannel);
+    } else {
+        code = select(channelOf(options.what));
+    }
+    check(code, "tune");
+    if (options.wait > 0) waitFor(options.path, options.wait);
+}
+
+// Inputs
+
+struct Input {
+    int32_t id;
+    QELTVAPI_INPUT_SOURCE_RECORD_T record{};
+    std::string name, shown;
+    uint8_t label = 0, blockSet = 0, blocked = 0, autoDetect = 0;
+
+    bool signal() const { return (record.tail & kInputHasSignal) != 0; }
+};
+
+Input readInput(int32_t id) {
+    Input input{};
+    input.id = id;
+    check(a_qeltvapi_inputsource_get_sourcerec_byidx(id, &input.record), "input");
+    input.name.assign(input.record.name, strnlen(input.record.name, sizeof(input.record.name)));
+    Room shown;
+    check(a_qeltvapi_inputsource_get_sourcename_bysourceid(id, shown.text(), kNameShown), "input");
+    input.shown = shown.text();
+    check(a_qeltvapi_inputsource_get_source_inputlabelidx_bysourceid(id, &input.label), "input");
+    check(a_qeltvapi_inputsource_is_source_block_bysourceid(id, &input.blockSet), "input");
+    check(a_qeltvapi_inputsource_is_block_bysourceid(id, &input.blocked), "input");
+    check(a_qeltvapi_inputsource_is_source_autodetect_bysourceid(id, &input.autoDetect), "input");
+    return input;
+}
+
+int32_t inputCount() {
+    const uint8_t count = a_qeltvapi_inputsource_get_sourcetotalnum();
+    if (count == 255) throw Failure(kUnreachable, "input: the television did not answer");
+    return count;
+}
+
+/** By id, or by the name beside the socket or the one that is shown. */
+int32_t inputOf(const std::string& what) {
+    for (int32_t id = 0; id < inputCount(); ++id) {
+        const Input input = readInput(id);
+        if (what == std::to_string(id) || what == input.name || what == input.shown) return id;
+    }
+    throw Failure(kRefused, "there is no input " + what);
+}
+
+void listInputs(bool asJson) {
+    requireService();
+    Room current;
+    check(a_qeltvapi_inputsource_get_currentsourcename(current.text(), kNamePlain), "input");
+    std::vector<std::vector<std::string>> rows{
+            {"INPUT", "NAME", "SHOWN AS", "SIGNAL", "BLOCK", "DETECT", ""}};
+    Json all = Json::array();
+    const auto yes = [](bool on) { return std::string(on ? "yes" : "-"); };
+    for (int32_t id = 0; id < inputCount(); ++id) {
+        const Input input = readInput(id);
+        const bool isCurrent = input.name == current.text();
+        rows.push_back({std::to_string(id), input.name, input.shown, yes(input.signal()),
+                        std::string(input.blocked != 0    ? "yes"
+                                    : input.blockSet != 0 ? "set"
+                                                          : "-"),
+                        yes(input.autoDetect != 0), isCurrent ? "*" : ""});
+        all.push_back({{"id", id},
+                       {"name", input.name},
+                       {"shown", input.shown},
+                       {"type", input.record.byte1},
+                       {"number", input.record.byte2},
+                       {"label", input.label},
+                       {"signal", input.signal()},
+                       {"block_set", input.blockSet != 0},
+                       {"blocked", input.blocked != 0},
+                       {"auto_detect", input.autoDetect != 0},
+                       {"current", isCurrent}});
+    }
+    if (asJson) {
+        printf("%s\n", all.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+}  // namespace
+
+void addTune(CLI::App& app) {
+    auto options = std::make_shared<TuneOptions>();
+    CLI::App* command = app.add_subcommand("tune", "Select a channel and wait until it plays");
+    command->add_option("channel", options->what, "Its number (12, 7.1), or up, down, last");
+    command->add_option("--id", options->id, "Its channel id");
+    command->add_option("--service", options->service, "Its service id (program number)");
+    command->add_option("--frequency", options->kHz, "Tune to a frequency in kHz, to no channel");
+    command->add_option("--path", options->path, "main or sub")->capture_default_str();
+    command->add_flag("--banner", options->banner, "Show the banner");
+    command->add_option("--wait", options->wait, "Seconds; 0 not at all")->capture_default_str();
+    command->callback([options] { tune(*options); });
+
+    auto asJson = std::make_shared<bool>(false);
+    command = app.add_subcommand("status", "Show what the television shows");
+    addJson(command, asJson.get());
+    command->callback([asJson] { printStatus(*asJson); });
+}
+
+void addInput(CLI::App& app) {
+    CLI::App* group = app.add_subcommand("input", "Inputs: the sockets and what is plugged in");
+    group->require_subcommand(1);
+    struct Options {
+        std::string input, path = "main", text;
+        int32_t label = 0;
+        bool on = false, json = false;
+        double wait = 3;
+    };
+    auto options = std::make_shared<Options>();
+    const auto add = [&](const char* name, const char* about) {
+        CLI::App* command = group->add_subcommand(name, about);
+        command->add_option("input", options->input, "Number or name, as in \"HDMI 1\"")
+                ->required();
+        return command;
+    };
+
+    CLI::App* command = group->add_subcommand("list", "List the inputs");
+    addJson(command, &options->json);
+    command->callback([options] { listInputs(options->json); });
+
+    command = add("select", "Show an input");
+    command->add_option("--path", options->path, "main or sub")->capture_default_str();
+    command->add_option("--wait", options->wait, "Seconds; 0 not at all")->capture_default_str();
+    command->callback([options] {
+        requireService();
+        pathNumber(options->path);
+        check(a_qeltvapi_inputsource_changesource_bysourceidandpath(inputOf(options->input),
+                                                                    options->path.c_str()),
+              options->input);
+        if (options->wait > 0) waitFor(options->path, options->wait);
+    });
+
+    command = add("label", "Give an input a label");
+    command->add_option("label", options->label, "0 none, 8 the user's own name")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(inputOf(options->input),
+                                                                         options->label),
+              options->input);
+    });
+
+    command = add("name", "Give an input a name of one's own");
+    command->add_option("name", options->text, "The name")->required();
+    command->callback([options] {
+        requireService();
+        const int32_t id = inputOf(options->input);
+        check(a_qeltvapi_inputsource_set_userdefname_bysourceid(id, options->text.c_str()),
+              options->input);
+        check(a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(id, kInputLabelUser),
+              options->input);
+    });
+
+    command = add("block", "Block an input while parental.input_lock is on");
+    command->add_option("on", options->on, "on or off")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_inputsource_set_source_blockstatus_bysourceid(inputOf(options->input),
+                                                                       options->on),
+              options->input);
+    });
+
+    command = add("detect", "Change to an input by itself when something is plugged in");
+    command->add_option("on", options->on, "on or off")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_inputsource_set_source_autodetectstatus_bysourceid(inputOf(options->input),
+                                                                            options->on),
+              options->input);
+    });
+}
+
+}  // namespace tool
