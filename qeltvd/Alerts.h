@@ -1,0 +1,74 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "Alarm.h"
+#include "ChannelDatabase.h"
+#include "Notifier.h"
+#include "Store.h"
+#include "layouts/alert.h"
+
+namespace qeltvd {
+
+/** Emergency alerts, one at a time, and warnings with the monitors of areas. Both end in time. */
+class Alerts {
+  public:
+    static constexpr size_t kWarningLimit = 32;
+    static constexpr int32_t kLongest = 24 * 3600;
+
+    /** @throws StoreError */
+    Alerts(Store& store, Notifier& notifier, ChannelDatabase& channels);
+
+    /** The alert that is on; of type kAlertNone when none is. */
+    layouts::AlertEntry alert() const;
+    /** Begins an alert in place of the one before; type kAlertNone ends it. */
+    int32_t raise(const layouts::AlertEntry& alert);
+    void setLaunched(bool launched);
+    bool launched() const;
+    /** The application leaves the alert, and stays on the channel. */
+    int32_t leave();
+
+    int32_t addMonitor(int32_t area);
+    int32_t removeMonitor(int32_t area);
+    std::vector<int32_t> monitors() const;
+
+    /** The number of the warning, or a code. */
+    int32_t raiseWarning(const layouts::WarningEntry& warning);
+    int32_t cancelWarning(int32_t number);
+    /** Those that hold in an area; all for area 0. */
+    std::vector<layouts::WarningEntry> warnings(int32_t area) const;
+
+  private:
+    using Clock = Alarm::Clock;
+    struct Warning {
+        layouts::WarningEntry entry;
+        Clock::time_point end;
+    };
+
+    /** Ends the alert; whether it goes back to the channel before. */
+    void endAlert(int32_t event, bool goBack);
+    void tellAlert(int32_t event);
+    void tellWarning(int32_t event, int32_t area);
+    void schedule();
+    void update();
+
+    Store& mStore;
+    Notifier& mNotifier;
+    ChannelDatabase& mChannels;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    layouts::AlertEntry mAlert{};
+    Clock::time_point mAlertEnd;
+    std::optional<uint32_t> mChannelBefore;
+    bool mLaunched = false;
+    std::vector<int32_t> mMonitors;
+    std::vector<Warning> mWarnings;
+    int32_t mNextWarning = 1;
+    Alarm mAlarm;
+};
+
+}  // namespace qeltvd

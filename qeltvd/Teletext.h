@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ChannelDatabase.h"
+#include "Notifier.h"
+#include "layouts/teletext.h"
+
+namespace qeltvd {
+
+/** Teletext of the channel that is being watched, with TOP navigation. */
+class Teletext {
+  public:
+    /** For how many seconds each subpage is on air. */
+    static constexpr int64_t kTurn = 5;
+    static constexpr uint32_t kFirstPage = 0x100;
+
+    /** @param clock seconds since 1970, UTC; the time that the first row shows is local */
+    Teletext(Notifier& notifier, const ChannelDatabase& channels, std::function<int64_t()> clock);
+
+    layouts::TeletextPage current() const;
+    int32_t setPage(uint32_t record);
+
+    std::vector<layouts::TopEntry> blocks() const;
+    /** Of the block that a page is in; nothing when there is no such page. */
+    std::optional<std::vector<layouts::TopEntry>> groups(uint16_t page) const;
+    /** Of the group that a page is in. */
+    std::optional<std::vector<layouts::TopEntry>> pages(uint16_t page) const;
+
+  private:
+    /** Rows 1 to 24 of each subpage. */
+    std::vector<std::vector<std::string>> content(uint32_t number) const;
+
+    Notifier& mNotifier;
+    const ChannelDatabase& mChannels;
+    const std::function<int64_t()> mClock;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    uint32_t mNumber = kFirstPage;
+    uint32_t mSubpage = 0;
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,161 @@
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "hw_qeltvapi_eas.h"
+#include "hw_qeltvapi_ews_pa.h"
+#include "layouts/alert.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kTypes[] = {"none", "test", "message", "warning", "national"};
+constexpr const char* kSeverities[] = {"", "test", "watch", "warning"};
+
+template <size_t N>
+const char* nameOf(const char* const (&names)[N], int32_t value) {
+    return value >= 0 && static_cast<size_t>(value) < N ? names[value] : "unknown";
+}
+
+std::vector<int32_t> read(uint32_t item, uint32_t area) {
+    std::vector<int32_t> words(1 + 32 * 4);
+    check(a_qeltvapi_ewspa_get(item, area, words.data(), static_cast<uint32_t>(words.size())),
+          "warnings");
+    return words;
+}
+
+void status(uint32_t area, bool asJson) {
+    requireService();
+    int32_t type = 0, change = 0, channel = 0, where = 0;
+    check(a_qeltvapi_eas_get_status(&type, &change, &channel, &where), "alert");
+    Json json{{"alert",
+               {{"type", nameOf(kTypes, type)},
+                {"channel_change", change == 1},
+                {"channel", channel},
+                {"area", where}}},
+              {"launched", a_qeltvapi_eas_get_android_launch_status() == 1},
+              {"monitors", Json::array()},
+              {"warnings", Json::array()}};
+    const auto monitors = read(kWarningMonitors, 0);
+    for (int32_t i = 0; i < monitors[0]; ++i) {
+        json["monitors"].push_back(monitors[static_cast<size_t>(i) + 1]);
+    }
+    const auto warnings = read(kWarningList, area);
+    std::vector<std::vector<std::string>> rows{{"WARNING", "SEVERITY", "AREA", "SECONDS"}};
+    for (int32_t i = 0; i < warnings[0]; ++i) {
+        const int32_t* entry = &warnings[1 + static_cast<size_t>(i) * 4];
+        rows.push_back({std::to_string(entry[0]), nameOf(kSeverities, entry[1]),
+                        std::to_string(entry[2]), std::to_string(entry[3])});
+        json["warnings"].push_back({{"number", entry[0]},
+                                    {"severity", nameOf(kSeverities, entry[1])},
+                                    {"area", entry[2]},
+                                    {"seconds", entry[3]}});
+    }
+    if (asJson) {
+        printf("%s\n", json.dump(2).c_str());
+        return;
+    }
+    printf("alert     %s\n", nameOf(kTypes, type));
+    if (type != kAlertNone) printf("area      %d\n", where);
+    if (change == 1) printf("channel   %u\n", static_cast<uint32_t>(channel));
+    printf("screen    %s\n", json["launched"].get<bool>() ? "launched" : "not launched");
+    printf("monitors  %s\n", json["monitors"].dump().c_str());
+    if (rows.size() > 1) printTable(rows);
+}
+
+}  // namespace
+
+void addAlert(CLI::App& app) {
+    CLI::App* alert = app.add_subcommand("alert", "Emergency alerts and warnings");
+    alert->require_subcommand(1);
+    struct Options {
+        std::string name;
+        int32_t area = 0, seconds = 60;
+        uint32_t channel = 0, number = 0;
+        bool json = false, on = false;
+    };
+    auto options = std::make_shared<Options>();
+
+    CLI::App* command = alert->add_subcommand("status", "Alert, monitors and warnings");
+    command->add_option("--area", options->number, "Only warnings that hold there");
+    addJson(command, &options->json);
+    command->callback([options] { status(options->number, options->json); });
+
+    command = alert->add_subcommand("raise", "Begin an alert as a broadcast would");
+    command->add_option("type", options->name, "test, message, warning or national")
+            ->required()
+            ->check(CLI::IsMember({"test", "message", "warning", "national"}));
+    command->add_option("--area", options->area, "Where it holds, 0 everywhere");
+    command->add_option("--seconds", options->seconds, "How long")->capture_default_str();
+    command->add_option("--channel", options->channel, "Channel to go to for details");
+    command->callback([options] {
+        requireService();
+        int32_t type = 0;
+        while (options->name != kTypes[type]) ++type;
+        int32_t words[] = {type, options->channel != 0, static_cast<int32_t>(options->channel),
+                           options->area, options->seconds};
+        check(a_qeltvapi_ewspa_set(kAlertRaise, 0, words, 5), "alert");
+    });
+
+    command = alert->add_subcommand("end", "End the alert as a broadcast would");
+    command->callback([] {
+        requireService();
+        int32_t words[5] = {};
+        check(a_qeltvapi_ewspa_set(kAlertRaise, 0, words, 5), "end");
+    });
+
+    command = alert->add_subcommand("leave", "Leave the alert, and stay on the channel");
+    command->callback([] {
+        requireService();
+        check(a_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(1), "leave");
+    });
+
+    command = alert->add_subcommand("screen", "Tell whether the alert screen is launched");
+    command->add_option("launched", options->on, "on or off")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_eas_set_android_launch_status(options->on), "screen");
+    });
+
+    command = alert->add_subcommand("monitor", "Watch for warnings in an area");
+    command->add_option("area", options->number, "The area, from 1")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_ewspa_create_monitor_inst(options->number), "monitor");
+    });
+
+    command = alert->add_subcommand("unmonitor", "Watch an area no more");
+    command->add_option("area", options->number, "The area")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_ewspa_delete_monitor_inst(options->number), "unmonitor");
+    });
+
+    command = alert->add_subcommand("warn", "Raise a warning as a broadcast would");
+    command->add_option("severity", options->name, "test, watch or warning")
+            ->required()
+            ->check(CLI::IsMember({"test", "watch", "warning"}));
+    command->add_option("--area", options->area, "Where it holds, 0 everywhere");
+    command->add_option("--seconds", options->seconds, "How long")->capture_default_str();
+    command->callback([options] {
+        requireService();
+        int32_t severity = 1;
+        while (options->name != kSeverities[severity]) ++severity;
+        int32_t words[] = {0, severity, options->area, options->seconds};
+        check(a_qeltvapi_ewspa_set(kWarningRaise, 0, words, 4), "warning");
+        printf("warning %d\n", words[0]);
+    });
+
+    command = alert->add_subcommand("cancel", "End a warning");
+    command->add_option("number", options->number, "The warning")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_ewspa_set(kWarningCancel, options->number, nullptr, 0), "cancel");
+    });
+}
+
+}  // namespace tool

@@ -1,0 +1,336 @@
+#include <termios.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstring>
+#include <deque>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <nlohmann/json.hpp>
+
+#include "hw_qeltvapi_ci.h"
+#include "hw_qeltvapi_common.h"
+#include "layouts/ci.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+using namespace std::chrono_literals;
+using Json = nlohmann::ordered_json;
+
+std::string utf8(const uint16_t* text, size_t limit = SIZE_MAX) {
+    std::string out;
+    for (size_t i = 0; text != nullptr && i < limit && text[i] != 0; ++i) {
+        uint32_t c = text[i];
+        if (c >= 0xd800 && c < 0xdc00 && i + 1 < limit && text[i + 1] >= 0xdc00) {
+            c = 0x10000 + ((c & 0x3ff) << 10) + (text[++i] & 0x3ffU);
+        }
+        const auto put = [&](uint32_t byte) { out += static_cast<char>(byte); };
+        if (c < 0x80) {
+            put(c);
+        } else if (c < 0x800) {
+            put(0xc0 | c >> 6);
+            put(0x80 | (c & 0x3f));
+        } else {
+            if (c < 0x10000) {
+                put(0xe0 | c >> 12);
+            } else {
+                put(0xf0 | c >> 18);
+                put(0x80 | (c >> 12 & 0x3f));
+            }
+            put(0x80 | (c >> 6 & 0x3f));
+            put(0x80 | (c & 0x3f));
+        }
+    }
+    return out;
+}
+
+/** What the CAM shows, copied from the notification. */
+struct Shown {
+    int32_t cond;
+    std::string title, subTitle, bottom;
+    std::vector<std::string> choices;
+    bool blind = false;
+    int length = 0;
+};
+
+std::mutex sLock;
+std::condition_variable sArrived;
+std::deque<Shown> sShown;
+
+int onCi(uint32_t, uint32_t, int32_t cond, const void* data) {
+    Shown shown{cond, {}, {}, {}, {}, false, 0};
+    if (cond == kCiEnquiry) {
+        const auto* enquiry = static_cast<const QELTVAPI_CI_MMI_ENQ_T*>(data);
+        shown.title = utf8(enquiry->w2s_text);
+        shown.blind = enquiry->b_blind != 0;
+        shown.length = enquiry->ui1_ans_len;
+    } else if (cond == kCiMenu || cond == kCiList) {
+        const auto* menu = static_cast<const QELTVAPI_CI_MMI_MENU_T*>(data);
+        shown.title = utf8(menu->w2s_title);
+        shown.subTitle = utf8(menu->w2s_sub_title);
+        shown.bottom = utf8(menu->w2s_bottom);
+        for (uint32_t i = 0; i < menu->ui4_choices; ++i) {
+            shown.choices.push_back(utf8(menu->pw2s_choice[i]));
+        }
+    } else if (cond != kCiClosed) {
+        return 0;
+    }
+    std::lock_guard<std::mutex> guard(sLock);
+    sShown.push_back(shown);
+    sArrived.notify_one();
+    return 0;
+}
+
+bool wait(Shown* shown, std::chrono::milliseconds limit) {
+    std::unique_lock<std::mutex> guard(sLock);
+    if (!sArrived.wait_for(guard, limit, [] { return !sShown.empty(); })) return false;
+    *shown = sShown.front();
+    sShown.pop_front();
+    return true;
+}
+
+template <class T, size_t N>
+void read(int type, T (&values)[N]) {
+    uint32_t length = sizeof(values);
+    memset(values, 0, sizeof(values));
+    check(a_qeltvapi_ci_get(type, 0, values, &length), "CI");
+}
+
+/** Reads a line without showing it. */
+bool readBlind(std::string* line) {
+    termios before{};
+    const bool terminal = isatty(STDIN_FILENO) != 0 && tcgetattr(STDIN_FILENO, &before) == 0;
+    if (terminal) {
+        termios silent = before;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+    }
+    const bool got = static_cast<bool>(std::getline(std::cin, *line));
+    if (terminal) {
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
+        printf("\n");
+    }
+    return got;
+}
+
+/** The answers of the user: those given with the command first, then what is typed. */
+class Answers {
+  public:
+    explicit Answers(const std::vector<std::string>& given)
+            : mGiven(given.begin(), given.end()), mScripted(!given.empty()) {}
+
+    bool next(bool blind, std::string* answer) {
+        if (mScripted) {
+            if (mGiven.empty()) return false;
+            *answer = mGiven.front();
+            mGiven.pop_front();
+            printf("> %s\n", blind ? std::string(answer->size(), '*').c_str() : answer->c_str());
+            return true;
+        }
+        printf("> ");
+        fflush(stdout);
+        return blind ? readBlind(answer) : static_cast<bool>(std::getline(std::cin, *answer));
+    }
+
+  private:
+    std::deque<std::string> mGiven;
+    bool mScripted;
+};
+
+void print(const Shown& shown) {
+    printf("\n%s\n", shown.title.c_str());
+    if (!shown.subTitle.empty()) printf("%s\n", shown.subTitle.c_str());
+    for (size_t i = 0; i < shown.choices.size(); ++i) {
+        if (shown.cond == kCiMenu) {
+            printf("  %zu  %s\n", i + 1, shown.choices[i].c_str());
+        } else {
+            printf("  %s\n", shown.choices[i].c_str());
+        }
+    }
+    if (!shown.bottom.empty()) printf("%s\n", shown.bottom.c_str());
+    if (shown.cond == kCiEnquiry) printf("%d characters, nothing to cancel\n", shown.length);
+}
+
+int answerMenu(uint32_t dialogue, const std::string& text) {
+    char* end = nullptr;
+    const unsigned long choice = strtoul(text.c_str(), &end, 10);
+    if (text.empty() || *end != 0 || choice > 255) return -4;
+    uint32_t words[] = {dialogue, static_cast<uint32_t>(choice)};
+    return a_qeltvapi_ci_set(kCiSetMenuAnswer, 0, words);
+}
+
+int answerEnquiry(uint32_t dialogue, const std::string& text) {
+    std::vector<uint16_t> units;
+    for (const char c : text) units.push_back(static_cast<unsigned char>(c));
+    units.push_back(0);
+    QELTVAPI_CI_MMI_ENQ_ANS_T answer{text.empty() ? kCiCancelled : kCiAnswered, dialogue,
+                                     units.data()};
+    return a_qeltvapi_ci_set(QELTVAPI_CI_SET_TYPE_MMI_ENQ_ANS, 0, &answer);
+}
+
+void menu(const std::vector<std::string>& given) {
+    requireService();
+    int32_t registration = 0;
+    check(a_qeltvapi_ci_reg_cb(&registration, 0, 0, onCi), "CI");
+    // The television may not know yet whom to tell: ask until something comes.
+    Shown shown{};
+    bool arrived = false;
+    for (int i = 0; i < 50 && !arrived; ++i) {
+        const int code = a_qeltvapi_ci_set(kCiSetOpenMenu, 0, nullptr);
+        if (code == -5) throw Failure(kRefused, "there is no CAM that is ready");
+        check(code, "menu");
+        arrived = wait(&shown, 200ms);
+    }
+    if (!arrived) throw Failure(kUnreachable, "the CAM does not answer");
+    // Of several requests the last one counts.
+    for (Shown later{}; wait(&later, given.empty() ? 50ms : 250ms);) shown = later;
+
+    Answers answers(given);
+    while (shown.cond != kCiClosed) {
+        print(shown);
+        std::string text;
+        if (!answers.next(shown.blind, &text)) {
+            a_qeltvapi_ci_set(kCiSetClose, 0, nullptr);
+            break;
+        }
+        uint32_t dialogue[2];
+        read(kCiGetDialogue, dialogue);
+        const int code = shown.cond == kCiEnquiry ? answerEnquiry(dialogue[1], text)
+                                                  : answerMenu(dialogue[1], text);
+        if (code == -4) {
+            printf("That cannot be chosen.\n");
+            continue;
+        }
+        check(code, "answer");
+        if (!wait(&shown, 5000ms)) throw Failure(kUnreachable, "the CAM does not answer");
+    }
+    a_qeltvapi_ci_unreg_cb(registration);
+}
+
+void status(bool asJson) {
+    requireService();
+    constexpr const char* kStates[] = {"empty", "off", "ready"};
+    uint32_t state[1];
+    uint32_t dialogue[2];
+    uint16_t systems[16];
+    uint16_t name[128];
+    char language[4];
+    read(kCiGetSlotState, state);
+    read(kCiGetDialogue, dialogue);
+    read(kCiGetCaSystems, systems);
+    read(kCiGetCamNameUtf16, name);
+    read(kCiGetLanguage, language);
+    uint8_t valid = 0;
+    uint16_t pin[16] = {};
+    uint32_t length = 0;
+    QELTVAPI_CI_CAM_PIN_CODE_T record{&valid, pin};
+    check(a_qeltvapi_ci_get(QELTVAPI_CI_GET_TYPE_CAM_PIN_CODE, 0, &record, &length), "PIN");
+    Room keys;
+    const int code = a_qeltvapi_ci_key_query(static_cast<uint16_t*>(keys.data()));
+    const std::string described =
+            code < 0 ? "none" : utf8(static_cast<const uint16_t*>(keys.data()));
+    uint8_t host[32];
+    uint8_t hostLength = sizeof(host);
+    check(a_qeltvapi_ci_key_get_host_id(host, &hostLength), "host id");
+    std::string hostId;
+    for (uint8_t i = 0; i < hostLength; ++i) {
+        char digits[3];
+        snprintf(digits, sizeof(digits), "%02x", host[i]);
+        hostId += digits;
+    }
+    std::vector<std::string> ids;
+    for (const uint16_t system : systems) {
+        char digits[8];
+        snprintf(digits, sizeof(digits), "0x%04x", system);
+        if (system != 0) ids.push_back(digits);
+    }
+    const char* const held = pin[0] == 0 ? "none" : valid != 0 ? "right" : "wrong";
+    const Json json{{"slot", state[0] < 3 ? kStates[state[0]] : "unknown"},
+                    {"cam", utf8(name, 128)},
+                    {"ca_systems", ids},
+                    {"language", std::string(language, strnlen(language, 4))},
+                    {"dialogue", dialogue[0] != 0},
+                    {"pin", held},
+                    {"keys", described},
+                    {"host_id", hostId}};
+    if (asJson) {
+        printf("%s\n", json.dump(2).c_str());
+        return;
+    }
+    std::string all;
+    for (const auto& id : ids) all += (all.empty() ? "" : " ") + id;
+    printf("slot      %s\n", json["slot"].get<std::string>().c_str());
+    printf("CAM       %s\n", json["cam"].get<std::string>().c_str());
+    printf("systems   %s\n", all.c_str());
+    printf("PIN held  %s\n", held);
+    printf("keys      %s\n", described.c_str());
+    printf("host id   %s\n", hostId.c_str());
+}
+
+}  // namespace
+
+void addCi(CLI::App& app) {
+    CLI::App* ci = app.add_subcommand("ci", "Common Interface slot and its CAM");
+    ci->require_subcommand(1);
+    struct Options {
+        std::vector<std::string> answers;
+        std::string text;
+        uint32_t kind = 0;
+        bool json = false;
+    };
+    auto options = std::make_shared<Options>();
+
+    CLI::App* command = ci->add_subcommand("status", "Slot, CAM, PIN and keys");
+    addJson(command, &options->json);
+    command->callback([options] { status(options->json); });
+
+    command = ci->add_subcommand("menu", "Open the CAM's menu and answer it");
+    command->add_option("--answer", options->answers,
+                        "An answer in place of typing it, again for each; then the menu is closed");
+    command->callback([options] { menu(options->answers); });
+
+    command = ci->add_subcommand("pin", "Set the PIN that the television hands to the CAM");
+    command->add_option("digits", options->text, "4 to 8 digits; none to forget it");
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_ci_set(kCiSetPin, 0, options->text.data()), "PIN");
+    });
+
+    const auto simple = [&](const char* name, const char* text, int type) {
+        ci->add_subcommand(name, text)->callback([name, type] {
+            requireService();
+            check(a_qeltvapi_ci_set(type, 0, nullptr), name);
+        });
+    };
+    simple("insert", "Put the CAM into the slot", kCiSetInsert);
+    simple("remove", "Take the CAM out of the slot", kCiSetRemove);
+    simple("reset", "Reset the CAM", kCiSetReset);
+
+    CLI::App* key = ci->add_subcommand("key", "Key data of the host");
+    key->require_subcommand(1);
+    command = key->add_subcommand("load", "Take key data from a file");
+    command->add_option("path", options->text, "The file, as the television sees it")->required();
+    command->add_option("--kind", options->kind, "Kind of the key data, 0 to 3")
+            ->capture_default_str();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_ci_key_update_with_path_ex(options->text.c_str(), options->kind),
+              options->text);
+    });
+    key->add_subcommand("activate", "Use what was loaded")->callback([] {
+        requireService();
+        check(a_qeltvapi_ci_key_activate(), "activate");
+    });
+    key->add_subcommand("erase", "Erase all key data")->callback([] {
+        requireService();
+        check(a_qeltvapi_ci_key_erase(), "erase");
+    });
+}
+
+}  // namespace tool

@@ -1,0 +1,475 @@
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "hw_qeltvapi_pvr_browser.h"
+#include "hw_qeltvapi_record.h"
+#include "hw_qeltvapi_timeshift.h"
+#include "layouts/record.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+using Json = nlohmann::ordered_json;
+
+std::string localTime(int64_t utc) {
+    const auto seconds = static_cast<time_t>(utc);
+    tm local{};
+    localtime_r(&seconds, &local);
+    char text[32];
+    return std::string(text, strftime(text, sizeof(text), "%Y-%m-%d %H:%M:%S", &local));
+}
+
+/** "+90" is in 90 seconds, a plain number UTC seconds, else local time as localTime() prints it. */
+int64_t parseTime(const std::string& text) {
+    char* end = nullptr;
+    const long long number = strtoll(text.c_str(), &end, 10);
+    if (!text.empty() && *end == 0) return text[0] == '+' ? time(nullptr) + number : number;
+    tm local{};
+    local.tm_isdst = -1;
+    for (const char* format : {"%Y-%m-%d %H:%M:%S", "%Y-%m-%d %H:%M"}) {
+        const char* rest = strptime(text.c_str(), format, &local);
+        if (rest != nullptr && *rest == 0) return mktime(&local);
+    }
+    throw Failure(kUsage, "\"" + text + "\" is no time");
+}
+
+const char* nameOfError(int error) {
+    switch (error) {
+        case kErrorNone:
+            return "";
+        case kErrorDiskFull:
+            return "the disk is full";
+        case kErrorDiskGone:
+            return "the disk is not there";
+        case kErrorWrite:
+            return "the disk cannot be written";
+        case kErrorNoChannel:
+            return "there is no such channel";
+        case kErrorTunerBusy:
+            return "the tuner is busy with another recording";
+        default:
+            return "unknown error";
+    }
+}
+
+const char* nameOfStatus(int status) {
+    constexpr const char* kNames[] = {"open", "runs", "stopped", "failed", "stopping"};
+    return status >= 0 && status < 5 ? kNames[status] : "unknown";
+}
+
+const char* nameOfReason(uint32_t reason) {
+    constexpr const char* kNames[] = {"",     "by user",    "time over", "disk full",
+                                      "disk", "power lost", "standby"};
+    return reason < 7 ? kNames[reason] : "unknown";
+}
+
+const char* nameOfState(uint32_t state) {
+    constexpr const char* kNames[] = {"waits", "runs", "missed", "failed"};
+    return state < 4 ? kNames[state] : "unknown";
+}
+
+const char* nameOfRepeat(uint32_t repeat) {
+    constexpr const char* kNames[] = {"once", "daily", "weekly"};
+    return repeat < 3 ? kNames[repeat] : "unknown";
+}
+
+std::string mib(int64_t bytes) {
+    char text[32];
+    snprintf(text, sizeof(text), "%.1f MiB", static_cast<double>(bytes) / (1 << 20));
+    return text;
+}
+
+struct Options {
+    uint32_t channel = 0, seconds = 0, rate = 0, handle = 0, index = 0, limit = 0;
+    std::string file, programme, start, repeat = "once";
+    bool json = false, force = false;
+};
+
+void startRecording(const Options& options) {
+    requireService();
+    const int opened = a_qeltvapi_record_pvr_open(options.channel);
+    if (opened <= 0) {
+        throw Failure(kRefused, options.channel == 0
+                                        ? "no channel is being watched"
+                                        : "channel " + std::to_string(options.channel) +
+                                                  " cannot be recorded");
+    }
+    const auto handle = static_cast<uint32_t>(opened);
+    try {
+        if (!options.file.empty()) {
+            check(a_qeltvapi_record_pvr_set_recording_file_name(handle, options.file.c_str()),
+                  options.file);
+        }
+        if (!options.programme.empty()) {
+            check(a_qeltvapi_pvr_set_event_extra(kCommandProgrammeName, handle, 0,
+                                                 options.programme.c_str()),
+                  options.programme);
+        }
+        check(a_qeltvapi_record_pvr_set_mode(handle,
+                                             options.seconds != 0 ? kModeSeconds : kModeEndless,
+                                             static_cast<int32_t>(options.seconds), options.rate),
+              "mode");
+        if (a_qeltvapi_record_pvr_start(handle) < 0) {
+            throw Failure(kRefused, nameOfError(a_qeltvapi_record_pvr_get_error_id(handle)));
+        }
+    } catch (...) {
+        a_qeltvapi_record_pvr_close(handle);
+        throw;
+    }
+    Room name(512);
+    check(a_qeltvapi_record_pvr_get_recording_file_name(handle, name.text(), 511), "file name");
+    if (options.json) {
+        printf("%s\n", Json{{"recording", handle}, {"file", name.text()}}.dump(2).c_str());
+    } else {
+        printf("recording %u: %s\n", handle, name.text());
+    }
+}
+
+uint32_t chosen(uint32_t handle) {
+    if (handle != 0) return handle;
+    handle = static_cast<uint32_t>(a_qeltvapi_record_pvr_get_current_handle());
+    if (handle == 0) throw Failure(kRefused, "nothing is being recorded");
+    return handle;
+}
+
+void stopRecording(const Options& options) {
+    requireService();
+    const uint32_t handle = chosen(options.handle);
+    const std::string what = "recording " + std::to_string(handle);
+    const int code = a_qeltvapi_record_pvr_stop(handle);
+    if (code < 0) {
+        const int error = a_qeltvapi_record_pvr_get_error_id(handle);
+        if (error > 0) throw Failure(kRefused, what + ": " + nameOfError(error));
+        check(code, what);
+    }
+    const int64_t bytes = a_qeltvapi_record_pvr_get_recording_file_size(handle);
+    const int seconds = a_qeltvapi_get_recording_position(handle);
+    check(a_qeltvapi_record_pvr_close(handle), what);
+    printf("%s: %d s, %s\n", what.c_str(), seconds, mib(bytes).c_str());
+}
+
+void showStatus(const Options& options) {
+    requireService();
+    const uint32_t handle =
+            options.handle != 0 ? options.handle
+                                : static_cast<uint32_t>(a_qeltvapi_record_pvr_get_current_handle());
+    Json json{{"disk",
+               {{"total", a_qeltvapi_record_pvr_get_disk_total_size(0)},
+                {"free", a_qeltvapi_record_pvr_get_disk_free_size(0)}}},
+              {"bookings", check(a_qeltvapi_pvr_get_booking_count(), "bookings")}};
+    if (handle != 0) {
+        const auto status = check(a_qeltvapi_record_pvr_get_status(handle),
+                                  "recording " + std::to_string(handle));
+        Room name(512);
+        a_qeltvapi_record_pvr_get_recording_file_name(handle, name.text(), 511);
+        json["recording"] = {{"recording", handle},
+                             {"status", nameOfStatus(static_cast<int>(status))},
+                             {"error", nameOfError(a_qeltvapi_record_pvr_get_error_id(handle))},
+                             {"seconds", a_qeltvapi_get_recording_position(handle)},
+                             {"bytes", a_qeltvapi_record_pvr_get_recording_file_size(handle)},
+                             {"file", name.text()}};
+    }
+    if (options.json) {
+        printf("%s\n", json.dump(2).c_str());
+        return;
+    }
+    printf("disk       %s free of %s\n", mib(json["disk"]["free"]).c_str(),
+           mib(json["disk"]["total"]).c_str());
+    printf("bookings   %d\n", json["bookings"].get<int>());
+    if (handle == 0) {
+        printf("recording  none\n");
+        return;
+    }
+    const Json& recording = json["recording"];
+    const std::string error = recording["error"];
+    printf("recording  %u %s%s%s, %d s, %s, %s\n", handle,
+           recording["status"].get<std::string>().c_str(), error.empty() ? "" : ": ", error.c_str(),
+           recording["seconds"].get<int>(), mib(recording["bytes"]).c_str(),
+           recording["file"].get<std::string>().c_str());
+}
+
+std::vector<ScheduleRecord> readBookings() {
+    std::vector<ScheduleRecord> bookings;
+    const auto count = check(a_qeltvapi_pvr_get_booking_count(), "bookings");
+    for (uint32_t i = 0; i < count; ++i) {
+        ScheduleRecord record{};
+        if (a_qeltvapi_get_schedule_record(&record, i) < 0) break;
+        bookings.push_back(record);
+    }
+    return bookings;
+}
+
+void schedule(const Options& options, bool add) {
+    requireService();
+    if (!add) {
+        std::vector<std::vector<std::string>> rows{
+                {"NUMBER", "START", "SECONDS", "REPEAT", "STATE", "CHANNEL", "PROGRAMME"}};
+        Json json = Json::array();
+        for (const ScheduleRecord& b : readBookings()) {
+            rows.push_back({std::to_string(b.booking), localTime(b.start),
+                            std::to_string(b.seconds), nameOfRepeat(b.repeat), nameOfState(b.state),
+                            b.channelName, b.programme});
+            json.push_back({{"number", b.booking},
+                            {"channel", b.channel},
+                            {"channel_name", b.channelName},
+                            {"start", b.start},
+                            {"seconds", b.seconds},
+                            {"repeat", nameOfRepeat(b.repeat)},
+                            {"state", nameOfState(b.state)},
+                            {"error", nameOfError(static_cast<int>(b.error))},
+                            {"programme", b.programme}});
+        }
+        if (options.json) {
+            printf("%s\n", json.dump(2).c_str());
+        } else {
+            printTable(rows);
+        }
+        return;
+    }
+    ScheduleRecord record{};
+    record.channel = options.channel;
+    record.start = parseTime(options.start);
+    record.seconds = options.seconds;
+    record.repeat = options.repeat == "daily"    ? kDaily
+                    : options.repeat == "weekly" ? kWeekly
+                                                 : kOnce;
+    record.rate = options.rate;
+    snprintf(record.programme, sizeof(record.programme), "%s", options.programme.c_str());
+    const int number =
+            a_qeltvapi_set_schedule_record(&record, options.force ? kBookInSpiteOfConflict : 0);
+    if (number == -5) throw Failure(kRefused, "another booking is in the way");
+    if (number == -3) {
+        throw Failure(kRefused, "there is no channel " + std::to_string(options.channel));
+    }
+    check(number, "booking");
+    printf("booking %d\n", number);
+}
+
+void unschedule(uint32_t number) {
+    requireService();
+    const auto bookings = readBookings();
+    for (uint32_t i = 0; i < bookings.size(); ++i) {
+        if (bookings[i].booking != number) continue;
+        check(a_qeltvapi_del_schedule_record(i), "booking " + std::to_string(number));
+        return;
+    }
+    throw Failure(kRefused, "there is no booking " + std::to_string(number));
+}
+
+void listRecordings(bool asJson) {
+    requireService();
+    uint32_t count = 0;
+    check(a_qeltvapi_mmp_get_pvr_browser_recording_file_num(&count), "recordings");
+    std::vector<std::vector<std::string>> rows{
+            {"INDEX", "START", "SECONDS", "SIZE", "ENDED", "CHANNEL", "PROGRAMME", "FILE"}};
+    Json json = Json::array();
+    for (uint32_t i = 0; i < count; ++i) {
+        BrowserItem item{};
+        // Longer answers are stored whole.
+        Room room;
+        if (a_qeltvapi_mmp_get_pvr_browser_item_by_index(i, room.data()) < 0) break;
+        memcpy(&item, room.data(), sizeof(item));
+        const std::string path(item.path, strnlen(item.path, sizeof(item.path)));
+        rows.push_back({std::to_string(i), localTime(item.start), std::to_string(item.seconds),
+                        mib(item.bytes), nameOfReason(item.stopReason), item.channelName,
+                        item.programme, path.substr(path.rfind('/') + 1)});
+        json.push_back({{"index", i},
+                        {"path", path},
+                        {"channel", item.channel},
+                        {"channel_name", item.channelName},
+                        {"programme", item.programme},
+                        {"start", item.start},
+                        {"seconds", item.seconds},
+                        {"bytes", item.bytes},
+                        {"stop_reason", nameOfReason(item.stopReason)},
+                        {"rating", item.rating},
+                        {"retention", item.retention}});
+    }
+    if (asJson) {
+        printf("%s\n", json.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+void setDisk(const Options& options) {
+    requireService();
+    DiskRecord record{};
+    const uint64_t bytes = uint64_t{options.limit} << 20;
+    record.limitLow = static_cast<uint32_t>(bytes);
+    record.limitHigh = static_cast<uint32_t>(bytes >> 32);
+    record.rate = options.rate * 1024;
+    check(a_qeltvapi_record_pvr_set_disk(0, "", &record), "disk");
+}
+
+const char* nameOfTimeshift(int64_t status) {
+    constexpr const char* kNames[] = {"idle", "records", "full", "kept"};
+    return status >= 0 && status < 4 ? kNames[status] : "unknown";
+}
+
+const char* nameOfDevice(int64_t status) {
+    constexpr const char* kNames[] = {"none", "registers", "ready", "failed"};
+    return status >= 0 && status < 4 ? kNames[status] : "unknown";
+}
+
+void showTimeshift(bool asJson) {
+    requireService();
+    const Json json{{"device", nameOfDevice(a_qeltvapi_timeshift_get_device_status())},
+                    {"progress", a_qeltvapi_timeshift_get_registerdevice_schedule()},
+                    {"status", nameOfTimeshift(a_qeltvapi_timeshift_get_record_status())},
+                    {"error", nameOfError(a_qeltvapi_timeshift_get_error_id())},
+                    {"start_ms", a_qeltvapi_timeshift_get_start_position()},
+                    {"position_ms", a_qeltvapi_timeshift_get_current_position()},
+                    {"duration_ms", a_qeltvapi_timeshift_get_duration()}};
+    if (asJson) {
+        printf("%s\n", json.dump(2).c_str());
+        return;
+    }
+    const auto seconds = [&](const char* name) { return json[name].get<double>() / 1000; };
+    printf("device    %s (%d %%)\n", json["device"].get<std::string>().c_str(),
+           json["progress"].get<int>());
+    printf("status    %s %s\n", json["status"].get<std::string>().c_str(),
+           json["error"].get<std::string>().c_str());
+    printf("buffer    %.1f s from %.1f s\n", seconds("duration_ms"), seconds("start_ms"));
+    printf("position  %.1f s\n", seconds("position_ms"));
+}
+
+}  // namespace
+
+void addRecord(CLI::App& app) {
+    CLI::App* record = app.add_subcommand("record", "Recordings and bookings");
+    record->require_subcommand(1);
+    auto options = std::make_shared<Options>();
+
+    CLI::App* command = record->add_subcommand("start", "Record a channel");
+    command->add_option("channel", options->channel, "Channel id; the one being watched without");
+    command->add_option("--seconds", options->seconds, "End after this time");
+    command->add_option("--file", options->file, "Name of the file");
+    command->add_option("--programme", options->programme, "Name of the programme");
+    command->add_option("--rate", options->rate, "KiB per second");
+    addJson(command, &options->json);
+    command->callback([options] { startRecording(*options); });
+
+    command = record->add_subcommand("stop", "End a recording");
+    command->add_option("recording", options->handle, "Which; the newest that runs without");
+    command->callback([options] { stopRecording(*options); });
+
+    command = record->add_subcommand("status", "Disk, bookings and a recording");
+    command->add_option("recording", options->handle, "Which; the newest that runs without");
+    addJson(command, &options->json);
+    command->callback([options] { showStatus(*options); });
+
+    command = record->add_subcommand("schedule", "Book a recording, or list what is booked");
+    CLI::Option* channel = command->add_option("channel", options->channel, "Channel id");
+    CLI::Option* start = command->add_option(
+            "start", options->start, "\"2026-11-21 20:15\", UTC seconds, or +SECONDS from now");
+    CLI::Option* seconds = command->add_option("seconds", options->seconds, "Length");
+    channel->needs(start);
+    start->needs(seconds);
+    command->add_option("--repeat", options->repeat, "once, daily or weekly")
+            ->check(CLI::IsMember({"once", "daily", "weekly"}));
+    command->add_option("--programme", options->programme, "Name of the programme");
+    command->add_option("--rate", options->rate, "KiB per second");
+    command->add_flag("--force", options->force, "Even with another booking in the way");
+    addJson(command, &options->json);
+    command->callback([options, channel] { schedule(*options, channel->count() > 0); });
+
+    command = record->add_subcommand("unschedule", "Delete a booking");
+    command->add_option("number", options->index, "Number of the booking")->required();
+    command->callback([options] { unschedule(options->index); });
+
+    command = record->add_subcommand("list", "List what has been recorded");
+    addJson(command, &options->json);
+    command->callback([options] { listRecordings(options->json); });
+
+    command = record->add_subcommand("delete", "Delete a recording");
+    command->add_option("index", options->index, "Place in the list")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_mmp_pvr_browser_delete_file_by_index(options->index),
+              "item " + std::to_string(options->index));
+    });
+
+    command = record->add_subcommand("disk", "Set limits of the television's own disk");
+    command->add_option("--limit", options->limit, "MiB that recordings may take, 0 for no limit")
+            ->required();
+    command->add_option("--rate", options->rate, "KiB per second of recordings");
+    command->callback([options] { setDisk(*options); });
+}
+
+void addTimeshift(CLI::App& app) {
+    CLI::App* timeshift = app.add_subcommand("timeshift", "Pause and rewind what is broadcast");
+    timeshift->require_subcommand(1);
+    struct Shift {
+        std::string path;
+        int64_t mib = 0;
+        double seconds = 0;
+        int32_t percent = 100;
+        bool json = false, keep = false, on = true;
+    };
+    auto options = std::make_shared<Shift>();
+
+    CLI::App* command = timeshift->add_subcommand("device", "Register the device of the buffer");
+    command->add_option("path", options->path, "Directory, as the television sees it")->required();
+    command->add_option("mib", options->mib, "Size of the buffer; 1 MiB holds a second")
+            ->required()
+            ->check(CLI::Range(int64_t{1}, int64_t{1} << 30));
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_timeshift_registerDevice(options->path.c_str(), options->mib << 20),
+              options->path);
+    });
+
+    command = timeshift->add_subcommand("status", "Device, buffer and position");
+    addJson(command, &options->json);
+    command->callback([options] { showTimeshift(options->json); });
+
+    const auto simple = [&](const char* name, const char* text, int (*function)()) {
+        timeshift->add_subcommand(name, text)->callback([name, function] {
+            requireService();
+            check(function(), name);
+        });
+    };
+    simple("start", "Start to fill the buffer", a_qeltvapi_timeshift_start);
+    simple("play", "Go on as broadcast", a_qeltvapi_timeshift_play);
+    simple("pause", "Stand still", a_qeltvapi_timeshift_pause);
+
+    command = timeshift->add_subcommand("stop", "Stop, and go back to what is broadcast");
+    command->add_flag("--keep", options->keep, "Keep what the buffer holds");
+    command->callback([options] {
+        requireService();
+        check(options->keep ? a_qeltvapi_timeshift_stop_ex(kStopKeep) : a_qeltvapi_timeshift_stop(),
+              "stop");
+    });
+
+    command = timeshift->add_subcommand("seek", "Go to a position");
+    command->add_option("seconds", options->seconds, "Since the start of the timeshift")
+            ->required()
+            ->check(CLI::Range(0.0, 4.0e6));
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_timeshift_seek(static_cast<uint32_t>(options->seconds * 1000)), "seek");
+    });
+
+    command = timeshift->add_subcommand("speed", "Play faster, slower or backward");
+    command->add_option("percent", options->percent, "200 twice as fast, -100 backward")
+            ->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_timeshift_trickplay(static_cast<uint32_t>(options->percent)), "speed");
+    });
+
+    command = timeshift->add_subcommand("auto", "Start by itself when there is a device");
+    command->add_option("on", options->on, "on or off")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_timeshift_set_auto_record(options->on), "auto");
+    });
+}
+
+}  // namespace tool

@@ -1,0 +1,246 @@
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "hw_qeltvapi_subtitle.h"
+#include "hw_qeltvapi_teletext.h"
+#include "layouts/teletext.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+using Json = nlohmann::ordered_json;
+
+void appendUtf8(std::string* out, uint32_t c) {
+    const auto put = [&](uint32_t byte) { *out += static_cast<char>(byte); };
+    if (c < 0x80) {
+        put(c);
+        return;
+    }
+    if (c < 0x10000) {
+        put(0xe0 | c >> 12);
+    } else {
+        put(0xf0 | c >> 18);
+        put(0x80 | (c >> 12 & 0x3f));
+    }
+    put(0x80 | (c >> 6 & 0x3f));
+    put(0x80 | (c & 0x3f));
+}
+
+/** The Unicode character of six mosaic cells, two columns by three rows. */
+uint32_t mosaic(uint8_t code) {
+    const uint32_t cells = (code & 0x1fU) | (code & 0x40U) >> 1;
+    switch (cells) {
+        case 0:
+            return ' ';
+        case 0x15:
+            return 0x258c;
+        case 0x2a:
+            return 0x2590;
+        case 0x3f:
+            return 0x2588;
+        default:
+            return 0x1fb00 + cells - 1 - (cells > 0x15) - (cells > 0x2a);
+    }
+}
+
+/** A row for the terminal: control codes change what follows and show as blanks. */
+std::string drawn(const uint8_t* row, bool colours) {
+    std::string text;
+    uint32_t foreground = 7, background = 0;
+    bool mosaics = false;
+    const auto paint = [&] {
+        if (!colours) return;
+        text += "\033[3" + std::to_string(foreground) + ";4" + std::to_string(background) + "m";
+    };
+    paint();
+    for (uint32_t column = 0; column < kTeletextColumns; ++column) {
+        const uint8_t code = row[column] & 0x7f;
+        if (code >= 0x20) {
+            const bool cell = mosaics && (code < 0x40 || code >= 0x60);
+            appendUtf8(&text, cell ? mosaic(code) : code == 0x7f ? 0x2588 : code);
+            continue;
+        }
+        if (code < 8 || (code >= 0x10 && code < 0x18)) {
+            foreground = code & 7;
+            mosaics = code >= 0x10;
+        } else if (code == 0x1c) {
+            background = 0;
+        } else if (code == 0x1d) {
+            background = foreground;
+        }
+        paint();
+        text += ' ';
+    }
+    if (colours) text += "\033[0m";
+    return text;
+}
+
+struct Options {
+    std::string page;
+    uint32_t subpage = 0, number = 0;
+    bool json = false, plain = false, top = false;
+};
+
+uint32_t parsePage(const std::string& text) {
+    char* end = nullptr;
+    const unsigned long page = strtoul(text.c_str(), &end, 16);
+    if (text.size() != 3 || *end != 0 || page < 0x100 || page > 0x8ff) {
+        throw Failure(kUsage, "\"" + text + "\" is no page; they are 100 to 899");
+    }
+    return static_cast<uint32_t>(page);
+}
+
+std::vector<TopEntry> table(const Room& room) {
+    uint32_t count = 0;
+    memcpy(&count, room.text(), sizeof(count));
+    std::vector<TopEntry> entries(std::min(count, 1000U));
+    memcpy(entries.data(), room.text() + sizeof(count), entries.size() * sizeof(TopEntry));
+    return entries;
+}
+
+/** The tree of blocks, groups and pages. */
+void showTop() {
+    if (a_qeltvapi_teletext_is_top_stream() != 1) {
+        throw Failure(kRefused, "this teletext has no TOP navigation");
+    }
+    std::vector<std::vector<std::string>> rows{{"PAGE", "TITLE"}};
+    const auto add = [&](const TopEntry& entry) {
+        char page[8];
+        snprintf(page, sizeof(page), "%03x", entry.page);
+        rows.push_back({page, std::string((entry.level - 1U) * 2, ' ') + entry.title});
+    };
+    Room blocks;
+    check(a_qeltvapi_teletext_top_get_block_content(blocks.data()), "blocks");
+    for (const TopEntry& block : table(blocks)) {
+        add(block);
+        Room groups;
+        check(a_qeltvapi_teletext_top_get_group_content(&block.page, groups.data()), block.title);
+        for (const TopEntry& group : table(groups)) {
+            add(group);
+            Room pages;
+            check(a_qeltvapi_teletext_top_get_page_content(&group.page, pages.data()), group.title);
+            for (const TopEntry& page : table(pages)) add(page);
+        }
+    }
+    printTable(rows);
+}
+
+void show(const Options& options) {
+    requireService();
+    if (options.top) {
+        showTop();
+        return;
+    }
+    uint32_t wanted = 0;
+    if (!options.page.empty()) {
+        wanted = parsePage(options.page);
+        const uint32_t record = teletextPage(wanted, options.subpage);
+        a_qeltvapi_teletext_set_page(&record);
+    }
+    Room room;
+    check(a_qeltvapi_teletext_get_cur_page(room.data()), "teletext");
+    TeletextPage page;
+    memcpy(&page, room.data(), sizeof(page));
+    const uint32_t subpage = page.page >> 16;
+    // The function that sets the page does not tell whether it was.
+    if (wanted != 0 &&
+        ((page.page & 0xffff) != wanted || (options.subpage != 0 && subpage != options.subpage))) {
+        throw Failure(kRefused, "page " + options.page + " cannot be shown");
+    }
+    if (wanted != 0 && page.subpages == 0) {
+        throw Failure(kRefused, "page " + options.page + " is not broadcast");
+    }
+    const bool colours = !options.json && !options.plain && isatty(STDOUT_FILENO) != 0;
+    Json rows = Json::array();
+    for (const auto& row : page.rows) {
+        const std::string text = drawn(row, colours);
+        if (options.json) {
+            rows.push_back(text);
+        } else {
+            printf("%s\n", text.c_str());
+        }
+    }
+    if (!options.json) return;
+    char number[8];
+    snprintf(number, sizeof(number), "%03x", page.page & 0xffff);
+    const Json json{
+            {"page", number}, {"subpage", subpage}, {"subpages", page.subpages}, {"rows", rows}};
+    printf("%s\n", json.dump(2).c_str());
+}
+
+const char* nameOfKind(int32_t kind) {
+    constexpr const char* kNames[] = {"", "DVB", "teletext", "hard of hearing"};
+    return kind >= 0 && kind < 4 ? kNames[kind] : "unknown";
+}
+
+void listSubtitles(bool asJson) {
+    requireService();
+    std::vector<int32_t> words(2 + 64 * 3);
+    check(a_qeltvapi_subtitle_get_loop(words.data(), static_cast<uint32_t>(words.size())),
+          "subtitles");
+    std::vector<std::vector<std::string>> rows{{"NUMBER", "LANGUAGE", "KIND", ""}};
+    Json json = Json::array();
+    for (int32_t i = 0; i < std::min(words[0], 64); ++i) {
+        const int32_t* entry = &words[2 + static_cast<size_t>(i) * 3];
+        std::string language;
+        for (const int shift : {16, 8, 0}) language += static_cast<char>(entry[1] >> shift & 0x7f);
+        const bool plays = entry[0] == words[1];
+        rows.push_back(
+                {std::to_string(entry[0]), language, nameOfKind(entry[2]), plays ? "plays" : ""});
+        json.push_back({{"number", entry[0]},
+                        {"language", language},
+                        {"kind", nameOfKind(entry[2])},
+                        {"plays", plays}});
+    }
+    if (asJson) {
+        printf("%s\n", json.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+}  // namespace
+
+void addTeletext(CLI::App& app) {
+    auto options = std::make_shared<Options>();
+    CLI::App* command = app.add_subcommand("teletext", "Show a page of teletext");
+    command->add_option("page", options->page, "100 to 899; the one that is on without");
+    command->add_option("--subpage", options->subpage, "Stay on this subpage")
+            ->check(CLI::Range(0U, 0xffffU));
+    command->add_flag("--plain", options->plain, "Without colours");
+    command->add_flag("--top", options->top, "The tree of pages instead");
+    addJson(command, &options->json);
+    command->callback([options] { show(*options); });
+}
+
+void addSubtitle(CLI::App& app) {
+    CLI::App* subtitle = app.add_subcommand("subtitle", "Subtitles");
+    subtitle->require_subcommand(1);
+    auto options = std::make_shared<Options>();
+
+    CLI::App* command = subtitle->add_subcommand("list", "List what there is");
+    addJson(command, &options->json);
+    command->callback([options] { listSubtitles(options->json); });
+
+    command = subtitle->add_subcommand("play", "Show a subtitle");
+    command->add_option("number", options->number, "Which; 0 for none")->required();
+    command->callback([options] {
+        requireService();
+        check(a_qeltvapi_subtitle_play(options->number),
+              "subtitle " + std::to_string(options->number));
+    });
+
+    subtitle->add_subcommand("next", "Go to the next subtitle, or to none after the last")
+            ->callback([] {
+                requireService();
+                check(a_qeltvapi_subtitle_set_next(), "next");
+            });
+}
+
+}  // namespace tool
