@@ -27,8 +27,10 @@ struct Site {
 };
 
 /** The place where it stands. */
-#define HERE \
-    ::qeltvapi::Site { __func__, __LINE__ }
+#define HERE               \
+    ::qeltvapi::Site {     \
+        __func__, __LINE__ \
+    }
 
 /** A line of the frame under the caller's name and line. `format` begins "<%s:%d> ". */
 #define QELTVAPI_LOG_SITE(tag, site, format, ...) \
@@ -253,8 +255,7 @@ R inlineChecked(const Family<I>& family, const Site& site, Return<R> (I::*method
 
 /** Call::unchecked() behind the proxy test. */
 template <class I, class R, class... P, class... A>
-R unchecked(const Family<I>& family, const Site& site, Return<R> (I::*method)(P...),
-            A&&... args) {
+R unchecked(const Family<I>& family, const Site& site, Return<R> (I::*method)(P...), A&&... args) {
     Call<I> call(family, site);
     if (!call) return static_cast<R>(family.missing);
     return call.unchecked(method, std::forward<A>(args)...);
@@ -271,8 +272,7 @@ detail::ReplyResult<Reply> ask(const Family<I>& family, const Site& site,
 
 /** Call::tell() behind the proxy test. */
 template <class I, class... P, class... A>
-void tell(const Family<I>& family, const Site& site, Return<void> (I::*method)(P...),
-          A&&... args) {
+void tell(const Family<I>& family, const Site& site, Return<void> (I::*method)(P...), A&&... args) {
     Call<I> call(family, site);
     if (call) call.tell(method, std::forward<A>(args)...);
 }

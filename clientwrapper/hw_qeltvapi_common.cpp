@@ -172,7 +172,7 @@ int registerCallbackHandler() {
 }
 
 TvApiDeathRecipient::TvApiDeathRecipient(unsigned long long cookie)
-    : mThread(0), mCookie(cookie), mRegistered(false) {
+        : mThread(0), mCookie(cookie), mRegistered(false) {
     if (access(kDebugMarker, F_OK) == 0) mTvApiDebug = 1;
 }
 

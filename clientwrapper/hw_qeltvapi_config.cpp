@@ -47,8 +47,7 @@ int a_qeltvapi_config_get_value(uint32_t selector, const char* name, int32_t* ou
     return result;
 }
 
-int a_qeltvapi_config_set_value(uint32_t selector, const char* name, int32_t value,
-                                int32_t flags) {
+int a_qeltvapi_config_set_value(uint32_t selector, const char* name, int32_t value, int32_t flags) {
     return direct(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_set_value, selector,
                   text(name), value, flags);
 }
@@ -81,8 +80,8 @@ int a_qeltvapi_config_get_str_value(const char* name, char* buf, uint32_t* n) {
 }
 
 int a_qeltvapi_config_set_str_value(const char* name, const char* value) {
-    return direct(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_set_str_value,
-                  text(name), text(value));
+    return direct(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_set_str_value, text(name),
+                  text(value));
 }
 
 int a_qeltvapi_config_set_str_value_ex(const char* name, const char* value, uint32_t extra) {
@@ -92,8 +91,7 @@ int a_qeltvapi_config_set_str_value_ex(const char* name, const char* value, uint
 
 int a_qeltvapi_config_add_value_changed_callback(const char* name) {
     return direct(kConfig, HERE,
-                  &IQelTvApiConfig::a_hidl_qeltvapi_config_add_value_changed_callback,
-                  text(name));
+                  &IQelTvApiConfig::a_hidl_qeltvapi_config_add_value_changed_callback, text(name));
 }
 
 int a_qeltvapi_config_remove_value_changed_callback(const char* name) {
@@ -102,8 +100,8 @@ int a_qeltvapi_config_remove_value_changed_callback(const char* name) {
                   text(name));
 }
 
-int a_qeltvapi_config_get_items_enabled(uint32_t selector, const char* name, char* buf,
-                                        uint32_t* n, int32_t* v) {
+int a_qeltvapi_config_get_items_enabled(uint32_t selector, const char* name, char* buf, uint32_t* n,
+                                        int32_t* v) {
     return ask(
             kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_get_items_enabled,
             [=](const hidl_string& items, uint32_t count, int32_t value, int32_t code) {
@@ -116,8 +114,8 @@ int a_qeltvapi_config_get_items_enabled(uint32_t selector, const char* name, cha
 }
 
 int a_qeltvapi_config_set_android_world_info(uint32_t a, uint32_t b) {
-    return direct(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_set_android_world_info,
-                  a, b);
+    return direct(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_set_android_world_info, a,
+                  b);
 }
 
 int a_qeltvapi_config_get_video_resolution(void* buf) {
@@ -131,7 +129,6 @@ int a_qeltvapi_config_get_video_resolution(void* buf) {
 
 int a_qeltvapi_config_set_value_for_all_elems(uint32_t selector, const char* name, int32_t value,
                                               int32_t flags) {
-    return direct(kConfig, HERE,
-                  &IQelTvApiConfig::a_hidl_qeltvapi_config_set_value_for_all_elems, selector,
-                  text(name), value, flags);
+    return direct(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_set_value_for_all_elems,
+                  selector, text(name), value, flags);
 }

@@ -89,11 +89,11 @@ int registerCallbackHandler();
 
 /** As QELTVAPI_LOG and QELTVAPI_LOG_AT, but only while the debug switch is on. */
 #define QELTVAPI_TRACE(tag, format, ...) QELTVAPI_TRACE_AT(tag, __LINE__, format, ##__VA_ARGS__)
-#define QELTVAPI_TRACE_AT(tag, line, format, ...)                   \
-    do {                                                            \
-        if (mTvApiDebug.load(std::memory_order_relaxed) != 0) {     \
-            QELTVAPI_LOG_AT(tag, line, format, ##__VA_ARGS__);      \
-        }                                                           \
+#define QELTVAPI_TRACE_AT(tag, line, format, ...)               \
+    do {                                                        \
+        if (mTvApiDebug.load(std::memory_order_relaxed) != 0) { \
+            QELTVAPI_LOG_AT(tag, line, format, ##__VA_ARGS__);  \
+        }                                                       \
     } while (false)
 
 /**

@@ -146,8 +146,8 @@ int a_qeltvapi_config_remove_value_changed_callback(const char* name);
  * @param v        [out] a second value of the service
  * @return the service's code
  */
-int a_qeltvapi_config_get_items_enabled(uint32_t selector, const char* name, char* buf,
-                                        uint32_t* n, int32_t* v);
+int a_qeltvapi_config_get_items_enabled(uint32_t selector, const char* name, char* buf, uint32_t* n,
+                                        int32_t* v);
 
 /**
  * Passes two words about the Android side to the service. Asks method 12.

@@ -57,7 +57,7 @@ constexpr Default kDefaults[] = {
         integer("sound.spdif_mode", ConfigItems::kSound, 0, 3, 0),
         text("sound.audio_language", ConfigItems::kSound, "eng"),
         text("sound.subtitle_language", ConfigItems::kSound, "eng"),
-        text("channels.region", ConfigItems::kChannels, "dvb-t/de-Berlin"),
+        text("channels.region", ConfigItems::kChannels, "dvb-t/de-Berlin dvb-s/Astra-1N-19.2E"),
         text("channels.country", ConfigItems::kChannels, "DEU"),
         integer("channels.tuner_mode", ConfigItems::kChannels, 0, 2, 0),
         integer("channels.auto_update", ConfigItems::kChannels, 0, 1, 1),

@@ -40,7 +40,8 @@ int32_t stored(const F& change) {
 
 }  // namespace
 
-ConfigService::ConfigService(Television& tv) : IQelTvApiConfigDefault(kUnsupported, false), mTv(tv) {}
+ConfigService::ConfigService(Television& tv)
+        : IQelTvApiConfigDefault(kUnsupported, false), mTv(tv) {}
 
 ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_minmaxvalue(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_minmaxvalue_cb reply) {
@@ -64,8 +65,10 @@ ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_value(
     return Void();
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value(
-        uint32_t selector, const String& name, int32_t value, int32_t flags) {
+ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value(uint32_t selector,
+                                                                               const String& name,
+                                                                               int32_t value,
+                                                                               int32_t flags) {
     return set(selector, name, value, flags);
 }
 
@@ -174,6 +177,8 @@ int32_t ConfigService::set(uint32_t selector, const std::string& name, int32_t v
 }
 
 int32_t ConfigService::setText(const std::string& name, const std::string& value, bool quiet) {
+    // Only written: a right PIN has to come before it, and nobody is told the new one.
+    if (name == "parental.pin") return mTv.pin.change(value);
     const std::string before = mTv.config.text(name);
     const int32_t code = stored([&] { return mTv.config.setText(name, value); });
     if (code == kOk && value != before && !quiet) changed(name);

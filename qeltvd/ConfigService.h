@@ -35,8 +35,7 @@ class ConfigService : public IQelTvApiConfigDefault {
             const String& name, a_hidl_qeltvapi_config_get_str_value_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_config_set_str_value(const String& name,
                                                          const String& value) override;
-    Return<int32_t> a_hidl_qeltvapi_config_set_str_value_ex(const String& name,
-                                                            const String& value,
+    Return<int32_t> a_hidl_qeltvapi_config_set_str_value_ex(const String& name, const String& value,
                                                             uint32_t extra) override;
     Return<int32_t> a_hidl_qeltvapi_config_add_value_changed_callback(const String& name) override;
     Return<int32_t> a_hidl_qeltvapi_config_remove_value_changed_callback(

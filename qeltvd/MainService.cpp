@@ -48,7 +48,7 @@ void writeAll(int fd, const std::string& text) {
 }  // namespace
 
 MainService::MainService(Television& tv, Switchboard& switchboard)
-    : IQelTvApiDefault(kUnsupported, false), mTv(tv), mSwitchboard(switchboard) {}
+        : IQelTvApiDefault(kUnsupported, false), mTv(tv), mSwitchboard(switchboard) {}
 
 MainService::Return<void> MainService::a_hidl_registerCallbackHandler(
         const android::sp<IQelTvApiCallback>& callback) {
@@ -95,6 +95,20 @@ std::string MainService::command(const std::vector<std::string>& words) {
         if (!mSwitchboard.setFault(words[1], fault)) {
             throw std::invalid_argument("no method " + words[1]);
         }
+        return "";
+    }
+    if (words[0] == "plug" && words.size() == 3 && (words[2] == "on" || words[2] == "off")) {
+        if (mTv.inputs.plug(std::stoi(words[1]), words[2] == "on") != kOk) {
+            throw std::invalid_argument("no input " + words[1]);
+        }
+        return "";
+    }
+    if (words[0] == "reception" && (words.size() == 2 || words.size() == 3)) {
+        const int percent = std::stoi(words[1]);
+        if (percent < 0 || percent > 100) throw std::invalid_argument("no such percentage");
+        std::optional<uint32_t> kHz;
+        if (words.size() == 3) kHz = static_cast<uint32_t>(std::stoul(words[2]));
+        mTv.presentation.setReception(static_cast<uint32_t>(percent), kHz);
         return "";
     }
     if (words[0] == "die" && words.size() == 1) {

@@ -102,9 +102,10 @@ void Notifier::forget(uint64_t id) {
     ALOGI("client %llu (process %d) is gone", static_cast<unsigned long long>(id), client->pid);
 }
 
-void Notifier::post(const Notification& notification) {
+void Notifier::post(const Notification& notification, int pid) {
     std::lock_guard<std::mutex> guard(mLock);
     for (const auto& client : mClients) {
+        if (pid != kEveryProcess && client->pid != pid) continue;
         std::lock_guard<std::mutex> clientGuard(client->lock);
         if (client->queue.size() >= kQueueLimit) {
             ++client->lost;

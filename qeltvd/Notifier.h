@@ -33,8 +33,9 @@ class Notifier {
     /** Takes a client's object; the same object again is still one client. */
     void add(const android::sp<Callback>& callback);
 
-    /** Queues a notification for every client. */
-    void post(const Notification& notification);
+    static constexpr int kEveryProcess = 0;
+    /** Queues a notification for every client, or for those of one process. */
+    void post(const Notification& notification, int pid = kEveryProcess);
 
     /** Queues a call of one method, its arguments copied, for every client. */
     template <class... P, class... A>

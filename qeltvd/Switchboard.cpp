@@ -22,21 +22,19 @@ using android::hardware::BHwBinder;
 using android::hardware::IBinder;
 using android::hardware::Parcel;
 
-namespace {
-
-}  // namespace
+namespace {}  // namespace
 
 /** One interface: between the wire and the generated stub of the service. */
 class Switchboard::Line : public BHwBinder {
   public:
     Line(std::string interface, std::vector<std::string> methods, sp<BHwBinder> stub,
          std::function<sp<BHwBinder>(int32_t)> withCode)
-        : mInterface(std::move(interface)),
-          mMethods(std::move(methods)),
-          mStub(std::move(stub)),
-          mWithCode(std::move(withCode)),
-          mCalls(mMethods.size()),
-          mFaults(mMethods.size()) {}
+            : mInterface(std::move(interface)),
+              mMethods(std::move(methods)),
+              mStub(std::move(stub)),
+              mWithCode(std::move(withCode)),
+              mCalls(mMethods.size()),
+              mFaults(mMethods.size()) {}
 
     status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags,
                         TransactCallback callback) override {

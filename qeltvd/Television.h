@@ -2,20 +2,81 @@
 
 #include <string>
 
+#include "Agent.h"
+#include "Alerts.h"
+#include "Cam.h"
+#include "Captions.h"
+#include "ChannelDatabase.h"
+#include "Clock.h"
 #include "ConfigItems.h"
+#include "Guide.h"
+#include "Inputs.h"
 #include "Notifier.h"
+#include "Picture.h"
+#include "PinLock.h"
+#include "Power.h"
+#include "Presentation.h"
+#include "Ratings.h"
+#include "Recorder.h"
+#include "Scanner.h"
+#include "Settings.h"
+#include "Sound.h"
 #include "Store.h"
+#include "Teletext.h"
+#include "Timeshift.h"
+#include "Uart.h"
+#include "Upgrade.h"
 
 namespace qeltvd {
 
 /** What the services of the reference television share. */
 struct Television {
     /** @param state directory of the store. @throws StoreError */
-    explicit Television(const std::string& state) : store(state + "/television.db"), config(store) {}
+    explicit Television(const std::string& state)
+            : directory(state),
+              store(state + "/television.db"),
+              config(store),
+              channels(store, config.text("channels.region")) {
+        clock.addListener([this] { recorder.clockChanged(); });
+    }
 
+    const std::string directory;
     Store store;
     Notifier notifier;
     ConfigItems config;
+    ChannelDatabase channels;
+
+    Clock clock{store, notifier, config};
+    SleepTimer sleepTimer{notifier};
+    Ratings ratings{store, notifier, config};
+    PinLock pin{store, notifier};
+    Guide guide{channels, clock, pin, ratings, notifier};
+    AtscGuide atsc{guide, channels, clock, notifier};
+    Scanner scanner{channels, config, notifier};
+    Upgrade upgrade{store, notifier};
+    OverAirDownload overAir{store, notifier, clock, channels, upgrade};
+    Uart uart{notifier};
+
+    Settings settings{store};
+    Recorder recorder{
+            store, settings, notifier, directory + "/recordings", lookupIn(channels), [this] {
+                return clock.now();
+            }};
+    Timeshift timeshift{settings, notifier};
+    Cam cam{store, settings, notifier, directory};
+    Alerts alerts{store, notifier, channels};
+    Captions captions{settings, notifier};
+    Teletext teletext{notifier, channels, [this] { return clock.now(); }};
+    Agent agent{settings, notifier, channels};
+
+    Inputs inputs{store};
+    Sound sound{store, notifier};
+    Picture picture{store, notifier};
+    Power power{store, notifier};
+    Presentation presentation{notifier, config, channels, inputs, sound, power, [this] {
+                                  const auto name = cam.get(layouts::kCiGetCamName);
+                                  return name ? std::string(name->begin(), name->end()) : "";
+                              }};
 };
 
 }  // namespace qeltvd

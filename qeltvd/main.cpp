@@ -10,10 +10,23 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "BroadcastService.h"
+#include "BrowserService.h"
+#include "CecService.h"
+#include "ChannelListService.h"
+#include "CiService.h"
 #include "Codes.h"
 #include "ConfigService.h"
+#include "EventService.h"
+#include "InputSrcService.h"
 #include "MainService.h"
 #include "Methods.h"
+#include "MultiviewService.h"
+#include "RatingService.h"
+#include "RecordService.h"
+#include "ScanService.h"
+#include "TimeService.h"
+#include "TimeshiftService.h"
 
 namespace qeltvd {
 namespace {
@@ -52,20 +65,20 @@ void serve(const std::string& state) {
     Switchboard switchboard;
 
     android::hardware::configureRpcThreadpool(16, true);
-    PUBLISH_UNSUPPORTED(IQelTvApiBroadcast);
-    PUBLISH_UNSUPPORTED(IQelTvApiCI);
-    PUBLISH_UNSUPPORTED(IQelTvApiCec);
-    PUBLISH_UNSUPPORTED(IQelTvApiChannelList);
+    PUBLISH(IQelTvApiBroadcast, new BroadcastService(tv));
+    PUBLISH(IQelTvApiCI, new CiService(tv));
+    PUBLISH(IQelTvApiCec, new CecService(tv));
+    PUBLISH(IQelTvApiChannelList, new ChannelListService(tv));
     PUBLISH(IQelTvApiConfig, new ConfigService(tv));
-    PUBLISH_UNSUPPORTED(IQelTvApiEvent);
-    PUBLISH_UNSUPPORTED(IQelTvApiInputSrc);
-    PUBLISH_UNSUPPORTED(IQelTvApiMultiview);
-    PUBLISH_UNSUPPORTED(IQelTvApiPvrbrowser);
-    PUBLISH_UNSUPPORTED(IQelTvApiRating);
-    PUBLISH_UNSUPPORTED(IQelTvApiRecord);
-    PUBLISH_UNSUPPORTED(IQelTvApiScan);
-    PUBLISH_UNSUPPORTED(IQelTvApiTime);
-    PUBLISH_UNSUPPORTED(IQelTvApiTimeshift);
+    PUBLISH(IQelTvApiEvent, new EventService(tv));
+    PUBLISH(IQelTvApiInputSrc, new InputSrcService(tv));
+    PUBLISH(IQelTvApiMultiview, new MultiviewService(tv));
+    PUBLISH(IQelTvApiPvrbrowser, new BrowserService(tv));
+    PUBLISH(IQelTvApiRating, new RatingService(tv));
+    PUBLISH(IQelTvApiRecord, new RecordService(tv));
+    PUBLISH(IQelTvApiScan, new ScanService(tv));
+    PUBLISH(IQelTvApiTime, new TimeService(tv));
+    PUBLISH(IQelTvApiTimeshift, new TimeshiftService(tv));
     // Last: clients take the main interface for the sign that the television is there.
     PUBLISH(IQelTvApi, new MainService(tv, switchboard));
     ALOGI("serving, state in %s", state.c_str());

@@ -58,12 +58,12 @@ apt_install() {
         install --no-install-recommends "$@"
 }
 
-# configure PRESET: quiet unless it fails.
+# configure PRESET [-DNAME=VALUE...]: quiet unless it fails.
 configure() {
     local log
     mkdir -p build
     log=build/configure-$1.log
-    cmake --preset "$1" >"$log" 2>&1 || {
+    cmake --preset "$@" >"$log" 2>&1 || {
         cat "$log" >&2
         die "cannot configure build/$1"
     }

@@ -1,6 +1,7 @@
 #include <log/log.h>
 
 #include <cstdio>
+#include <cstring>
 
 #include "hw_qeltvapi_common.h"
 #include "tool.h"
@@ -20,9 +21,34 @@ int main(int argc, char** argv) {
         __android_log_set_minimum_priority(ANDROID_LOG_DEBUG);
     });
 
+    tool::addAlert(app);
+    tool::addBiss(app);
+    tool::addCall(app);
+    tool::addChannel(app);
+    tool::addCi(app);
     tool::addConfig(app);
+    tool::addEpg(app);
+    tool::addRecord(app);
+    tool::addRating(app);
+    tool::addScan(app);
+    tool::addSatellite(app);
     tool::addService(app);
+    tool::addTime(app);
+    tool::addUpgrade(app);
+    tool::addSubtitle(app);
+    tool::addTeletext(app);
+    tool::addTimeshift(app);
+    tool::addTune(app);
+    tool::addInput(app);
+    tool::addSound(app);
+    tool::addPicture(app);
+    tool::addPower(app);
     tool::addWatch(app);
+
+    if (argc == 2 && strcmp(argv[1], "--print-commands") == 0) {
+        tool::printCommands(app);
+        return tool::kDone;
+    }
 
     try {
         app.parse(argc, argv);

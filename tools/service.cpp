@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "hw_qeltvapi_common.h"
@@ -53,6 +54,14 @@ std::string control(const std::vector<std::string>& words) {
     throw Failure(kRefused, answer);
 }
 
+bool isClient() {
+    const auto dump = nlohmann::json::parse(control({"dump"}));
+    for (const auto& client : dump.at("clients")) {
+        if (client.at("pid") == getpid()) return true;
+    }
+    return false;
+}
+
 void ping() {
     const auto tv = service();
     const auto start = steady_clock::now();
@@ -72,6 +81,18 @@ void waitFor(double seconds) {
 }
 
 }  // namespace
+
+void requireNotifications() {
+    requireService();
+    registerCallbackHandler();
+    const auto deadline = steady_clock::now() + std::chrono::seconds(10);
+    while (!isClient()) {
+        if (steady_clock::now() >= deadline) {
+            throw Failure(kUnreachable, "the television does not take the callback object");
+        }
+        std::this_thread::sleep_for(milliseconds(5));
+    }
+}
 
 void addService(CLI::App& app) {
     CLI::App* group = app.add_subcommand("service", "The television's process itself");
@@ -103,6 +124,20 @@ void addService(CLI::App& app) {
     command->callback([options] {
         std::vector<std::string> words{"fault", options->method};
         words.insert(words.end(), options->fault.begin(), options->fault.end());
+        control(words);
+    });
+
+    command = group->add_subcommand("plug", "Plug a source into an input, or take it out");
+    command->add_option("input", options->method, "Number of the input")->required();
+    command->add_option("on", options->kind, "on or off")->required();
+    command->callback([options] { control({"plug", options->method, options->kind}); });
+
+    command = group->add_subcommand("reception", "Weaken the signals of the aerial");
+    command->add_option("percent", options->method, "Of what they are")->required();
+    command->add_option("frequency", options->kind, "Only this one, in kHz");
+    command->callback([options] {
+        std::vector<std::string> words{"reception", options->method};
+        if (!options->kind.empty()) words.push_back(options->kind);
         control(words);
     });
 

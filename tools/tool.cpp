@@ -22,17 +22,23 @@ int64_t check(int64_t code, const std::string& what) {
     return code;
 }
 
+/** Characters of a UTF-8 text, which is how wide it is but for rare scripts. */
+static size_t width(const std::string& text) {
+    return static_cast<size_t>(
+            std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xc0) != 0x80; }));
+}
+
 void printTable(const std::vector<std::vector<std::string>>& rows) {
     std::vector<size_t> widths;
     for (const auto& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
-        for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+        for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], width(row[i]));
     }
     for (const auto& row : rows) {
         std::string line;
         for (size_t i = 0; i < row.size(); ++i) {
             line += row[i];
-            if (i + 1 < row.size()) line += std::string(widths[i] - row[i].size() + 2, ' ');
+            if (i + 1 < row.size()) line += std::string(widths[i] - width(row[i]) + 2, ' ');
         }
         printf("%s\n", line.c_str());
     }

@@ -27,6 +27,9 @@ class Failure : public std::runtime_error {
 /** The service must be there, or the command ends. */
 void requireService();
 
+/** The same, and from now on its notifications come to this process. */
+void requireNotifications();
+
 /**
  * The result of a function of the library.
  *
@@ -54,8 +57,31 @@ void printTable(const std::vector<std::vector<std::string>>& rows);
 /** Adds "--json" to a command. */
 void addJson(CLI::App* command, bool* json);
 
+/** Prints the tree of commands as JSON, for the manual and the completion of shells. */
+void printCommands(const CLI::App& app);
+
+void addAlert(CLI::App& app);
+void addBiss(CLI::App& app);
+void addCall(CLI::App& app);
+void addChannel(CLI::App& app);
+void addCi(CLI::App& app);
 void addConfig(CLI::App& app);
+void addEpg(CLI::App& app);
+void addInput(CLI::App& app);
+void addPicture(CLI::App& app);
+void addPower(CLI::App& app);
+void addRecord(CLI::App& app);
+void addRating(CLI::App& app);
+void addScan(CLI::App& app);
+void addSatellite(CLI::App& app);
 void addService(CLI::App& app);
+void addTime(CLI::App& app);
+void addUpgrade(CLI::App& app);
+void addSound(CLI::App& app);
+void addSubtitle(CLI::App& app);
+void addTeletext(CLI::App& app);
+void addTimeshift(CLI::App& app);
+void addTune(CLI::App& app);
 void addWatch(CLI::App& app);
 
 }  // namespace tool

@@ -190,10 +190,9 @@ void watch(const std::vector<std::string>& wanted, bool json, uint64_t count, do
         sigwait(&signals, &signal);
         return;
     }
-    timespec limit{static_cast<time_t>(seconds),
-                   static_cast<long>((seconds - static_cast<double>(
-                                                        static_cast<time_t>(seconds))) *
-                                     1e9)};
+    timespec limit{
+            static_cast<time_t>(seconds),
+            static_cast<long>((seconds - static_cast<double>(static_cast<time_t>(seconds))) * 1e9)};
     sigtimedwait(&signals, nullptr, &limit);
 }
 

@@ -118,9 +118,11 @@ TEST_F(Transcript, AClientSendsTheseBytesAndReadsThatAnswer) {
     // Object 1 of a service that is nothing but a socket.
     ASSERT_EQ(registry::publish(kInterface, "bytes", {kStranger, 1}), OK);
     Bytes sent;
+    std::vector<int> sockets;
     std::vector<std::thread> serving;
     std::thread accepting([&] {
         for (int socket; (socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
+            sockets.push_back(socket);
             serving.emplace_back([&, socket] {
                 for (Bytes got = receive(socket); !got.empty(); got = receive(socket)) {
                     MessageHeader header;
@@ -135,7 +137,6 @@ TEST_F(Transcript, AClientSendsTheseBytesAndReadsThatAnswer) {
                         send(socket, mReply);
                     }
                 }
-                close(socket);
             });
         }
     });
@@ -145,7 +146,8 @@ TEST_F(Transcript, AClientSendsTheseBytesAndReadsThatAnswer) {
         const hidl_string text = "Hi!";
         ASSERT_NE(greeter, nullptr);
         Parcel reply;
-        EXPECT_EQ(rawCall(greeter, kInterface, 1,
+        EXPECT_EQ(rawCall(
+                          greeter, kInterface, 1,
                           [&](Parcel* arguments) {
                               size_t parent;
                               arguments->writeInt32(-2);
@@ -165,9 +167,10 @@ TEST_F(Transcript, AClientSendsTheseBytesAndReadsThatAnswer) {
     registry::withdrawNode(kStranger);
     shutdown(listener, SHUT_RDWR);
     accepting.join();
+    for (int socket : sockets) shutdown(socket, SHUT_RDWR);
+    for (std::thread& thread : serving) thread.join();
+    for (int socket : sockets) close(socket);
     close(listener);
-    // The runtime keeps its connections until the process behind them ends, which is this one.
-    for (std::thread& thread : serving) thread.detach();
 }
 
 TEST_F(Transcript, AServiceReadsTheseBytesAndSendsThatAnswer) {

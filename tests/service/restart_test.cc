@@ -81,7 +81,8 @@ TEST(Restart, NotificationsComeBackAfterEachOfManyDeaths) {
         ASSERT_TRUE(eventually([&] {
             threads += reconnections();
             return registrations() == threads;
-        })) << registrations() << " registrations, " << threads << " threads";
+        })) << registrations()
+            << " registrations, " << threads << " threads";
         // As any call of the main interface: has the new service watched.
         ASSERT_NE(nullptr, getQelTvApiService());
         threads = 0;

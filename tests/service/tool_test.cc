@@ -124,8 +124,8 @@ TEST_F(Tool, ADamagedStoreIsReportedAndLeftAlone) {
     ASSERT_NE(nullptr, file);
     fputs("this is no database, and much longer than the head of one would be", file);
     fclose(file);
-    const Ended ended = runProgram({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state",
-                                    television.statePath()});
+    const Ended ended =
+            runProgram({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", television.statePath()});
     EXPECT_EQ(1, ended.status);
     EXPECT_EQ(0u, ended.err.find("qeltvd: " + path + ": ")) << ended.err;
     file = fopen(path.c_str(), "r");

@@ -13,8 +13,12 @@
 #include <sstream>
 #include <thread>
 
+#include "private_runtime.h"
+
 namespace wire {
 namespace {
+
+const bool sPrivate = usePrivateRuntime();
 
 constexpr std::chrono::seconds kStartLimit{60};
 constexpr unsigned int kProgramLimit = 60;
@@ -85,9 +89,8 @@ Ended qeltvctl(std::vector<std::string> arguments) {
     return runProgram(emulated(std::move(arguments)));
 }
 
-std::string controlTelevision(
-        const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,
-        const std::vector<std::string>& words) {
+std::string controlTelevision(const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,
+                              const std::vector<std::string>& words) {
     using namespace android::hardware;
     FILE* file = tmpfile();
     if (file == nullptr) abort();

@@ -24,9 +24,8 @@ Ended runProgram(const std::vector<std::string>& arguments);
 Ended qeltvctl(std::vector<std::string> arguments);
 
 /** Has the television carry out a control command (see MainService::debug()); its answer. */
-std::string controlTelevision(
-        const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,
-        const std::vector<std::string>& words);
+std::string controlTelevision(const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,
+                              const std::vector<std::string>& words);
 
 /** A directory that goes with the object. */
 class TemporaryDirectory {

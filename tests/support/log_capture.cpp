@@ -10,12 +10,13 @@
 namespace wire {
 namespace {
 
-std::mutex sLock;
-std::condition_variable sArrived;
-std::vector<LogLine> sLines;
+// Never destroyed: threads of the library still log while the process ends.
+std::mutex& sLock = *new std::mutex;
+std::condition_variable& sArrived = *new std::condition_variable;
+std::vector<LogLine>& sLines = *new std::vector<LogLine>;
 
 bool ofTheLibrary(const std::string& tag) {
-    static const std::string kClient = "(client)";
+    static const std::string& kClient = *new std::string("(client)");
     return tag == "hw_qeltvapi_common" ||
            (tag.size() >= kClient.size() &&
             tag.compare(tag.size() - kClient.size(), kClient.size(), kClient) == 0);

@@ -22,7 +22,8 @@ namespace wire {
 class Sleeps {
   public:
     static Sleeps& instance() {
-        static Sleeps sInstance;
+        // Never destroyed: a thread may sleep in it at the end of the process.
+        static Sleeps& sInstance = *new Sleeps;
         return sInstance;
     }
 

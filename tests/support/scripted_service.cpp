@@ -1,13 +1,13 @@
 #include "scripted_service.h"
 
 #include <hidlhost/raw_service.h>
-#include <stdlib.h>
 
 #include <deque>
-#include <filesystem>
 #include <mutex>
 #include <optional>
 #include <thread>
+
+#include "private_runtime.h"
 
 using android::status_t;
 using android::hardware::IBinder;
@@ -22,25 +22,7 @@ constexpr char kPackage[] = "vendor.qelnova.tv.qeltvapi@1.0::";
 constexpr char kInstance[] = "default";
 constexpr char kCallback[] = "vendor.qelnova.tv.qeltvapi@1.0::IQelTvApiCallback";
 
-/** A runtime directory for this process alone, there before anything asks for one. */
-class PrivateRuntime {
-  public:
-    PrivateRuntime() {
-        char path[] = "/tmp/wire-XXXXXX";
-        if (mkdtemp(path) == nullptr) abort();
-        mPath = path;
-        setenv("QELTV_RUNTIME_DIR", path, 1);
-    }
-    ~PrivateRuntime() {
-        std::error_code ignored;
-        std::filesystem::remove_all(mPath, ignored);
-    }
-
-  private:
-    std::string mPath;
-};
-
-PrivateRuntime sRuntime;
+const bool sPrivate = usePrivateRuntime();
 
 /** What the next call meets. */
 struct Script {
@@ -126,11 +108,10 @@ ScriptedService::~ScriptedService() = default;
 
 void ScriptedService::start(const std::vector<std::string>& interfaces) {
     static const std::vector<std::string> kAll = {
-            "IQelTvApiConfig",    "IQelTvApiScan",        "IQelTvApiBroadcast",
-            "IQelTvApiRating",    "IQelTvApiTimeshift",   "IQelTvApiTime",
-            "IQelTvApiEvent",     "IQelTvApiPvrbrowser",  "IQelTvApiInputSrc",
-            "IQelTvApiRecord",    "IQelTvApiMultiview",   "IQelTvApiChannelList",
-            "IQelTvApiCI",        "IQelTvApiCec",         "IQelTvApi"};
+            "IQelTvApiConfig",    "IQelTvApiScan",   "IQelTvApiBroadcast", "IQelTvApiRating",
+            "IQelTvApiTimeshift", "IQelTvApiTime",   "IQelTvApiEvent",     "IQelTvApiPvrbrowser",
+            "IQelTvApiInputSrc",  "IQelTvApiRecord", "IQelTvApiMultiview", "IQelTvApiChannelList",
+            "IQelTvApiCI",        "IQelTvApiCec",    "IQelTvApi"};
     if (started()) return;
     auto host = std::make_unique<RawHost>();
     for (const std::string& interface : interfaces.empty() ? kAll : interfaces) {

@@ -136,7 +136,7 @@ Row& Row::missingLines(std::vector<std::string> always, std::vector<std::string>
 class Runner {
   public:
     Runner(const Table& table, const Row& row, Mode mode, bool debug)
-        : mTable(table), mRow(row), mMode(mode), mDebug(debug) {}
+            : mTable(table), mRow(row), mMode(mode), mDebug(debug) {}
 
     void run() {
         SCOPED_TRACE(mRow.mFunction + ", " + nameOf(mMode) + (mDebug ? ", debugging" : ""));
@@ -168,8 +168,7 @@ class Runner {
             size_t at = 0;
             while (want[at] == have[at]) ++at;
             ADD_FAILURE() << "output slot " << slot << " differs first at byte " << at
-                          << ": expected " << (want[at] & 0xff) << ", holds "
-                          << (have[at] & 0xff);
+                          << ": expected " << (want[at] & 0xff) << ", holds " << (have[at] & 0xff);
         }
         const std::vector<Seen> seen = service.take();
         if (mMode == Mode::missing || !calls) {
@@ -265,9 +264,7 @@ class Runner {
     const bool mDebug;
 
   public:
-    static bool skipsLost(const Row& row) {
-        return row.mUnchecked || row.mOrdinal == Row::kNoCall;
-    }
+    static bool skipsLost(const Row& row) { return row.mUnchecked || row.mOrdinal == Row::kNoCall; }
 };
 
 namespace {

@@ -59,7 +59,7 @@ class Row {
      * @param ordinal  the method's place in the interface, or kNoCall
      */
     Row(std::string function, uint32_t ordinal)
-        : mFunction(std::move(function)), mOrdinal(ordinal) {}
+            : mFunction(std::move(function)), mOrdinal(ordinal) {}
 
     /** The call; its result is compared as a 64-bit number, that of a void function as 0. */
     template <class F>
@@ -180,15 +180,15 @@ void runAnswered(const Table& table);
 void runLost(const Table& table);
 
 /** The three runs as tests of the suite; one per file, at the top of its tests. */
-#define WIRE_TABLE_TESTS(suite, table)                                    \
-    TEST(suite, AMissingServiceGivesItsResultAndTouchesNothing) {         \
-        ::wire::runMissing(table);                                        \
-    }                                                                     \
-    TEST(suite, EachFunctionCallsItsMethodAndStoresTheAnswer) {           \
-        ::wire::runAnswered(table);                                       \
-    }                                                                     \
-    TEST(suite, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) {       \
-        ::wire::runLost(table);                                           \
+#define WIRE_TABLE_TESTS(suite, table)                              \
+    TEST(suite, AMissingServiceGivesItsResultAndTouchesNothing) {   \
+        ::wire::runMissing(table);                                  \
+    }                                                               \
+    TEST(suite, EachFunctionCallsItsMethodAndStoresTheAnswer) {     \
+        ::wire::runAnswered(table);                                 \
+    }                                                               \
+    TEST(suite, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) { \
+        ::wire::runLost(table);                                     \
     }
 
 }  // namespace wire

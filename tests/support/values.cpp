@@ -64,8 +64,7 @@ std::string compareChild(const Value::Embedded& child, const Parcel& parcel, siz
     return "";
 }
 
-void writeChild(const Value::Embedded& child, Parcel* parcel, size_t parent,
-                size_t parentOffset) {
+void writeChild(const Value::Embedded& child, Parcel* parcel, size_t parent, size_t parentOffset) {
     void* memory = parcel->allocate(childLength(child) + 1);
     memcpy(memory, child.content.c_str(), childLength(child));
     size_t handle = 0;
@@ -94,8 +93,8 @@ Bytes normalised(const void* data, const Value& value) {
     return bytes;
 }
 
-std::string compareRecord(const Value& value, const void* data, const Parcel& parcel,
-                          size_t handle, size_t base) {
+std::string compareRecord(const Value& value, const void* data, const Parcel& parcel, size_t handle,
+                          size_t base) {
     const Bytes seen = normalised(data, value);
     if (seen != image(value)) return differ("record", hex(image(value)), hex(seen));
     for (const Value::Embedded& child : value.embedded) {
@@ -177,8 +176,8 @@ std::string Value::compare(const Parcel& parcel) const {
             uint64_t seen = 0;
             // Narrow integers travel padded to four bytes.
             if (parcel.read(&seen, width == 8 ? 8 : 4) != OK) return "no more scalars";
-            return seen == number ? "" : differ("value", std::to_string(number),
-                                                std::to_string(seen));
+            return seen == number ? ""
+                                  : differ("value", std::to_string(number), std::to_string(seen));
         }
         case Kind::text:
         case Kind::vec: {
@@ -187,8 +186,7 @@ std::string Value::compare(const Parcel& parcel) const {
             const uint32_t count = static_cast<const Head*>(data)->size;
             if (count != content.size() / elementSize) {
                 return differ(isText ? "text length" : "vector length",
-                              std::to_string(content.size() / elementSize),
-                              std::to_string(count));
+                              std::to_string(content.size() / elementSize), std::to_string(count));
             }
             return compareChild({0, isText, elementSize, content}, parcel, handle, 0);
         }
@@ -213,9 +211,9 @@ std::string Value::compare(const Parcel& parcel) const {
                 return "no buffer of " + std::to_string(size * count) + " bytes";
             }
             for (size_t i = 0; i < count; ++i) {
-                std::string difference = compareRecord(
-                        elements[i], static_cast<const char*>(all) + i * size, parcel, child,
-                        i * size);
+                std::string difference =
+                        compareRecord(elements[i], static_cast<const char*>(all) + i * size, parcel,
+                                      child, i * size);
                 if (!difference.empty()) {
                     return "element " + std::to_string(i) + ": " + difference;
                 }

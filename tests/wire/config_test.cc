@@ -123,7 +123,9 @@ Table table() {
                     .returns(15)
                     .direct<int32_t>(),
             Row("a_qeltvapi_config_get_video_resolution", 13)
-                    .call([](Outputs& o) { return a_qeltvapi_config_get_video_resolution(o.at(0)); })
+                    .call([](Outputs& o) {
+                        return a_qeltvapi_config_get_video_resolution(o.at(0));
+                    })
                     .answered({bytes(counted(37)), i32(16)})
                     .returns(16)
                     .stores(0, counted(37))

@@ -1,0 +1,100 @@
+// Writes the corpus that the fuzzers start from: make_corpus DIRECTORY
+
+#include <hidl/Static.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "Defaults.h"
+#include "QelTvApiCallbackImpl.h"
+#include "calls.h"
+#include "message.h"
+
+namespace {
+
+/** Keeps the bytes of the last call and of the reply that a stub gave to it. */
+class Recording : public android::hardware::IBinder {
+  public:
+    explicit Recording(android::sp<android::hardware::IBinder> stub) : mStub(std::move(stub)) {}
+
+    android::status_t transact(uint32_t code, const android::hardware::Parcel& data,
+                               android::hardware::Parcel*, uint32_t, TransactCallback) override {
+        call = fuzz::bytesOf(data, code);
+        hidlhost::MessageHeader header;
+        android::hardware::Parcel received, answer;
+        if (!fuzz::parse(reinterpret_cast<const uint8_t*>(call.data()), call.size(), &header,
+                         &received)) {
+            return android::BAD_VALUE;
+        }
+        mStub->localBinder()->onTransact(
+                code, received, &answer, 0,
+                [this](android::hardware::Parcel& sent) { reply = fuzz::bytesOf(sent, 0); });
+        if (reply.empty()) reply = fuzz::bytesOf(answer, 0);
+        return android::BAD_VALUE;
+    }
+    android::status_t linkToDeath(const android::sp<DeathRecipient>&, void*, uint32_t) override {
+        return android::INVALID_OPERATION;
+    }
+    android::status_t unlinkToDeath(const android::wp<DeathRecipient>&, void*, uint32_t,
+                                    android::wp<DeathRecipient>*) override {
+        return android::INVALID_OPERATION;
+    }
+
+    std::string call;
+    std::string reply;
+
+  private:
+    const android::sp<android::hardware::IBinder> mStub;
+};
+
+void* objectOf(const std::string& descriptor) {
+    using namespace qeltvd;
+    if (descriptor == IQelTvApi::descriptor)
+        return static_cast<IQelTvApi*>(new IQelTvApiDefault(0, false));
+    if (descriptor == IQelTvApiCI::descriptor)
+        return static_cast<IQelTvApiCI*>(new IQelTvApiCIDefault(0, false));
+    if (descriptor == IQelTvApiChannelList::descriptor)
+        return static_cast<IQelTvApiChannelList*>(new IQelTvApiChannelListDefault(0, false));
+    if (descriptor == IQelTvApiConfig::descriptor)
+        return static_cast<IQelTvApiConfig*>(new IQelTvApiConfigDefault(0, false));
+    if (descriptor == IQelTvApiEvent::descriptor)
+        return static_cast<IQelTvApiEvent*>(new IQelTvApiEventDefault(0, false));
+    if (descriptor == IQelTvApiRating::descriptor)
+        return static_cast<IQelTvApiRating*>(new IQelTvApiRatingDefault(0, false));
+    if (descriptor == IQelTvApiTime::descriptor)
+        return static_cast<IQelTvApiTime*>(new IQelTvApiTimeDefault(0, false));
+    return static_cast<IQelTvApiCallback*>(new QelTvApiCallbackImpl);
+}
+
+void write(const std::filesystem::path& directory, size_t number, const std::string& bytes) {
+    std::filesystem::create_directories(directory);
+    std::ofstream(directory / std::to_string(number), std::ios::binary) << bytes;
+}
+
+void record(const std::vector<fuzz::CallOfProxy>& calls, const std::filesystem::path& forCalls,
+            const std::filesystem::path& forReplies) {
+    for (size_t i = 0; i < calls.size(); ++i) {
+        const auto make =
+                android::hardware::details::getBnConstructorMap().get(calls[i].descriptor, nullptr);
+        const android::sp<Recording> recording = new Recording(make(objectOf(calls[i].descriptor)));
+        calls[i].call(recording);
+        write(forCalls, i, recording->call);
+        if (!forReplies.empty()) {
+            write(forReplies, i, recording->reply + static_cast<char>(i));
+        }
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        fprintf(stderr, "usage: make_corpus DIRECTORY\n");
+        return 2;
+    }
+    const std::filesystem::path directory = argv[1];
+    record(fuzz::calls(), directory / "service", directory / "reply");
+    record(fuzz::notifications(), directory / "notification", "");
+    return 0;
+}

@@ -1,0 +1,46 @@
+// What arrives at a service: any bytes as a call of any method of the fifteen interfaces.
+
+#include <hidl/Static.h>
+
+#include <map>
+#include <string>
+
+#include "Defaults.h"
+#include "message.h"
+
+namespace {
+
+using namespace qeltvd;
+
+template <class I, class Default>
+std::pair<std::string, android::sp<android::hardware::IBinder>> stub() {
+    const auto make = android::hardware::details::getBnConstructorMap().get(I::descriptor, nullptr);
+    return {I::descriptor, make(static_cast<I*>(new Default(0, false)))};
+}
+
+#define STUB(interface) stub<interface, interface##Default>()
+
+/** The stubs of all interfaces, by the name that a call's token tells. */
+const std::map<std::string, android::sp<android::hardware::IBinder>>& all() {
+    static const std::map<std::string, android::sp<android::hardware::IBinder>> sStubs = {
+            STUB(IQelTvApi),           STUB(IQelTvApiBroadcast),   STUB(IQelTvApiCI),
+            STUB(IQelTvApiCec),        STUB(IQelTvApiChannelList), STUB(IQelTvApiConfig),
+            STUB(IQelTvApiEvent),      STUB(IQelTvApiInputSrc),    STUB(IQelTvApiMultiview),
+            STUB(IQelTvApiPvrbrowser), STUB(IQelTvApiRating),      STUB(IQelTvApiRecord),
+            STUB(IQelTvApiScan),       STUB(IQelTvApiTime),        STUB(IQelTvApiTimeshift)};
+    return sStubs;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    hidlhost::MessageHeader header;
+    android::hardware::Parcel call;
+    if (!fuzz::parse(data, size, &header, &call)) return 0;
+    const auto found = all().find(hidlhost::Codec::interfaceOf(call));
+    if (found == all().end()) return 0;
+    android::hardware::Parcel reply;
+    found->second->localBinder()->onTransact(header.code, call, &reply, 0,
+                                             [](android::hardware::Parcel&) {});
+    return 0;
+}

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Alarm.h"
+#include "ConfigItems.h"
+#include "Notifier.h"
+#include "Settings.h"
+#include "layouts/time.h"
+
+namespace qeltvd {
+
+/**
+ * The clock of the television and its place in the calendar of the world. It runs with the clock
+ * of this machine; one that is set by hand keeps its distance from that over restarts.
+ *
+ * Local time is that of the configured place (item "system.time_zone", an IANA name) until the
+ * user sets zone or offset, which the broadcast as the source undoes.
+ */
+class Clock {
+  public:
+    /** @throws StoreError */
+    Clock(Store& store, Notifier& notifier, const ConfigItems& config);
+
+    /** Called after the clock has jumped, on the thread that made it; before serving only. */
+    void addListener(std::function<void()> listener);
+
+    int64_t milliseconds() const;
+    int64_t now() const { return milliseconds() / 1000; }
+    /** The time as broadcast; none unless the clock follows it. */
+    std::optional<int64_t> broadcast() const;
+
+    int32_t source() const;
+    int32_t setSource(int32_t source);
+    bool timeEditable() const;
+    bool zoneEditable() const;
+    /** Whether the broadcast is one that has a time offset table. */
+    bool hasOffsetTable() const;
+
+    int32_t set(int64_t utc);
+    /** Sets the clock to a local time: "2026-03-29" and "02:30" or "02:30:15". */
+    int32_t setLocal(const std::string& date, const std::string& time);
+
+    /** Standard time minus UTC now, and what daylight saving or the user adds; seconds. */
+    int64_t zone() const;
+    int64_t offset() const;
+    int32_t setZone(int64_t seconds);
+    int32_t setOffset(int64_t seconds);
+    /** UTC second at which zone or offset change next, by the rules of the place. */
+    std::optional<int64_t> nextChange() const;
+
+    /** Conversions; nothing where a time is outside of the years 1 to 9999 or no real date. */
+    std::optional<layouts::Dtg> utcRecord(int64_t utc) const;
+    std::optional<layouts::Dtg> localRecord(int64_t utc) const;
+    /** Seconds of the fields as they stand, as if they were UTC. */
+    static std::optional<int64_t> plainSeconds(const layouts::Dtg& record);
+    /** UTC seconds of a record of either kind, as its flag tells. */
+    std::optional<int64_t> utcSeconds(const layouts::Dtg& record) const;
+    std::optional<int64_t> localToUtc(const layouts::Dtg& record) const;
+    static std::optional<layouts::Dtg> normalised(const layouts::Dtg& record);
+    /** Modified Julian Date of a day, and back. */
+    static std::optional<uint32_t> modifiedJulian(const layouts::Dtg& record);
+    static std::optional<layouts::Dtg> fromModifiedJulian(uint32_t day);
+
+  private:
+    struct Manual {
+        int64_t zone;
+        int64_t offset;
+    };
+    std::optional<Manual> manual() const;
+    std::string place() const;
+    int32_t setManual(std::optional<int64_t> zone, std::optional<int64_t> offset);
+    void jumped() const;
+    void zoneChanged() const;
+
+    Settings mSettings;
+    Notifier& mNotifier;
+    const ConfigItems& mConfig;
+    std::vector<std::function<void()>> mListeners;
+
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    int32_t mSource;
+    int64_t mDistance;
+    std::optional<Manual> mManual;
+};
+
+/** The sleep timer. It is not kept: a set that is switched on has none. */
+class SleepTimer {
+  public:
+    explicit SleepTimer(Notifier& notifier);
+
+    /** Called when it fires, on its thread; before serving only. */
+    void addListener(std::function<void()> listener);
+
+    /** Seconds from now, 0 for off. */
+    int32_t set(int32_t seconds);
+    /** What it was set to, 0 when it is off; how much of that has gone by, and is left. */
+    int32_t value() const;
+    int32_t elapsed() const;
+    int32_t remaining() const;
+
+  private:
+    void ring();
+    void tell(int32_t type, int32_t seconds) const;
+
+    Notifier& mNotifier;
+    std::vector<std::function<void()>> mListeners;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    int32_t mValue = 0;
+    Alarm::Clock::time_point mDue;
+    bool mWarned = false;
+    Alarm mAlarm;
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "ChannelDatabase.h"
+#include "ConfigItems.h"
+#include "LineUp.h"
+#include "Notifier.h"
+#include "layouts/scan.h"
+
+namespace qeltvd {
+
+/**
+ * The channel scan. It goes through the transponders of the configured regions one after the other
+ * as a tuner would, adds the services of each as it finds them, and tells its progress.
+ */
+class Scanner {
+  public:
+    Scanner(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier);
+    ~Scanner();
+
+    /** What the next scan leaves out. */
+    struct Range {
+        /** Transponders of a region, counted from 0. */
+        uint32_t first = 0;
+        uint32_t last = UINT32_MAX;
+        /** As layouts/scan.h has them. */
+        uint32_t modulations = 0;
+        uint32_t plan = 0;
+        bool noRadio = false;
+    };
+    /** Each gives a code. */
+    int32_t setRange(const Range& range);
+    int32_t start(uint64_t argument, bool exclusive);
+    int32_t cancel();
+    bool active() const;
+
+    struct Status {
+        layouts::ScanState state = layouts::kScanIdle;
+        int32_t percent = 0;
+        uint32_t kHz = 0;
+        int32_t index = 0;
+        int32_t count = 0;
+        int32_t television = 0;
+        int32_t radio = 0;
+        int32_t added = 0;
+        int32_t removed = 0;
+        std::string transponder;
+    };
+    Status status() const;
+
+    /** The transponders of the configured regions, with the region of each. */
+    struct Stop {
+        Region region;
+        Multiplex multiplex;
+    };
+    std::vector<Stop> stops() const;
+
+  private:
+    void run(std::vector<Stop> stops, Range range, bool exclusive, bool whole);
+    /** Waits as a tuner does for its lock; false when the scan is to end. */
+    bool tune();
+    int32_t take(const Stop& stop, bool noRadio, std::vector<Found>* found);
+    int32_t removeOthers(const std::vector<Stop>& stops, const std::vector<Found>& found);
+    uint32_t satelliteOf(const Region& region);
+    void tell(int32_t type, int64_t a1, int64_t a2 = 0, int64_t a3 = 0, int64_t a4 = 0) const;
+
+    ChannelDatabase& mChannels;
+    const ConfigItems& mConfig;
+    Notifier& mNotifier;
+
+    mutable std::mutex mLock;
+    std::condition_variable mChanged;
+    // Guarded by mLock.
+    Range mRange;
+    Status mStatus;
+    bool mStop = false;
+    bool mRunning = false;
+    std::thread mThread;
+};
+
+}  // namespace qeltvd

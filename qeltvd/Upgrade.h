@@ -1,0 +1,135 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "Alarm.h"
+#include "ChannelDatabase.h"
+#include "Clock.h"
+#include "ConfigItems.h"
+#include "Notifier.h"
+#include "Settings.h"
+#include "layouts/upgrade.h"
+
+namespace qeltvd {
+
+/**
+ * Software upgrade over the network. One item at a time goes through checking, download,
+ * installation and reboot, on a thread of its own and with its progress told; versions, what is
+ * downloaded or installed, and results are kept.
+ */
+class Upgrade {
+  public:
+    /** @throws StoreError */
+    Upgrade(Store& store, Notifier& notifier);
+
+    struct Item {
+        std::string kind;
+        std::string region;
+        uint32_t sizeKib;
+        std::string version;
+        std::string date;
+        std::string name;
+        std::string checksum;
+        layouts::UpgradeState state;
+        bool mandatory;
+    };
+    /** Each gives a code. */
+    int32_t item(uint32_t item, Item* found) const;
+    std::string installed(uint32_t item) const;
+    int32_t result(uint32_t item) const;
+
+    int32_t check(uint32_t item);
+    int32_t download(uint32_t item, const std::string& source, const std::string& target);
+    int32_t cancel(uint32_t item);
+    /** Installs what is downloaded. */
+    int32_t trigger(uint32_t item);
+    int32_t reboot(uint32_t item);
+    /** All of it up to the installation, or the reboot. */
+    int32_t start(uint32_t item, bool reboot);
+    int32_t set(uint32_t a, uint32_t first, uint32_t b, uint32_t second);
+
+    /** Another way of installing has brought a version. @throws StoreError */
+    void installedElsewhere(uint32_t item, const std::string& version);
+
+  private:
+    /** What is kept of an item. */
+    enum Kept : int64_t { kNothing = 0, kDownloaded = 1, kInstalled = 2 };
+
+    Kept kept(uint32_t item) const;
+    void keep(uint32_t item, Kept kept);
+    bool newer(uint32_t item) const;
+    int32_t begin(uint32_t item, layouts::UpgradeState state);
+    void enter(layouts::UpgradeState state);
+    void step();
+    void advance();
+    void finish(layouts::UpgradeState state, int32_t value);
+    void tell(int32_t type, int32_t value) const;
+
+    Settings mSettings;
+    Notifier& mNotifier;
+
+    mutable std::recursive_mutex mLock;
+    // Guarded by mLock.
+    uint32_t mItem = 0;
+    layouts::UpgradeState mState = layouts::kUpgradeIdle;
+    std::array<layouts::UpgradeState, layouts::kUpgradeItems> mLast{};
+    int32_t mPercent = 0;
+    bool mThrough = false;
+    bool mReboot = false;
+    Alarm mAlarm;
+};
+
+/** Software upgrade over the air: a download that a channel carries at scheduled times. */
+class OverAirDownload {
+  public:
+    /** @throws StoreError */
+    OverAirDownload(Store& store, Notifier& notifier, const Clock& clock, ChannelDatabase& channels,
+                    Upgrade& upgrade);
+
+    std::string schedule() const;
+    int32_t text(uint32_t which, std::string* text) const;
+
+    /** Each gives a code. */
+    int32_t jump();
+    int32_t stopDetection();
+    int32_t start();
+    int32_t stop();
+    int32_t flash();
+    int32_t restart();
+    int32_t remind();
+    int32_t acceptSchedule();
+    int32_t setAutomatic(bool on);
+    int32_t setPackage(const std::string& path);
+    int32_t clearVersion();
+    int32_t powerOnStatus() const;
+
+  private:
+    int64_t nextTime() const;
+    std::optional<uint32_t> carrier() const;
+    bool automatic() const;
+    bool isNew() const;
+    void enter(layouts::OadState state, std::chrono::milliseconds next);
+    void rest(layouts::OadState state);
+    void step();
+    void tell(int32_t type) const;
+
+    Settings mSettings;
+    Notifier& mNotifier;
+    const Clock& mClock;
+    ChannelDatabase& mChannels;
+    Upgrade& mUpgrade;
+
+    mutable std::recursive_mutex mLock;
+    // Guarded by mLock.
+    layouts::OadState mState;
+    int32_t mPercent = 0;
+    bool mReminds = false;
+    /** Since the television came up. */
+    bool mUpdated = false;
+    Alarm mAlarm;
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "hw_qeltvapi_channellist.h"
+#include "hw_qeltvapi_config.h"
+#include "hw_qeltvapi_scan.h"
+#include "inbox.h"
+#include "layouts/scan.h"
+
+using namespace wire;
+using namespace qeltvd::layouts;
+
+namespace {
+
+Inbox<Told> sScan;
+
+int onScan(int32_t type, uintptr_t, uintptr_t a1, uintptr_t a2, uintptr_t a3, uintptr_t a4) {
+    sScan.put({type, {a1, a2, a3, a4}});
+    return 0;
+}
+
+class ChannelScan : public WithTelevision {
+  protected:
+    void SetUp() override {
+        WithTelevision::SetUp();
+        a_qeltvapi_scan_reg_callback(onScan);
+        sScan.clear();
+    }
+
+    static std::vector<int32_t> exchange(std::vector<int32_t> data, int code,
+                                         int (*function)(int32_t*, uint32_t)) {
+        const auto count = static_cast<uint32_t>(data.size());
+        data.resize(kScanExchangeRoom);
+        EXPECT_EQ(code, function(data.data(), count));
+        return data;
+    }
+};
+
+TEST_F(ChannelScan, WalksTheTranspondersOfTheRegionAndAddsTheirServices) {
+    ASSERT_EQ(0, a_qeltvapi_config_set_str_value("channels.region", "dvb-c/at-Innsbruck"));
+    const auto count = exchange({kExchangeCount}, 0, a_scan_dvbc_exchange_data)[1];
+    ASSERT_GT(count, 3);
+    ASSERT_EQ(0, a_qeltvapi_start_scan(kScanFull, 0));
+    EXPECT_EQ(1, a_qeltvapi_is_scan_active());
+    EXPECT_EQ(-5, a_qeltvapi_start_scan(kScanFull, 0)) << "one at a time";
+
+    const auto started = sScan.take();
+    ASSERT_TRUE(started);
+    EXPECT_EQ(kScanStarted, started->type);
+    EXPECT_EQ(static_cast<uint64_t>(count), started->values[0]);
+    uint64_t services = 0;
+    for (int32_t i = 0; i < count; ++i) {
+        const auto progress = sScan.take();
+        ASSERT_TRUE(progress);
+        ASSERT_EQ(kScanProgress, progress->type);
+        EXPECT_EQ(static_cast<uint64_t>((i + 1) * 100 / count), progress->values[0]);
+        const auto transponder = exchange({kExchangeTransponder, i}, 0, a_scan_dvbc_exchange_data);
+        EXPECT_EQ(static_cast<uint64_t>(transponder[2]), progress->values[1]);
+        EXPECT_GT(progress->values[2] + progress->values[3], services);
+        services = progress->values[2] + progress->values[3];
+    }
+    const auto complete = sScan.take();
+    ASSERT_TRUE(complete);
+    ASSERT_EQ(kScanComplete, complete->type);
+    EXPECT_EQ(services, complete->values[0] + complete->values[1]);
+    EXPECT_EQ(0, a_qeltvapi_is_scan_active());
+    // Data services count too, so there may be more than the two kinds.
+    EXPECT_LE(services, static_cast<uint64_t>(a_qeltvapi_channellist_get_number_by_mask(2, 0, 0)));
+
+    // Once more: all of it is known.
+    ASSERT_EQ(0, a_qeltvapi_start_scan(kScanCable, 1));
+    const auto again = sScan.takeUntil([](const Told& t) { return t.type == kScanComplete; });
+    ASSERT_TRUE(again);
+    EXPECT_EQ(services, again->values[0] + again->values[1]);
+    EXPECT_EQ(0u, again->values[2]);
+    EXPECT_EQ(0u, again->values[3]);
+}
+
+TEST_F(ChannelScan, EndsWhenItIsCancelledAndCanBeStartedAtOnce) {
+    EXPECT_EQ(-5, a_qeltvapi_cancel_scan()) << "nothing runs";
+    ASSERT_EQ(0, a_qeltvapi_start_scan(kScanFull, 1));
+    const auto first = sScan.takeUntil([](const Told& t) { return t.type == kScanProgress; });
+    ASSERT_TRUE(first);
+    ASSERT_LT(first->values[0], 100u);
+    ASSERT_EQ(0, a_qeltvapi_cancel_scan());
+    EXPECT_EQ(0, a_qeltvapi_is_scan_active());
+    ASSERT_EQ(0, a_qeltvapi_start_scan(scanFrequency(506000), 0));
+    ASSERT_TRUE(sScan.takeUntil([](const Told& t) { return t.type == kScanCancelled; }));
+    const auto done = sScan.takeUntil([](const Told& t) { return t.type == kScanComplete; });
+    ASSERT_TRUE(done);
+    EXPECT_GT(done->values[0], 0u);
+    EXPECT_EQ(0u, done->values[3]) << "one that did not go through all removes nothing";
+}
+
+TEST_F(ChannelScan, RefusesWhatItCannotDo) {
+    EXPECT_EQ(-4, a_qeltvapi_start_scan(99, 0));
+    EXPECT_EQ(-4, a_qeltvapi_start_scan(kScanFull | 1ull << 32, 0));
+    EXPECT_EQ(-3, a_qeltvapi_start_scan(scanFrequency(1), 0));
+    const QELTVAPI_ATSC_SCAN_PARAM_T backwards{5, 4, 0, 0};
+    EXPECT_EQ(-4, a_qeltvapi_set_atsc_scan_param(0, &backwards));
+    const QELTVAPI_NTSC_SCAN_PARAM_T ntsc{0, 1};
+    EXPECT_EQ(-38, a_qeltvapi_set_ntsc_scan_param(0, &ntsc));
+    EXPECT_EQ(9, exchange({9, 8, 7}, -4, a_scan_dvbt_exchange_data)[0]);
+    EXPECT_EQ(kExchangeCount, exchange({kExchangeCount}, -5, a_qeltvapi_atsc_exchange_data)[0]);
+    exchange({}, -4, a_scan_ce_exchange_data);
+    exchange({kExchangeCount}, -38, a_scan_dtmb_exchange_data);
+    EXPECT_EQ(kMarketEurope, a_qeltvapi_get_market_region());
+
+    // A range of two transponders holds for one scan.
+    EXPECT_EQ(1, exchange({kExchangeRange, 0, 1}, 0, a_scan_dvbt_exchange_data)[2]);
+    ASSERT_EQ(0, a_qeltvapi_start_scan(kScanAir, 0));
+    const auto started = sScan.takeUntil([](const Told& t) { return t.type == kScanStarted; });
+    ASSERT_TRUE(started);
+    EXPECT_EQ(2u, started->values[0]);
+    ASSERT_TRUE(sScan.takeUntil([](const Told& t) { return t.type == kScanComplete; }));
+
+    char text[256] = "";
+    EXPECT_EQ(0u, a_qeltvapi_get_user_message(text, 13));
+    EXPECT_STREQ("Scan complete", text) << "no more than there is room";
+    char region[64] = "";
+    EXPECT_EQ(0, a_qeltvapi_scan_dvbc_get_str_data(kScanTextCountry, region, 63));
+    EXPECT_STREQ("DEU", region);
+    EXPECT_EQ(-3, a_qeltvapi_scan_dvbc_get_str_data(9, region, 63));
+}
+
+TEST_F(ChannelScan, TheToolPrintsPlainLinesIntoAPipe) {
+    ASSERT_EQ(0, a_qeltvapi_config_set_str_value("channels.region", "dvb-t/de-Berlin"));
+    const Ended ended = qeltvctl({"scan"});
+    EXPECT_EQ(0, ended.status) << ended.err;
+    const std::regex line(R"( *\d+ %  +\d+\.\d{3} MHz  \d+ services)");
+    std::istringstream out(ended.out);
+    std::string each, last;
+    size_t lines = 0;
+    while (std::getline(out, each)) {
+        if (std::regex_match(each, line)) ++lines;
+        last = each;
+    }
+    EXPECT_GT(lines, 3u);
+    EXPECT_TRUE(std::regex_match(
+            last, std::regex(R"(complete: \d+ television, \d+ radio, \d+ new, \d+ removed)")))
+            << last;
+    EXPECT_EQ(1, qeltvctl({"scan", "cancel"}).status);
+    const auto state = nlohmann::json::parse(qeltvctl({"scan", "status", "--json"}).out);
+    EXPECT_FALSE(state.at("active"));
+    EXPECT_EQ(lines, state.at("transponders"));
+}
+
+}  // namespace

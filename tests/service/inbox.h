@@ -1,0 +1,141 @@
+/** Notifications of a real television, as a test waits for them. */
+#ifndef TESTS_SERVICE_INBOX_H
+#define TESTS_SERVICE_INBOX_H
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <thread>
+
+#include "daemon.h"
+#include "hw_qeltvapi_common.h"
+#include "log_capture.h"
+#include "platform_calls.h"
+
+namespace wire {
+
+constexpr std::chrono::seconds kPatience{30};
+
+template <class F>
+bool eventually(const F& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+/**
+ * Asks for notifications the first time, and returns when the television that runs now sends them
+ * here and is watched. A death that is noticed twice is followed by two registrations, and each
+ * drops the watched proxy before, so both have to be over.
+ */
+inline bool joinTelevision() {
+    using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
+    static bool sAsked = false;
+    size_t expected = 0;
+    captureLog();
+    if (!sAsked) {
+        sAsked = true;
+        expected = 1;
+        registerCallbackHandler();
+    }
+    return eventually([&] {
+        for (const LogLine& line : takeLog()) expected += line.text == "<reconnectService:60> .";
+        const auto tv = IQelTvApi::getService("default", false);
+        if (tv == nullptr) return false;
+        const auto dump = controlTelevision(tv, {"dump"});
+        const size_t end = dump.rfind('}');
+        if (end == std::string::npos) return false;
+        const auto all = nlohmann::json::parse(dump.substr(0, end + 1));
+        for (const auto& client : all.at("clients")) {
+            if (client.at("pid") != getpid() || client.at("registrations") != expected) continue;
+            // As any call of the main interface: has the television watched.
+            return getQelTvApiService() != nullptr;
+        }
+        return false;
+    });
+}
+
+template <class T>
+class Inbox {
+  public:
+    void put(const T& value) {
+        std::lock_guard<std::mutex> guard(mLock);
+        mValues.push_back(value);
+        mArrived.notify_all();
+    }
+
+    void clear() {
+        std::lock_guard<std::mutex> guard(mLock);
+        mValues.clear();
+    }
+
+    /** Takes values up to the first that fits; none when it does not come. */
+    template <class F>
+    std::optional<T> takeUntil(const F& fits) {
+        std::unique_lock<std::mutex> guard(mLock);
+        const auto deadline = std::chrono::steady_clock::now() + kPatience;
+        for (;;) {
+            while (!mValues.empty()) {
+                const T value = mValues.front();
+                mValues.pop_front();
+                if (fits(value)) return value;
+            }
+            if (mArrived.wait_until(guard, deadline) == std::cv_status::timeout) {
+                return std::nullopt;
+            }
+        }
+    }
+
+    std::optional<T> take() {
+        return takeUntil([](const T&) { return true; });
+    }
+
+  private:
+    std::mutex mLock;
+    std::condition_variable mArrived;
+    std::deque<T> mValues;
+};
+
+/**
+ * A television for each test. The library keeps its proxies over the tests and only lets go of
+ * them when it sees the television die, so that a new one is of use once it has the library as its
+ * client.
+ */
+class WithTelevision : public testing::Test {
+  protected:
+    void SetUp() override {
+        Sleeps::instance().letAllGo(true);
+        television.start();
+        ASSERT_TRUE(joinTelevision());
+    }
+
+    // A thread that polls at the end of the process must do so asleep.
+    void TearDown() override { Sleeps::instance().letAllGo(false); }
+
+    void restart() {
+        television.kill();
+        television.start();
+        ASSERT_TRUE(joinTelevision());
+    }
+
+    Daemon television;
+};
+
+/** A notification of the usual shape: its type and four values. */
+struct Told {
+    int32_t type;
+    uint64_t values[4];
+};
+
+}  // namespace wire
+
+#endif  // TESTS_SERVICE_INBOX_H

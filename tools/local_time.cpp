@@ -1,0 +1,94 @@
+#include "local_time.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "tool.h"
+
+namespace tool {
+
+using qeltvd::layouts::Dtg;
+
+Dtg fields(const QELTVAPI_DTG_T& record) {
+    Dtg dtg;
+    memcpy(&dtg, record.head, sizeof(record.head));
+    dtg.flags = record.tail;
+    return dtg;
+}
+
+QELTVAPI_DTG_T record(const Dtg& fields) {
+    QELTVAPI_DTG_T dtg{};
+    memcpy(dtg.head, &fields, sizeof(dtg.head));
+    dtg.tail = fields.flags;
+    return dtg;
+}
+
+Dtg localFields(int64_t utc) {
+    QELTVAPI_DTG_T dtg{};
+    check(c_dt_utc_sec_to_loc_dtg(utc, &dtg), "local time");
+    return fields(dtg);
+}
+
+std::string dateText(const Dtg& fields) {
+    char text[32];
+    snprintf(text, sizeof(text), "%04u-%02u-%02u", fields.year, fields.month, fields.day);
+    return text;
+}
+
+std::string clockText(const Dtg& fields) {
+    char text[32];
+    snprintf(text, sizeof(text), "%02u:%02u", fields.hour, fields.minute);
+    return text;
+}
+
+std::string timeText(const Dtg& fields) {
+    char text[64];
+    snprintf(text, sizeof(text), "%s %s:%02u", dateText(fields).c_str(), clockText(fields).c_str(),
+             fields.second);
+    return text;
+}
+
+int64_t televisionTime() {
+    return check(a_qeltvapi_time_get_utc_time(nullptr), "time");
+}
+
+int64_t midnight(const std::string& date) {
+    Dtg day = localFields(televisionTime());
+    if (!date.empty()) {
+        unsigned year = 0, month = 0, number = 0;
+        char rest = 0;
+        if (sscanf(date.c_str(), "%4u-%2u-%2u%c", &year, &month, &number, &rest) != 3) {
+            throw Failure(kUsage, "\"" + date + "\" is no date, as 2026-03-29");
+        }
+        day = {};
+        day.year = static_cast<uint16_t>(year);
+        day.month = static_cast<uint8_t>(month);
+        day.day = static_cast<uint8_t>(number);
+    }
+    day.hour = day.minute = day.second = 0;
+    day.flags = 0;
+    const QELTVAPI_DTG_T dtg = record(day);
+    int64_t milliseconds = 0;
+    a_qeltvapi_time_convert_local_time_to_millis(&dtg, &milliseconds);
+    // What is no date comes back as a code, which is no whole second.
+    if (milliseconds % 1000 != 0) throw Failure(kUsage, "there is no date " + date);
+    return milliseconds / 1000;
+}
+
+int64_t parseNumber(const std::string& text, const std::string& what, int64_t minimum,
+                    int64_t maximum) {
+    size_t used = 0;
+    int64_t number = 0;
+    try {
+        number = std::stoll(text, &used, 0);
+    } catch (const std::exception&) {
+        used = 0;
+    }
+    if (used == 0 || used != text.size() || number < minimum || number > maximum) {
+        throw Failure(kUsage, what + " is a number from " + std::to_string(minimum) + " to " +
+                                      std::to_string(maximum) + ", not \"" + text + "\"");
+    }
+    return number;
+}
+
+}  // namespace tool

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "hw_qeltvapi_time.h"
+#include "layouts/time.h"
+
+/** Times as the television tells them: in its own calendar and time zone. */
+namespace tool {
+
+qeltvd::layouts::Dtg fields(const QELTVAPI_DTG_T& record);
+QELTVAPI_DTG_T record(const qeltvd::layouts::Dtg& fields);
+
+qeltvd::layouts::Dtg localFields(int64_t utc);
+/** "2026-03-29", "02:30", "2026-03-29 02:30:15". */
+std::string dateText(const qeltvd::layouts::Dtg& fields);
+std::string clockText(const qeltvd::layouts::Dtg& fields);
+std::string timeText(const qeltvd::layouts::Dtg& fields);
+
+/** Local midnight of a date as dateText() prints it; "" for today. */
+int64_t midnight(const std::string& date);
+int64_t televisionTime();
+
+/** The number in a text, all of it; ends the command otherwise. */
+int64_t parseNumber(const std::string& text, const std::string& what, int64_t minimum,
+                    int64_t maximum);
+
+}  // namespace tool

@@ -1,0 +1,224 @@
+#include "hw_qeltvapi_scan.h"
+
+#include <unistd.h>
+
+#include <condition_variable>
+#include <cstdio>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <nlohmann/json.hpp>
+
+#include "hw_qeltvapi_common.h"
+#include "layouts/scan.h"
+#include "tool.h"
+
+namespace tool {
+namespace {
+
+using namespace qeltvd::layouts;
+
+constexpr int kBarWidth = 24;
+
+/** A scan notification: its type and values. */
+struct Progress {
+    int32_t type;
+    uint64_t values[4];
+};
+
+std::mutex sLock;
+std::condition_variable sArrived;
+std::deque<Progress> sProgress;
+
+int onScan(int32_t type, uintptr_t, uintptr_t a1, uintptr_t a2, uintptr_t a3, uintptr_t a4) {
+    std::lock_guard<std::mutex> guard(sLock);
+    sProgress.push_back({type, {a1, a2, a3, a4}});
+    sArrived.notify_one();
+    return 0;
+}
+
+/** The next notification; ends the command when the scan is gone without one. */
+Progress next() {
+    std::unique_lock<std::mutex> guard(sLock);
+    for (;;) {
+        if (sArrived.wait_for(guard, std::chrono::seconds(1), [] { return !sProgress.empty(); })) {
+            const Progress progress = sProgress.front();
+            sProgress.pop_front();
+            return progress;
+        }
+        guard.unlock();
+        const bool active = a_qeltvapi_is_scan_active() != 0;
+        guard.lock();
+        if (!active && sProgress.empty()) {
+            throw Failure(kUnreachable, "the television does not scan any more");
+        }
+    }
+}
+
+class Display {
+  public:
+    explicit Display(bool json) : mJson(json), mBar(!json && isatty(STDOUT_FILENO) != 0) {}
+
+    void show(const Progress& progress) {
+        const uint64_t percent = progress.values[0];
+        const double mhz = static_cast<double>(progress.values[1]) / 1000;
+        const uint64_t services = progress.values[2] + progress.values[3];
+        if (mJson) {
+            const nlohmann::ordered_json line{{"percent", percent},
+                                              {"khz", progress.values[1]},
+                                              {"television", progress.values[2]},
+                                              {"radio", progress.values[3]}};
+            printf("%s\n", line.dump().c_str());
+        } else if (mBar) {
+            const int filled = static_cast<int>(percent) * kBarWidth / 100;
+            const std::string bar = std::string(static_cast<size_t>(filled), '#') +
+                                    std::string(static_cast<size_t>(kBarWidth - filled), '.');
+            printf("\r[%s] %3u %%  %9.3f MHz  %u services\033[K", bar.c_str(),
+                   static_cast<unsigned>(percent), mhz, static_cast<unsigned>(services));
+            mOpen = true;
+        } else {
+            printf("%3u %%  %9.3f MHz  %u services\n", static_cast<unsigned>(percent), mhz,
+                   static_cast<unsigned>(services));
+        }
+        fflush(stdout);
+    }
+
+    void finish(const char* how, const Progress& progress) {
+        if (mOpen) printf("\n");
+        if (mJson) {
+            const nlohmann::ordered_json line{{"scan", how},
+                                              {"television", progress.values[0]},
+                                              {"radio", progress.values[1]},
+                                              {"new", progress.values[2]},
+                                              {"removed", progress.values[3]}};
+            printf("%s\n", line.dump().c_str());
+        } else {
+            printf("%s: %u television, %u radio, %u new, %u removed\n", how,
+                   static_cast<unsigned>(progress.values[0]),
+                   static_cast<unsigned>(progress.values[1]),
+                   static_cast<unsigned>(progress.values[2]),
+                   static_cast<unsigned>(progress.values[3]));
+        }
+    }
+
+  private:
+    const bool mJson;
+    const bool mBar;
+    bool mOpen = false;
+};
+
+void scan(uint64_t argument, bool clear, bool json) {
+    a_qeltvapi_scan_reg_callback(onScan);
+    requireNotifications();
+    check(a_qeltvapi_start_scan(argument, clear), "scan");
+    Display display(json);
+    for (;;) {
+        const Progress progress = next();
+        switch (progress.type) {
+            case kScanProgress:
+                display.show(progress);
+                break;
+            case kScanComplete:
+                display.finish("complete", progress);
+                check(a_qeltvapi_scan_select_crnt_or_first_channel(1), "first channel");
+                return;
+            case kScanCancelled:
+                display.finish("cancelled", progress);
+                throw Failure(kRefused, "the scan was cancelled");
+            case kScanFailed:
+                throw Failure(kRefused,
+                              "the scan failed with code " +
+                                      std::to_string(static_cast<int32_t>(progress.values[0])));
+            default:
+                break;
+        }
+    }
+}
+
+void status(bool json) {
+    requireService();
+    int32_t data[kScanExchangeRoom] = {kExchangeStatus};
+    check(a_scan_ce_exchange_data(data, 1), "scan status");
+    Room room(256);
+    check(static_cast<int32_t>(a_qeltvapi_get_user_message(room.text(), 255)), "scan message");
+    if (!json) {
+        printf("%s\n", room.text());
+        return;
+    }
+    const nlohmann::ordered_json all{{"active", data[1] == kScanRuns},
+                                     {"percent", data[2]},
+                                     {"khz", data[3]},
+                                     {"index", data[4]},
+                                     {"transponders", data[5]},
+                                     {"television", data[6]},
+                                     {"radio", data[7]},
+                                     {"new", data[8]}};
+    printf("%s\n", all.dump(2).c_str());
+}
+
+void list(bool json) {
+    requireService();
+    int32_t count[kScanExchangeRoom] = {kExchangeCount};
+    check(a_scan_ce_exchange_data(count, 1), "transponders");
+    std::vector<std::vector<std::string>> rows{{"INDEX", "MHZ", "SYSTEM"}};
+    constexpr const char* kSystems[] = {"?",      "DVB-T", "DVB-T2", "DVB-C", "DVB-S",
+                                        "DVB-S2", "ATSC",  "QAM",    "ISDB-T"};
+    nlohmann::ordered_json all = nlohmann::json::array();
+    for (int32_t i = 0; i < count[1]; ++i) {
+        int32_t data[kScanExchangeRoom] = {kExchangeTransponder, i};
+        check(a_scan_ce_exchange_data(data, 2), "transponder");
+        const char* system = data[5] >= 0 && data[5] <= 8 ? kSystems[data[5]] : "?";
+        char mhz[32];
+        snprintf(mhz, sizeof(mhz), "%.3f", data[2] / 1000.0);
+        rows.push_back({std::to_string(i), mhz, system});
+        all.push_back({{"index", i}, {"khz", data[2]}, {"system", system}});
+    }
+    if (json) {
+        printf("%s\n", all.dump(2).c_str());
+    } else {
+        printTable(rows);
+    }
+}
+
+}  // namespace
+
+void addScan(CLI::App& app) {
+    struct Options {
+        std::string mode = "full";
+        double mhz = 0;
+        bool clear = false, json = false;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* scanning = app.add_subcommand("scan", "Look for channels");
+    scanning->require_subcommand(0, 1);
+    scanning->add_option("mode", options->mode, "full, air, cable or satellite")
+            ->check(CLI::IsMember({"full", "air", "cable", "satellite"}))
+            ->capture_default_str();
+    scanning->add_option("--mhz", options->mhz, "Only the transponders at this frequency");
+    scanning->add_flag("--clear", options->clear, "Remove what is not found any more");
+    addJson(scanning, &options->json);
+    CLI::App* cancel = scanning->add_subcommand("cancel", "End the scan that runs");
+    cancel->callback([] {
+        requireService();
+        check(a_qeltvapi_cancel_scan(), "cancel");
+    });
+    CLI::App* state = scanning->add_subcommand("status", "Tell what the last scan does or did");
+    addJson(state, &options->json);
+    state->callback([options] { status(options->json); });
+    CLI::App* transponders = scanning->add_subcommand("transponders", "List what is scanned");
+    addJson(transponders, &options->json);
+    transponders->callback([options] { list(options->json); });
+    scanning->callback([options, scanning] {
+        if (!scanning->get_subcommands().empty()) return;
+        uint64_t argument = options->mode == "air"         ? kScanAir
+                            : options->mode == "cable"     ? kScanCable
+                            : options->mode == "satellite" ? kScanSatellite
+                                                           : kScanFull;
+        if (options->mhz > 0) {
+            argument = scanFrequency(static_cast<uint32_t>(options->mhz * 1000 + 0.5));
+        }
+        scan(argument, options->clear, options->json);
+    });
+}
+
+}  // namespace tool
