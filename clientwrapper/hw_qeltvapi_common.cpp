@@ -187,7 +187,8 @@ sp<TvApiDeathRecipient> TvApiDeathRecipient::getInstance() {
 }
 
 bool TvApiDeathRecipient::aysncRegisterCallbackHandler() {
-    return mTaskRunner.push([this] { registerCallbackHandler(); });
+    return mTaskRunner.push(
+            [self = sp<TvApiDeathRecipient>(this)] { self->registerCallbackHandler(); });
 }
 
 int TvApiDeathRecipient::registerCallbackHandler() {
@@ -212,9 +213,16 @@ int TvApiDeathRecipient::registerCallbackHandler() {
 }
 
 void TvApiDeathRecipient::startReconnect() {
+    // The thread keeps the singleton, which the end of the process may meanwhile let go of.
+    incStrong(this);
+    const auto run = [](void* self) -> void* {
+        reconnectService(self);
+        static_cast<TvApiDeathRecipient*>(self)->decStrong(self);
+        return nullptr;
+    };
     pthread_t thread{};
     // Neither joined nor detached, and a failure is not looked at.
-    pthread_create(&thread, nullptr, &TvApiDeathRecipient::reconnectService, this);
+    pthread_create(&thread, nullptr, run, this);
     mThread = thread;
 }
 

@@ -99,7 +99,8 @@ struct ScriptedService::State {
 };
 
 ScriptedService& ScriptedService::instance() {
-    static ScriptedService sInstance;
+    // Never destroyed: that would be a death for the library to follow while the process ends.
+    static ScriptedService& sInstance = *new ScriptedService;
     return sInstance;
 }
 
@@ -202,14 +203,18 @@ std::string ScriptedService::notify(uint32_t ordinal, const Values& arguments,
 }
 
 void ScriptedService::die() {
-    std::unique_ptr<RawHost> host;
+    RawHost* host = nullptr;
     {
         std::lock_guard<std::mutex> guard(mState->lock);
-        host.swap(mState->host);
-        mState->callback = nullptr;
-        mState->scripts.clear();
+        host = mState->host.get();
     }
+    // First of all, so that who sees it gone sees it dead too.
     if (host != nullptr) host->kill();
+    std::unique_ptr<RawHost> dead;
+    std::lock_guard<std::mutex> guard(mState->lock);
+    dead.swap(mState->host);
+    mState->callback = nullptr;
+    mState->scripts.clear();
 }
 
 }  // namespace wire
