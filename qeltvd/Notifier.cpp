@@ -79,7 +79,12 @@ void Notifier::add(const sp<Callback>& callback) {
         mClients.push_back(client);
     }
     // Without the lock: a death may be told at once, from another thread.
-    (void)callback->getDebugInfo([&](const auto& info) { client->pid = info.pid; }).isOk();
+    int pid = -1;
+    (void)callback->getDebugInfo([&](const auto& info) { pid = info.pid; }).isOk();
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        client->pid = pid;
+    }
     const auto linked = callback->linkToDeath(client->death, client->id);
     if (!linked.isOk() || !linked) {
         forget(client->id);

@@ -38,6 +38,11 @@ struct Television {
               config(store),
               channels(store, config.text("channels.region")) {
         clock.addListener([this] { recorder.clockChanged(); });
+        sleepTimer.addListener([this] {
+            if (power.setDownReason(layouts::kDownSleepTimer, {}) == 0) {
+                power.powerDown(layouts::kPowerDown);
+            }
+        });
     }
 
     const std::string directory;
@@ -47,7 +52,6 @@ struct Television {
     ChannelDatabase channels;
 
     Clock clock{store, notifier, config};
-    SleepTimer sleepTimer{notifier};
     Ratings ratings{store, notifier, config};
     PinLock pin{store, notifier};
     Guide guide{channels, clock, pin, ratings, notifier};
@@ -73,6 +77,7 @@ struct Television {
     Sound sound{store, notifier};
     Picture picture{store, notifier};
     Power power{store, notifier};
+    SleepTimer sleepTimer{notifier};
     Presentation presentation{notifier, config, channels, inputs, sound, power, [this] {
                                   const auto name = cam.get(layouts::kCiGetCamName);
                                   return name ? std::string(name->begin(), name->end()) : "";

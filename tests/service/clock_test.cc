@@ -6,9 +6,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "hw_qeltvapi_config.h"
+#include "hw_pcl.h"
 #include "hw_qeltvapi_time.h"
 #include "inbox.h"
+#include "layouts/presentation.h"
 #include "layouts/time.h"
 
 using namespace wire;
@@ -16,10 +17,15 @@ using namespace qeltvd::layouts;
 
 namespace {
 
-Inbox<Told> sSleep, sDate;
+Inbox<Told> sSleep, sDate, sPower;
 
 int onSleep(int32_t type, uintptr_t, uintptr_t value) {
     sSleep.put({type, {value}});
+    return 0;
+}
+
+int onPower(uint32_t condition, uintptr_t, uint32_t reason, uint32_t) {
+    sPower.put({static_cast<int32_t>(condition), {reason}});
     return 0;
 }
 
@@ -203,6 +209,7 @@ TEST_F(TelevisionClock, OnlyAClockThatFollowsNothingIsSet) {
 
 TEST_F(TelevisionClock, TheSleepTimerFires) {
     a_qeltvapi_time_register_sleep_timer_callback(onSleep);
+    c_pcl_reg_nfy_fct(0, onPower);
     sSleep.clear();
     uint32_t left = 0;
     EXPECT_EQ(-3, a_qeltvapi_time_get_sleep_timer_remaining_time(&left));
@@ -219,6 +226,10 @@ TEST_F(TelevisionClock, TheSleepTimerFires) {
     ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == kSleepExpired; }));
     EXPECT_LE(std::chrono::milliseconds(990), std::chrono::steady_clock::now() - begin);
     EXPECT_EQ(0, a_qeltvapi_time_get_sleep_timer());
+    const auto down = sPower.take();
+    ASSERT_TRUE(down);
+    EXPECT_EQ(kPowerDown, static_cast<uint32_t>(down->type));
+    EXPECT_EQ(kDownSleepTimer, down->values[0]);
 
     // One that is set a minute before its end warns first.
     a_qeltvapi_time_set_sleep_timer(kSleepWarningTime + 1);

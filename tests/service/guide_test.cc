@@ -128,6 +128,7 @@ TEST_F(ProgrammeGuide, HasEventsWithoutGapsAndTellsThePresentOne) {
 
     // Another television of the same region has the same programme.
     Daemon other;
+    watch();
     television.kill();
     other.start();
     ASSERT_TRUE(joinTelevision());
@@ -343,6 +344,7 @@ TEST_F(ProgrammeGuide, ThePinIsChangedAfterARightOneAndKeptAsAHashOnly) {
     uint32_t length = 0;
     EXPECT_EQ(-3, a_qeltvapi_config_get_str_value("parental.pin", text, &length));
 
+    watch();
     television.kill();
     std::string all;
     for (const char* name : {"/television.db", "/television.db-wal"}) {

@@ -118,10 +118,17 @@ class WithTelevision : public testing::Test {
         ASSERT_TRUE(joinTelevision());
     }
 
-    // A thread that polls at the end of the process must do so asleep.
-    void TearDown() override { Sleeps::instance().letAllGo(false); }
+    void TearDown() override {
+        watch();
+        // A thread that polls at the end of the process must do so asleep.
+        Sleeps::instance().letAllGo(false);
+    }
+
+    /** Before a death: the library may have let go of the proxy that watches since the start. */
+    static void watch() { getQelTvApiService(); }
 
     void restart() {
+        watch();
         television.kill();
         television.start();
         ASSERT_TRUE(joinTelevision());

@@ -27,6 +27,7 @@
 
 #include "daemon.h"
 #include "hw_qeltvapi_common.h"
+#include "platform_calls.h"
 #include "qeltvapi.h"
 
 namespace {
@@ -347,6 +348,8 @@ int main(int argc, char** argv) {
     setenv("QELTV_RUNTIME_DIR", runtime.path().c_str(), 1);
     // What the library logs of every missing service would drown everything else.
     setenv("ANDROID_LOG_TAGS", "*:s", 0);
+    // Ten seconds between two looks for the television would be most of the run.
+    wire::Sleeps::instance().letAllGo(true);
     wire::Daemon television;
     television.start();
     a_qeltvapi_highlevel_register_callback(onHighlevel);
@@ -419,6 +422,8 @@ int main(int argc, char** argv) {
     if (last.kilobytes > first.kilobytes + 16 * 1024 + 32 * sDeaths) fail("memory has leaked");
 #endif
     fflush(stdout);
+    // A thread that looks for the television at the end of the process must do so asleep.
+    wire::Sleeps::instance().letAllGo(false);
     television.kill();
     return 0;
 }
