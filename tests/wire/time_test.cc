@@ -399,11 +399,12 @@ TEST(TimeWire, ALostReplyEndsTheProcessWhereTheResultIsTakenUnchecked) {
             {[] { a_qeltvapi_time_get_sleep_timer(); }, {}},
             {[] { a_qeltvapi_time_get_sleep_timer_reverse(); }, {}},
     };
+    // Each runs in a fork, which has no way to the service: its calls fail in transport.
     for (const auto& [call, sent] : calls) {
         service.expectAndLose(sent);
         EXPECT_DEATH(call(), "retrieve value from failed HIDL call");
     }
-    EXPECT_EQ(calls.size(), service.take().size());
+    service.take();
 }
 
 }  // namespace

@@ -156,11 +156,12 @@ TEST(TimeshiftWire, ALostReplyEndsTheProcessWhereTheResultIsTakenUnchecked) {
             {[] { a_qeltvapi_timeshift_get_current_position(); }, {}},
             {[] { a_qeltvapi_timeshift_get_start_position(); }, {}},
     };
+    // Each runs in a fork, which has no way to the service: its calls fail in transport.
     for (const auto& [call, sent] : calls) {
         service.expectAndLose(sent);
         EXPECT_DEATH(call(), "retrieve value from failed HIDL call");
     }
-    EXPECT_EQ(calls.size(), service.take().size());
+    service.take();
 }
 
 }  // namespace
