@@ -2,9 +2,6 @@
 
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
@@ -54,10 +51,6 @@ void publish(Switchboard& switchboard, const char* interface, const char* const 
 
 #define PUBLISH(interface, service) \
     publish<interface, interface##Default>(switchboard, #interface, k##interface##Methods, service)
-
-/** Of this interface the television only has its refusal. */
-#define PUBLISH_UNSUPPORTED(interface) \
-    PUBLISH(interface, new interface##Default(kUnsupported, false))
 
 void serve(const std::string& state) {
     std::filesystem::create_directories(state);
