@@ -22,6 +22,24 @@ class Debug {
     unsigned char mBefore;
 };
 
+#ifdef QELTV_EMULATOR
+/**
+ * A call whose reply is lost must end the process. It runs in a process that is started anew, with
+ * a service of its own; the emulator can only fork, which leaves the call without a connection.
+ */
+template <class F>
+void expectLostReplyEndsTheProcess(const Values& sent, const F& call) {
+    const bool forks = QELTV_EMULATOR[0] != '\0';
+    GTEST_FLAG_SET(death_test_style, forks ? "fast" : "threadsafe");
+    const auto lose = [&] {
+        ScriptedService::instance().start();
+        ScriptedService::instance().expectAndLose(sent);
+        call();
+    };
+    EXPECT_DEATH(lose(), forks ? "failed HIDL call" : "failed HIDL call.*FAILED_TRANSACTION");
+}
+#endif
+
 }  // namespace wire
 
 #endif  // TESTS_SUPPORT_WIRE_H
