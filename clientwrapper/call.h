@@ -152,10 +152,13 @@ class Call {
   public:
     Call(const Family<I>& family, const Site& site) : mFamily(family), mSite(site) {
         if (family.entry != nullptr && tracing()) family.entry(family.tag, site);
-        mService = family.service();
-        if (mService != nullptr) return;
-        if (family.missingAlways != nullptr) family.missingAlways(family.tag, site);
-        if (family.missingTraced != nullptr && tracing()) family.missingTraced(family.tag, site);
+        use(family.service());
+    }
+
+    /** For a function that traces between its fetch of the proxy and its look at it. */
+    Call(const Family<I>& family, const Site& site, const sp<I>& service)
+            : mFamily(family), mSite(site) {
+        use(service);
     }
 
     /** Whether the service is there. */
@@ -218,6 +221,14 @@ class Call {
     }
 
   private:
+    void use(const sp<I>& service) {
+        mService = service;
+        if (mService != nullptr) return;
+        if (mFamily.missingAlways != nullptr) mFamily.missingAlways(mFamily.tag, mSite);
+        if (mFamily.missingTraced != nullptr && tracing())
+            mFamily.missingTraced(mFamily.tag, mSite);
+    }
+
     template <class T>
     bool check(const Return<T>& ret) {
         if (ret.isOk()) return true;

@@ -181,6 +181,7 @@ int a_qeltvapi_ci_get(int e_get_type, uint32_t value, void* data, uint32_t* pz_d
 
 int a_qeltvapi_ci_set(int e_set_type, uint32_t value, void* data) {
     QELTVAPI_TRACE(kTag, "%s with e_set_type:%d", __func__, e_set_type);
+    const sp<IQelTvApiCI> service = getQelTvApiCIService();
     HIDL_CI_MMI_ENQ_ANS_T answer{};
     hidl_vec<uint8_t> bytes;
     // The argument itself, not what it points at, is the value of this type.
@@ -204,8 +205,8 @@ int a_qeltvapi_ci_set(int e_set_type, uint32_t value, void* data) {
         default:
             break;
     }
-    // The payload and its traces come before the proxy.
-    Call<IQelTvApiCI> call(kCi.withExit(result), HERE);
+    // The payload and its traces come also when the service is missing, and before that is told.
+    Call<IQelTvApiCI> call(kCi.withExit(result), HERE, service);
     if (!call) return kCi.missing;
     if (e_set_type == QELTVAPI_CI_SET_TYPE_MMI_ENQ_ANS) {
         return call.direct(&IQelTvApiCI::a_hidl_qeltvapi_ci_set_mmi_enq_ans, e_set_type, value,
