@@ -69,6 +69,11 @@ void serve(const std::string& state) {
     raiseDescriptorLimit();
     std::filesystem::create_directories(state);
     Television tv(state);
+    try {
+        tv.store.probe();
+    } catch (const StoreError& e) {
+        ALOGW("changes will be refused until there is room: %s", e.what());
+    }
     Switchboard switchboard;
 
     android::hardware::configureRpcThreadpool(16, true);
