@@ -86,6 +86,28 @@ void record(const std::vector<fuzz::CallOfProxy>& calls, const std::filesystem::
     }
 }
 
+/** Files of the kinds that file_fuzz reads; the last byte tells which. */
+void writeFiles(const std::filesystem::path& directory) {
+    constexpr char kTable = 0;
+    constexpr char kEntry = 1;
+    const std::pair<const char*, char> files[] = {
+            {"dvb-t/de-Berlin\n# Berlin\n[Kanal 33]\n\tDELIVERY_SYSTEM = DVBT2\n"
+             "\tFREQUENCY = 570000000\n\tBANDWIDTH_HZ = 8000000\n\tCODE_RATE_HP = 2/3\n",
+             kTable},
+            {"dvb-s/Astra-1N-19.2E\n[CHANNEL]\nDELIVERY_SYSTEM = DVBS2\nFREQUENCY = 11493750\n"
+             "POLARIZATION = HORIZONTAL\nSYMBOL_RATE = 22000000\nINNER_FEC = 9/10\n"
+             "MODULATION = PSK/8\n[CHANNEL]\nDELIVERY_SYSTEM = DVBS\nFREQUENCY = 12603750\n",
+             kTable},
+            {"atsc/us-ATSC-center-frequencies-8VSB\n[A]\nDELIVERY_SYSTEM = ATSC\n"
+             "FREQUENCY = 177028615\nMODULATION = VSB/8\n",
+             kTable},
+            {"qelnova%40a@1.0::IFoo%2Fdefault\nhidlhost 1\nnode 4711-0e4487d34e57ddf2\nobject 3\n",
+             kEntry},
+    };
+    size_t number = 0;
+    for (const auto& [text, kind] : files) write(directory, number++, text + std::string(1, kind));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -96,5 +118,6 @@ int main(int argc, char** argv) {
     const std::filesystem::path directory = argv[1];
     record(fuzz::calls(), directory / "service", directory / "reply");
     record(fuzz::notifications(), directory / "notification", "");
+    writeFiles(directory / "file");
     return 0;
 }
