@@ -562,15 +562,35 @@ bool Node::watchLiveness(const std::shared_ptr<Connection>& connection, int sock
     }
 }
 
+namespace {
+
+/** Whether a message that was not received well can be passed over. */
+bool passOver(const Connection& connection, const Block& block, status_t status) {
+    const int pid = static_cast<int>(connection.pid);
+    if (status == BAD_VALUE) {
+        ALOGE("malformed message of process %d; closed its connection", pid);
+    }
+    if (status != -EMFILE) return false;
+    MessageHeader header;
+    memcpy(&header, block.bytes, sizeof(header));
+    ALOGE("no descriptors left for what call %u of process %d brings along", header.code, pid);
+    if (connection.role == kOneway) return true;
+    MessageHeader answer = {};
+    answer.kind = kReply;
+    answer.code = static_cast<uint32_t>(status);
+    Encoded encoded;
+    Codec::encodePlain(&answer, nullptr, 0, &encoded);
+    return sendMessage(connection.socket, encoded, nullptr) == OK;
+}
+
+}  // namespace
+
 void Node::serveCalls(Connection* connection) {
     for (;;) {
         BlockPtr block(Block::take());
         if (!block) return;
         status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-        if (status == BAD_VALUE) {
-            ALOGE("malformed message of process %d; closed its connection",
-                  static_cast<int>(connection->pid));
-        }
+        if (status != OK && passOver(*connection, *block, status)) continue;
         if (status != OK || !handle(connection, std::move(block))) return;
     }
 }
@@ -608,10 +628,7 @@ void Node::serveOneway(Connection* connection) {
         BlockPtr block(Block::take());
         if (!block) break;
         status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-        if (status == BAD_VALUE) {
-            ALOGE("malformed message of process %d; closed its connection",
-                  static_cast<int>(connection->pid));
-        }
+        if (status != OK && passOver(*connection, *block, status)) continue;
         if (status != OK) break;
         // A queue of whole packets would be mostly air.
         BlockPtr kept(new Block);

@@ -1,6 +1,7 @@
 // Peers that overdo it: the largest messages, silence, crowds. Each ends in a clear error, and
 // whoever else uses the same process does not notice.
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -30,6 +31,7 @@ using namespace std::chrono_literals;
 using ::android::OK;
 using ::android::sp;
 using ::android::status_t;
+using ::android::hardware::hidl_handle;
 using ::android::hardware::hidl_vec;
 using ::android::hardware::IBinder;
 using ::android::hardware::Parcel;
@@ -300,8 +302,8 @@ TEST_F(Limits, WithoutDescriptorsClientsAreTurnedAwayAtOnce) {
     ASSERT_TRUE(serving());
     ASSERT_TRUE(Stranger(mEntry.node).connected());
     // So few that they run out before the service's own limit of connections is reached.
-    const auto open = static_cast<rlim_t>(mService->openDescriptors().withDefault(0));
-    const rlimit few{open + 8, open + 8};
+    const auto inUse = static_cast<rlim_t>(mService->openDescriptors().withDefault(0));
+    const rlimit few{inUse + 8, inUse + 8};
     ASSERT_EQ(prlimit(mProcess->pid(), RLIMIT_NOFILE, &few, nullptr), 0) << strerror(errno);
 
     std::vector<std::unique_ptr<Stranger>> crowd;
@@ -317,6 +319,18 @@ TEST_F(Limits, WithoutDescriptorsClientsAreTurnedAwayAtOnce) {
     const std::string errors = mProcess->errors();
     EXPECT_EQ(count(errors, "refused a connection: Too many open files"), 1u) << errors;
 
+    // Nor is there one for what a call brings along.
+    const auto pass = [&] {
+        native_handle_t* native = native_handle_create(1, 0);
+        native->data[0] = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        hidl_handle file;
+        file.setTo(native, true);
+        return mService->readAll(file, [](const auto&) {}).isOk();
+    };
+    EXPECT_FALSE(pass());
+    EXPECT_EQ(count(mProcess->errors(), "no descriptors left for what call"), 1u);
+    EXPECT_TRUE(serving());
+
     // It waits for the next client, and for nothing else.
     const auto before = mProcess->processorTime();
     std::this_thread::sleep_for(1s);
@@ -328,6 +342,7 @@ TEST_F(Limits, WithoutDescriptorsClientsAreTurnedAwayAtOnce) {
         return late.call(mEntry.object, kPid) && late.answered();
     }));
     EXPECT_TRUE(serving());
+    EXPECT_TRUE(pass());
 }
 
 }  // namespace
