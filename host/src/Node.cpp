@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <deque>
+#include <optional>
 #include <random>
 
 #include <fcntl.h>
@@ -377,15 +379,21 @@ class Spare {
 void Node::accept(int listener) {
     registry::sweep();
     Spare spare;
-    bool complained = false;
+    // Clients that come and go at the limit do not fill the log.
+    std::optional<std::chrono::steady_clock::time_point> complained;
+    const auto complains = [&] {
+        const auto now = std::chrono::steady_clock::now();
+        if (complained && now - *complained < std::chrono::seconds(10)) return false;
+        complained = now;
+        return true;
+    };
     for (;;) {
         int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket < 0) {
             const int error = errno;
             if (mDead || error == EINVAL || error == EBADF) break;
             if (error == EINTR || error == ECONNABORTED) continue;
-            if (!complained) ALOGE("refused a connection: %s", strerror(error));
-            complained = true;
+            if (complains()) ALOGE("refused a connection: %s", strerror(error));
             if (error != EMFILE || !spare.refuse(listener)) usleep(50000);
             continue;
         }
@@ -405,12 +413,12 @@ void Node::accept(int listener) {
             if (taken) mConnections.insert(connection);
         }
         if (!taken) {
-            if (!complained && !mDead) ALOGE("%zu connections are enough; refused one more", most);
-            complained = true;
+            if (!mDead && complains()) {
+                ALOGE("%zu connections are enough; refused one more", most);
+            }
             close(socket);
             continue;
         }
-        complained = false;
         if (greet(connection)) continue;
         // Until the client says what it wants it costs no thread.
         auto self = shared_from_this();

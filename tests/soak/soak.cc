@@ -371,7 +371,7 @@ Use quietly() {
 [[maybe_unused]] void checkMemory(const Use& first, const Use& last) {
     // The stack pages that it has touched, and its table of thread-local variables.
     constexpr size_t kResidentKiBOfReconnect = 20;
-    constexpr size_t kHeapOfReconnect = 768;
+    constexpr size_t kHeapOfReconnect = 512;
     // A thread that serves calls keeps a packet for the next one.
     constexpr size_t kHeapOfThread = 128 * 1024;
     constexpr size_t kHeapBeside = 256 * 1024;
