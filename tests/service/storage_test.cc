@@ -119,7 +119,7 @@ class FullDisk : public testing::Test {
         std::error_code none;
         const auto size =
                 std::filesystem::file_size(television.statePath() + "/television.db-wal", none);
-        return none ? 0 : size;
+        return none ? 0 : static_cast<size_t>(size);
     }
     void limit(rlim_t bytes) {
         mLimit = bytes;
