@@ -135,6 +135,12 @@ inline const std::vector<CallOfProxy>& calls() {
                          ->a_hidl_c_dt_mjd_to_dtg(60000, [](const auto&...) {})
                          .isOk();
              }},
+            {IQelTvApi::descriptor,
+             [](const auto& binder) {
+                 proxy<BpHwQelTvApi>(binder)
+                         ->a_hidl_registerCallbackHandler(proxy<BpHwQelTvApiCallback>(binder))
+                         .isOk();
+             }},
     };
     return sCalls;
 }

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "Defaults.h"
+#include "Methods.h"
 #include "QelTvApiCallbackImpl.h"
 #include "calls.h"
 #include "message.h"
@@ -67,34 +68,113 @@ void* objectOf(const std::string& descriptor) {
     return static_cast<IQelTvApiCallback*>(new QelTvApiCallbackImpl);
 }
 
-void write(const std::filesystem::path& directory, size_t number, const std::string& bytes) {
+void write(const std::filesystem::path& directory, const std::string& name,
+           const std::string& bytes) {
     std::filesystem::create_directories(directory);
-    std::ofstream(directory / std::to_string(number), std::ios::binary) << bytes;
+    std::ofstream(directory / name, std::ios::binary) << bytes;
 }
 
-void record(const std::vector<fuzz::CallOfProxy>& calls, const std::filesystem::path& forCalls,
-            const std::filesystem::path& forReplies) {
+/** @return what has been written for the calls */
+std::vector<std::string> record(const std::vector<fuzz::CallOfProxy>& calls,
+                                const std::filesystem::path& forCalls,
+                                const std::filesystem::path& forReplies) {
+    std::vector<std::string> all;
     for (size_t i = 0; i < calls.size(); ++i) {
         const auto make =
                 android::hardware::details::getBnConstructorMap().get(calls[i].descriptor, nullptr);
         const android::sp<Recording> recording = new Recording(make(objectOf(calls[i].descriptor)));
         calls[i].call(recording);
-        write(forCalls, i, recording->call);
+        write(forCalls, std::to_string(i), recording->call);
         if (!forReplies.empty()) {
-            write(forReplies, i, recording->reply + static_cast<char>(i));
+            write(forReplies, std::to_string(i), recording->reply + static_cast<char>(i));
         }
+        all.push_back(recording->call);
     }
+    return all;
+}
+
+/**
+ * Messages that reach every method of an interface: arguments of zeros, which are as good as any
+ * number, and the records of a call that had a text or a vector for the methods that take one.
+ */
+void reachAll(const char* descriptor, size_t methods, const std::string& like,
+              const std::filesystem::path& directory) {
+    hidlhost::MessageHeader header;
+    memcpy(&header, like.data(), sizeof(header));
+    const std::string records =
+            like.substr(sizeof(header) + static_cast<size_t>(hidlhost::padded(header.dataSize)));
+    std::string stream = descriptor;
+    stream.resize((stream.size() + 4) / 4 * 4 + 40 * sizeof(uint32_t));
+    stream.resize(static_cast<size_t>(hidlhost::padded(stream.size())));
+    header.dataSize = static_cast<uint32_t>(stream.size());
+    const std::string name = descriptor;
+    for (size_t code = 1; code <= methods; ++code) {
+        header.code = static_cast<uint32_t>(code);
+        write(directory, name.substr(name.rfind(':') + 1) + "-" + std::to_string(code),
+              std::string(reinterpret_cast<const char*>(&header), sizeof(header)) + stream +
+                      records);
+    }
+}
+
+/** Files of the kinds that file_fuzz reads; the last byte tells which. */
+void writeFiles(const std::filesystem::path& directory) {
+    constexpr char kTable = 0;
+    constexpr char kEntry = 1;
+    const std::pair<const char*, char> files[] = {
+            {"dvb-t/de-Berlin\n# Berlin\n[Kanal 33]\n\tDELIVERY_SYSTEM = DVBT2\n"
+             "\tFREQUENCY = 570000000\n\tBANDWIDTH_HZ = 8000000\n\tCODE_RATE_HP = 2/3\n",
+             kTable},
+            {"dvb-s/Astra-1N-19.2E\n[CHANNEL]\nDELIVERY_SYSTEM = DVBS2\nFREQUENCY = 11493750\n"
+             "POLARIZATION = HORIZONTAL\nSYMBOL_RATE = 22000000\nINNER_FEC = 9/10\n"
+             "MODULATION = PSK/8\n[CHANNEL]\nDELIVERY_SYSTEM = DVBS\nFREQUENCY = 12603750\n",
+             kTable},
+            {"atsc/us-ATSC-center-frequencies-8VSB\n[A]\nDELIVERY_SYSTEM = ATSC\n"
+             "FREQUENCY = 177028615\nMODULATION = VSB/8\n",
+             kTable},
+            {"qelnova%40a@1.0::IFoo%2Fdefault\nhidlhost 1\nnode 4711-0e4487d34e57ddf2\nobject 3\n",
+             kEntry},
+    };
+    size_t number = 0;
+    for (const auto& [text, kind] : files)
+        write(directory, std::to_string(number++), text + std::string(1, kind));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    using namespace fuzz;
     if (argc != 2) {
         fprintf(stderr, "usage: make_corpus DIRECTORY\n");
         return 2;
     }
     const std::filesystem::path directory = argv[1];
-    record(fuzz::calls(), directory / "service", directory / "reply");
-    record(fuzz::notifications(), directory / "notification", "");
+    // With a text, a vector of bytes, and neither.
+    const auto calls = record(fuzz::calls(), directory / "service", directory / "reply");
+    for (const size_t like : {0u, 4u, 7u}) {
+        const auto into = directory / "service" / ("as-" + std::to_string(like));
+#define REACH_ALL(interface) \
+    reachAll(interface::descriptor, std::size(qeltvd::k##interface##Methods), calls[like], into)
+        REACH_ALL(IQelTvApi);
+        REACH_ALL(IQelTvApiBroadcast);
+        REACH_ALL(IQelTvApiCI);
+        REACH_ALL(IQelTvApiCec);
+        REACH_ALL(IQelTvApiChannelList);
+        REACH_ALL(IQelTvApiConfig);
+        REACH_ALL(IQelTvApiEvent);
+        REACH_ALL(IQelTvApiInputSrc);
+        REACH_ALL(IQelTvApiMultiview);
+        REACH_ALL(IQelTvApiPvrbrowser);
+        REACH_ALL(IQelTvApiRating);
+        REACH_ALL(IQelTvApiRecord);
+        REACH_ALL(IQelTvApiScan);
+        REACH_ALL(IQelTvApiTime);
+        REACH_ALL(IQelTvApiTimeshift);
+    }
+    const auto notifications = record(fuzz::notifications(), directory / "notification", "");
+    for (const size_t like : {0u, 2u, 3u}) {
+        reachAll(IQelTvApiCallback::descriptor, std::size(qeltvd::kIQelTvApiCallbackMethods),
+                 notifications[like], directory / "notification" / ("as-" + std::to_string(like)));
+    }
+    writeFiles(directory / "file");
     return 0;
 }

@@ -14,6 +14,7 @@
 #include "ChannelIds.h"
 #include "Codes.h"
 #include "ServiceGenerator.h"
+#include "Stored.h"
 
 namespace qeltvd {
 
@@ -553,7 +554,12 @@ ChannelDatabase::ChannelDatabase(Store& store, const std::string& region)
         Store::Statement row(mStore, "SELECT text FROM channel_state WHERE name = 'region'");
         if (row.step()) filled = row.text(0);
     }
-    if (filled != region) reload(region);
+    if (!filled) {
+        reload(region);
+    } else if (filled != region) {
+        // On a full disk the channels of before are better than none; tried again at each start.
+        stored([&] { return reload(region); });
+    }
 }
 
 void ChannelDatabase::load() {

@@ -208,55 +208,9 @@ void nameSatellite(Region* region) {
     if (std::abs(tenths) <= 1800) region->position = name.back() == 'W' ? -tenths : tenths;
 }
 
-Region parse(const std::string& name, std::istream& table) {
-    Region region;
-    region.name = name;
-    std::vector<Multiplex> all;
-    std::string line;
-    while (std::getline(table, line)) {
-        line = trimmed(line.substr(0, line.find('#')));
-        if (line.empty()) continue;
-        if (line.front() == '[') {
-            all.emplace_back();
-            continue;
-        }
-        const size_t equals = line.find('=');
-        if (equals == std::string::npos || all.empty()) continue;
-        set(&all.back(), trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
-    }
-
-    const uint32_t seed = hash(name);
-    for (Multiplex& multiplex : all) {
-        if (multiplex.system == DeliverySystem::kUnknown || multiplex.frequencyHz == 0) continue;
-        // The tables have kHz for satellites and Hz for all else.
-        const bool satellite = mediumOf(multiplex.system) == Medium::kSatellite;
-        if (satellite) multiplex.frequencyHz *= 1000;
-        if (multiplex.system == DeliverySystem::kDvbS) multiplex.modulation = Modulation::kQpsk;
-        if (multiplex.system == DeliverySystem::kAtsc) multiplex.bandwidthHz = 6000000;
-        const bool twice = std::any_of(
-                region.multiplexes.begin(), region.multiplexes.end(), [&](const Multiplex& m) {
-                    return m.frequencyHz == multiplex.frequencyHz && m.system == multiplex.system &&
-                           m.polarisation == multiplex.polarisation;
-                });
-        if (twice) continue;
-        multiplex.rfChannel = rfChannelOf(multiplex.system, multiplex.frequencyHz);
-        multiplex.list = static_cast<uint16_t>(mediumOf(multiplex.system));
-        multiplex.originalNetworkId = static_cast<uint16_t>(seed % 0xfe00 + 1);
-        multiplex.networkId = multiplex.originalNetworkId;
-        multiplex.streamId =
-                static_cast<uint16_t>((seed >> 16) % 0x1000 + region.multiplexes.size() + 1);
-        region.multiplexes.push_back(multiplex);
-    }
-    if (!region.multiplexes.empty()) {
-        region.medium = mediumOf(region.multiplexes.front().system);
-        if (region.medium == Medium::kSatellite) nameSatellite(&region);
-    }
-    return region;
-}
-
 Region builtIn(const BuiltIn& table) {
     std::istringstream text(table.table);
-    return parse(table.name, text);
+    return readRegion(table.name, text);
 }
 
 /** The tables whose names a pattern fits, by name. */
@@ -280,7 +234,7 @@ std::vector<Region> matching(const std::string& pattern) {
     std::sort(names.begin(), names.end());
     for (const std::string& name : names) {
         std::ifstream file(fs::path(scanTables()) / name);
-        Region region = parse(name, file);
+        Region region = readRegion(name, file);
         if (!region.multiplexes.empty()) found.push_back(std::move(region));
     }
     if (found.empty()) {
@@ -335,6 +289,52 @@ const char* nameOf(Modulation modulation) {
                                              "QAM 128", "QAM 256", "8VSB",   "16VSB"};
     const auto index = static_cast<size_t>(modulation);
     return kNames[index < std::size(kNames) ? index : 0];
+}
+
+Region readRegion(const std::string& name, std::istream& table) {
+    Region region;
+    region.name = name;
+    std::vector<Multiplex> all;
+    std::string line;
+    while (std::getline(table, line)) {
+        line = trimmed(line.substr(0, line.find('#')));
+        if (line.empty()) continue;
+        if (line.front() == '[') {
+            all.emplace_back();
+            continue;
+        }
+        const size_t equals = line.find('=');
+        if (equals == std::string::npos || all.empty()) continue;
+        set(&all.back(), trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
+    }
+
+    const uint32_t seed = hash(name);
+    for (Multiplex& multiplex : all) {
+        if (multiplex.system == DeliverySystem::kUnknown || multiplex.frequencyHz == 0) continue;
+        // The tables have kHz for satellites and Hz for all else.
+        const bool satellite = mediumOf(multiplex.system) == Medium::kSatellite;
+        if (satellite) multiplex.frequencyHz *= 1000;
+        if (multiplex.system == DeliverySystem::kDvbS) multiplex.modulation = Modulation::kQpsk;
+        if (multiplex.system == DeliverySystem::kAtsc) multiplex.bandwidthHz = 6000000;
+        const bool twice = std::any_of(
+                region.multiplexes.begin(), region.multiplexes.end(), [&](const Multiplex& m) {
+                    return m.frequencyHz == multiplex.frequencyHz && m.system == multiplex.system &&
+                           m.polarisation == multiplex.polarisation;
+                });
+        if (twice) continue;
+        multiplex.rfChannel = rfChannelOf(multiplex.system, multiplex.frequencyHz);
+        multiplex.list = static_cast<uint16_t>(mediumOf(multiplex.system));
+        multiplex.originalNetworkId = static_cast<uint16_t>(seed % 0xfe00 + 1);
+        multiplex.networkId = multiplex.originalNetworkId;
+        multiplex.streamId =
+                static_cast<uint16_t>((seed >> 16) % 0x1000 + region.multiplexes.size() + 1);
+        region.multiplexes.push_back(multiplex);
+    }
+    if (!region.multiplexes.empty()) {
+        region.medium = mediumOf(region.multiplexes.front().system);
+        if (region.medium == Medium::kSatellite) nameSatellite(&region);
+    }
+    return region;
 }
 
 std::vector<Region> regions(const std::string& configured) {

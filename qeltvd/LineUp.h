@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -135,13 +136,16 @@ struct Network {
 struct Region {
     /** As in the configuration: "dvb-t/de-Berlin". */
     std::string name;
-    Medium medium;
+    Medium medium = Medium::kAir;
     /** Of a satellite region. */
     std::string satellite;
     int32_t position = 0;
     /** Without ids of records; ids of streams and networks set. */
     std::vector<Multiplex> multiplexes;
 };
+
+/** Reads a scan table. What it does not understand is left out. */
+Region readRegion(const std::string& name, std::istream& table);
 
 /**
  * The regions that a configuration text names, separated by blanks or commas; in a name "*" stands

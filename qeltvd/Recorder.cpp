@@ -218,7 +218,8 @@ Recorder::Recorder(Store& store, Settings& settings, Notifier& notifier,
         // Where the television's own disk is depends on where the state is.
         Store::Statement(mStore,
                          "INSERT INTO recorder_disks VALUES (0, ?, ?, ?)"
-                         " ON CONFLICT (disk) DO UPDATE SET path = excluded.path")
+                         " ON CONFLICT (disk) DO UPDATE SET path = excluded.path"
+                         " WHERE path <> excluded.path")
                 .bind(std::filesystem::absolute(directory).string())
                 .bind(kDefaultLimit)
                 .bind(int64_t{kDefaultRate})
@@ -231,7 +232,11 @@ Recorder::Recorder(Store& store, Settings& settings, Notifier& notifier,
                          static_cast<uint32_t>(rows.integer(3)), isDirectory(path)}));
         }
     }
-    recover();
+    // What a full disk leaves unfinished is finished at a later start.
+    stored([this] {
+        recover();
+        return kOk;
+    });
     mThread = std::thread([this] { run(); });
 }
 

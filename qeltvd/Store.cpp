@@ -2,9 +2,11 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
+
 namespace qeltvd {
 
-Store::Store(const std::string& path) {
+Store::Store(const std::string& path) : mPath(path) {
     if (sqlite3_open_v2(path.c_str(), &mDatabase,
                         SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX,
                         nullptr) != SQLITE_OK) {
@@ -14,10 +16,13 @@ Store::Store(const std::string& path) {
     }
     sqlite3_busy_timeout(mDatabase, 2000);
     try {
-        execute("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;");
-    } catch (const StoreError& e) {
+        // Alone with the file, SQLite needs no index of the log on the disk: a store can be opened
+        // and read when the disk is full.
+        execute("PRAGMA locking_mode=EXCLUSIVE; PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
+                "PRAGMA foreign_keys=ON;");
+    } catch (const StoreError&) {
         sqlite3_close(mDatabase);
-        throw StoreError(path + ": " + e.what());
+        throw;
     }
 }
 
@@ -27,7 +32,17 @@ Store::~Store() {
 }
 
 void Store::fail(const char* what) const {
-    throw StoreError(std::string(what) + ": " + sqlite3_errmsg(mDatabase));
+    std::string text = mPath + ": " + what + ": " + sqlite3_errmsg(mDatabase);
+    const int error = sqlite3_system_errno(mDatabase);
+    if (sqlite3_errcode(mDatabase) == SQLITE_IOERR && error != 0) {
+        text += std::string(" (") + strerror(error) + ")";
+    }
+    throw StoreError(text);
+}
+
+void Store::probe() {
+    // Always written, the same number too.
+    execute("PRAGMA user_version=1");
 }
 
 void Store::execute(const char* sql) {

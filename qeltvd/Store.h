@@ -22,7 +22,8 @@ class StoreError : public std::runtime_error {
 
 /**
  * The television's database: one SQLite file, its own thread of control at a time. What a
- * statement has stored when it returns outlives a crash of the process and of the machine.
+ * statement has stored when it returns outlives a crash of the process and of the machine. A full
+ * disk keeps nothing from being read; a second process finds the file locked.
  */
 class Store {
   public:
@@ -68,6 +69,9 @@ class Store {
         int mNext = 1;
     };
 
+    /** Stores something, whatever it is. @throws StoreError where nothing can be stored */
+    void probe();
+
     /** Runs statements without arguments. @throws StoreError */
     void execute(const char* sql);
     /** Rows that the last statement changed. */
@@ -90,6 +94,7 @@ class Store {
   private:
     [[noreturn]] void fail(const char* what) const;
 
+    const std::string mPath;
     sqlite3* mDatabase = nullptr;
     std::recursive_mutex mLock;
     std::unordered_multimap<std::string, sqlite3_stmt*> mPrepared;  // none of them in use

@@ -2,9 +2,12 @@
 
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
+#include <sys/resource.h>
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "BroadcastService.h"
@@ -52,9 +55,25 @@ void publish(Switchboard& switchboard, const char* interface, const char* const 
 #define PUBLISH(interface, service) \
     publish<interface, interface##Default>(switchboard, #interface, k##interface##Methods, service)
 
+/** Every client takes some; what a shell gives is enough for a few hundred. */
+void raiseDescriptorLimit() {
+    rlimit files;
+    if (getrlimit(RLIMIT_NOFILE, &files) != 0 || files.rlim_cur == files.rlim_max) return;
+    files.rlim_cur = files.rlim_max;
+    if (setrlimit(RLIMIT_NOFILE, &files) != 0) {
+        ALOGW("the limit of descriptors stays as it is: %s", strerror(errno));
+    }
+}
+
 void serve(const std::string& state) {
+    raiseDescriptorLimit();
     std::filesystem::create_directories(state);
     Television tv(state);
+    try {
+        tv.store.probe();
+    } catch (const StoreError& e) {
+        ALOGW("changes will be refused until there is room: %s", e.what());
+    }
     Switchboard switchboard;
 
     android::hardware::configureRpcThreadpool(16, true);

@@ -4,13 +4,16 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cinttypes>
 #include <cstring>
 #include <deque>
+#include <optional>
 
 #include <fcntl.h>
 #include <log/log.h>
 #include <sys/random.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -36,7 +39,7 @@ namespace {
 
 /** Each has a thread. Liveness connections have none, and refusing one would look like a death. */
 constexpr size_t kMaxServed = 1000;
-constexpr size_t kMaxConnections = 8000;
+constexpr size_t kMaxConnections = 16000;
 /** How long a client may keep silent at first, or leave an answer unread. */
 constexpr uint32_t kClientMs = 10000;
 /** Grace for the liveness connection of a client whose other connections have ended. */
@@ -348,17 +351,59 @@ void Node::kill() {
 
 // Serving
 
+namespace {
+
+/** A quarter of the descriptors is left to files, handles and calls the other way. */
+size_t mostConnections() {
+    rlimit files;
+    if (getrlimit(RLIMIT_NOFILE, &files) != 0) return kMaxConnections;
+    return static_cast<size_t>(std::min<rlim_t>(kMaxConnections, files.rlim_cur / 4 * 3));
+}
+
+/** A descriptor that is given up to turn a client away when there are no others left. */
+class Spare {
+  public:
+    Spare() : mFile(open("/dev/null", O_RDONLY | O_CLOEXEC)) {}
+    ~Spare() {
+        if (mFile >= 0) close(mFile);
+    }
+    Spare(const Spare&) = delete;
+    Spare& operator=(const Spare&) = delete;
+
+    /** False where somebody else has taken the descriptor meanwhile. */
+    bool refuse(int listener) {
+        if (mFile >= 0) close(mFile);
+        int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (socket >= 0) close(socket);
+        mFile = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        return socket >= 0;
+    }
+
+  private:
+    int mFile;
+};
+
+}  // namespace
+
 void Node::accept(int listener) {
     registry::sweep();
-    bool complained = false;
+    Spare spare;
+    // Clients that come and go at the limit do not fill the log.
+    std::optional<std::chrono::steady_clock::time_point> complained;
+    const auto complains = [&] {
+        const auto now = std::chrono::steady_clock::now();
+        if (complained && now - *complained < std::chrono::seconds(10)) return false;
+        complained = now;
+        return true;
+    };
     for (;;) {
         int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket < 0) {
-            if (mDead || errno == EINVAL || errno == EBADF) break;
-            if (errno == EINTR || errno == ECONNABORTED) continue;
-            if (!complained) ALOGE("cannot take a connection: %s", strerror(errno));
-            complained = true;
-            usleep(50000);
+            const int error = errno;
+            if (mDead || error == EINVAL || error == EBADF) break;
+            if (error == EINTR || error == ECONNABORTED) continue;
+            if (complains()) ALOGE("refused a connection: %s", strerror(error));
+            if (error != EMFILE || !spare.refuse(listener)) usleep(50000);
             continue;
         }
         auto connection = std::make_shared<Connection>();
@@ -369,21 +414,26 @@ void Node::accept(int listener) {
             close(socket);
             continue;
         }
+        const size_t most = mostConnections();
         bool taken;
         {
             std::lock_guard<std::mutex> lock(mMutex);
-            taken = !mDead && mConnections.size() < kMaxConnections;
+            taken = !mDead && mConnections.size() < most;
             if (taken) mConnections.insert(connection);
         }
-        auto self = shared_from_this();
-        if (taken && startThread("hidl-serve", [self, connection] { self->serve(connection); })) {
-            complained = false;
+        if (!taken) {
+            if (!mDead && complains()) {
+                ALOGE("%zu connections are enough; refused one more", most);
+            }
+            close(socket);
             continue;
         }
-        if (!complained && !mDead) ALOGE("too many connections; refused one");
-        complained = true;
-        drop(connection.get());
-        ended(connection);
+        if (greet(connection)) continue;
+        // Until the client says what it wants it costs no thread.
+        auto self = shared_from_this();
+        Watcher::get().once(socket, kClientMs, [self, connection](bool arrived) {
+            if (!arrived || !self->greet(connection)) self->end(connection);
+        });
     }
     close(listener);
 }
@@ -396,15 +446,15 @@ void Node::drop(Connection* connection) {
 }
 
 void Node::ended(const std::shared_ptr<Connection>& connection) {
-    bool others = false;
     {
         std::lock_guard<std::mutex> lock(mMutex);
         mConnections.erase(connection);
+        if (connection->peer.empty()) return;
+        if (connection->role != kLiveness) --mServed;
         for (const auto& other : mConnections) {
-            if (other->peer == connection->peer) others = true;
+            if (other->peer == connection->peer) return;
         }
     }
-    if (others || connection->peer.empty()) return;
     // A client that has proxies has a liveness connection too, which may still be on its way.
     auto self = shared_from_this();
     Watcher::get().after(kGraceMs, [self, name = connection->peer] {
@@ -420,61 +470,89 @@ void Node::ended(const std::shared_ptr<Connection>& connection) {
     });
 }
 
-bool Node::greet(Connection* connection) {
-    BlockPtr block(Block::take());
-    if (!block) return false;
-    setTimeouts(connection->socket, kClientMs);
-    status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-    if (status == DEAD_OBJECT) return false;
-    MessageHeader header = {};
-    if (status == OK) memcpy(&header, block->bytes, sizeof(header));
-    const char* names = reinterpret_cast<const char*>(block->bytes + sizeof(header));
-    if (header.kind != kHello || header.dataSize == 0 || names[header.dataSize - 1] != '\0' ||
-        header.dataSize > 256 || header.recordCount != 0 || header.payloadSize != 0) {
-        ALOGE("process %d does not speak this protocol; closed its connection",
-              static_cast<int>(connection->pid));
-        return false;
-    }
-    std::string peer = names;
-    std::string wanted = peer.size() + 1 < header.dataSize ? names + peer.size() + 1 : "";
-    if (wanted != mName || !registry::isNodeName(peer)) return false;
-    std::lock_guard<std::mutex> lock(mMutex);
-    if (header.code != kLiveness) {
-        auto served = std::count_if(
-                mConnections.begin(), mConnections.end(),
-                [](const auto& other) { return other->role == kCalls || other->role == kOneway; });
-        if (static_cast<size_t>(served) >= kMaxServed) {
-            if (!mCrowded) ALOGE("%zu connections are enough; refused one more", kMaxServed);
-            mCrowded = true;
-            return false;
-        }
-        mCrowded = false;
-    }
-    connection->peer = peer;
-    connection->role = header.code;
-    return connection->role >= kCalls && connection->role <= kLiveness;
-}
-
-void Node::serve(const std::shared_ptr<Connection>& connection) {
-    if (greet(connection.get())) {
-        timeval forever = {};
-        setsockopt(connection->socket, SOL_SOCKET, SO_RCVTIMEO, &forever, sizeof(forever));
-        if (connection->role == kLiveness) {
-            auto self = shared_from_this();
-            Watcher::get().add(connection->socket, [self, connection](int socket) {
-                return self->watchLiveness(connection, socket);
-            });
-            return;
-        }
-        if (connection->role == kOneway) {
-            serveOneway(connection.get());
-        } else {
-            serveCalls(connection.get());
-        }
-    }
+void Node::end(const std::shared_ptr<Connection>& connection) {
     connection->handedOver.clear();
     drop(connection.get());
     ended(connection);
+}
+
+/** Takes the hello and what follows from it; false where it has not come yet. Does not block. */
+bool Node::greet(const std::shared_ptr<Connection>& connection) {
+    constexpr size_t kLongest = 256;
+    struct {
+        MessageHeader header;
+        char names[kLongest + 8];
+    } hello = {};
+    ssize_t size;
+    do {
+        size = recv(connection->socket, &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC);
+    } while (size < 0 && errno == EINTR);
+    if (size < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return false;
+    if (size <= 0) {
+        end(connection);
+        return true;
+    }
+    const MessageHeader& header = hello.header;
+    const size_t length = header.dataSize;
+    if (size < static_cast<ssize_t>(sizeof(header)) || header.magic != kMagic ||
+        header.kind != kHello || length == 0 || length > kLongest ||
+        hello.names[length - 1] != '\0' || header.recordCount != 0 || header.payloadSize != 0 ||
+        header.descriptorCount != 0 || Codec::messageSize(header) != static_cast<uint64_t>(size)) {
+        ALOGE("process %d does not speak this protocol; closed its connection",
+              static_cast<int>(connection->pid));
+        end(connection);
+        return true;
+    }
+    const std::string peer = hello.names;
+    const std::string wanted = peer.size() + 1 < length ? hello.names + peer.size() + 1 : "";
+    if (wanted != mName || !registry::isNodeName(peer) || !welcome(connection, peer, header.code)) {
+        end(connection);
+    }
+    return true;
+}
+
+/** Gives a connection its role; false where there is none or no room for it. */
+bool Node::welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
+                   uint32_t role) {
+    if (role < kCalls || role > kLiveness) return false;
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        if (role != kLiveness) {
+            if (mServed >= kMaxServed) {
+                if (!mCrowded) {
+                    ALOGE("%zu served connections are enough; refused one more", kMaxServed);
+                }
+                mCrowded = true;
+                return false;
+            }
+            mCrowded = false;
+            ++mServed;
+        }
+        connection->peer = peer;
+        connection->role = role;
+    }
+    timeval limit = {};
+    limit.tv_sec = kClientMs / 1000;
+    setsockopt(connection->socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
+    auto self = shared_from_this();
+    if (role == kLiveness) {
+        Watcher::get().add(connection->socket, [self, connection](int socket) {
+            return self->watchLiveness(connection, socket);
+        });
+        return true;
+    }
+    if (startThread("hidl-serve", [self, connection] { self->serve(connection); })) return true;
+    ALOGE("no thread for one more client; refused it");
+    return false;
+}
+
+void Node::serve(const std::shared_ptr<Connection>& connection) {
+    if (connection->role == kOneway) {
+        serveOneway(connection.get());
+    } else {
+        serveCalls(connection.get());
+    }
+    end(connection);
 }
 
 bool Node::watchLiveness(const std::shared_ptr<Connection>& connection, int socket) {
@@ -502,15 +580,35 @@ bool Node::watchLiveness(const std::shared_ptr<Connection>& connection, int sock
     }
 }
 
+namespace {
+
+/** Whether a message that was not received well can be passed over. */
+bool passOver(const Connection& connection, const Block& block, status_t status) {
+    const int pid = static_cast<int>(connection.pid);
+    if (status == BAD_VALUE) {
+        ALOGE("malformed message of process %d; closed its connection", pid);
+    }
+    if (status != -EMFILE) return false;
+    MessageHeader header;
+    memcpy(&header, block.bytes, sizeof(header));
+    ALOGE("no descriptors left for what call %u of process %d brings along", header.code, pid);
+    if (connection.role == kOneway) return true;
+    MessageHeader answer = {};
+    answer.kind = kReply;
+    answer.code = static_cast<uint32_t>(status);
+    Encoded encoded;
+    Codec::encodePlain(&answer, nullptr, 0, &encoded);
+    return sendMessage(connection.socket, encoded, nullptr) == OK;
+}
+
+}  // namespace
+
 void Node::serveCalls(Connection* connection) {
     for (;;) {
         BlockPtr block(Block::take());
         if (!block) return;
         status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-        if (status == BAD_VALUE) {
-            ALOGE("malformed message of process %d; closed its connection",
-                  static_cast<int>(connection->pid));
-        }
+        if (status != OK && passOver(*connection, *block, status)) continue;
         if (status != OK || !handle(connection, std::move(block))) return;
     }
 }
@@ -548,10 +646,7 @@ void Node::serveOneway(Connection* connection) {
         BlockPtr block(Block::take());
         if (!block) break;
         status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-        if (status == BAD_VALUE) {
-            ALOGE("malformed message of process %d; closed its connection",
-                  static_cast<int>(connection->pid));
-        }
+        if (status != OK && passOver(*connection, *block, status)) continue;
         if (status != OK) break;
         // A queue of whole packets would be mostly air.
         BlockPtr kept(new Block);

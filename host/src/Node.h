@@ -28,12 +28,12 @@
  * process of their client. A peer is another node as one node sees it.
  *
  * Threads. A caller uses a pooled connection to the peer and waits on it for the reply. A node that
- * has given out an object runs a thread that accepts connections, and one for every connection
- * accepted, which serves call after call; a connection for oneway calls has a second one, so that
- * they never fill the socket. Callbacks come in over connections that the other side opens, also
- * while a call the other way is under way. The gate lets as many calls into a node as its thread
- * pool is said to have threads; calls nested in one that is under way pass, because on the device
- * they run on the thread that waits. The Watcher's two threads notice and report deaths.
+ * has given out an object runs a thread that accepts connections, and one for every connection that
+ * has asked for calls, which serves call after call; a connection for oneway calls has a second
+ * one, so that they never fill the socket. Callbacks come in over connections that the other side
+ * opens, also while a call the other way is under way. The gate lets as many calls into a node as
+ * its thread pool is said to have threads; calls nested in one that is under way pass, because on
+ * the device they run on the thread that waits. The Watcher's two threads notice and report deaths.
  *
  * References. Every time an object is sent to a peer its count for that peer goes up; a proxy
  * counts how often its object has arrived and gives all of that back when it goes. So a release
@@ -143,9 +143,12 @@ class Node : public std::enable_shared_from_this<Node> {
     bool call(Connection* connection, const MessageHeader& header, BlockPtr block);
     bool watchLiveness(const std::shared_ptr<Connection>& connection, int socket);
     void ended(const std::shared_ptr<Connection>& connection);
+    void end(const std::shared_ptr<Connection>& connection);
     bool waitAtGate(const Connection* connection, uint64_t chain);
     void drop(Connection* connection);
-    bool greet(Connection* connection);
+    bool greet(const std::shared_ptr<Connection>& connection);
+    bool welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
+                 uint32_t role);
 
     const std::string mName;
     const uint64_t mChainPrefix;
@@ -158,6 +161,7 @@ class Node : public std::enable_shared_from_this<Node> {
     int mListener = -1;
     bool mListening = false;
     bool mCrowded = false;
+    size_t mServed = 0;
     uint64_t mNextObject = 1;
     std::unordered_map<uint64_t, Object> mObjects;
     std::unordered_map<android::hardware::BHwBinder*, uint64_t> mNumbers;

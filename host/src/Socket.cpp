@@ -221,6 +221,7 @@ status_t sendMessage(int socket, const Encoded& encoded, Patience* patience) {
 status_t receiveMessage(int socket, Block* block, Patience* patience) {
     alignas(cmsghdr) char control[CMSG_SPACE(kMaxDescriptors * sizeof(int))];
     block->size = 0;
+    bool lacking = false;
     uint64_t total = sizeof(MessageHeader);
     while (block->size < total) {
         size_t room = kPacketSize;
@@ -247,7 +248,9 @@ status_t receiveMessage(int socket, Block* block, Patience* patience) {
         }
         if (message.msg_controllen != 0) collectDescriptors(&message, block);
         if (received == 0) return DEAD_OBJECT;
-        if ((message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) != 0) return BAD_VALUE;
+        if ((message.msg_flags & MSG_TRUNC) != 0) return BAD_VALUE;
+        // There is room for as many as the kernel lets through: this process can have no more.
+        if ((message.msg_flags & MSG_CTRUNC) != 0) lacking = true;
         auto size = static_cast<size_t>(received);
         if (block->size == 0) {
             MessageHeader header;
@@ -255,13 +258,13 @@ status_t receiveMessage(int socket, Block* block, Patience* patience) {
             memcpy(&header, block->bytes, sizeof(header));
             total = Codec::messageSize(header);
             if (header.magic != kMagic || total == 0 || size > total) return BAD_VALUE;
-            if (header.descriptorCount != block->descriptors.size()) return BAD_VALUE;
+            if (!lacking && header.descriptorCount != block->descriptors.size()) return BAD_VALUE;
         } else if (message.msg_controllen != 0) {
             return BAD_VALUE;
         }
         block->size += size;
     }
-    return OK;
+    return lacking ? -EMFILE : OK;
 }
 
 }  // namespace hidlhost

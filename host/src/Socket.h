@@ -34,7 +34,10 @@ bool hasHungUp(int socket);
 /** DEAD_OBJECT where the other end is gone, TIMED_OUT where patience ends. */
 android::status_t sendMessage(int socket, const Encoded& message, Patience* patience);
 
-/** Also BAD_VALUE for packets that do not make up a message. */
+/**
+ * Also BAD_VALUE for packets that do not make up a message, and -EMFILE for a whole message of
+ * which this process could not take all descriptors.
+ */
 android::status_t receiveMessage(int socket, Block* block, Patience* patience);
 
 }  // namespace hidlhost

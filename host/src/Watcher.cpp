@@ -31,12 +31,17 @@ struct Watcher::State {
         int socket;
         std::function<bool(int)> ready;
     };
+    struct Once {
+        int socket;
+        std::function<void(bool)> ready;
+    };
 
     std::mutex mutex;
     int epoll = -1;
     int wakeUp = -1;
     uint64_t nextKey = kWakeUp + 1;
     std::unordered_map<uint64_t, Entry> entries;  // functions are only called by the watcher
+    std::unordered_map<uint64_t, Once> waits;
     std::multimap<Clock::time_point, std::function<void()>> timers;
     bool watching = false;
 
@@ -45,6 +50,10 @@ struct Watcher::State {
     std::deque<std::function<void()>> tasks;
     bool running = false;
 
+    /** With the mutex held, as enter(). */
+    void start();
+    void enter(uint64_t key, int socket);
+    bool finish(uint64_t key, bool arrived);
     void watch();
     int runTimers();
     void run();
@@ -87,23 +96,27 @@ void Watcher::add(int socket, std::function<bool(int)> ready) {
     std::lock_guard<std::mutex> lock(mState->mutex);
     uint64_t key = mState->nextKey++;
     mState->entries[key] = {socket, std::move(ready)};
-    epoll_event event = {};
-    event.events = EPOLLIN | EPOLLRDHUP;
-    event.data.u64 = key;
-    epoll_ctl(mState->epoll, EPOLL_CTL_ADD, socket, &event);
-    if (!mState->watching) {
-        mState->watching = true;
-        startThread("hidl-watch", [state = mState] { state->watch(); });
+    mState->enter(key, socket);
+}
+
+void Watcher::once(int socket, uint32_t milliseconds, std::function<void(bool)> ready) {
+    uint64_t key;
+    {
+        std::lock_guard<std::mutex> lock(mState->mutex);
+        key = mState->nextKey++;
+        mState->waits[key] = {socket, std::move(ready)};
+        mState->enter(key, socket);
     }
+    after(milliseconds, [state = mState, key] { state->finish(key, false); });
 }
 
 void Watcher::after(uint32_t milliseconds, std::function<void()> task) {
     std::lock_guard<std::mutex> lock(mState->mutex);
-    mState->timers.emplace(Clock::now() + std::chrono::milliseconds(milliseconds), std::move(task));
-    if (!mState->watching) {
-        mState->watching = true;
-        startThread("hidl-watch", [state = mState] { state->watch(); });
-    }
+    const auto when = Clock::now() + std::chrono::milliseconds(milliseconds);
+    const bool first = mState->timers.empty() || when < mState->timers.begin()->first;
+    mState->timers.emplace(when, std::move(task));
+    mState->start();
+    if (!first) return;
     uint64_t one = 1;
     (void)!write(mState->wakeUp, &one, sizeof(one));
 }
@@ -116,6 +129,35 @@ void Watcher::post(std::function<void()> task) {
         startThread("hidl-notices", [state = mState] { state->run(); });
     }
     mState->taskAdded.notify_one();
+}
+
+void Watcher::State::start() {
+    if (watching) return;
+    watching = true;
+    startThread("hidl-watch", [this] { watch(); });
+}
+
+void Watcher::State::enter(uint64_t key, int socket) {
+    epoll_event event = {};
+    event.events = EPOLLIN | EPOLLRDHUP;
+    event.data.u64 = key;
+    epoll_ctl(epoll, EPOLL_CTL_ADD, socket, &event);
+    start();
+}
+
+/** Ends a wait; false where the key stands for none. The socket is left before it is used again. */
+bool Watcher::State::finish(uint64_t key, bool arrived) {
+    std::function<void(bool)> ready;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        auto found = waits.find(key);
+        if (found == waits.end()) return false;
+        epoll_ctl(epoll, EPOLL_CTL_DEL, found->second.socket, nullptr);
+        ready = std::move(found->second.ready);
+        waits.erase(found);
+    }
+    ready(arrived);
+    return true;
 }
 
 /** @return milliseconds until the next timer, -1 without one */
@@ -148,6 +190,7 @@ void Watcher::State::watch() {
                 (void)!read(wakeUp, &ignored, sizeof(ignored));
                 continue;
             }
+            if (finish(key, true)) continue;
             Entry* entry;
             {
                 std::lock_guard<std::mutex> lock(mutex);

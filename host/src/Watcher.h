@@ -20,6 +20,12 @@ class Watcher {
      */
     void add(int socket, std::function<bool(int)> ready);
 
+    /**
+     * Calls `ready` on the watching thread once: with true when the socket has something to read or
+     * has hung up, with false when the time is over. The socket is not watched any more then.
+     */
+    void once(int socket, uint32_t milliseconds, std::function<void(bool)> ready);
+
     /** Runs `task` on the watching thread after a while; it must not block. */
     void after(uint32_t milliseconds, std::function<void()> task);
 

@@ -123,6 +123,25 @@ class Process {
     /** Alive and not a zombie. */
     bool running() const { return mPid > 0 && waitpid(mPid, nullptr, WNOHANG) == 0; }
 
+    size_t threads() const {
+        const std::string tasks = "/proc/" + std::to_string(mPid) + "/task";
+        return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(tasks),
+                                                 std::filesystem::directory_iterator()));
+    }
+    /** What it has used so far. */
+    std::chrono::milliseconds processorTime() const {
+        std::ifstream file("/proc/" + std::to_string(mPid) + "/stat");
+        std::string text;
+        std::getline(file, text);
+        // Behind the name, which may hold anything: state, ten numbers, user and system time.
+        std::istringstream words(text.substr(text.rfind(')') + 1));
+        std::string skipped;
+        for (int i = 0; i < 11; ++i) words >> skipped;
+        long user = 0, system = 0;
+        words >> user >> system;
+        return std::chrono::milliseconds((user + system) * 1000 / sysconf(_SC_CLK_TCK));
+    }
+
     std::string errors() const {
         std::ifstream file(mErrorPath);
         return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());

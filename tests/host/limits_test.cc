@@ -1,11 +1,14 @@
 // Peers that overdo it: the largest messages, silence, crowds. Each ends in a clear error, and
 // whoever else uses the same process does not notice.
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -28,6 +31,7 @@ using namespace std::chrono_literals;
 using ::android::OK;
 using ::android::sp;
 using ::android::status_t;
+using ::android::hardware::hidl_handle;
 using ::android::hardware::hidl_vec;
 using ::android::hardware::IBinder;
 using ::android::hardware::Parcel;
@@ -54,8 +58,10 @@ std::vector<uint8_t> message(MessageHeader header, const std::string& stream) {
 /** A client that does only what it is told. */
 class Stranger {
   public:
-    explicit Stranger(const std::string& node) {
+    enum class Manners { kSaysHello, kSaysNothing };
+    explicit Stranger(const std::string& node, Manners manners = Manners::kSaysHello) {
         mSocket = connectTo(registry::socketPath(node), 20000);
+        if (manners == Manners::kSaysNothing) return;
         MessageHeader header = {};
         header.kind = kHello;
         header.code = kCalls;
@@ -83,6 +89,9 @@ class Stranger {
         return recv(mSocket, &header, sizeof(header), 0) == sizeof(header) &&
                header.kind == kReply && header.code == 0;
     }
+    bool connected() const { return mSocket >= 0; }
+    /** Without waiting: whether the other side has ended it. */
+    bool ended() const { return hasHungUp(mSocket); }
     /** Whether something has come that is not read yet. */
     bool hasSomething() const {
         char byte;
@@ -215,28 +224,116 @@ TEST_F(Limits, AClientThatDoesNotReadLosesItsConnectionOnly) {
             << "the connection is still there";
 }
 
-TEST_F(Limits, ACrowdIsTurnedAwayAndTheGuestsStay) {
-    constexpr size_t kCrowd = 1200;
-    rlimit files;
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
-    if (files.rlim_max < 2 * kCrowd) GTEST_SKIP() << "too few descriptors to make a crowd";
-    files.rlim_cur = files.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &files);
-    start();
-    ASSERT_TRUE(serving());
+/** Ten thousand connections to one process. */
+class Crowd : public Limits {
+  protected:
+    static constexpr size_t kCrowd = 10000;
 
-    std::vector<std::unique_ptr<Stranger>> crowd;
-    for (size_t i = 0; i < kCrowd; ++i) {
-        crowd.push_back(std::make_unique<Stranger>(mEntry.node));
-        crowd.back()->call(mEntry.object, kPid);
+    void SetUp() override {
+        rlimit files;
+        ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
+        // The service keeps a quarter of its descriptors for other things.
+        if (files.rlim_max < kCrowd * 3 / 2) GTEST_SKIP() << "too few descriptors for a crowd";
+        mBefore = files;
+        files.rlim_cur = files.rlim_max;
+        ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &files), 0);
+        start();
+        ASSERT_TRUE(serving());
     }
+    void TearDown() override {
+        if (mBefore.rlim_max != 0) setrlimit(RLIMIT_NOFILE, &mBefore);
+    }
+
+    void gather(Stranger::Manners manners) {
+        for (size_t i = 0; i < kCrowd; ++i) {
+            mCrowd.push_back(std::make_unique<Stranger>(mEntry.node, manners));
+            ASSERT_TRUE(mCrowd.back()->connected()) << i;
+            if (manners == Stranger::Manners::kSaysHello) mCrowd.back()->call(mEntry.object, kPid);
+        }
+    }
+    bool takesNewOnes() {
+        Stranger late(mEntry.node);
+        return late.call(mEntry.object, kPid) && late.answered();
+    }
+
+    std::vector<std::unique_ptr<Stranger>> mCrowd;
+
+  private:
+    rlimit mBefore = {};
+};
+
+TEST_F(Crowd, OfCallersIsTurnedAwayAndTheGuestsStay) {
+    gather(Stranger::Manners::kSaysHello);
     size_t answered = 0;
-    for (const auto& one : crowd) answered += one->answered();
+    for (const auto& one : mCrowd) answered += one->answered();
     // Some of the thousand are the connections of this process.
     EXPECT_LE(answered, 1000u);
     EXPECT_GE(answered, 980u);
     EXPECT_TRUE(serving());
     EXPECT_EQ(count(mProcess->errors(), "connections are enough"), 1u) << mProcess->errors();
+
+    mCrowd.clear();
+    EXPECT_TRUE(eventually([&] { return takesNewOnes(); }));
+    EXPECT_TRUE(serving());
+}
+
+TEST_F(Crowd, OfSilentOnesCostsDescriptorsOnlyAndIsGoneAfterAWhile) {
+    const size_t threads = mProcess->threads();
+    gather(Stranger::Manners::kSaysNothing);
+    EXPECT_TRUE(serving());
+    EXPECT_TRUE(takesNewOnes()) << "among ten thousand that say nothing";
+    EXPECT_LT(mProcess->threads(), threads + 20);
+    EXPECT_FALSE(mCrowd.back()->ended());
+
+    EXPECT_TRUE(eventually(
+            [&] {
+                return std::all_of(mCrowd.begin(), mCrowd.end(),
+                                   [](const auto& one) { return one->ended(); });
+            },
+            60s))
+            << "nobody may keep a connection that is used for nothing";
+    EXPECT_TRUE(serving());
+    EXPECT_TRUE(takesNewOnes());
+}
+
+TEST_F(Limits, WithoutDescriptorsClientsAreTurnedAwayAtOnce) {
+    start();
+    ASSERT_TRUE(serving());
+    ASSERT_TRUE(Stranger(mEntry.node).connected());
+    // So few that they run out before the service's own limit of connections is reached.
+    const auto inUse = static_cast<rlim_t>(mService->openDescriptors().withDefault(0));
+    const rlimit few{inUse + 8, inUse + 8};
+    ASSERT_EQ(prlimit(mProcess->pid(), RLIMIT_NOFILE, &few, nullptr), 0) << strerror(errno);
+
+    std::vector<std::unique_ptr<Stranger>> crowd;
+    for (int i = 0; i < 200; ++i) {
+        crowd.push_back(std::make_unique<Stranger>(mEntry.node));
+        crowd.back()->call(mEntry.object, kPid);
+    }
+    size_t answered = 0;
+    for (const auto& one : crowd) answered += one->answered();
+    EXPECT_GT(answered, 0u);
+    EXPECT_LT(answered, 20u);
+    EXPECT_TRUE(serving());
+    const std::string errors = mProcess->errors();
+    EXPECT_EQ(count(errors, "refused a connection: Too many open files"), 1u) << errors;
+
+    // Nor is there one for what a call brings along.
+    const auto pass = [&] {
+        native_handle_t* native = native_handle_create(1, 0);
+        native->data[0] = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        hidl_handle file;
+        file.setTo(native, true);
+        return mService->readAll(file, [](const auto&) {}).isOk();
+    };
+    EXPECT_FALSE(pass());
+    EXPECT_EQ(count(mProcess->errors(), "no descriptors left for what call"), 1u);
+    EXPECT_TRUE(serving());
+
+    // It waits for the next client, and for nothing else.
+    const auto before = mProcess->processorTime();
+    std::this_thread::sleep_for(1s);
+    EXPECT_LT(mProcess->processorTime() - before, 200ms);
 
     crowd.clear();
     EXPECT_TRUE(eventually([&] {
@@ -244,6 +341,7 @@ TEST_F(Limits, ACrowdIsTurnedAwayAndTheGuestsStay) {
         return late.call(mEntry.object, kPid) && late.answered();
     }));
     EXPECT_TRUE(serving());
+    EXPECT_TRUE(pass());
 }
 
 }  // namespace

@@ -503,10 +503,11 @@ TEST_F(MalformedTest, AnotherUserIsTurnedAway) {
 // says.
 class RogueService {
   public:
-    explicit RogueService(std::vector<uint8_t> answer) : mAnswer(std::move(answer)) {
-        mListener = listenAt(registry::socketPath(kStranger));
+    explicit RogueService(std::vector<uint8_t> answer)
+            : mAnswer(std::move(answer)), mNode(kStranger + std::to_string(sCount++)) {
+        mListener = listenAt(registry::socketPath(mNode));
         EXPECT_GE(mListener, 0);
-        EXPECT_EQ(registry::publish(IEcho::descriptor, "rogue", {kStranger, 1}), android::OK);
+        EXPECT_EQ(registry::publish(IEcho::descriptor, "rogue", {mNode, 1}), android::OK);
         mThread = std::thread([this] { accept(); });
     }
     ~RogueService() {
@@ -516,7 +517,7 @@ class RogueService {
         for (std::thread& thread : mServing) thread.join();
         for (int socket : mSockets) close(socket);
         close(mListener);
-        registry::withdrawNode(kStranger);
+        registry::withdrawNode(mNode);
     }
     RogueService(const RogueService&) = delete;
     RogueService& operator=(const RogueService&) = delete;
@@ -568,7 +569,11 @@ class RogueService {
         return messageOf(parcel, 0, 0);
     }
 
+    /** A process never has the name of another, whose end may not have been noticed yet. */
+    static inline int sCount = 0;
+
     const std::vector<uint8_t> mAnswer;
+    const std::string mNode;
     int mListener;
     std::thread mThread;
     std::vector<int> mSockets;
