@@ -62,15 +62,13 @@ struct Television {
     Uart uart{notifier};
 
     Settings settings{store};
-    Recorder recorder{
-            store, settings, notifier, directory + "/recordings", lookupIn(channels), [this] {
-                return clock.now();
-            }};
+    Recorder recorder{store, settings, notifier, directory + "/recordings", lookupIn(channels),
+                      clock};
     Timeshift timeshift{settings, notifier};
     Cam cam{store, settings, notifier, directory};
     Alerts alerts{store, notifier, channels};
     Captions captions{settings, notifier};
-    Teletext teletext{notifier, channels, [this] { return clock.now(); }};
+    Teletext teletext{notifier, channels, clock};
     Agent agent{settings, notifier, channels};
 
     Inputs inputs{store};
