@@ -38,6 +38,10 @@ struct Television {
               config(store),
               channels(store, config.text("channels.region")) {
         clock.addListener([this] { recorder.clockChanged(); });
+        power.addListener([this](bool standby) {
+            if (standby) recorder.command(layouts::kCommandStandby, 0);
+            timeshift.standBy(standby);
+        });
         sleepTimer.addListener([this] {
             if (power.setDownReason(layouts::kDownSleepTimer, {}) == 0) {
                 power.powerDown(layouts::kPowerDown);
@@ -76,7 +80,7 @@ struct Television {
     Picture picture{store, notifier};
     Power power{store, notifier};
     SleepTimer sleepTimer{notifier};
-    Presentation presentation{notifier, config, channels, inputs, sound, power, [this] {
+    Presentation presentation{notifier, config, channels, guide, inputs, sound, power, [this] {
                                   const auto name = cam.get(layouts::kCiGetCamName);
                                   return name ? std::string(name->begin(), name->end()) : "";
                               }};
