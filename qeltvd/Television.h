@@ -49,6 +49,16 @@ struct Television {
         });
     }
 
+    /**
+     * Makes a channel the current one and shows it, where that is possible now: not in standby and
+     * not while the second picture has the tuner. Gives a code. @throws StoreError
+     */
+    int32_t goTo(uint32_t channelId) {
+        const int32_t code = channels.setCurrent(channelId);
+        if (code == 0) presentation.select(Presentation::kMain, channelId, false);
+        return code;
+    }
+
     const std::string directory;
     Store store;
     Notifier notifier;
@@ -62,7 +72,10 @@ struct Television {
     AtscGuide atsc{guide, channels, clock, notifier};
     Scanner scanner{channels, config, notifier};
     Upgrade upgrade{store, notifier};
-    OverAirDownload overAir{store, notifier, clock, channels, upgrade};
+    OverAirDownload overAir{store,   notifier,
+                            clock,   channels,
+                            upgrade, [this](uint32_t channelId) {
+                                return goTo(channelId); }};
     Uart uart{notifier};
 
     Settings settings{store};
@@ -70,7 +83,8 @@ struct Television {
                       clock};
     Timeshift timeshift{settings, notifier};
     Cam cam{store, settings, notifier, directory};
-    Alerts alerts{store, notifier, channels};
+    Alerts alerts{store, notifier, channels,
+                  [this](uint32_t channelId) { return goTo(channelId); }};
     Captions captions{settings, notifier};
     Teletext teletext{notifier, channels, clock};
     Agent agent{settings, notifier, channels};
