@@ -317,6 +317,34 @@ inline void copyField(char* to, const hidl_string& from, size_t size) {
     strncpy(to, from.c_str(), size);
 }
 
+// The commonest reply handlers of ask(): one output, then the service's code as the result.
+
+/** A number, of the width that the caller's variable has. */
+template <class T>
+auto storeValue(T* out) {
+    return [=](T value, int32_t code) {
+        *out = value;
+        return code;
+    };
+}
+
+/** All elements of a vector, with no look at the caller's room. */
+template <class T = uint8_t>
+auto storeAll(void* out) {
+    return [=](const hidl_vec<T>& answer, int32_t code) {
+        copyAll(out, answer);
+        return code;
+    };
+}
+
+/** All characters of a text: no terminator, no look at the caller's room. */
+inline auto storeText(char* out) {
+    return [=](const hidl_string& answer, int32_t code) {
+        copyAll(out, answer);
+        return code;
+    };
+}
+
 }  // namespace qeltvapi
 
 #endif  // CLIENTWRAPPER_CALL_H

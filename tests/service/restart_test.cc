@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_qeltvapi_config.h"
 #include "hw_qeltvapi_highlevel.h"
 #include "platform_calls.h"
@@ -20,16 +21,6 @@ std::atomic<int64_t> sSeen{-1};
 int onConfig(int32_t, uintptr_t, uintptr_t, const char* name, uintptr_t value, uintptr_t) {
     if (strcmp(name, kItem) == 0) sSeen = static_cast<int64_t>(value);
     return 0;
-}
-
-template <class F>
-bool eventually(const F& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + 30s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
 }
 
 /**
