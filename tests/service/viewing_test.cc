@@ -6,7 +6,6 @@
 #include "hw_pcl.h"
 #include "hw_qeltvapi_apptv.h"
 #include "hw_qeltvapi_broadcast.h"
-#include "hw_qeltvapi_channellist.h"
 #include "hw_qeltvapi_config.h"
 #include "hw_qeltvapi_inputsource.h"
 #include "hw_qeltvapi_multiview.h"
@@ -170,7 +169,7 @@ TEST_F(Viewing, TheChannelThatIsShownFollowsItsRecord) {
     const uint32_t first = connection(0).channel;
     // Gone from the list, it is gone from the screen; the end of a scan shows another one.
     ASSERT_EQ(0, qeltvctl({"config", "set", "channels.region", "dvb-s/Astra-19.2E"}).status);
-    ASSERT_EQ(0, a_qeltvapi_channellist_delete_by_brdcst(1, 0));
+    ASSERT_EQ(0, qeltvctl({"call", "a_qeltvapi_channellist_delete_by_brdcst", "1", "0"}).status);
     ASSERT_TRUE(becomes(0, kTuningFailed));
     EXPECT_EQ(static_cast<uint32_t>(kTuningNoService), connection(0).error);
     EXPECT_EQ(-3, a_qeltvapi_broadcast_select_channel_by_chan_id(static_cast<int32_t>(first), 0));
@@ -178,6 +177,40 @@ TEST_F(Viewing, TheChannelThatIsShownFollowsItsRecord) {
     EXPECT_TRUE(becomes(0, kTuningPlays) || connection(0).error == kTuningScrambled);
     EXPECT_NE(first, connection(0).channel);
     EXPECT_NE(0u, connection(0).channel);
+}
+
+TEST_F(Viewing, AnAmericanLineUpIsDialledByMajorAndMinor) {
+    ASSERT_EQ(0,
+              qeltvctl({"config", "set", "channels.region", "atsc/us-ATSC-center-frequencies-8VSB"})
+                      .status);
+    restart();
+    ASSERT_TRUE(becomes(0, kTuningPlays));
+    const uint32_t first = connection(0).channel;
+    const auto number =
+            nlohmann::json::parse(qeltvctl({"channel", "show", "current", "--json"}).out)
+                    .at("number")
+                    .get<std::string>();
+    const int major = std::stoi(number);
+    EXPECT_EQ(std::to_string(major) + ".1", number);
+    const auto id = a_qeltvapi_apptv_get_matched_channel(static_cast<int16_t>(major), 1, 0, 2);
+    ASSERT_GT(id, 0) << major << ".2";
+    for (const char digit : std::to_string(major) + ".2") {
+        ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(digit == '.' ? kKeyPeriod
+                                                                   : kKeyDigit0 + (digit - '0')));
+    }
+    EXPECT_EQ(first, connection(0).channel) << "more digits may come";
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyOk));
+    EXPECT_EQ(static_cast<uint32_t>(id), connection(0).channel);
+    ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_num(major, 1, 0));
+    ASSERT_TRUE(becomes(0, kTuningPlays));
+    EXPECT_EQ(first, connection(0).channel);
+    EXPECT_EQ(-3, a_qeltvapi_broadcast_select_channel_by_chan_num(major, 900, 0));
+    uint32_t words[4] = {};
+    ASSERT_EQ(0, a_qeltvapi_config_get_video_resolution(words));
+    EXPECT_EQ(29970u, words[2]);
+    int32_t value = 0;
+    ASSERT_EQ(0, a_qeltvapi_broadcast_get_max_possible_minor_chan_no(0, &value));
+    EXPECT_EQ(999, value);
 }
 
 TEST_F(Viewing, WhyItWokeUpHoldsForThisRunOnly) {
