@@ -152,10 +152,13 @@ class Call {
   public:
     Call(const Family<I>& family, const Site& site) : mFamily(family), mSite(site) {
         if (family.entry != nullptr && tracing()) family.entry(family.tag, site);
-        mService = family.service();
-        if (mService != nullptr) return;
-        if (family.missingAlways != nullptr) family.missingAlways(family.tag, site);
-        if (family.missingTraced != nullptr && tracing()) family.missingTraced(family.tag, site);
+        use(family.service());
+    }
+
+    /** For a function that traces between its fetch of the proxy and its look at it. */
+    Call(const Family<I>& family, const Site& site, const sp<I>& service)
+            : mFamily(family), mSite(site) {
+        use(service);
     }
 
     /** Whether the service is there. */
@@ -218,6 +221,14 @@ class Call {
     }
 
   private:
+    void use(const sp<I>& service) {
+        mService = service;
+        if (mService != nullptr) return;
+        if (mFamily.missingAlways != nullptr) mFamily.missingAlways(mFamily.tag, mSite);
+        if (mFamily.missingTraced != nullptr && tracing())
+            mFamily.missingTraced(mFamily.tag, mSite);
+    }
+
     template <class T>
     bool check(const Return<T>& ret) {
         if (ret.isOk()) return true;
@@ -315,6 +326,34 @@ inline void copyAll(char* to, const hidl_string& from) {
 /** A text field of `size` characters: padded with NULs, not terminated when full. */
 inline void copyField(char* to, const hidl_string& from, size_t size) {
     strncpy(to, from.c_str(), size);
+}
+
+// The commonest reply handlers of ask(): one output, then the service's code as the result.
+
+/** A number, of the width that the caller's variable has. */
+template <class T>
+auto storeValue(T* out) {
+    return [=](T value, int32_t code) {
+        *out = value;
+        return code;
+    };
+}
+
+/** All elements of a vector, with no look at the caller's room. */
+template <class T = uint8_t>
+auto storeAll(void* out) {
+    return [=](const hidl_vec<T>& answer, int32_t code) {
+        copyAll(out, answer);
+        return code;
+    };
+}
+
+/** All characters of a text: no terminator, no look at the caller's room. */
+inline auto storeText(char* out) {
+    return [=](const hidl_string& answer, int32_t code) {
+        copyAll(out, answer);
+        return code;
+    };
 }
 
 }  // namespace qeltvapi

@@ -44,21 +44,6 @@ void invalidIn(const char* tag, const Site& site) {
 
 }  // namespace line
 
-inline auto storeValue(uint32_t* out) {
-    return [=](uint32_t value, int32_t code) {
-        *out = value;
-        return code;
-    };
-}
-
-/** Stores all bytes that the service sends: the sizes of these records are not checked. */
-inline auto storeBytes(void* record) {
-    return [=](const hidl_vec<uint8_t>& answer, int32_t code) {
-        copyAll(record, answer);
-        return code;
-    };
-}
-
 inline auto storeBytesAndValue(void* record, uint32_t* out) {
     return [=](const hidl_vec<uint8_t>& answer, uint32_t value, int32_t code) {
         copyAll(record, answer);

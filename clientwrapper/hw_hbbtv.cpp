@@ -13,13 +13,6 @@ constexpr char kTag[] = "(hw_hbbtv)(client)";
 
 constexpr Family<IQelTvApi> kHbbtv{kTag, getQelTvApiService, -1, -1, line::dot};
 
-auto storeWord(uint32_t* word) {
-    return [=](uint32_t value, int32_t code) {
-        *word = value;
-        return code;
-    };
-}
-
 /** A language is always stored as four bytes, whatever the length of the text. */
 auto storeLanguage(char* lang) {
     return [=](const hidl_string& value, int32_t code) {
@@ -37,7 +30,7 @@ int c_opera_hbbtv_stm_set_audio(uint32_t track) {
 }
 
 int c_opera_hbbtv_stm_get_audio(uint32_t* track) {
-    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_opera_hbbtv_stm_get_audio, storeWord(track));
+    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_opera_hbbtv_stm_get_audio, storeValue(track));
 }
 
 int c_opera_hbbtv_stm_get_audio_lang(uint32_t track, char* lang) {
@@ -46,7 +39,7 @@ int c_opera_hbbtv_stm_get_audio_lang(uint32_t track, char* lang) {
 }
 
 int c_opera_hbbtv_stm_get_audio_num(uint32_t* count) {
-    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_opera_hbbtv_stm_get_audio_num, storeWord(count));
+    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_opera_hbbtv_stm_get_audio_num, storeValue(count));
 }
 
 int c_opera_hbbtv_set_default_subtitle_lang(const char* lang, uint32_t v) {
@@ -69,7 +62,7 @@ int c_hbbtv_stm_set_audio(uint32_t track) {
 }
 
 int c_hbbtv_stm_get_audio(uint32_t* track) {
-    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_hbbtv_stm_get_audio, storeWord(track));
+    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_hbbtv_stm_get_audio, storeValue(track));
 }
 
 int c_hbbtv_stm_get_audio_lang(uint32_t track, char* lang) {
@@ -78,7 +71,7 @@ int c_hbbtv_stm_get_audio_lang(uint32_t track, char* lang) {
 }
 
 int c_hbbtv_stm_get_audio_num(uint32_t* count) {
-    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_hbbtv_stm_get_audio_num, storeWord(count));
+    return ask(kHbbtv, HERE, &IQelTvApi::a_hidl_c_hbbtv_stm_get_audio_num, storeValue(count));
 }
 
 int c_hbbtv_set_default_subtitle_lang(const char* lang, uint32_t v) {

@@ -38,14 +38,9 @@ int c_iom_open_uart(uint32_t type, uint32_t a, const char* name,
     fill(memory, setting, sizeof(*setting));
     int result = kIom.missing;
     if (call) {
-        result = call.ask(
-                &IQelTvApi::a_hidl_c_iom_open_uart,
-                [=](uint32_t device, int32_t code) {
-                    *handle = device;
-                    return code;
-                },
-                type, a, text(name), memory.m_handle,
-                static_cast<uint64_t>(reinterpret_cast<uintptr_t>(tag)));
+        result = call.ask(&IQelTvApi::a_hidl_c_iom_open_uart, storeValue(handle), type, a,
+                          text(name), memory.m_handle,
+                          static_cast<uint64_t>(reinterpret_cast<uintptr_t>(tag)));
     }
     memory.commit();
     return result;
@@ -63,13 +58,8 @@ int c_iom_get(uint32_t handle, uint32_t op, void* buf, uint64_t* len) {
     if (memory.m_status < 0) return -1;
     int result = kIom.missing;
     if (call) {
-        result = call.ask(
-                &IQelTvApi::a_hidl_c_iom_get,
-                [=](uint64_t done, int32_t code) {
-                    *len = done;
-                    return code;
-                },
-                handle, static_cast<uint16_t>(op), memory.m_handle, *len);
+        result = call.ask(&IQelTvApi::a_hidl_c_iom_get, storeValue(len), handle,
+                          static_cast<uint16_t>(op), memory.m_handle, *len);
         // Bounded by the service's length alone, not by what was allocated; after a lost reply
         // the length is still the caller's.
         if (const auto size = static_cast<uint32_t>(*len); size != 0) {

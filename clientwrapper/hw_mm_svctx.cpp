@@ -11,14 +11,6 @@ constexpr char kTag[] = "(hw_mm_svctx)(client)";
 
 constexpr Family<IQelTvApi> kMmSvctx{kTag, getQelTvApiService, -1, -1, line::dot};
 
-/** Stores the whole answer, whatever the caller's length. */
-auto storeAll(void* buf) {
-    return [=](const hidl_vec<uint8_t>& data, int32_t code) {
-        copyAll(buf, data);
-        return code;
-    };
-}
-
 }  // namespace
 
 int c_svctx_generic_get_info(uint32_t ctx, uint32_t v, uint32_t code, void* buf, uint32_t len) {

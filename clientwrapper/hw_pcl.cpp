@@ -42,13 +42,6 @@ auto storeReason(uint32_t* reason, void* data) {
     };
 }
 
-auto storeWord(uint32_t* word) {
-    return [=](uint32_t value, int32_t code) {
-        *word = value;
-        return code;
-    };
-}
-
 }  // namespace
 
 int c_pcl_reg_nfy_fct(uint32_t /* a */, qeltvapi_pcl_cb_t fn) {
@@ -102,7 +95,7 @@ int c_pcl_set_request_powerdown_envent(void) {
 }
 
 int c_pcl_get_gpio(uint32_t a, uint32_t b, uint32_t* value) {
-    return askInto(value, HERE, &IQelTvApi::a_hidl_c_pcl_get_gpio, storeWord(value), a, b);
+    return askInto(value, HERE, &IQelTvApi::a_hidl_c_pcl_get_gpio, storeValue(value), a, b);
 }
 
 int c_pcl_set_gpio(uint32_t a, uint32_t b) {
@@ -131,7 +124,7 @@ int c_pcl_get_wakeup_irkey(qeltvapi_pcl_wakeup_key_t* key) {
 }
 
 int c_pcl_get_wakeup_setup(uint32_t* setup) {
-    return askInto(setup, HERE, &IQelTvApi::a_hidl_c_pcl_get_wakeup_setup, storeWord(setup));
+    return askInto(setup, HERE, &IQelTvApi::a_hidl_c_pcl_get_wakeup_setup, storeValue(setup));
 }
 
 int c_pcl_set_wakeup_setup(uint32_t setup) {
@@ -144,7 +137,8 @@ int a_qeltvapi_pcl_get_wakeup_reason(uint32_t* reason, void* data) {
 }
 
 int a_qeltvapi_pcl_get_wakeup_setup(uint32_t* setup) {
-    return askInto(setup, HERE, &IQelTvApi::a_hidl_qeltvapi_pcl_get_wakeup_setup, storeWord(setup));
+    return askInto(setup, HERE, &IQelTvApi::a_hidl_qeltvapi_pcl_get_wakeup_setup,
+                   storeValue(setup));
 }
 
 int a_qeltvapi_pcl_set_wakeup_setup(uint32_t setup) {

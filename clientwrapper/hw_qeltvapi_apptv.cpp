@@ -62,13 +62,8 @@ int a_qeltvapi_apptv_get_current_channel_svc_text_len(void) {
 }
 
 int a_qeltvapi_apptv_get_current_channel_svc_text(char* buf, int32_t p2) {
-    return ask(
-            kApptv, HERE, &IQelTvApi::a_hidl_qeltvapi_apptv_get_current_channel_svc_text,
-            [=](const hidl_string& value, int32_t code) {
-                copyAll(buf, value);
-                return code;
-            },
-            p2);
+    return ask(kApptv, HERE, &IQelTvApi::a_hidl_qeltvapi_apptv_get_current_channel_svc_text,
+               storeText(buf), p2);
 }
 
 int a_qeltvapi_apptv_unblock_svc(const char* path, int p2) {
@@ -85,13 +80,8 @@ int a_qeltvapi_apptv_set_video_mute(const char* path, int mute) {
 }
 
 int a_qeltvapi_apptv_get_capability_ex(int32_t id, uint32_t* value) {
-    return ask(
-            kApptv, HERE, &IQelTvApi::a_hidl_qeltvapi_apptv_get_capability_ex,
-            [=](uint32_t capability, int32_t code) {
-                *value = capability;
-                return code;
-            },
-            id);
+    return ask(kApptv, HERE, &IQelTvApi::a_hidl_qeltvapi_apptv_get_capability_ex, storeValue(value),
+               id);
 }
 
 int a_qeltvapi_apptv_get_video_mute(const char* path) {

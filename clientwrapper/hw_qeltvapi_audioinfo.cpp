@@ -30,13 +30,6 @@ auto storeRecords(void* buf, uint32_t* num) {
     };
 }
 
-auto storeRecord(void* buf) {
-    return [=](const hidl_vec<uint8_t>& record, int32_t code) {
-        copyAll(buf, record);
-        return code;
-    };
-}
-
 }  // namespace
 
 int a_qeltvapi_audio_info_register_callback(qeltvapi_audio_update_cb_t fn) {
@@ -46,13 +39,8 @@ int a_qeltvapi_audio_info_register_callback(qeltvapi_audio_update_cb_t fn) {
 }
 
 int a_qeltvapi_audio_info_get_current_lanuage(const char* name, char* lang) {
-    return ask(
-            kSelection, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_get_current_lanuage,
-            [=](const hidl_string& value, int32_t code) {
-                copyAll(lang, value);
-                return code;
-            },
-            text(name));
+    return ask(kSelection, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_get_current_lanuage,
+               storeText(lang), text(name));
 }
 
 int a_qeltvapi_audio_info_set_next_lanuage(void) {
@@ -67,8 +55,7 @@ int a_qeltvapi_audio_info_get_available_record(void* buf, uint32_t* num) {
 }
 
 int a_qeltvapi_get_current_audio_info(void* buf) {
-    return ask(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_get_current_audio_info,
-               storeRecord(buf));
+    return ask(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_get_current_audio_info, storeAll(buf));
 }
 
 int a_qeltvapi_get_audio_apd_text(int32_t p1, void* buf, int32_t* len) {
@@ -85,7 +72,7 @@ int a_qeltvapi_get_audio_apd_text(int32_t p1, void* buf, int32_t* len) {
 }
 
 int a_qeltvapi_get_current_ad_info(void* buf) {
-    return ask(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_get_current_ad_info, storeRecord(buf));
+    return ask(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_get_current_ad_info, storeAll(buf));
 }
 
 int a_qeltvapi_select_audio(const uint32_t* track) {
@@ -115,7 +102,7 @@ int a_qeltvapi_audio_info_get_inputsource_available_record(void* buf, uint32_t* 
 
 int a_qeltvapi_get_inputsource_current_audio_info(void* buf) {
     return ask(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_get_inputsource_current_audio_info,
-               storeRecord(buf));
+               storeAll(buf));
 }
 
 int a_qeltvapi_audio_info_set_value(int32_t id, int32_t value) {

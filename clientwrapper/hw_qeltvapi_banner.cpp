@@ -13,15 +13,6 @@ constexpr char kTag[] = "(hw_qeltvapi_banner)(client)";
 constexpr Family<IQelTvApi> kBanner =
         Family<IQelTvApi>{kTag, getQelTvApiService}.withEntry(line::name);
 
-/** The reply handler of the items that are one value. */
-template <class T>
-auto storeIn(T* out) {
-    return [=](T value, int32_t code) {
-        *out = value;
-        return code;
-    };
-}
-
 }  // namespace
 
 int a_qeltvapi_banner_register_callback(qeltvapi_banner_cb_t fn) {
@@ -31,12 +22,13 @@ int a_qeltvapi_banner_register_callback(qeltvapi_banner_cb_t fn) {
 }
 
 int a_qeltvapi_banner_get_item_state(int p1, int p2, uint8_t* state) {
-    return ask(kBanner, HERE, &IQelTvApi::a_hidl_qeltvapi_banner_get_item_state, storeIn(state), p1,
-               p2);
+    return ask(kBanner, HERE, &IQelTvApi::a_hidl_qeltvapi_banner_get_item_state, storeValue(state),
+               p1, p2);
 }
 
 int a_qeltvapi_banner_get_item_id(int p1, int p2, uint32_t* id) {
-    return ask(kBanner, HERE, &IQelTvApi::a_hidl_qeltvapi_banner_get_item_id, storeIn(id), p1, p2);
+    return ask(kBanner, HERE, &IQelTvApi::a_hidl_qeltvapi_banner_get_item_id, storeValue(id), p1,
+               p2);
 }
 
 int a_qeltvapi_banner_get_item_content(int p1, int p2, char* buf, uint32_t* len) {
@@ -56,6 +48,6 @@ int a_qeltvapi_banner_get_item_content(int p1, int p2, char* buf, uint32_t* len)
 }
 
 int a_qeltvapi_banner_get_item_content_len(int p1, int p2, uint32_t* len) {
-    return ask(kBanner, HERE, &IQelTvApi::a_hidl_qeltvapi_banner_get_item_content_len, storeIn(len),
-               p1, p2);
+    return ask(kBanner, HERE, &IQelTvApi::a_hidl_qeltvapi_banner_get_item_content_len,
+               storeValue(len), p1, p2);
 }

@@ -99,7 +99,7 @@ int a_qeltvapi_bisskey_is_same_record(const void* rec1, const void* rec2) {
 }
 
 int a_qeltvapi_bisskey_get_default_record(void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_bisskey_get_default_record, storeBytes(rec));
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_bisskey_get_default_record, storeAll(rec));
 }
 
 int a_qeltvapi_bisskey_set_key_for_current_channel() {

@@ -30,21 +30,12 @@ int invalidArg(const Site& site) {
     return -1;
 }
 
-/** Stores one value of the answer. */
-template <class V>
-auto store(V* val) {
-    return [=](V value, int32_t status) {
-        *val = value;
-        return status;
-    };
-}
-
 /** Asks for one value. The trace shows what the caller's variable holds, stored or not. */
 template <class V, class Method, class... A>
 int get(const Site& site, V* val, Method method, const A&... args) {
     Call<IQelTvApiBroadcast> call(kGetter, site);
     if (!call) return kGetter.missing;
-    const int ret = call.ask(method, store(val), args...);
+    const int ret = call.ask(method, storeValue(val), args...);
     if (tracing()) QELTVAPI_LOG_SITE(kTag, site, "<%s:%d> val=%d, ret=%d", *val, ret);
     return ret;
 }
@@ -128,7 +119,7 @@ int a_qeltvapi_broadcast_get_tuning_status(int32_t* status) {
     Call<IQelTvApiBroadcast> call(kGetter, HERE);
     if (!call) return kGetter.missing;
     const int ret = call.ask(&IQelTvApiBroadcast::a_hidl_qeltvapi_broadcast_get_tuning_status,
-                             store(status));
+                             storeValue(status));
     QELTVAPI_TRACE(kTag, "status=%d, ret=%d", *status, ret);
     return ret;
 }

@@ -181,6 +181,7 @@ int a_qeltvapi_ci_get(int e_get_type, uint32_t value, void* data, uint32_t* pz_d
 
 int a_qeltvapi_ci_set(int e_set_type, uint32_t value, void* data) {
     QELTVAPI_TRACE(kTag, "%s with e_set_type:%d", __func__, e_set_type);
+    const sp<IQelTvApiCI> service = getQelTvApiCIService();
     HIDL_CI_MMI_ENQ_ANS_T answer{};
     hidl_vec<uint8_t> bytes;
     // The argument itself, not what it points at, is the value of this type.
@@ -204,8 +205,8 @@ int a_qeltvapi_ci_set(int e_set_type, uint32_t value, void* data) {
         default:
             break;
     }
-    // The payload and its traces come before the proxy.
-    Call<IQelTvApiCI> call(kCi.withExit(result), HERE);
+    // The payload and its traces come also when the service is missing, and before that is told.
+    Call<IQelTvApiCI> call(kCi.withExit(result), HERE, service);
     if (!call) return kCi.missing;
     if (e_set_type == QELTVAPI_CI_SET_TYPE_MMI_ENQ_ANS) {
         return call.direct(&IQelTvApiCI::a_hidl_qeltvapi_ci_set_mmi_enq_ans, e_set_type, value,
@@ -217,13 +218,8 @@ int a_qeltvapi_ci_set(int e_set_type, uint32_t value, void* data) {
 int a_qeltvapi_ci_get_virtual_channel_info(uint32_t, uint32_t* info) {
     Call<IQelTvApiCI> call(kCi, HERE);
     if (!call) return kCi.missing;
-    return call.ask(
-            &IQelTvApiCI::a_hidl_qeltvapi_ci_get_virtual_channel_info,
-            [=](uint32_t answer, int32_t code) {
-                *info = answer;
-                return code;
-            },
-            *info);
+    return call.ask(&IQelTvApiCI::a_hidl_qeltvapi_ci_get_virtual_channel_info, storeValue(info),
+                    *info);
 }
 
 int a_qeltvapi_ci_key_erase(void) {
@@ -244,29 +240,16 @@ int a_qeltvapi_ci_key_get_host_id(uint8_t* buffer, uint8_t* length) {
 }
 
 int a_qeltvapi_ci_key_query(uint16_t* text) {
-    return ask(kKey, HERE, &IQelTvApiCI::a_hidl_qeltvapi_ci_key_query,
-               [=](const hidl_vec<uint16_t>& units, int32_t code) {
-                   copyAll(text, units);
-                   return code;
-               });
+    return ask(kKey, HERE, &IQelTvApiCI::a_hidl_qeltvapi_ci_key_query, storeAll<uint16_t>(text));
 }
 
 int a_qeltvapi_ci_key_query_exist(uint8_t* out) {
-    return ask(kKey, HERE, &IQelTvApiCI::a_hidl_qeltvapi_ci_key_query_exist,
-               [=](uint8_t exists, int32_t code) {
-                   *out = exists;
-                   return code;
-               });
+    return ask(kKey, HERE, &IQelTvApiCI::a_hidl_qeltvapi_ci_key_query_exist, storeValue(out));
 }
 
 int a_qeltvapi_ci_key_query_exist_ex(uint32_t value, uint8_t* out) {
-    return ask(
-            kKey, HERE, &IQelTvApiCI::a_hidl_qeltvapi_ci_key_query_exist_ex,
-            [=](uint8_t exists, int32_t code) {
-                *out = exists;
-                return code;
-            },
-            value);
+    return ask(kKey, HERE, &IQelTvApiCI::a_hidl_qeltvapi_ci_key_query_exist_ex, storeValue(out),
+               value);
 }
 
 int a_qeltvapi_ci_key_update(void) {
@@ -301,13 +284,8 @@ int a_qeltvapi_ci_reg_cb(int32_t* handle, uint32_t a, uint32_t b, qeltvapi_ci_cb
     registerCallbackHandler();
     Call<IQelTvApiCI> call(kCi, HERE);
     if (!call) return kCi.missing;
-    const int i4_ret = call.ask(
-            &IQelTvApiCI::a_hidl_qeltvapi_ci_reg_callback,
-            [=](int32_t registration, int32_t code) {
-                *handle = registration;
-                return code;
-            },
-            a, b);
+    const int i4_ret =
+            call.ask(&IQelTvApiCI::a_hidl_qeltvapi_ci_reg_callback, storeValue(handle), a, b);
     // Also when nothing was stored: the caller's variable must be readable while tracing.
     QELTVAPI_TRACE_AT(kTag, 176, "{%s} handle:%d, i4_ret:%d.\n", __func__, *handle, i4_ret);
     return i4_ret;

@@ -21,13 +21,8 @@ int a_qeltvapi_config_reg_callback(qeltvapi_config_update_nfy_fct_t fn) {
 }
 
 int a_qeltvapi_config_get_minmaxvalue(uint32_t selector, const char* name, uint32_t* out) {
-    const int result = ask(
-            kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_get_minmaxvalue,
-            [=](uint32_t value, int32_t code) {
-                *out = value;
-                return code;
-            },
-            selector, text(name));
+    const int result = ask(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_get_minmaxvalue,
+                           storeValue(out), selector, text(name));
     // Also when nothing was stored: the caller's variable must be readable while tracing.
     QELTVAPI_TRACE_AT(kTag, 118, "%d, %d", *out, result);
     return result;
@@ -35,13 +30,8 @@ int a_qeltvapi_config_get_minmaxvalue(uint32_t selector, const char* name, uint3
 
 int a_qeltvapi_config_get_value(uint32_t selector, const char* name, int32_t* out) {
     QELTVAPI_TRACE_AT(kTag, 124, "%s", __func__);
-    const int result = ask(
-            kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_get_value,
-            [=](int32_t value, int32_t code) {
-                *out = value;
-                return code;
-            },
-            selector, text(name));
+    const int result = ask(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_get_value,
+                           storeValue(out), selector, text(name));
     // Also when nothing was stored: the caller's variable must be readable while tracing.
     QELTVAPI_TRACE_AT(kTag, 140, "%d, %d", *out, result);
     return result;
@@ -121,10 +111,7 @@ int a_qeltvapi_config_set_android_world_info(uint32_t a, uint32_t b) {
 int a_qeltvapi_config_get_video_resolution(void* buf) {
     QELTVAPI_TRACE_AT(kTag, 349, "%s", __func__);
     return ask(kConfig, HERE, &IQelTvApiConfig::a_hidl_qeltvapi_config_get_video_resolution,
-               [=](const hidl_vec<uint8_t>& record, int32_t code) {
-                   copyAll(buf, record);
-                   return code;
-               });
+               storeAll(buf));
 }
 
 int a_qeltvapi_config_set_value_for_all_elems(uint32_t selector, const char* name, int32_t value,

@@ -55,7 +55,7 @@ int a_qeltvapi_satllist_clean(uint32_t satl_id) {
 }
 
 int a_qeltvapi_satllist_get_rec(uint32_t satl_id, uint32_t rec_id, void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_satllist_get_rec, storeBytes(rec), satl_id, rec_id);
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_satllist_get_rec, storeAll(rec), satl_id, rec_id);
 }
 
 int a_qeltvapi_satllist_update_rec(uint32_t satl_id, const void* rec, int flag) {
@@ -77,7 +77,7 @@ int a_qeltvapi_satllist_del_rec(uint32_t satl_id, uint32_t rec_id) {
 }
 
 int a_qeltvapi_satllist_get_rec_by_rec_idx(uint32_t satl_id, uint32_t index, void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_satllist_get_rec_by_rec_idx, storeBytes(rec), satl_id,
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_satllist_get_rec_by_rec_idx, storeAll(rec), satl_id,
                index);
 }
 
@@ -110,7 +110,7 @@ int a_qeltvapi_tsl_get_tsl_recs_by_satl_rec_id(uint32_t list_id, uint32_t satl_r
                                                uint32_t arg3, uint32_t arg4, uint32_t arg5,
                                                void* recs) {
     return ask(kBySatellite, HERE, &I::a_hidl_qeltvapi_tsl_get_tsl_recs_by_satl_rec_id,
-               storeBytes(recs), list_id, satl_rec_id, arg3, arg4, arg5);
+               storeAll(recs), list_id, satl_rec_id, arg3, arg4, arg5);
 }
 
 int a_qeltvapi_tsl_get_tsl_num_rec_by_satl_rec_id(uint32_t list_id, uint32_t satl_rec_id,
@@ -120,7 +120,7 @@ int a_qeltvapi_tsl_get_tsl_num_rec_by_satl_rec_id(uint32_t list_id, uint32_t sat
 }
 
 int a_qeltvapi_tsl_get_rec(uint32_t list_id, uint32_t rec_id, void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_tsl_get_rec, storeBytes(rec), list_id, rec_id);
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_tsl_get_rec, storeAll(rec), list_id, rec_id);
 }
 
 int a_qeltvapi_tsl_update_rec(uint32_t list_id, const void* rec, int flag) {
@@ -133,8 +133,7 @@ int a_qeltvapi_tsl_get_num_recs(uint32_t list_id, uint32_t* count) {
 }
 
 int a_qeltvapi_tsl_get_rec_by_rec_idx(uint32_t list_id, uint32_t index, void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_tsl_get_rec_by_rec_idx, storeBytes(rec), list_id,
-               index);
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_tsl_get_rec_by_rec_idx, storeAll(rec), list_id, index);
 }
 
 int a_qeltvapi_nwl_clean(uint32_t list_id) {
@@ -153,7 +152,7 @@ int a_qeltvapi_nwl_get_nwl_recs_by_satl_rec_id(uint32_t list_id, uint32_t satl_r
                                                uint32_t arg3, uint32_t arg4, uint32_t arg5,
                                                void* recs) {
     return ask(kBySatellite, HERE, &I::a_hidl_qeltvapi_nwl_get_nwl_recs_by_satl_rec_id,
-               storeBytes(recs), list_id, satl_rec_id, arg3, arg4, arg5);
+               storeAll(recs), list_id, satl_rec_id, arg3, arg4, arg5);
 }
 
 int a_qeltvapi_nwl_get_nwl_num_rec_by_satl_rec_id(uint32_t list_id, uint32_t satl_rec_id,
@@ -163,7 +162,7 @@ int a_qeltvapi_nwl_get_nwl_num_rec_by_satl_rec_id(uint32_t list_id, uint32_t sat
 }
 
 int a_qeltvapi_nwl_get_rec(uint32_t list_id, uint32_t rec_id, void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_nwl_get_rec, storeBytes(rec), list_id, rec_id);
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_nwl_get_rec, storeAll(rec), list_id, rec_id);
 }
 
 int a_qeltvapi_nwl_update_rec(uint32_t list_id, const void* rec, int flag) {
@@ -176,6 +175,5 @@ int a_qeltvapi_nwl_get_num_recs(uint32_t list_id, uint32_t* count) {
 }
 
 int a_qeltvapi_nwl_get_rec_by_rec_idx(uint32_t list_id, uint32_t index, void* rec) {
-    return ask(kB, HERE, &I::a_hidl_qeltvapi_nwl_get_rec_by_rec_idx, storeBytes(rec), list_id,
-               index);
+    return ask(kB, HERE, &I::a_hidl_qeltvapi_nwl_get_rec_by_rec_idx, storeAll(rec), list_id, index);
 }

@@ -40,14 +40,6 @@ auto storeBlock(void* buf, int len) {
     };
 }
 
-/** A block that is copied in the size that was sent. */
-auto storeWholeBlock(void* buf) {
-    return [=](const hidl_vec<uint8_t>& block, int32_t code) {
-        copyAll(buf, block);
-        return code;
-    };
-}
-
 static_assert(offsetof(QELTVAPI_EVENT_COMMON_T, ui2_event_id) == 4);
 static_assert(sizeof(QELTVAPI_EVENT_COMMON_T) == 8);
 static_assert(offsetof(QELTVAPI_EVENT_FILTER_T, value) == 4);
@@ -172,10 +164,7 @@ int a_qeltvapi_event_get_active_win_channel_num(uint16_t* num) {
     Call<IQelTvApiEvent> call(kEvent, HERE);
     if (!call) return kEvent.missing;
     const int result = call.ask(&IQelTvApiEvent::a_hidl_qeltvapi_event_get_active_win_channel_num,
-                                [=](uint16_t count, int32_t code) {
-                                    *num = count;
-                                    return code;
-                                });
+                                storeValue(num));
     QELTVAPI_TRACE(kTag, "active win channel num = [%d] \n", *num);
     return result;
 }
@@ -209,13 +198,8 @@ int a_qeltvapi_event_get_pf_event_id(int p1, uint16_t* event_id, int now) {
     if (refuse(HERE, event_id)) return -1;
     Call<IQelTvApiEvent> call(kEvent, HERE);
     if (!call) return kEvent.missing;
-    const int result = call.ask(
-            &IQelTvApiEvent::a_hidl_qeltvapi_event_get_pf_event_id,
-            [=](uint16_t event, int32_t code) {
-                *event_id = event;
-                return code;
-            },
-            p1, now != 0);
+    const int result = call.ask(&IQelTvApiEvent::a_hidl_qeltvapi_event_get_pf_event_id,
+                                storeValue(event_id), p1, now != 0);
     QELTVAPI_TRACE(kTag, "[%s] event_id[%d] \n", now != 0 ? "now event" : "next event", *event_id);
     return result;
 }
@@ -227,6 +211,7 @@ int a_qeltvapi_event_get_group_info(int p1, int p2, void* buf, int len) {
     const int result = call.ask(&IQelTvApiEvent::a_hidl_qeltvapi_event_get_group_info,
                                 storeBlock(buf, len), p1, p2, len);
     if (tracing() && len > 7) {
+        // NOLINTNEXTLINE(bugprone-too-small-loop-variable): 16 bits are what callers rely on.
         for (uint16_t i = 0; i < len / 8; ++i) {
             // The caller's buffer need not be aligned.
             QELTVAPI_EVENT_COMMON_T entry;
@@ -278,14 +263,14 @@ int a_qeltvapi_event_query_event_id_by_filter(int p1, const QELTVAPI_EVENT_FILTE
 
 int a_qeltvapi_event_get_general_info(int p1, int p2, void* buf) {
     if (refuse(HERE, buf)) return -1;
-    return ask(kEvent, HERE, &IQelTvApiEvent::a_hidl_qeltvapi_event_get_general_info,
-               storeWholeBlock(buf), p1, p2);
+    return ask(kEvent, HERE, &IQelTvApiEvent::a_hidl_qeltvapi_event_get_general_info, storeAll(buf),
+               p1, p2);
 }
 
 int a_qeltvapi_event_get_general_info_64(int p1, int p2, void* buf) {
     if (refuse(HERE, buf)) return -1;
-    return ask(kEvent, HERE, &IQelTvApiEvent::a_hidl_qeltvapi_event_get_general_info,
-               storeWholeBlock(buf), p1, p2);
+    return ask(kEvent, HERE, &IQelTvApiEvent::a_hidl_qeltvapi_event_get_general_info, storeAll(buf),
+               p1, p2);
 }
 
 int a_qeltvapi_event_get_rating_list(int p1, int p2, void* buf, int len) {

@@ -27,22 +27,6 @@ static_assert(offsetof(Info, ps_at_292) == 292 && offsetof(Info, s_at_296) == 29
               sizeof(Info) == 328);
 #endif
 
-/** The reply handler of the functions that answer with one number. */
-auto storeIn(uint32_t* out) {
-    return [=](uint32_t value, int32_t code) {
-        *out = value;
-        return code;
-    };
-}
-
-/** The reply handler of the functions that answer with a text of any length. */
-auto copyTextTo(char* buf) {
-    return [=](const hidl_string& text, int32_t code) {
-        copyAll(buf, text);
-        return code;
-    };
-}
-
 /** The reply handler of the functions that answer with an event. */
 auto copyInfoTo(Info* out) {
     return [=](const HIDL_QELTVAPI_EVENT_ATSC_INFO_T& info, int32_t code) {
@@ -70,18 +54,13 @@ int a_qeltvapi_event_atsc_register_callback(qeltvapi_event_atsc_cb_t fn) {
 }
 
 int a_qeltvapi_event_atsc_load_events(int p1, int64_t p2, int p3, int32_t* ids) {
-    return ask(
-            kEventAtsc, HERE, &IQelTvApi::a_hidl_qeltvapi_event_atsc_load_events,
-            [=](const hidl_vec<int32_t>& events, int32_t code) {
-                copyAll(ids, events);
-                return code;
-            },
-            p1, p2, p3);
+    return ask(kEventAtsc, HERE, &IQelTvApi::a_hidl_qeltvapi_event_atsc_load_events,
+               storeAll<int32_t>(ids), p1, p2, p3);
 }
 
 int a_qeltvapi_event_atsc_get_details_info(int p1, char* buf, int p3) {
     return ask(kEventAtsc, HERE, &IQelTvApi::a_hidl_qeltvapi_event_atsc_get_details_info,
-               copyTextTo(buf), p1, p3);
+               storeText(buf), p1, p3);
 }
 
 int a_qeltvapi_event_atsc_freeEvent(int p1) {
@@ -90,17 +69,17 @@ int a_qeltvapi_event_atsc_freeEvent(int p1) {
 
 int a_qeltvapi_event_atsc_load_events_by_EIT(int p1, int p2, uint32_t* num) {
     return ask(kEventAtsc, HERE, &IQelTvApi::a_hidl_qeltvapi_event_atsc_load_events_by_EIT,
-               storeIn(num), p1, p2);
+               storeValue(num), p1, p2);
 }
 
 int a_qeltvapi_event_atsc_get_event_number_in_EIT(int p1, uint32_t* num) {
     return ask(kEventAtsc, HERE, &IQelTvApi::a_hidl_qeltvapi_event_atsc_get_event_number_in_EIT,
-               storeIn(num), p1);
+               storeValue(num), p1);
 }
 
 int a_qeltvapi_event_atsc_get_detail_info_by_index(int p1, int p2, char* buf, int len) {
     return ask(kEventAtsc, HERE, &IQelTvApi::a_hidl_qeltvapi_event_atsc_get_detail_info_by_index,
-               copyTextTo(buf), p1, p2, len);
+               storeText(buf), p1, p2, len);
 }
 
 int a_qeltvapi_event_atsc_check_EIT_status(int p1, uint32_t* list, int p3, int32_t* status) {
@@ -117,7 +96,7 @@ int a_qeltvapi_event_atsc_check_EIT_status(int p1, uint32_t* list, int p3, int32
 
 int a_qeltvapi_event_atsc_getEvent_detail_len_by_index(int p1, int p2, uint32_t* len) {
     return ask(kEventAtsc, HERE,
-               &IQelTvApi::a_hidl_qeltvapi_event_atsc_getEvent_detail_len_by_index, storeIn(len),
+               &IQelTvApi::a_hidl_qeltvapi_event_atsc_getEvent_detail_len_by_index, storeValue(len),
                p1, p2);
 }
 

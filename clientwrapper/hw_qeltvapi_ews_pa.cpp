@@ -18,14 +18,6 @@ void result(const char* tag, const Site& site, long long value) {
 constexpr Family<IQelTvApi> kEwspa =
         Family<IQelTvApi>{kTag, getQelTvApiService}.withEntry(line::name).withExit(result);
 
-/** The reply handler of both directions: a set writes the service's answer back as well. */
-auto storeArray(int32_t* data) {
-    return [=](const hidl_vec<int32_t>& answer, int32_t code) {
-        copyAll(data, answer);
-        return code;
-    };
-}
-
 }  // namespace
 
 int a_qeltvapi_ewspa_reg_msg_callback(qeltvapi_ewspa_msg_cb_t fn) {
@@ -39,12 +31,12 @@ int c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs(QELTVAPI_ANY_ARGS) {
 }
 
 int a_qeltvapi_ewspa_set(uint32_t a, uint32_t b, int32_t* data, uint32_t count) {
-    return ask(kEwspa, HERE, &IQelTvApi::a_hidl_qeltvapi_ewspa_set, storeArray(data), a, b,
+    return ask(kEwspa, HERE, &IQelTvApi::a_hidl_qeltvapi_ewspa_set, storeAll<int32_t>(data), a, b,
                over<int32_t>(data, count));
 }
 
 int a_qeltvapi_ewspa_get(uint32_t a, uint32_t b, int32_t* data, uint32_t count) {
-    return ask(kEwspa, HERE, &IQelTvApi::a_hidl_qeltvapi_ewspa_get, storeArray(data), a, b,
+    return ask(kEwspa, HERE, &IQelTvApi::a_hidl_qeltvapi_ewspa_get, storeAll<int32_t>(data), a, b,
                over<int32_t>(data, count));
 }
 

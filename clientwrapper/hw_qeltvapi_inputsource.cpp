@@ -12,29 +12,12 @@ constexpr char kTag[] = "(hw_qeltvapi_inputsource)(client)";
 constexpr Family<IQelTvApiInputSrc> kInputSrc{kTag, getQelTvApiInputSrcService};
 constexpr Family<IQelTvApiInputSrc> kNamed = kInputSrc.withEntry(line::name);
 
-/** Stores one value of the answer. */
-template <class V>
-auto store(V* val) {
-    return [=](V value, int32_t status) {
-        *val = value;
-        return status;
-    };
-}
-
-/** Stores a name: no terminator, whatever the room. */
-auto storeName(char* name) {
-    return [=](const hidl_string& value, int32_t status) {
-        copyAll(name, value);
-        return status;
-    };
-}
-
 /** Asks for one byte. The trace shows what the caller's variable holds, stored or not. */
 template <class Method, class... A>
 int get(const Site& site, uint8_t* val, Method method, const A&... args) {
     Call<IQelTvApiInputSrc> call(kInputSrc, site);
     if (!call) return kInputSrc.missing;
-    const int result = call.ask(method, store(val), args...);
+    const int result = call.ask(method, storeValue(val), args...);
     if (tracing()) QELTVAPI_LOG_SITE(kTag, site, "<%s:%d> %d, %d", *val, result);
     return result;
 }
@@ -58,7 +41,7 @@ int a_qeltvapi_inputsource_isAudioSignalAvailable(const char* path, uint8_t* val
 
 int a_qeltvapi_inputsource_get_gpioid_byidx(int32_t idx, int32_t* val) {
     return ask(kNamed, HERE, &IQelTvApiInputSrc::a_hidl_qeltvapi_inputsource_get_gpioid_byidx,
-               store(val), idx);
+               storeValue(val), idx);
 }
 
 uint8_t a_qeltvapi_inputsource_get_hybrid_video_internal_id(void) {
@@ -107,7 +90,7 @@ int a_qeltvapi_inputsource_get_currentsourcename(char* name, int32_t p2) {
     if (!call) return kInputSrc.missing;
     const int result =
             call.ask(&IQelTvApiInputSrc::a_hidl_qeltvapi_inputsource_get_currentsourcename,
-                     storeName(name), p2);
+                     storeText(name), p2);
     QELTVAPI_TRACE(kTag, "%s,name:%s", __func__, name);
     return result;
 }
@@ -117,7 +100,7 @@ int a_qeltvapi_inputsource_get_currentsourcename_bypath(char* name, int32_t p2, 
     if (!call) return kInputSrc.missing;
     const int result =
             call.ask(&IQelTvApiInputSrc::a_hidl_qeltvapi_inputsource_get_currentsourcename_bypath,
-                     storeName(name), p2, text(path));
+                     storeText(name), p2, text(path));
     QELTVAPI_TRACE(kTag, "%s,name:%s", __func__, name);
     return result;
 }
@@ -125,7 +108,7 @@ int a_qeltvapi_inputsource_get_currentsourcename_bypath(char* name, int32_t p2, 
 int a_qeltvapi_inputsource_get_sourcename_bysourceid(int32_t id, char* name, int32_t p3) {
     return ask(kNamed, HERE,
                &IQelTvApiInputSrc::a_hidl_qeltvapi_inputsource_get_sourcename_bysourceid,
-               storeName(name), id, p3);
+               storeText(name), id, p3);
 }
 
 int a_qeltvapi_inputsource_changesource_bysourceid(int32_t id) {
@@ -199,7 +182,7 @@ int a_qeltvapi_inputsource_get_userdefname_bysourceid(int32_t id, char* name, in
     if (!call) return kInputSrc.missing;
     const int result =
             call.ask(&IQelTvApiInputSrc::a_hidl_qeltvapi_inputsource_get_userdefname_bysourceid,
-                     storeName(name), id, p3);
+                     storeText(name), id, p3);
     QELTVAPI_TRACE(kTag, "%s,%s", __func__, name);
     return result;
 }

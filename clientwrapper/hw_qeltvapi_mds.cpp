@@ -29,13 +29,8 @@ int a_qeltvapi_mds_getValue(const char* key, char* out, uint32_t value) {
     QELTVAPI_TRACE(kTag, "%s\n", __func__);
     Call<IQelTvApi> call(kMds, HERE);
     if (!call) return kMds.missing;
-    const int result = call.ask(
-            &IQelTvApi::a_hidl_qeltvapi_mds_getValue,
-            [=](const hidl_string& answer, int32_t code) {
-                copyAll(out, answer);
-                return code;
-            },
-            text(key), value);
+    const int result =
+            call.ask(&IQelTvApi::a_hidl_qeltvapi_mds_getValue, storeText(out), text(key), value);
     // What stands in the caller's buffer, which must be terminated while tracing.
     QELTVAPI_TRACE(kTag, "%s,pc_getValue:%s", __func__, out);
     return result;

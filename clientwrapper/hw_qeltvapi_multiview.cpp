@@ -61,14 +61,9 @@ int a_qeltvapi_multiview_setNewTvMode(int32_t mode) {
 
 int a_qeltvapi_multiview_is_source_available_bysourceidandpath(int32_t source, const char* path,
                                                                uint8_t* val) {
-    return ask(
-            kMultiview, HERE,
-            &IQelTvApiMultiview::a_hidl_qeltvapi_multiview_is_source_available_bysourceidandpath,
-            [=](uint8_t value, int32_t status) {
-                *val = value;
-                return status;
-            },
-            source, text(path));
+    return ask(kMultiview, HERE,
+               &IQelTvApiMultiview::a_hidl_qeltvapi_multiview_is_source_available_bysourceidandpath,
+               storeValue(val), source, text(path));
 }
 
 int a_qeltvapi_multiview_startMainVideo(int32_t p1, const QELTVAPI_MULTIVIEW_REGION_T* r) {

@@ -16,35 +16,12 @@ void returnLine(const char* tag, const Site& site, long long result) {
 constexpr Family<IQelTvApiPvrbrowser> kBrowser{
         kTag, getQelTvApiPvrbrowserService, -1, -1, line::name, nullptr, nullptr, returnLine};
 
-auto storeNumber(uint32_t* out) {
-    return [=](uint32_t value, int32_t code) {
-        *out = value;
-        return code;
-    };
-}
-
-/** All of the text, without a terminator and whatever the room. */
-auto storeText(char* out) {
-    return [=](const hidl_string& value, int32_t code) {
-        copyAll(out, value);
-        return code;
-    };
-}
-
-/** All of the record, whatever the room. */
-auto storeRecord(void* out) {
-    return [=](const hidl_vec<uint8_t>& value, int32_t code) {
-        copyAll(out, value);
-        return code;
-    };
-}
-
 }  // namespace
 
 int a_qeltvapi_mmp_get_pvr_browser_channelid_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_channelname_by_path(const char* path, char* out) {
@@ -56,13 +33,13 @@ int a_qeltvapi_mmp_get_pvr_browser_channelname_by_path(const char* path, char* o
 int a_qeltvapi_mmp_get_pvr_browser_duration_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_stop_reason_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_programname_by_path(const char* path, char* out) {
@@ -74,7 +51,7 @@ int a_qeltvapi_mmp_get_pvr_browser_programname_by_path(const char* path, char* o
 int a_qeltvapi_mmp_get_pvr_browser_start_time_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_item_path_by_index(uint32_t index, char* out) {
@@ -87,14 +64,14 @@ int a_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_index(uint32_t index, u
     return ask(
             kBrowser, HERE,
             &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_index,
-            storeNumber(out), index);
+            storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_index(uint32_t index, uint32_t* out) {
     return ask(
             kBrowser, HERE,
             &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_index,
-            storeNumber(out), index);
+            storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_channelname_by_index(uint32_t index, char* out) {
@@ -106,19 +83,19 @@ int a_qeltvapi_mmp_get_pvr_browser_channelname_by_index(uint32_t index, char* ou
 int a_qeltvapi_mmp_get_pvr_browser_duration_by_index(uint32_t index, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_index,
-               storeNumber(out), index);
+               storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index(uint32_t index, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index,
-               storeNumber(out), index);
+               storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_start_time_by_index(uint32_t index, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_index,
-               storeNumber(out), index);
+               storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_programname_by_index(uint32_t index, char* out) {
@@ -142,7 +119,7 @@ int a_qeltvapi_mmp_get_pvr_browser_time_by_index(uint32_t index, char* out) {
 int a_qeltvapi_mmp_get_pvr_browser_channelid_by_index(uint32_t index, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_index,
-               storeNumber(out), index);
+               storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_week_by_index(uint32_t index, char* out) {
@@ -154,7 +131,7 @@ int a_qeltvapi_mmp_get_pvr_browser_week_by_index(uint32_t index, char* out) {
 int a_qeltvapi_mmp_get_pvr_browser_recording_file_num(uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_num,
-               storeNumber(out));
+               storeValue(out));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_recording_file_name(uint32_t index, char* out) {
@@ -166,27 +143,24 @@ int a_qeltvapi_mmp_get_pvr_browser_recording_file_name(uint32_t index, char* out
 int a_qeltvapi_mmp_get_pvr_browser_item_by_path(const char* path, void* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_path,
-               storeRecord(out), text(path));
+               storeAll(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_item_by_index(uint32_t index, void* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_index,
-               storeRecord(out), index);
+               storeAll(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_item_count(uint16_t* out) {
     return ask(kBrowser, HERE, &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_item_count,
-               [=](uint16_t count, int32_t code) {
-                   *out = count;
-                   return code;
-               });
+               storeValue(out));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_recording_file_info(void* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_info,
-               storeRecord(out));
+               storeAll(out));
 }
 
 int a_qeltvapi_mmp_pvr_browser_delete_file_by_index(uint32_t index) {
@@ -198,13 +172,13 @@ int a_qeltvapi_mmp_pvr_browser_delete_file_by_index(uint32_t index) {
 int a_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_date_by_path(const char* path, char* out) {
@@ -228,23 +202,23 @@ int a_qeltvapi_mmp_get_pvr_browser_time_by_path(const char* path, char* out) {
 int a_qeltvapi_mmp_get_pvr_browser_first_rating_by_index(uint32_t index, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_index,
-               storeNumber(out), index);
+               storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_first_rating_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_retention_by_index(uint32_t index, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_index,
-               storeNumber(out), index);
+               storeValue(out), index);
 }
 
 int a_qeltvapi_mmp_get_pvr_browser_retention_by_path(const char* path, uint32_t* out) {
     return ask(kBrowser, HERE,
                &IQelTvApiPvrbrowser::a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_path,
-               storeNumber(out), text(path));
+               storeValue(out), text(path));
 }

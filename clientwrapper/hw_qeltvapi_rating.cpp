@@ -34,13 +34,6 @@ bool refuse(const Site& site, const void* pointer) {
     return true;
 }
 
-auto storeSetting(uint8_t* val) {
-    return [=](uint8_t value, int32_t code) {
-        *val = value;
-        return code;
-    };
-}
-
 /** The 8 bits that cross of a setting. */
 uint8_t setting(int val) {
     return static_cast<uint8_t>(val);
@@ -104,7 +97,7 @@ int a_qeltvapi_rating_set_us_tv_setting_info(const QELTVAPI_RATING_US_TV_SETTING
 int a_qeltvapi_rating_get_us_movie_setting_info(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_us_movie_setting_info,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_us_movie_setting_info(int val) {
@@ -115,7 +108,7 @@ int a_qeltvapi_rating_set_us_movie_setting_info(int val) {
 int a_qeltvapi_rating_get_can_eng_setting_info(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_can_eng_setting_info,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_can_eng_setting_info(int val) {
@@ -126,7 +119,7 @@ int a_qeltvapi_rating_set_can_eng_setting_info(int val) {
 int a_qeltvapi_rating_get_can_fre_setting_info(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_can_fre_setting_info,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_can_fre_setting_info(int val) {
@@ -137,7 +130,7 @@ int a_qeltvapi_rating_set_can_fre_setting_info(int val) {
 int a_qeltvapi_rating_get_block_unrated(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_block_unrated,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_block_unrated(int on) {
@@ -147,14 +140,13 @@ int a_qeltvapi_rating_set_block_unrated(int on) {
 
 int a_qeltvapi_rating_get_enable(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
-    return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_enable,
-               storeSetting(val));
+    return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_enable, storeValue(val));
 }
 
 int a_qeltvapi_rating_get_us_tv_group_by_child(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_us_tv_group_by_child,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_enable(int val) {
@@ -164,7 +156,7 @@ int a_qeltvapi_rating_set_enable(int val) {
 int a_qeltvapi_rating_get_op_vchip_avail(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_op_vchip_avail,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_get_op_vchip_info(void* out) {
@@ -215,7 +207,7 @@ int a_qeltvapi_rating_get_isdb_content_setting_info(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE,
                &IQelTvApiRating::a_hidl_qeltvapi_rating_get_isdb_content_setting_info,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_isdb_content_setting_info(int val) {
@@ -227,7 +219,7 @@ int a_qeltvapi_rating_set_isdb_content_setting_info(int val) {
 int a_qeltvapi_rating_get_isdb_age_setting_info(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_isdb_age_setting_info,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_isdb_age_setting_info(int val) {
@@ -238,7 +230,7 @@ int a_qeltvapi_rating_set_isdb_age_setting_info(int val) {
 int a_qeltvapi_rating_get_dvb_age_setting_info(uint8_t* val) {
     if (refuse(HERE, val)) return -1;
     return ask(kRating, HERE, &IQelTvApiRating::a_hidl_qeltvapi_rating_get_dvb_age_setting_info,
-               storeSetting(val));
+               storeValue(val));
 }
 
 int a_qeltvapi_rating_set_dvb_age_setting_info(int val) {

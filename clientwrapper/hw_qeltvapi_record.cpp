@@ -37,13 +37,6 @@ constexpr Family<IQelTvApiRecord> kRecord{
 /** The functions that give a recording. */
 constexpr Family<IQelTvApiRecord> kOpen = kRecord.withMissing(0).withExit(openLine);
 
-auto storeName(char* buf) {
-    return [=](const hidl_string& name, int32_t code) {
-        copyAll(buf, name);
-        return code;
-    };
-}
-
 }  // namespace
 
 int a_qeltvapi_record_pvr_register_callback(qeltvapi_pvr_status_cb_t fn) {
@@ -67,13 +60,13 @@ int a_qeltvapi_pvr_get_booking_count(void) {
 
 int a_qeltvapi_record_pvr_get_recording_file_name(uint32_t handle, char* buf, uint32_t len) {
     return ask(kRecord, HERE, &IQelTvApiRecord::a_hidl_qeltvapi_record_pvr_get_recording_file_name,
-               storeName(buf), handle, len);
+               storeText(buf), handle, len);
 }
 
 // Reads the file name, not the disk: kept on purpose.
 int a_qeltvapi_record_pvr_get_disk(uint32_t handle, char* buf, uint32_t len) {
     return ask(kRecord, HERE, &IQelTvApiRecord::a_hidl_qeltvapi_record_pvr_get_recording_file_name,
-               storeName(buf), handle, len);
+               storeText(buf), handle, len);
 }
 
 int a_qeltvapi_record_create_register_file(const char* path) {

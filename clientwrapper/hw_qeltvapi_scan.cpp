@@ -22,14 +22,6 @@ void reuturn(const char* tag, const Site& site, long long result) {
 constexpr Family<IQelTvApiScan> kScan{
         kTag, getQelTvApiScanService, -1, -1, nullptr, nullptr, nullptr, reuturn};
 
-/** The whole answer over the caller's array, whatever its room. */
-auto storeReply(int32_t* data) {
-    return [=](const hidl_vec<int32_t>& reply, int32_t code) {
-        copyAll(data, reply);
-        return code;
-    };
-}
-
 /** As many bytes as the answer's length tells, which stands beside the text. */
 template <class Length>
 auto storeText(char* buf) {
@@ -121,32 +113,32 @@ int a_qeltvapi_set_ntsc_scan_param(uint64_t scan_arg, const QELTVAPI_NTSC_SCAN_P
 }
 
 int a_qeltvapi_atsc_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_qeltvapi_atsc_exchange_data, storeReply(data),
-               over<int32_t>(data, count));
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_qeltvapi_atsc_exchange_data,
+               storeAll<int32_t>(data), over<int32_t>(data, count));
 }
 
 int a_qeltvapi_isdb_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_qeltvapi_isdb_exchange_data, storeReply(data),
-               over<int32_t>(data, count));
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_qeltvapi_isdb_exchange_data,
+               storeAll<int32_t>(data), over<int32_t>(data, count));
 }
 
 int a_scan_ce_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_ce_exchange_data, storeReply(data),
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_ce_exchange_data, storeAll<int32_t>(data),
                over<int32_t>(data, count));
 }
 
 int a_scan_dtmb_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dtmb_exchange_data, storeReply(data),
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dtmb_exchange_data, storeAll<int32_t>(data),
                over<int32_t>(data, count));
 }
 
 int a_scan_pal_secam_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_pal_secam_exchange_data, storeReply(data),
-               over<int32_t>(data, count));
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_pal_secam_exchange_data,
+               storeAll<int32_t>(data), over<int32_t>(data, count));
 }
 
 int a_scan_dvbs_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dvbs_exchange_data, storeReply(data),
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dvbs_exchange_data, storeAll<int32_t>(data),
                over<int32_t>(data, count));
 }
 
@@ -158,7 +150,7 @@ uint32_t a_qeltvapi_get_user_message(char* buf, uint32_t len) {
 }
 
 int a_scan_dvbc_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dvbc_exchange_data, storeReply(data),
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dvbc_exchange_data, storeAll<int32_t>(data),
                over<int32_t>(data, count));
 }
 
@@ -168,7 +160,7 @@ int a_qeltvapi_scan_dvbc_get_str_data(uint32_t id, char* buf, int32_t len) {
 }
 
 int a_scan_dvbt_exchange_data(int32_t* data, uint32_t count) {
-    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dvbt_exchange_data, storeReply(data),
+    return ask(kScan, HERE, &IQelTvApiScan::a_hidl_scan_dvbt_exchange_data, storeAll<int32_t>(data),
                over<int32_t>(data, count));
 }
 

@@ -25,14 +25,6 @@ constexpr Family<IQelTvApi> kSilent =
 
 constexpr Family<IQelTvApi> kTeletext = kSilent.withMissingAlways(serviceMissing);
 
-/** The reply handler of the tables: copied whole. */
-auto storeTable(void* out) {
-    return [=](const hidl_vec<uint8_t>& table, int32_t code) {
-        copyAll(out, table);
-        return code;
-    };
-}
-
 }  // namespace
 
 int a_qeltvapi_teletext_register_msg_callback(qeltvapi_teletext_msg_cb_t fn) {
@@ -43,7 +35,7 @@ int a_qeltvapi_teletext_register_msg_callback(qeltvapi_teletext_msg_cb_t fn) {
 
 int a_qeltvapi_teletext_get_cur_page(void* out) {
     return ask(kTeletext.withEntry(line::name), HERE,
-               &IQelTvApi::a_hidl_qeltvapi_teletext_get_cur_page, storeTable(out));
+               &IQelTvApi::a_hidl_qeltvapi_teletext_get_cur_page, storeAll(out));
 }
 
 int a_qeltvapi_teletext_set_page(const uint32_t* page) {
@@ -64,21 +56,20 @@ int a_qeltvapi_teletext_is_top_stream(void) {
 
 int a_qeltvapi_teletext_top_get_block_content(void* out) {
     return ask(kTeletext, HERE, &IQelTvApi::a_hidl_qeltvapi_teletext_top_get_block_content,
-               storeTable(out));
+               storeAll(out));
 }
 
 int a_qeltvapi_teletext_top_get_group_content(const uint16_t* key, void* out) {
     Call<IQelTvApi> call(kTeletext.withEntry(enter), HERE);
     if (!call) return kTeletext.missing;
-    return call.ask(&IQelTvApi::a_hidl_qeltvapi_teletext_top_get_group_content, storeTable(out),
+    return call.ask(&IQelTvApi::a_hidl_qeltvapi_teletext_top_get_group_content, storeAll(out),
                     *key);
 }
 
 int a_qeltvapi_teletext_top_get_page_content(const uint16_t* key, void* out) {
     Call<IQelTvApi> call(kTeletext.withEntry(enter), HERE);
     if (!call) return kTeletext.missing;
-    return call.ask(&IQelTvApi::a_hidl_qeltvapi_teletext_top_get_page_content, storeTable(out),
-                    *key);
+    return call.ask(&IQelTvApi::a_hidl_qeltvapi_teletext_top_get_page_content, storeAll(out), *key);
 }
 
 int a_qeltvapi_teletext_get_ttx_rating_on(void) {

@@ -115,13 +115,8 @@ int a_qeltvapi_upgrade_query_upgrade_result(uint32_t value) {
 }
 
 int a_qeltvapi_upgrade_is_supported(uint32_t value, bool* out) {
-    const int result = ask(
-            kReader, HERE, &IQelTvApi::a_hidl_qeltvapi_upgrade_is_supported,
-            [=](bool supported, int32_t code) {
-                *out = supported;
-                return code;
-            },
-            value);
+    const int result = ask(kReader, HERE, &IQelTvApi::a_hidl_qeltvapi_upgrade_is_supported,
+                           storeValue(out), value);
     // Also when nothing was stored: the caller's variable must be readable while tracing.
     QELTVAPI_TRACE(kTag, "%d, %d", *out, result);
     return result;

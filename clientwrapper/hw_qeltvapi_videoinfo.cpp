@@ -31,18 +31,13 @@ int a_qeltvapi_videoinfo_set_value(int32_t id, int32_t value) {
 }
 
 int a_qeltvapi_videoinfo_get_value(int32_t id, uint32_t* value) {
-    return ask(
-            kVideoinfo, HERE, &IQelTvApi::a_hidl_qeltvapi_videoinfo_get_value,
-            [=](uint32_t answer, int32_t code) {
-                *value = answer;
-                return code;
-            },
-            id);
+    return ask(kVideoinfo, HERE, &IQelTvApi::a_hidl_qeltvapi_videoinfo_get_value, storeValue(value),
+               id);
 }
 
 int a_qeltvapi_videoinfo_set_data(int32_t id, const void* data, int32_t len) {
     return direct(kVideoinfo, HERE, &IQelTvApi::a_hidl_qeltvapi_videoinfo_set_data, id,
-                  over(data, static_cast<uint32_t>(len)));
+                  over(data, static_cast<uint32_t>(len)), len);
 }
 
 int a_qeltvapi_videoinfo_get_data(int32_t id, void* buf, int32_t len) {

@@ -112,13 +112,7 @@ int c_svctx_set_listener(uint32_t /* ctx */, qeltvapi_svctx_listener_t listener)
 }
 
 int c_svctx_open(const char* name, uint32_t* ctx) {
-    return ask(
-            kSvctx, HERE, &IQelTvApi::a_hidl_c_svctx_open,
-            [=](uint32_t handle, int32_t code) {
-                *ctx = handle;
-                return code;
-            },
-            text(name));
+    return ask(kSvctx, HERE, &IQelTvApi::a_hidl_c_svctx_open, storeValue(ctx), text(name));
 }
 
 int c_svctx_close(uint32_t ctx) {

@@ -1,9 +1,6 @@
 # cmake --install to any prefix, and packages of it (cpack). The C interface needs nothing but
 # include/qeltvapi and the library; the C++ declarations also need include/hidlhost and the
 # platform's own headers.
-if(NOT TARGET qeltvapi_client)
-    return()
-endif()
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -57,7 +54,7 @@ if(TARGET qeltvd)
             \"${CMAKE_BINARY_DIR}/install/qeltvd.service\" @ONLY)")
     install(FILES "${CMAKE_BINARY_DIR}/install/qeltvd.service" DESTINATION lib/systemd/user)
 endif()
-if(TARGET qeltvctl AND NOT CMAKE_CROSSCOMPILING)
+if(NOT CMAKE_CROSSCOMPILING)
     set_target_properties(qeltvctl PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
     install(TARGETS qeltvctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})

@@ -3,8 +3,9 @@
  * wake-up setup, and notification of power events.
  *
  * The functions ask IQelTvApi, but for the two registrations, and return -1 when the service is
- * not there and -1 after a lost reply. A null output that is not called optional gives -1 too,
- * without a call. Both the missing service and the null output are logged while debugging.
+ * not there and -1 after a lost reply. A null output gives -1 too, without a call, but for the data
+ * of a reason, of which each function tells. Both the missing service and the null output are
+ * logged while debugging.
  *
  * The values of reasons, keys and setups and the length of a reason's data are the service's.
  */

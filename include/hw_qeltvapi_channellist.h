@@ -3,8 +3,9 @@
  * current channel, queries, counts, channel ids and numbers, favourite lists, snapshots.
  *
  * Every function but the register functions asks IQelTvApiChannelList and returns 0 when the
- * service is not there, with a line in the log while debugging. After a lost reply a function that
- * returns the service's code gives -1, any other what its comment says.
+ * service is not there, with a line in the log while debugging (the two batch reads without handles
+ * write none). After a lost reply a function that returns the service's code gives -1, any other
+ * what its comment says.
  *
  * Records are blocks of fixed sizes that only caller and service look into. Where a size is told
  * with an output, an answer of another size is not stored: the buffers are then untouched, yet the
@@ -674,7 +675,7 @@ int a_qeltvapi_channellist_delete_by_brdcst(uint32_t svl_id, uint32_t brdcst_typ
 /**
  * Empties a logical-order list. Asks method 48.
  *
- * @param lol_id list id
+ * @param lol_id list id, 32 bits
  * @return the service's code
  */
 int a_qeltvapi_channellist_clean_lol(uint32_t lol_id);

@@ -43,8 +43,10 @@ extern std::atomic<unsigned char> mTvApiDebug;
  *
  * The first call, and the first after the service has died, asks the service manager and may
  * block for that long; a missing service is not remembered. The main interface's proxy is also
- * watched for the death of the service. After a death the fourteen other proxies are fetched
- * anew; getQelTvApiChannelListService() keeps the one that it has.
+ * watched for the death of the service: a death is only noticed if getQelTvApiService() was called,
+ * by the process itself or in any function of the main interface, since that service started. After
+ * a death that was noticed the fourteen other proxies are fetched anew;
+ * getQelTvApiChannelListService() keeps the one that it has.
  *
  * @return a strong reference, null when the service or this interface is not there
  */
@@ -68,8 +70,9 @@ android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCec> getQelTvApiCecSer
 
 /**
  * Asks for the library's callback object to be registered with the service. Returns at once: a
- * worker thread registers. Needed once per process; a restart of the service is followed by a
- * registration of the library's own.
+ * worker thread registers. Needed once per process: a death of the service that is noticed (see
+ * above; a registration by itself has nothing watched) is followed by a registration of the
+ * library's own.
  *
  * @return 0 when the request is queued; -1 when one is waiting already, which then serves this
  *         call too

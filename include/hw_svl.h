@@ -1,5 +1,5 @@
 /**
- * One record of the service-list list, under the middleware's older name.
+ * One record of the service list, under the middleware's older name.
  *
  * The function asks IQelTvApiChannelList and returns 0 when the service is not there, with a line
  * in the log while debugging, and -1 after a lost reply. Unlike the reads of

@@ -11,8 +11,13 @@ namespace qeltvd {
 
 using namespace layouts;
 
-Alerts::Alerts(Store& store, Notifier& notifier, ChannelDatabase& channels)
-        : mStore(store), mNotifier(notifier), mChannels(channels), mAlarm([this] { update(); }) {
+Alerts::Alerts(Store& store, Notifier& notifier, const ChannelDatabase& channels,
+               std::function<int32_t(uint32_t)> goTo)
+        : mStore(store),
+          mNotifier(notifier),
+          mChannels(channels),
+          mGoTo(std::move(goTo)),
+          mAlarm([this] { update(); }) {
     mStore.execute("CREATE TABLE IF NOT EXISTS ews_monitors (area INTEGER PRIMARY KEY)");
     Store::Statement rows(mStore, "SELECT area FROM ews_monitors ORDER BY area");
     while (rows.step()) mMonitors.push_back(static_cast<int32_t>(rows.integer(0)));
@@ -39,7 +44,7 @@ int32_t Alerts::raise(const AlertEntry& alert) {
     if (mAlert.type != kAlertNone) endAlert(kAlertEnds, true);
     if (alert.channelChange == 1) {
         const auto before = mChannels.current();
-        const int32_t code = stored([&] { return mChannels.setCurrent(channel); });
+        const int32_t code = stored([&] { return mGoTo(channel); });
         if (code != kOk) return code;
         if (before) mChannelBefore = before->channelId;
     }
@@ -54,7 +59,7 @@ void Alerts::endAlert(int32_t event, bool goBack) {
     tellAlert(event);
     mAlert = {};
     if (goBack && mChannelBefore) {
-        stored([&] { return mChannels.setCurrent(*mChannelBefore); });
+        stored([&] { return mGoTo(*mChannelBefore); });
     }
     mChannelBefore.reset();
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -20,8 +21,9 @@ class Alerts {
     static constexpr size_t kWarningLimit = 32;
     static constexpr int32_t kLongest = 24 * 3600;
 
-    /** @throws StoreError */
-    Alerts(Store& store, Notifier& notifier, ChannelDatabase& channels);
+    /** @param goTo see Television::goTo(); called in a lock of this. @throws StoreError */
+    Alerts(Store& store, Notifier& notifier, const ChannelDatabase& channels,
+           std::function<int32_t(uint32_t channelId)> goTo);
 
     /** The alert that is on; of type kAlertNone when none is. */
     layouts::AlertEntry alert() const;
@@ -58,7 +60,8 @@ class Alerts {
 
     Store& mStore;
     Notifier& mNotifier;
-    ChannelDatabase& mChannels;
+    const ChannelDatabase& mChannels;
+    const std::function<int32_t(uint32_t)> mGoTo;
     mutable std::mutex mLock;
     // Guarded by mLock.
     layouts::AlertEntry mAlert{};

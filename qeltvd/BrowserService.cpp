@@ -1,8 +1,8 @@
 #include "BrowserService.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
-#include <ctime>
 #include <functional>
 #include <limits>
 
@@ -17,24 +17,20 @@ using namespace layouts;
 
 namespace {
 
-std::string formatted(const RecordedItem& item, const char* format) {
-    const auto start = static_cast<time_t>(item.start);
-    tm local{};
-    localtime_r(&start, &local);
-    char text[64];
-    return std::string(text, strftime(text, sizeof(text), format, &local));
+std::string dateOf(const Dtg& local) {
+    char text[32];
+    snprintf(text, sizeof(text), "%04u-%02u-%02u", local.year, local.month, local.day);
+    return text;
 }
 
-std::string dateOf(const RecordedItem& item) {
-    return formatted(item, "%Y-%m-%d");
+std::string timeOf(const Dtg& local) {
+    char text[32];
+    snprintf(text, sizeof(text), "%02u:%02u:%02u", local.hour, local.minute, local.second);
+    return text;
 }
 
-std::string timeOf(const RecordedItem& item) {
-    return formatted(item, "%H:%M:%S");
-}
-
-std::string weekOf(const RecordedItem& item) {
-    return formatted(item, "%a");
+std::string weekOf(const Dtg& local) {
+    return weekdayName(local);
 }
 
 std::string fileOf(const RecordedItem& item) {
@@ -105,6 +101,15 @@ void BrowserService::answer(const Reply& reply, const Found& found, Value value)
     } else {
         reply({}, found.code);
     }
+}
+
+/** The value is one of the local time at which the recording has begun. */
+template <class Reply>
+void BrowserService::answerLocal(const Reply& reply, const Found& found,
+                                 std::string (*value)(const Dtg&)) const {
+    answer(reply, found, [&](const RecordedItem& item) {
+        return value(mTv.clock.localRecord(item.start).value_or(Dtg{}));
+    });
 }
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_num(
@@ -246,13 +251,13 @@ BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_index(
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_index_cb reply) {
-    answer(reply, find(index), dateOf);
+    answerLocal(reply, find(index), dateOf);
     return Void();
 }
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_index_cb reply) {
-    answer(reply, find(index), timeOf);
+    answerLocal(reply, find(index), timeOf);
     return Void();
 }
 
@@ -264,7 +269,7 @@ BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_index_cb reply) {
-    answer(reply, find(index), weekOf);
+    answerLocal(reply, find(index), weekOf);
     return Void();
 }
 
@@ -305,19 +310,19 @@ BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_path(
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_path_cb reply) {
-    answer(reply, find(path), dateOf);
+    answerLocal(reply, find(path), dateOf);
     return Void();
 }
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_path_cb reply) {
-    answer(reply, find(path), weekOf);
+    answerLocal(reply, find(path), weekOf);
     return Void();
 }
 
 BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_path_cb reply) {
-    answer(reply, find(path), timeOf);
+    answerLocal(reply, find(path), timeOf);
     return Void();
 }
 

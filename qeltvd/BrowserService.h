@@ -120,6 +120,9 @@ class BrowserService : public IQelTvApiPvrbrowserDefault {
     /** Answers with a member of the item or with what a function makes of it. */
     template <class Reply, class Value>
     static void answer(const Reply& reply, const Found& found, Value value);
+    template <class Reply>
+    void answerLocal(const Reply& reply, const Found& found,
+                     std::string (*value)(const layouts::Dtg&)) const;
 };
 
 }  // namespace qeltvd

@@ -23,6 +23,7 @@ using std::chrono::seconds;
 
 namespace {
 
+constexpr char kPlaceItem[] = "system.time_zone";
 constexpr char kSourceSetting[] = "time.source";
 constexpr char kDistanceSetting[] = "time.distance_ms";
 constexpr char kManualSetting[] = "time.manual";
@@ -97,7 +98,18 @@ bool inRange(int64_t utc) {
 
 }  // namespace
 
-Clock::Clock(Store& store, Notifier& notifier, const ConfigItems& config)
+const char* weekdayName(const Dtg& dtg) {
+    constexpr const char* kNames[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    return kNames[dtg.weekday % 7];
+}
+
+const char* monthName(const Dtg& dtg) {
+    constexpr const char* kNames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return kNames[(dtg.month + 11) % 12];
+}
+
+Clock::Clock(Store& store, Notifier& notifier, ConfigItems& config)
         : mSettings(store),
           mNotifier(notifier),
           mConfig(config),
@@ -106,6 +118,9 @@ Clock::Clock(Store& store, Notifier& notifier, const ConfigItems& config)
     if (mSettings.number(kManualSetting, 0) != 0) {
         mManual = Manual{mSettings.number(kZoneSetting, 0), mSettings.number(kOffsetSetting, 0)};
     }
+    config.addListener([this](const ConfigItems::Item& item, bool) {
+        if (item.name == kPlaceItem && !manual()) zoneChanged();
+    });
 }
 
 void Clock::addListener(std::function<void()> listener) {
@@ -201,7 +216,7 @@ std::optional<Clock::Manual> Clock::manual() const {
 }
 
 std::string Clock::place() const {
-    return mConfig.text("system.time_zone");
+    return mConfig.text(kPlaceItem);
 }
 
 int64_t Clock::zone() const {

@@ -15,6 +15,10 @@
 
 namespace qeltvd {
 
+/** "Sun" to "Sat", "Jan" to "Dec". */
+const char* weekdayName(const layouts::Dtg& record);
+const char* monthName(const layouts::Dtg& record);
+
 /**
  * The clock of the television and its place in the calendar of the world. It runs with the clock
  * of this machine; one that is set by hand keeps its distance from that over restarts.
@@ -25,7 +29,7 @@ namespace qeltvd {
 class Clock {
   public:
     /** @throws StoreError */
-    Clock(Store& store, Notifier& notifier, const ConfigItems& config);
+    Clock(Store& store, Notifier& notifier, ConfigItems& config);
 
     /** Called after the clock has jumped, on the thread that made it; before serving only. */
     void addListener(std::function<void()> listener);

@@ -144,48 +144,74 @@ std::vector<std::string> ConfigItems::names() const {
     return names;
 }
 
-int32_t ConfigItems::set(uint32_t selector, const std::string& name, int32_t value) {
-    const auto item = find(selector, name);
+int32_t ConfigItems::set(uint32_t selector, const std::string& name, int32_t value, bool quiet) {
+    auto item = find(selector, name);
     if (!item || item->isText) return kNotFound;
     if (!item->enabled) return kRefused;
     if (value < item->minimum || value > item->maximum) return kBadValue;
+    if (value == item->value) return kOk;
     Store::Statement(mStore, "UPDATE config SET value = ? WHERE name = ?")
             .bind(int64_t{value})
             .bind(name)
             .run();
+    item->value = value;
+    changed(*item, quiet);
     return kOk;
 }
 
-int32_t ConfigItems::setText(const std::string& name, const std::string& value) {
-    const auto item = find(kAnyGroup, name);
+int32_t ConfigItems::setText(const std::string& name, const std::string& value, bool quiet) {
+    auto item = find(kAnyGroup, name);
     if (!item || !item->isText) return kNotFound;
     if (!item->enabled) return kRefused;
+    if (value == item->text) return kOk;
     Store::Statement(mStore, "UPDATE config SET text = ? WHERE name = ?")
             .bind(value)
             .bind(name)
             .run();
+    item->text = value;
+    changed(*item, quiet);
     return kOk;
 }
 
-int32_t ConfigItems::reset(uint32_t selector, std::vector<std::string>* changed) {
+int32_t ConfigItems::reset(uint32_t selector) {
     if (selector > kNetwork) return kNotFound;
-    Store::Transaction transaction(mStore);
+    std::vector<std::string> names;
     {
-        Store::Statement row(mStore,
-                             "SELECT name FROM config WHERE (? = 0 OR grp = ?)"
-                             " AND (value <> default_value OR text <> default_text)"
-                             " ORDER BY grp, name");
-        row.bind(int64_t{selector}).bind(int64_t{selector});
-        while (row.step()) changed->push_back(row.text(0));
+        Store::Transaction transaction(mStore);
+        {
+            Store::Statement row(mStore,
+                                 "SELECT name FROM config WHERE (? = 0 OR grp = ?)"
+                                 " AND (value <> default_value OR text <> default_text)"
+                                 " ORDER BY grp, name");
+            row.bind(int64_t{selector}).bind(int64_t{selector});
+            while (row.step()) names.push_back(row.text(0));
+        }
+        Store::Statement(mStore,
+                         "UPDATE config SET value = default_value, text = default_text"
+                         " WHERE ? = 0 OR grp = ?")
+                .bind(int64_t{selector})
+                .bind(int64_t{selector})
+                .run();
+        transaction.commit();
     }
-    Store::Statement(mStore,
-                     "UPDATE config SET value = default_value, text = default_text"
-                     " WHERE ? = 0 OR grp = ?")
-            .bind(int64_t{selector})
-            .bind(int64_t{selector})
-            .run();
-    transaction.commit();
+    for (const std::string& name : names) {
+        if (const auto item = find(kAnyGroup, name)) changed(*item, false);
+    }
     return kOk;
+}
+
+void ConfigItems::addListener(Listener listener) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mListeners.push_back(std::move(listener));
+}
+
+void ConfigItems::changed(const Item& item, bool quiet) const {
+    std::vector<Listener> listeners;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        listeners = mListeners;
+    }
+    for (const Listener& listener : listeners) listener(item, quiet);
 }
 
 int32_t ConfigItems::value(const std::string& name) const {

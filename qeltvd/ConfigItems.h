@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,18 +50,27 @@ class ConfigItems {
     /** Names of all items, by group and name. */
     std::vector<std::string> names() const;
 
-    /** Each gives a code: kOk, or why not. */
-    int32_t set(uint32_t selector, const std::string& name, int32_t value);
-    int32_t setText(const std::string& name, const std::string& value);
-    /** Sets the items of a group back; `changed` gets the names of those that were different. */
-    int32_t reset(uint32_t selector, std::vector<std::string>* changed);
+    /** Each gives a code: kOk, or why not. A quiet change is one that no application is told of. */
+    int32_t set(uint32_t selector, const std::string& name, int32_t value, bool quiet = false);
+    int32_t setText(const std::string& name, const std::string& value, bool quiet = false);
+    /** Sets the items of a group back. */
+    int32_t reset(uint32_t selector);
+
+    using Listener = std::function<void(const Item& item, bool quiet)>;
+    /** Called after every change of a value, without a lock, on the thread that made it. */
+    void addListener(Listener listener);
 
     /** The integer value of an item that exists. */
     int32_t value(const std::string& name) const;
     std::string text(const std::string& name) const;
 
   private:
+    void changed(const Item& item, bool quiet) const;
+
     Store& mStore;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    std::vector<Listener> mListeners;
 };
 
 }  // namespace qeltvd

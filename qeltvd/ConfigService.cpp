@@ -1,12 +1,9 @@
-#define LOG_TAG "qeltvd"
-
 #include "ConfigService.h"
 
-#include <log/log.h>
-
-#include <algorithm>
+#include <cstring>
 
 #include "Codes.h"
+#include "Stored.h"
 
 namespace qeltvd {
 
@@ -27,21 +24,14 @@ uint32_t packed(int32_t minimum, int32_t maximum) {
            static_cast<uint32_t>(static_cast<uint16_t>(maximum)) << 16;
 }
 
-/** Runs a change of the store; a store that fails is a refusal, and nothing has changed. */
-template <class F>
-int32_t stored(const F& change) {
-    try {
-        return change();
-    } catch (const StoreError& e) {
-        ALOGE("%s", e.what());
-        return kStorage;
-    }
-}
-
 }  // namespace
 
 ConfigService::ConfigService(Television& tv)
-        : IQelTvApiConfigDefault(kUnsupported, false), mTv(tv) {}
+        : IQelTvApiConfigDefault(kUnsupported, false), mTv(tv) {
+    tv.config.addListener([this](const ConfigItems::Item& item, bool quiet) {
+        if (!quiet) changed(item);
+    });
+}
 
 ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_minmaxvalue(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_minmaxvalue_cb reply) {
@@ -86,12 +76,7 @@ ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_enabled(
 
 ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_reset_values(
         uint32_t selector) {
-    std::vector<std::string> names;
-    const int32_t code = stored([&] { return mTv.config.reset(selector, &names); });
-    if (code == kOk) {
-        for (const std::string& name : names) changed(name);
-    }
-    return code;
+    return stored([&] { return mTv.config.reset(selector); });
 }
 
 ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
@@ -138,7 +123,7 @@ ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enab
         reply("", 0, 0, kNotFound);
         return Void();
     }
-    const auto count = static_cast<size_t>(item->maximum - item->minimum + 1);
+    const size_t count = static_cast<size_t>(item->maximum - item->minimum) + 1;
     reply(std::string(count, item->enabled ? '1' : '0'), static_cast<uint32_t>(count), item->value,
           kOk);
     return Void();
@@ -152,10 +137,14 @@ ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android
     return kOk;
 }
 
-/** Four 32-bit words: width, height, frames per second times 1000, 1 when interlaced. */
+/**
+ * Four 32-bit words of the picture that the main path shows: width, height, frames per second times
+ * 1000, 1 when interlaced. Zeros while it shows none.
+ */
 ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_video_resolution(
         a_hidl_qeltvapi_config_get_video_resolution_cb reply) {
-    const uint32_t words[] = {1920, 1080, 50000, 0};
+    const layouts::VideoSource video = mTv.presentation.video(Presentation::kMain);
+    const uint32_t words[] = {video.width, video.height, video.frameRate, video.interlaced};
     hidl_vec<uint8_t> record(sizeof(words));
     memcpy(record.data(), words, sizeof(words));
     reply(record, kOk);
@@ -170,31 +159,23 @@ ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value_f
 
 int32_t ConfigService::set(uint32_t selector, const std::string& name, int32_t value,
                            int32_t flags) {
-    const int32_t before = mTv.config.value(name);
-    const int32_t code = stored([&] { return mTv.config.set(selector, name, value); });
-    if (code == kOk && value != before && (flags & kQuiet) == 0) changed(name);
-    return code;
+    return stored([&] { return mTv.config.set(selector, name, value, (flags & kQuiet) != 0); });
 }
 
 int32_t ConfigService::setText(const std::string& name, const std::string& value, bool quiet) {
     // Only written: a right PIN has to come before it, and nobody is told the new one.
     if (name == "parental.pin") return mTv.pin.change(value);
-    const std::string before = mTv.config.text(name);
-    const int32_t code = stored([&] { return mTv.config.setText(name, value); });
-    if (code == kOk && value != before && !quiet) changed(name);
-    return code;
+    return stored([&] { return mTv.config.setText(name, value, quiet); });
 }
 
-void ConfigService::changed(const std::string& name) {
+void ConfigService::changed(const ConfigItems::Item& item) {
     {
         std::lock_guard<std::mutex> guard(mLock);
-        if (mWatched.count(name) == 0) return;
+        if (mWatched.count(item.name) == 0) return;
     }
-    const auto item = mTv.config.find(ConfigItems::kAnyGroup, name);
-    if (!item) return;
     mTv.notifier.notify(&IQelTvApiCallback::a_hidl_config_update_nfy_fct, kValueChanged,
-                        uint64_t{0}, uint64_t{item->group}, String(name),
-                        static_cast<uint64_t>(int64_t{item->value}), uint64_t{0});
+                        uint64_t{0}, uint64_t{item.group}, String(item.name),
+                        static_cast<uint64_t>(int64_t{item.value}), uint64_t{0});
 }
 
 }  // namespace qeltvd

@@ -54,7 +54,8 @@ class ConfigService : public IQelTvApiConfigDefault {
   private:
     int32_t set(uint32_t selector, const std::string& name, int32_t value, int32_t flags);
     int32_t setText(const std::string& name, const std::string& value, bool quiet);
-    void changed(const std::string& name);
+    /** Tells it where it is watched. */
+    void changed(const ConfigItems::Item& item);
 
     Television& mTv;
     std::mutex mLock;

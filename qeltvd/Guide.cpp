@@ -234,7 +234,7 @@ const char* nameOfGenre(uint8_t genre) {
     return genre < sizeof(kNames) / sizeof(kNames[0]) ? kNames[genre] : "";
 }
 
-Guide::Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, const Ratings& ratings,
+Guide::Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, Ratings& ratings,
              Notifier& notifier)
         : mChannels(channels),
           mClock(clock),
@@ -242,11 +242,33 @@ Guide::Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, const Rating
           mNotifier(notifier),
           mLastLook(clock.now()),
           mAlarm([this] { ring(); }) {
-    clock.addListener([this] { refresh(); });
+    clock.addListener([this] {
+        refresh();
+        callListener();
+    });
     pin.addListener([this] { unlock(); });
+    ratings.addListener([this] { blockingChanged(); });
     channels.addListener([this](const ChannelChange& change) {
         if (change.kind == ChannelChange::kCurrent) refresh();
     });
+    refresh();
+}
+
+void Guide::setListener(std::function<void()> listener) {
+    std::lock_guard<std::mutex> guard(mListenerLock);
+    mListener = std::move(listener);
+}
+
+void Guide::callListener() {
+    std::lock_guard<std::mutex> guard(mListenerLock);
+    if (mListener) mListener();
+}
+
+void Guide::show(uint32_t path, uint32_t channelId) {
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        mShown[path] = channelId;
+    }
     refresh();
 }
 
@@ -375,8 +397,13 @@ void Guide::unlock() {
         std::lock_guard<std::mutex> guard(mLock);
         mUnlocked = now;
     }
+    blockingChanged();
+}
+
+void Guide::blockingChanged() {
     mNotifier.notify(&Notifier::Callback::a_hidl_event_update_nfy_fct, int32_t{kBlockingChanged},
                      uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0});
+    callListener();
 }
 
 uint16_t Guide::flagsOf(const Event& event) const {
@@ -415,6 +442,7 @@ void Guide::refresh() {
 
 void Guide::ring() {
     arm(true);
+    callListener();
 }
 
 /** Tells what has changed since the last look, when that is wanted, and sets the next one. */
@@ -423,11 +451,13 @@ void Guide::arm(bool told) {
     const int64_t now = nowMs / 1000;
     int64_t last = 0;
     std::vector<uint32_t> channels;
+    std::array<uint32_t, kPaths> shown{};
     {
         std::lock_guard<std::mutex> guard(mLock);
         last = mLastLook;
         mLastLook = now;
         channels = mWindow.channels;
+        shown = mShown;
     }
     const auto current = mChannels.current();
     if (current &&
@@ -445,6 +475,9 @@ void Guide::arm(bool told) {
                              int32_t{kBannerChanged}, uint64_t{0}, uint64_t{kBannerSimple},
                              static_cast<uint64_t>(int64_t{-1}), uint64_t{0}, uint64_t{0});
         }
+    }
+    for (const uint32_t channelId : shown) {
+        if (const auto event = present(channelId)) next = std::min(next, event->end());
     }
     // A clock that is slow against the alarm's must not make it ring too early again and again.
     mAlarm.in(std::chrono::milliseconds(std::max<int64_t>(next * 1000 - nowMs, 20)));

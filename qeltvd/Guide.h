@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -14,6 +16,7 @@
 #include "PinLock.h"
 #include "Ratings.h"
 #include "layouts/event.h"
+#include "layouts/presentation.h"
 
 namespace qeltvd {
 
@@ -54,8 +57,16 @@ const char* nameOfGenre(uint8_t genre);
 /** The programme guide of all channels, and the window of it that applications show. */
 class Guide {
   public:
-    Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, const Ratings& ratings,
+    Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, Ratings& ratings,
           Notifier& notifier);
+
+    /**
+     * Called when another programme is on air on what show() has been told of, and when what is
+     * blocked has changed. Nothing ends the last one before a call of it has returned.
+     */
+    void setListener(std::function<void()> listener);
+    /** The channel that a video path shows now; 0 for none. */
+    void show(uint32_t path, uint32_t channelId);
 
     std::optional<Event> find(uint32_t channelId, uint16_t event) const;
     std::optional<Event> present(uint32_t channelId) const;
@@ -113,6 +124,8 @@ class Guide {
     void refresh();
     std::vector<Event> range(const Channel& channel, int64_t from, int64_t to) const;
     void ring();
+    void blockingChanged();
+    void callListener();
     void arm(bool told);
     void tell(uint32_t channelId) const;
 
@@ -121,8 +134,13 @@ class Guide {
     const Ratings& mRatings;
     Notifier& mNotifier;
 
+    // Held while the listener runs, and taken before its locks and mLock.
+    std::mutex mListenerLock;
+    std::function<void()> mListener;
+
     mutable std::mutex mLock;
     // Guarded by mLock.
+    std::array<uint32_t, layouts::kPaths> mShown{};
     Parameters mParameters;
     Window mWindow;
     std::optional<int64_t> mUnlocked;

@@ -136,7 +136,9 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_value(
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_data(int32_t id,
-                                                                             const Bytes& data) {
+                                                                             const Bytes& data,
+                                                                             int32_t len) {
+    if (data.size() != static_cast<uint32_t>(len)) return kBadValue;
     if (id == kVideoDataSource || id == kVideoDataRange) return kRefused;
     return id == kVideoDataUser ? mTv.picture.setUserData(data) : kNotFound;
 }

@@ -33,6 +33,22 @@ const char* nameOf(Fault::Kind kind) {
     return "";
 }
 
+/** All of a word as a number of a control command. */
+long long numberIn(const std::string& word, long long minimum, long long maximum) {
+    size_t used = 0;
+    long long number = 0;
+    try {
+        number = std::stoll(word, &used);
+    } catch (const std::logic_error&) {
+        used = 0;
+    }
+    if (used == 0 || used != word.size() || number < minimum || number > maximum) {
+        throw std::invalid_argument(word + " is no number from " + std::to_string(minimum) +
+                                    " to " + std::to_string(maximum));
+    }
+    return number;
+}
+
 void writeAll(int fd, const std::string& text) {
     for (size_t done = 0; done < text.size();) {
         const ssize_t written = write(fd, text.data() + done, text.size() - done);
@@ -75,7 +91,7 @@ std::string MainService::command(const std::vector<std::string>& words) {
     if (words.empty() || (words[0] == "dump" && words.size() == 1)) return dump();
     if (words[0] == "raise" && (words.size() == 3 || words.size() == 4)) {
         const auto raised = notification(words[1], nlohmann::json::parse(words[2]));
-        const long long times = words.size() == 4 ? std::stoll(words[3]) : 1;
+        const long long times = words.size() == 4 ? numberIn(words[3], 1, 1'000'000) : 1;
         for (long long i = 0; i < times; ++i) mTv.notifier.post(raised);
         return "";
     }
@@ -86,9 +102,9 @@ std::string MainService::command(const std::vector<std::string>& words) {
         } else if (words.size() == 3 && words[2] == "lose") {
             fault = Fault{Fault::kLose, 0};
         } else if (words.size() == 4 && words[2] == "code") {
-            fault = Fault{Fault::kCode, std::stoll(words[3])};
+            fault = Fault{Fault::kCode, numberIn(words[3], INT32_MIN, INT32_MAX)};
         } else if (words.size() == 4 && words[2] == "delay") {
-            fault = Fault{Fault::kDelay, std::stoll(words[3])};
+            fault = Fault{Fault::kDelay, numberIn(words[3], 0, 3'600'000)};
         } else if (words.size() != 3 || words[2] != "none") {
             throw std::invalid_argument("no such fault");
         }
@@ -98,17 +114,17 @@ std::string MainService::command(const std::vector<std::string>& words) {
         return "";
     }
     if (words[0] == "plug" && words.size() == 3 && (words[2] == "on" || words[2] == "off")) {
-        if (mTv.inputs.plug(std::stoi(words[1]), words[2] == "on") != kOk) {
+        const auto input = static_cast<int32_t>(numberIn(words[1], 0, INT32_MAX));
+        if (mTv.inputs.plug(input, words[2] == "on") != kOk) {
             throw std::invalid_argument("no input " + words[1]);
         }
         return "";
     }
     if (words[0] == "reception" && (words.size() == 2 || words.size() == 3)) {
-        const int percent = std::stoi(words[1]);
-        if (percent < 0 || percent > 100) throw std::invalid_argument("no such percentage");
+        const auto percent = static_cast<uint32_t>(numberIn(words[1], 0, 100));
         std::optional<uint32_t> kHz;
-        if (words.size() == 3) kHz = static_cast<uint32_t>(std::stoul(words[2]));
-        mTv.presentation.setReception(static_cast<uint32_t>(percent), kHz);
+        if (words.size() == 3) kHz = static_cast<uint32_t>(numberIn(words[2], 1, UINT32_MAX));
+        mTv.presentation.setReception(percent, kHz);
         return "";
     }
     if (words[0] == "die" && words.size() == 1) {

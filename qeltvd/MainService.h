@@ -155,7 +155,8 @@ class MainService : public IQelTvApiDefault {
     Return<int32_t> a_hidl_qeltvapi_videoinfo_set_value(int32_t id, int32_t value) override;
     Return<void> a_hidl_qeltvapi_videoinfo_get_value(
             int32_t id, a_hidl_qeltvapi_videoinfo_get_value_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_videoinfo_set_data(int32_t id, const Bytes& data) override;
+    Return<int32_t> a_hidl_qeltvapi_videoinfo_set_data(int32_t id, const Bytes& data,
+                                                       int32_t len) override;
     Return<void> a_hidl_qeltvapi_videoinfo_get_data(
             int32_t id, const Bytes& request, a_hidl_qeltvapi_videoinfo_get_data_cb reply) override;
 

@@ -2,6 +2,7 @@
 
 #include "Notifier.h"
 
+#include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
 
 #include <algorithm>
@@ -67,7 +68,8 @@ void Notifier::add(const sp<Callback>& callback) {
     {
         std::lock_guard<std::mutex> guard(mLock);
         for (const auto& known : mClients) {
-            if (known->callback == callback) {
+            // Each arrival of an object has a proxy of its own.
+            if (android::hardware::interfacesEqual(known->callback, callback)) {
                 std::lock_guard<std::mutex> clientGuard(known->lock);
                 ++known->registrations;
                 return;

@@ -72,11 +72,22 @@ bool Power::standby() const {
     return mStandby;
 }
 
+void Power::addListener(std::function<void(bool)> listener) {
+    mListeners.push_back(std::move(listener));
+}
+
+void Power::changed(bool standby) const {
+    for (const auto& listener : mListeners) listener(standby);
+}
+
 int32_t Power::powerDown(PowerEvent how) {
-    std::lock_guard<std::mutex> guard(mLock);
-    if (mStandby) return kRefused;
-    mStandby = true;
-    tell(how, mDown.reason);
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (mStandby) return kRefused;
+        mStandby = true;
+        tell(how, mDown.reason);
+    }
+    changed(true);
     return kOk;
 }
 
@@ -89,12 +100,15 @@ int32_t Power::requestPowerDown() {
 
 int32_t Power::wake(uint32_t reason, IrKey key) {
     if (reason >= kWakeReasons) return kBadValue;
-    std::lock_guard<std::mutex> guard(mLock);
-    if (!mStandby || (mSetup & 1u << reason) == 0) return kRefused;
-    mStandby = false;
-    mWake = {reason, {}};
-    mKey = key;
-    tell(kPowerWake, reason);
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (!mStandby || (mSetup & 1u << reason) == 0) return kRefused;
+        mStandby = false;
+        mWake = {reason, {}};
+        mKey = key;
+        tell(kPowerWake, reason);
+    }
+    changed(false);
     return kOk;
 }
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <vector>
@@ -31,6 +32,9 @@ class Power {
     /** @throws StoreError */
     Power(Store& store, Notifier& notifier);
 
+    /** Called after it has gone to standby or come back, without a lock; before serving only. */
+    void addListener(std::function<void(bool standby)> listener);
+
     Reason wakeReason() const;
     Reason downReason() const;
     int32_t setWakeReason(uint32_t reason, const std::vector<uint8_t>& data);
@@ -58,10 +62,12 @@ class Power {
     int32_t setReason(const char* key, uint32_t limit, Reason& current, uint32_t reason,
                       const std::vector<uint8_t>& data);
     void setLine(uint32_t line, bool level);
+    void changed(bool standby) const;
 
     Store& mStore;
     Settings mSettings;
     Notifier& mNotifier;
+    std::vector<std::function<void(bool)>> mListeners;
     mutable std::mutex mLock;
     // Guarded by mLock.
     Reason mWake;

@@ -25,6 +25,7 @@ constexpr milliseconds kDecoderTime{80};
 constexpr milliseconds kDigitsTime{2000};
 constexpr size_t kMaximumDigits = 4;
 constexpr size_t kMinorDigits = 3;
+constexpr char kInputLockItem[] = "parental.input_lock";
 /** Below this quality the tuner does not lock. */
 constexpr uint32_t kLockQuality = 20;
 
@@ -43,11 +44,12 @@ AudioTrack track(uint32_t number, uint32_t pid, const std::string& language, Aud
 }  // namespace
 
 Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatabase& channels,
-                           Inputs& inputs, Sound& sound, Power& power,
+                           Guide& guide, Inputs& inputs, Sound& sound, Power& power,
                            std::function<std::string()> camName)
         : mNotifier(notifier),
           mConfig(config),
           mChannels(channels),
+          mGuide(guide),
           mInputs(inputs),
           mSound(sound),
           mPower(power),
@@ -56,6 +58,13 @@ Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatab
     mPaths[kSub].region = {6500, 6500, 3000, 3000};
     mInputs.setListener([this](int32_t source, bool on) { inputChanged(source, on); });
     mChannels.addListener([this](const ChannelChange& change) { channelsChanged(change); });
+    mConfig.addListener([this](const ConfigItems::Item& item, bool) {
+        if (item.name == kInputLockItem) blocksChanged();
+    });
+    mGuide.setListener([this] { blocksChanged(); });
+    mPower.addListener([this](bool standby) {
+        if (standby) stopAll();
+    });
     mThread = std::thread([this] { run(); });
     if (changeSource(kMain, mConfig.value("system.power_on_source")) != kOk) {
         ALOGW("nothing to show: no channels");
@@ -64,6 +73,7 @@ Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatab
 
 Presentation::~Presentation() {
     mInputs.setListener(nullptr);
+    mGuide.setListener(nullptr);
     {
         std::lock_guard<std::mutex> guard(mLock);
         mEnding = true;
@@ -234,9 +244,7 @@ void Presentation::stopAll() {
 }
 
 int32_t Presentation::standBy(PowerEvent how) {
-    const int32_t code = mPower.powerDown(how);
-    if (code == kOk) stopAll();
-    return code;
+    return mPower.powerDown(how);
 }
 
 // The steps of a selection
@@ -245,10 +253,12 @@ void Presentation::begin(uint32_t path) {
     Path& shown = mPaths[path];
     if (shown.resource == kResourceNone) shown.resource = kResourcePath;
     shown.unlocked = false;
+    shown.unlockedEvent.reset();
     shown.frozen = false;
     shown.status = kTuningSearches;
     shown.error = kTuningNoError;
     shown.due = Clock::now() + kLockTime;
+    watchProgrammes(path);
     tell(path, kBroadcastSelecting);
     mChanged.notify_all();
 }
@@ -316,8 +326,10 @@ void Presentation::review() {
             case kTuningFailed:
                 if (shown.error == kTuningNoSignal && hasSignal(shown)) {
                     const bool unlocked = shown.unlocked;
+                    const auto unlockedEvent = shown.unlockedEvent;
                     begin(path);
                     shown.unlocked = unlocked;
+                    shown.unlockedEvent = unlockedEvent;
                 } else if ((shown.error == kTuningBlocked && !blocked(shown)) ||
                            (shown.error == kTuningScrambled && !scrambled(shown))) {
                     shown.status = kTuningLocked;
@@ -427,7 +439,7 @@ bool Presentation::hasSignal(const Path& path) const {
 
 bool Presentation::inputsLocked() const {
     try {
-        return mConfig.value("parental.input_lock") != 0;
+        return mConfig.value(kInputLockItem) != 0;
     } catch (const StoreError& e) {
         // What cannot be told is not shown.
         ALOGE("%s", e.what());
@@ -436,12 +448,29 @@ bool Presentation::inputsLocked() const {
 }
 
 bool Presentation::blocked(const Path& path) const {
+    if (path.source == Inputs::kTuner && path.channel && programmeBlocked(path)) return true;
     if (path.unlocked) return false;
     if (path.source == Inputs::kTuner && path.channel &&
         (path.channel->flags & CHANNEL_FLAG_LOCKED) != 0) {
         return true;
     }
     return mInputs.blocked(path.source) && inputsLocked();
+}
+
+bool Presentation::programmeBlocked(const Path& path) const {
+    try {
+        const auto event = mGuide.present(path.channel->channelId);
+        return event && event->id != path.unlockedEvent && mGuide.blocked(*event);
+    } catch (const StoreError& e) {
+        ALOGE("%s", e.what());
+        return true;
+    }
+}
+
+void Presentation::watchProgrammes(uint32_t path) {
+    const Path& shown = mPaths[path];
+    const bool channel = shown.source == Inputs::kTuner && shown.channel;
+    mGuide.show(path, channel ? shown.channel->channelId : 0);
 }
 
 bool Presentation::scrambled(const Path& path) const {
@@ -461,7 +490,13 @@ bool Presentation::isBlockedNow(int32_t source) const {
 int32_t Presentation::unlock(uint32_t path, bool unlocked) {
     std::lock_guard<std::mutex> guard(mLock);
     if (!running(path)) return kRefused;
-    mPaths[path].unlocked = unlocked;
+    Path& shown = mPaths[path];
+    shown.unlocked = unlocked;
+    shown.unlockedEvent.reset();
+    if (unlocked && shown.source == Inputs::kTuner && shown.channel) {
+        const auto event = mGuide.present(shown.channel->channelId);
+        if (event) shown.unlockedEvent = event->id;
+    }
     review();
     return kOk;
 }
@@ -469,6 +504,7 @@ int32_t Presentation::unlock(uint32_t path, bool unlocked) {
 void Presentation::swapUnlocked() {
     std::lock_guard<std::mutex> guard(mLock);
     std::swap(mPaths[kMain].unlocked, mPaths[kSub].unlocked);
+    std::swap(mPaths[kMain].unlockedEvent, mPaths[kSub].unlockedEvent);
     review();
 }
 
@@ -508,7 +544,10 @@ void Presentation::channelsChanged(const ChannelChange& change) {
         if (!shown.channel) continue;
         const auto channel = mChannels.byRecord(shown.channel->list, shown.channel->recordId);
         if (channel) {
+            // A channel that has been moved has another id.
+            const bool moved = shown.channel->channelId != channel->channelId;
             shown.channel = channel;
+            if (moved) watchProgrammes(path);
         } else if (shown.source == Inputs::kTuner && running(path) &&
                    shown.status != kTuningFailed) {
             end(path, kTuningFailed, kTuningNoService, kBroadcastFailed);

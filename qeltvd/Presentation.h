@@ -14,6 +14,7 @@
 
 #include "ChannelDatabase.h"
 #include "ConfigItems.h"
+#include "Guide.h"
 #include "Inputs.h"
 #include "Notifier.h"
 #include "Power.h"
@@ -41,8 +42,8 @@ struct Reception {
 class Presentation {
   public:
     /** @param camName the name of the CAM, empty while none works; called in a lock of this */
-    Presentation(Notifier& notifier, ConfigItems& config, ChannelDatabase& channels, Inputs& inputs,
-                 Sound& sound, Power& power, std::function<std::string()> camName);
+    Presentation(Notifier& notifier, ConfigItems& config, ChannelDatabase& channels, Guide& guide,
+                 Inputs& inputs, Sound& sound, Power& power, std::function<std::string()> camName);
     ~Presentation();
 
     static constexpr uint32_t kMain = 0;
@@ -108,10 +109,13 @@ class Presentation {
 
     /** Whether a viewer who chooses an input would see nothing. */
     bool isBlockedNow(int32_t source) const;
-    /** Shows what is blocked on a path until something else is selected, or blocks it again. */
+    /**
+     * Shows what is blocked on a path until something else is selected, or blocks it again. The
+     * rating lock holds again with the next programme.
+     */
     int32_t unlock(uint32_t path, bool unlocked);
     void swapUnlocked();
-    /** Blocks of inputs have changed. */
+    /** Blocks of inputs or programmes have changed. */
     void blocksChanged();
 
     // Pictures
@@ -183,6 +187,8 @@ class Presentation {
         uint32_t track = 1;
         bool banner = false;
         bool unlocked = false;
+        /** The programme for which that lifts the rating lock. */
+        std::optional<uint16_t> unlockedEvent;
         bool frozen = false;
         bool muted = false;
         bool videoOn = true;
@@ -204,6 +210,9 @@ class Presentation {
     bool running(uint32_t path) const { return mPaths[path].status != layouts::kTuningStopped; }
     bool available(uint32_t path, int32_t source) const;
     bool blocked(const Path& path) const;
+    bool programmeBlocked(const Path& path) const;
+    /** Has the guide watch the programmes of what a path shows. */
+    void watchProgrammes(uint32_t path);
     bool scrambled(const Path& path) const;
     bool inputsLocked() const;
     Reception receive(const std::optional<Multiplex>& multiplex) const;
@@ -234,6 +243,7 @@ class Presentation {
     Notifier& mNotifier;
     ConfigItems& mConfig;
     ChannelDatabase& mChannels;
+    Guide& mGuide;
     Inputs& mInputs;
     Sound& mSound;
     Power& mPower;

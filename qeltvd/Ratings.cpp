@@ -18,6 +18,7 @@ constexpr char kUsTvSetting[] = "rating.us_tv";
 constexpr char kVchipSetting[] = "rating.open_vchip";
 constexpr char kAgeItem[] = "parental.age";
 constexpr char kLockItem[] = "parental.rating_lock";
+constexpr char kRegionItem[] = "channels.region";
 
 struct Known {
     const char* name;
@@ -204,7 +205,19 @@ RatingText bounded(RatingText text) {
 }  // namespace
 
 Ratings::Ratings(Store& store, Notifier& notifier, ConfigItems& config)
-        : mSettings(store), mNotifier(notifier), mConfig(config) {}
+        : mSettings(store), mNotifier(notifier), mConfig(config) {
+    config.addListener([this](const ConfigItems::Item& item, bool) {
+        if (item.name == kAgeItem || item.name == kLockItem || item.name == kRegionItem) changed();
+    });
+}
+
+void Ratings::addListener(std::function<void()> listener) {
+    mListeners.push_back(std::move(listener));
+}
+
+void Ratings::changed() const {
+    for (const auto& listener : mListeners) listener();
+}
 
 uint8_t Ratings::get(Setting setting) const {
     if (setting == kDvbAge || setting == kEnable) {
@@ -218,13 +231,16 @@ int32_t Ratings::set(Setting setting, uint8_t value) {
     if (value > kKnown[setting].maximum || (age && value > 0 && value < kAgeMinimum)) {
         return kBadValue;
     }
-    return stored([&] {
-        if (setting == kDvbAge || setting == kEnable) {
-            return mConfig.set(ConfigItems::kParental, kKnown[setting].name, value);
-        }
+    if (setting == kDvbAge || setting == kEnable) {
+        return stored(
+                [&] { return mConfig.set(ConfigItems::kParental, kKnown[setting].name, value); });
+    }
+    const int32_t code = stored([&] {
         mSettings.set(kKnown[setting].name, int64_t{value});
         return int32_t{kOk};
     });
+    if (code == kOk) changed();
+    return code;
 }
 
 Ratings::UsTv Ratings::usTv() const {
@@ -235,10 +251,12 @@ Ratings::UsTv Ratings::usTv() const {
 }
 
 int32_t Ratings::setUsTv(const UsTv& flags) {
-    return stored([&] {
+    const int32_t code = stored([&] {
         mSettings.set(kUsTvSetting, Store::Blob(flags.begin(), flags.end()));
         return int32_t{kOk};
     });
+    if (code == kOk) changed();
+    return code;
 }
 
 uint8_t Ratings::childGroup() const {
@@ -307,7 +325,7 @@ int32_t Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& block
 }
 
 RatingSystem Ratings::system() const {
-    const std::string region = mConfig.text("channels.region");
+    const std::string region = mConfig.text(kRegionItem);
     if (region.compare(0, 7, "atsc/ca") == 0) return RatingSystem::kCanada;
     if (region.compare(0, 4, "atsc") == 0) return RatingSystem::kUnitedStates;
     return region.compare(0, 4, "isdb") == 0 ? RatingSystem::kIsdb : RatingSystem::kDvb;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -51,6 +52,9 @@ class Ratings {
     /** @throws StoreError */
     Ratings(Store& store, Notifier& notifier, ConfigItems& config);
 
+    /** Called when another rating may be blocked, without a lock; before serving only. */
+    void addListener(std::function<void()> listener);
+
     /** Settings of 8 bits. */
     enum Setting {
         kUsMovie,
@@ -96,9 +100,12 @@ class Ratings {
     static RatingText text(const std::vector<Atsc>& list);
 
   private:
+    void changed() const;
+
     Settings mSettings;
     Notifier& mNotifier;
     ConfigItems& mConfig;
+    std::vector<std::function<void()>> mListeners;
     mutable std::mutex mLock;
 };
 

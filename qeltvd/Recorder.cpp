@@ -191,13 +191,12 @@ struct Recorder::Recording {
 };
 
 Recorder::Recorder(Store& store, Settings& settings, Notifier& notifier,
-                   const std::string& directory, ChannelLookup channels,
-                   std::function<int64_t()> clock)
+                   const std::string& directory, ChannelLookup channels, const Clock& clock)
         : mStore(store),
           mSettings(settings),
           mNotifier(notifier),
           mChannels(std::move(channels)),
-          mClock(std::move(clock)) {
+          mClock(clock) {
     std::error_code error;
     std::filesystem::create_directories(directory, error);
     if (error) throw StoreError(directory + ": " + error.message());
@@ -327,7 +326,7 @@ SteadyClock::time_point Recorder::nextWake() const {
         if (recording->status == kRecordingStopping) wake = std::min(wake, mRetry);
     }
     // Clock and channels are asked outside of the store: they may wait for it themselves.
-    const int64_t now = mClock();
+    const int64_t now = mClock.now();
     try {
         Store::Statement row(mStore, "SELECT MIN(start) FROM bookings WHERE state = 0");
         if (row.step() && row.integer(0) != 0) {
@@ -446,7 +445,7 @@ int32_t Recorder::finish(Recording& r, uint32_t reason, int32_t error) {
 
 /** Stores the end of a recording. One that could not be stored is tried again later. */
 int32_t Recorder::store(Recording& r) {
-    const int64_t now = mClock();
+    const int64_t now = mClock.now();
     const int32_t code = stored([&] {
         Store::Transaction transaction(mStore);
         if (r.written == 0) {
@@ -512,7 +511,7 @@ void Recorder::endBooking(int64_t booking, int32_t error, int64_t now) {
 }
 
 void Recorder::startBookings() {
-    const int64_t now = mClock();
+    const int64_t now = mClock.now();
     std::vector<ScheduleRecord> due;
     {
         Store::Statement rows(mStore, (std::string(kBookingColumns) +
@@ -634,13 +633,13 @@ int32_t Recorder::startLocked(Recording& r) {
     const uint32_t rate = r.rate != 0 ? r.rate : disk->rate;
     if (makeRoom(*disk, rate) < kPacket) return refuse(kErrorDiskFull, kStorage);
 
-    const int64_t start = mClock();
+    const int64_t start = mClock.now();
     std::string name = r.name;
     if (name.empty()) {
-        tm local{};
-        localtime_r(&start, &local);
-        char stamp[32];
-        strftime(stamp, sizeof(stamp), "%Y%m%d-%H%M%S-", &local);
+        const Dtg local = mClock.localRecord(start).value_or(Dtg{});
+        char stamp[64];
+        snprintf(stamp, sizeof(stamp), "%04u%02u%02u-%02u%02u%02u-", local.year, local.month,
+                 local.day, local.hour, local.minute, local.second);
         name = stamp;
         for (const char c : r.channel.name)
             name += isalnum(static_cast<unsigned char>(c)) ? c : '_';
@@ -993,7 +992,7 @@ int64_t Recorder::makeRoom(const Disk& disk, int64_t wanted) {
     stored([&] {
         const auto all = items();
         for (const RecordedItem& item : all) {
-            if (item.retention == 0 || item.start + item.retention * kDay > mClock()) continue;
+            if (item.retention == 0 || item.start + item.retention * kDay > mClock.now()) continue;
             if (item.path.compare(0, disk.path.size() + 1, disk.path + "/") != 0) continue;
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(item.id).run();
             unlink(item.path.c_str());
@@ -1116,7 +1115,7 @@ int32_t Recorder::book(const ScheduleRecord& record, uint32_t flags) {
         record.rate > kRateLimitKib || record.start <= 0 ||
         record.start > std::numeric_limits<uint32_t>::max() ||
         (period(record.repeat) != 0 && record.seconds > period(record.repeat)) ||
-        record.start + record.seconds <= mClock() || (flags & ~kBookInSpiteOfConflict) != 0) {
+        record.start + record.seconds <= mClock.now() || (flags & ~kBookInSpiteOfConflict) != 0) {
         return kBadValue;
     }
     if (record.channel == 0) return kNotFound;

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "Clock.h"
 #include "Notifier.h"
 #include "Settings.h"
 #include "Store.h"
@@ -71,11 +72,11 @@ class Recorder {
 
     /**
      * @param directory of disk 0, made when it is not there
-     * @param clock     seconds since 1970, UTC, by which bookings go
+     * @param clock     by which bookings go
      * @throws StoreError
      */
     Recorder(Store& store, Settings& settings, Notifier& notifier, const std::string& directory,
-             ChannelLookup channels, std::function<int64_t()> clock);
+             ChannelLookup channels, const Clock& clock);
     ~Recorder();
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
@@ -162,7 +163,7 @@ class Recorder {
     Settings& mSettings;
     Notifier& mNotifier;
     const ChannelLookup mChannels;
-    const std::function<int64_t()> mClock;
+    const Clock& mClock;
 
     // Held for whole operations, writing included; readers need only the other one.
     std::mutex mOperation;

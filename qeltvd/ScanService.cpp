@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "Codes.h"
+#include "Stored.h"
 
 namespace qeltvd {
 
@@ -57,7 +58,7 @@ ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_scan_select_crnt_or_fi
     if (current && mTv.channels.indexOf(current->channelId, query)) return kOk;
     for (const uint16_t list : mTv.channels.lists()) {
         const auto first = mTv.channels.byIndex(list, query, 0);
-        if (first) return mTv.channels.setCurrent(first->channelId);
+        if (first) return stored([&] { return mTv.goTo(first->channelId); });
     }
     return kNotFound;
 }

@@ -162,10 +162,10 @@ std::vector<Channel> generateServices(const Region& region, const Multiplex& mul
         std::string name = random.of(kFirst);
         switch (service.type) {
             case ServiceType::kTelevision:
-                name = name + " " + random.of(kTelevision) + (high ? " HD" : "");
+                name += std::string(" ") + random.of(kTelevision) + (high ? " HD" : "");
                 break;
             case ServiceType::kRadio:
-                name = name + " " + random.of(kRadio);
+                name += std::string(" ") + random.of(kRadio);
                 break;
             case ServiceType::kData:
                 name += " Data";

@@ -27,6 +27,7 @@ Store::Store(const std::string& path) : mPath(path) {
 }
 
 Store::~Store() {
+    for (const auto& prepared : mPrepared) sqlite3_finalize(prepared.second);
     sqlite3_close(mDatabase);
 }
 
@@ -57,14 +58,21 @@ int64_t Store::lastId() const {
     return sqlite3_last_insert_rowid(mDatabase);
 }
 
-Store::Statement::Statement(Store& store, const char* sql) : mStore(store), mLock(store.mLock) {
-    if (sqlite3_prepare_v2(store.mDatabase, sql, -1, &mStatement, nullptr) != SQLITE_OK) {
+Store::Statement::Statement(Store& store, const char* sql)
+        : mStore(store), mLock(store.mLock), mText(sql) {
+    const auto prepared = store.mPrepared.find(mText);
+    if (prepared != store.mPrepared.end()) {
+        mStatement = prepared->second;
+        store.mPrepared.erase(prepared);
+    } else if (sqlite3_prepare_v2(store.mDatabase, sql, -1, &mStatement, nullptr) != SQLITE_OK) {
         store.fail(sql);
     }
 }
 
 Store::Statement::~Statement() {
-    sqlite3_finalize(mStatement);
+    sqlite3_reset(mStatement);
+    sqlite3_clear_bindings(mStatement);
+    mStore.mPrepared.emplace(mText, mStatement);
 }
 
 Store::Statement& Store::Statement::bind(int64_t value) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -34,7 +35,10 @@ class Store {
 
     using Blob = std::vector<uint8_t>;
 
-    /** A prepared statement; bind in order, step through the rows. */
+    /**
+     * A statement; bind in order, step through the rows. The store keeps it prepared for the next
+     * of the same text.
+     */
     class Statement {
       public:
         Statement(Store& store, const char* sql);
@@ -60,6 +64,7 @@ class Store {
       private:
         Store& mStore;
         std::unique_lock<std::recursive_mutex> mLock;
+        const std::string mText;
         sqlite3_stmt* mStatement = nullptr;
         int mNext = 1;
     };
@@ -92,6 +97,7 @@ class Store {
     const std::string mPath;
     sqlite3* mDatabase = nullptr;
     std::recursive_mutex mLock;
+    std::unordered_multimap<std::string, sqlite3_stmt*> mPrepared;  // none of them in use
 };
 
 }  // namespace qeltvd

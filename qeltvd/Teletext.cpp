@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 
 #include "Codes.h"
 
@@ -87,9 +86,8 @@ std::string links() {
 
 }  // namespace
 
-Teletext::Teletext(Notifier& notifier, const ChannelDatabase& channels,
-                   std::function<int64_t()> clock)
-        : mNotifier(notifier), mChannels(channels), mClock(std::move(clock)) {}
+Teletext::Teletext(Notifier& notifier, const ChannelDatabase& channels, const Clock& clock)
+        : mNotifier(notifier), mChannels(channels), mClock(clock) {}
 
 std::vector<std::vector<std::string>> Teletext::content(uint32_t number) const {
     const Entry* const entry = find(number);
@@ -158,7 +156,7 @@ TeletextPage Teletext::current() const {
         number = mNumber;
         chosen = mSubpage;
     }
-    const int64_t now = mClock();
+    const int64_t now = mClock.now();
     const auto subpages = content(number);
     const auto count = static_cast<uint32_t>(subpages.size());
     const uint32_t subpage = count == 0    ? 0
@@ -169,11 +167,10 @@ TeletextPage Teletext::current() const {
     const auto put = [&](size_t row, const std::string& text) {
         memcpy(page.rows[row], text.data(), std::min<size_t>(text.size(), kTeletextColumns));
     };
-    const auto seconds = static_cast<time_t>(now);
-    tm local{};
-    localtime_r(&seconds, &local);
+    const Dtg local = mClock.localRecord(now).value_or(Dtg{});
     char stamp[32];
-    strftime(stamp, sizeof(stamp), "%a %d %b\x03%H:%M:%S", &local);
+    snprintf(stamp, sizeof(stamp), "%s %02u %s\x03%02u:%02u:%02u", weekdayName(local), local.day,
+             monthName(local), local.hour, local.minute, local.second);
     char header[64];
     snprintf(header, sizeof(header), " P%03x   %c%03x QELTV%c%s", number, kGreen, number, kWhite,
              stamp);
@@ -183,9 +180,8 @@ TeletextPage Teletext::current() const {
         put(row + 1, subpages[subpage - 1][row]);
     }
     if (count > 1) {
-        char text[16];
-        snprintf(text, sizeof(text), "%u/%u", subpage, count);
-        memcpy(&page.rows[2][kTeletextColumns - strlen(text)], text, strlen(text));
+        const std::string text = std::to_string(subpage) + "/" + std::to_string(count);
+        memcpy(&page.rows[2][kTeletextColumns - text.size()], text.data(), text.size());
     }
     return page;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "ChannelDatabase.h"
+#include "Clock.h"
 #include "Notifier.h"
 #include "layouts/teletext.h"
 
@@ -20,8 +20,7 @@ class Teletext {
     static constexpr int64_t kTurn = 5;
     static constexpr uint32_t kFirstPage = 0x100;
 
-    /** @param clock seconds since 1970, UTC; the time that the first row shows is local */
-    Teletext(Notifier& notifier, const ChannelDatabase& channels, std::function<int64_t()> clock);
+    Teletext(Notifier& notifier, const ChannelDatabase& channels, const Clock& clock);
 
     layouts::TeletextPage current() const;
     int32_t setPage(uint32_t record);
@@ -38,7 +37,7 @@ class Teletext {
 
     Notifier& mNotifier;
     const ChannelDatabase& mChannels;
-    const std::function<int64_t()> mClock;
+    const Clock& mClock;
     mutable std::mutex mLock;
     // Guarded by mLock.
     uint32_t mNumber = kFirstPage;

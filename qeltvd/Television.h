@@ -38,11 +38,25 @@ struct Television {
               config(store),
               channels(store, config.text("channels.region")) {
         clock.addListener([this] { recorder.clockChanged(); });
+        power.addListener([this](bool standby) {
+            if (standby) recorder.command(layouts::kCommandStandby, 0);
+            timeshift.standBy(standby);
+        });
         sleepTimer.addListener([this] {
             if (power.setDownReason(layouts::kDownSleepTimer, {}) == 0) {
                 power.powerDown(layouts::kPowerDown);
             }
         });
+    }
+
+    /**
+     * Makes a channel the current one and shows it, where that is possible now: not in standby and
+     * not while the second picture has the tuner. Gives a code. @throws StoreError
+     */
+    int32_t goTo(uint32_t channelId) {
+        const int32_t code = channels.setCurrent(channelId);
+        if (code == 0) presentation.select(Presentation::kMain, channelId, false);
+        return code;
     }
 
     const std::string directory;
@@ -58,19 +72,21 @@ struct Television {
     AtscGuide atsc{guide, channels, clock, notifier};
     Scanner scanner{channels, config, notifier};
     Upgrade upgrade{store, notifier};
-    OverAirDownload overAir{store, notifier, clock, channels, upgrade};
+    OverAirDownload overAir{store,   notifier,
+                            clock,   channels,
+                            upgrade, [this](uint32_t channelId) {
+                                return goTo(channelId); }};
     Uart uart{notifier};
 
     Settings settings{store};
-    Recorder recorder{
-            store, settings, notifier, directory + "/recordings", lookupIn(channels), [this] {
-                return clock.now();
-            }};
+    Recorder recorder{store, settings, notifier, directory + "/recordings", lookupIn(channels),
+                      clock};
     Timeshift timeshift{settings, notifier};
     Cam cam{store, settings, notifier, directory};
-    Alerts alerts{store, notifier, channels};
+    Alerts alerts{store, notifier, channels,
+                  [this](uint32_t channelId) { return goTo(channelId); }};
     Captions captions{settings, notifier};
-    Teletext teletext{notifier, channels, [this] { return clock.now(); }};
+    Teletext teletext{notifier, channels, clock};
     Agent agent{settings, notifier, channels};
 
     Inputs inputs{store};
@@ -78,7 +94,7 @@ struct Television {
     Picture picture{store, notifier};
     Power power{store, notifier};
     SleepTimer sleepTimer{notifier};
-    Presentation presentation{notifier, config, channels, inputs, sound, power, [this] {
+    Presentation presentation{notifier, config, channels, guide, inputs, sound, power, [this] {
                                   const auto name = cam.get(layouts::kCiGetCamName);
                                   return name ? std::string(name->begin(), name->end()) : "";
                               }};

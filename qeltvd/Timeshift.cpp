@@ -123,7 +123,8 @@ int32_t Timeshift::start() {
 }
 
 int32_t Timeshift::startLocked() {
-    if (mDevice != kDeviceReady || mStatus == kTimeshiftRecords || mStatus == kTimeshiftFull) {
+    if (mDevice != kDeviceReady || mStatus == kTimeshiftRecords || mStatus == kTimeshiftFull ||
+        mStandby) {
         return kRefused;
     }
     mStarted = Clock::now();
@@ -141,6 +142,11 @@ int32_t Timeshift::stop(uint32_t how) {
     if (mStatus == kTimeshiftIdle || (mStatus == kTimeshiftKept && how == kStopKeep)) {
         return kRefused;
     }
+    stopLocked(how);
+    return kOk;
+}
+
+void Timeshift::stopLocked(uint32_t how) {
     if (how == kStopKeep) {
         const int64_t position = viewed();
         mEnd = live();
@@ -152,7 +158,17 @@ int32_t Timeshift::stop(uint32_t how) {
     }
     tell(kTimeshiftStatusEvent, mStatus, 0);
     mAlarm.in(0ms);
-    return kOk;
+}
+
+void Timeshift::standBy(bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mStandby = on;
+    if (on && mStatus != kTimeshiftIdle) stopLocked(kStopDrop);
+    if (!on) startByItself();
+}
+
+void Timeshift::startByItself() {
+    if (mAutoRecord && mStatus == kTimeshiftIdle) startLocked();
 }
 
 int32_t Timeshift::play() {
@@ -221,7 +237,7 @@ int32_t Timeshift::setAutoRecord(bool on) {
     });
     if (code != kOk) return code;
     mAutoRecord = on;
-    if (on && mDevice == kDeviceReady && mStatus == kTimeshiftIdle) startLocked();
+    startByItself();
     return kOk;
 }
 
@@ -286,7 +302,7 @@ void Timeshift::update() {
         }
         mDevice = kDeviceReady;
         tell(kTimeshiftDeviceEvent, mDevice, 100);
-        if (mAutoRecord && mStatus == kTimeshiftIdle) startLocked();
+        startByItself();
         return;
     }
     if (mStatus == kTimeshiftIdle) return;

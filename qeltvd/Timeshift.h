@@ -49,6 +49,9 @@ class Timeshift {
     int64_t currentPosition() const;
     int64_t startPosition() const;
 
+    /** Standby ends it, and its buffer is gone; back from there it starts by itself if told so. */
+    void standBy(bool on);
+
     /** Start as soon as there is a device. */
     int32_t setAutoRecord(bool on);
     /** Whether the viewer may leave the broadcast before the buffer is full. */
@@ -64,6 +67,9 @@ class Timeshift {
     int64_t viewed() const;
     bool full() const;
     int32_t startLocked();
+    void stopLocked(uint32_t how);
+    /** Where that is wanted and possible. */
+    void startByItself();
     /** Puts the viewer somewhere, from now on at a speed. */
     void view(int64_t position, int32_t speed);
     /** What has come to pass since the last time, and when to look again. */
@@ -87,6 +93,7 @@ class Timeshift {
     int64_t mViewed = 0;
     Clock::time_point mViewedAt;
     int32_t mSpeed = 100;
+    bool mStandby = false;
     bool mAutoRecord;
     bool mPlayBeforeFull;
     Alarm mAlarm;

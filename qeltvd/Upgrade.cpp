@@ -267,11 +267,13 @@ void Upgrade::tell(int32_t type, int32_t value) const {
 }
 
 OverAirDownload::OverAirDownload(Store& store, Notifier& notifier, const Clock& clock,
-                                 ChannelDatabase& channels, Upgrade& upgrade)
+                                 const ChannelDatabase& channels, Upgrade& upgrade,
+                                 std::function<int32_t(uint32_t)> goTo)
         : mSettings(store),
           mNotifier(notifier),
           mClock(clock),
           mChannels(channels),
+          mGoTo(std::move(goTo)),
           mUpgrade(upgrade),
           mState(static_cast<OadState>(mSettings.number("oad.kept", kOadIdle))),
           mAlarm([this] { step(); }) {}
@@ -356,7 +358,7 @@ int32_t OverAirDownload::jump() {
     if (mState != kOadIdle && mState != kOadFound && mState != kOadScheduled) return kRefused;
     const auto channel = carrier();
     if (!channel) return kNotFound;
-    const int32_t code = stored([&] { return mChannels.setCurrent(*channel); });
+    const int32_t code = stored([&] { return mGoTo(*channel); });
     if (code == kOk) enter(kOadDetecting, kCheckTime * 2);
     return code;
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
 
@@ -85,9 +86,10 @@ class Upgrade {
 /** Software upgrade over the air: a download that a channel carries at scheduled times. */
 class OverAirDownload {
   public:
-    /** @throws StoreError */
-    OverAirDownload(Store& store, Notifier& notifier, const Clock& clock, ChannelDatabase& channels,
-                    Upgrade& upgrade);
+    /** @param goTo see Television::goTo(); called in a lock of this. @throws StoreError */
+    OverAirDownload(Store& store, Notifier& notifier, const Clock& clock,
+                    const ChannelDatabase& channels, Upgrade& upgrade,
+                    std::function<int32_t(uint32_t channelId)> goTo);
 
     std::string schedule() const;
     int32_t text(uint32_t which, std::string* text) const;
@@ -119,7 +121,8 @@ class OverAirDownload {
     Settings mSettings;
     Notifier& mNotifier;
     const Clock& mClock;
-    ChannelDatabase& mChannels;
+    const ChannelDatabase& mChannels;
+    const std::function<int32_t(uint32_t)> mGoTo;
     Upgrade& mUpgrade;
 
     mutable std::recursive_mutex mLock;

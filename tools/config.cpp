@@ -114,7 +114,7 @@ void set(const std::string& name, const std::string& value) {
     size_t used = 0;
     int32_t number = 0;
     try {
-        number = static_cast<int32_t>(std::stol(value, &used, 0));
+        number = std::stoi(value, &used, 0);
     } catch (const std::exception&) {
         used = 0;
     }

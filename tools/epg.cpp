@@ -284,7 +284,9 @@ void addEpg(CLI::App& app) {
     command->add_option("--genre", options->genres, "film, news, show, sport, children, music...");
     command->add_option("--age", options->age, "Highest age rating")->check(CLI::Range(0, 18));
     command->add_flag("--unlocked", options->open, "Not what the rating lock blocks");
-    command->add_option("--limit", options->limit, "At most so many")->capture_default_str();
+    command->add_option("--limit", options->limit, "At most so many")
+            ->check(CLI::Range(size_t{1}, size_t{UINT16_MAX}))
+            ->capture_default_str();
     addJson(command, &options->json);
     command->callback([options] {
         search(options->text, options->genres, options->age, options->open, options->limit,

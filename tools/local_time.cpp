@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <optional>
 
 #include "tool.h"
 
@@ -52,6 +53,20 @@ int64_t televisionTime() {
     return check(a_qeltvapi_time_get_utc_time(nullptr), "time");
 }
 
+namespace {
+
+/** UTC of a local time; nothing where it is none. */
+std::optional<int64_t> utcOf(const Dtg& local) {
+    const QELTVAPI_DTG_T dtg = record(local);
+    int64_t milliseconds = 0;
+    a_qeltvapi_time_convert_local_time_to_millis(&dtg, &milliseconds);
+    // What is no date comes back as a code, which is no whole second.
+    if (milliseconds % 1000 != 0) return std::nullopt;
+    return milliseconds / 1000;
+}
+
+}  // namespace
+
 int64_t midnight(const std::string& date) {
     Dtg day = localFields(televisionTime());
     if (!date.empty()) {
@@ -67,12 +82,30 @@ int64_t midnight(const std::string& date) {
     }
     day.hour = day.minute = day.second = 0;
     day.flags = 0;
-    const QELTVAPI_DTG_T dtg = record(day);
-    int64_t milliseconds = 0;
-    a_qeltvapi_time_convert_local_time_to_millis(&dtg, &milliseconds);
-    // What is no date comes back as a code, which is no whole second.
-    if (milliseconds % 1000 != 0) throw Failure(kUsage, "there is no date " + date);
-    return milliseconds / 1000;
+    const auto utc = utcOf(day);
+    if (!utc) throw Failure(kUsage, "there is no date " + date);
+    return *utc;
+}
+
+int64_t localTimeIn(const std::string& text) {
+    unsigned year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    int length = -1;
+    const char* const begin = text.c_str();
+    const int found = sscanf(begin, "%4u-%2u-%2u %2u:%2u%n:%2u%n", &year, &month, &day, &hour,
+                             &minute, &length, &second, &length);
+    if (found < 5 || length != static_cast<int>(text.size())) {
+        throw Failure(kUsage, "\"" + text + "\" is no time, as 2026-03-29 20:15");
+    }
+    Dtg local{};
+    local.year = static_cast<uint16_t>(year);
+    local.month = static_cast<uint8_t>(month);
+    local.day = static_cast<uint8_t>(day);
+    local.hour = static_cast<uint8_t>(hour);
+    local.minute = static_cast<uint8_t>(minute);
+    local.second = static_cast<uint8_t>(second);
+    const auto utc = utcOf(local);
+    if (!utc) throw Failure(kUsage, "there is no time " + text);
+    return *utc;
 }
 
 int64_t parseNumber(const std::string& text, const std::string& what, int64_t minimum,

@@ -20,6 +20,8 @@ std::string timeText(const qeltvd::layouts::Dtg& fields);
 
 /** Local midnight of a date as dateText() prints it; "" for today. */
 int64_t midnight(const std::string& date);
+/** UTC of a local time as timeText() prints it, with or without its seconds. */
+int64_t localTimeIn(const std::string& text);
 int64_t televisionTime();
 
 /** The number in a text, all of it; ends the command otherwise. */

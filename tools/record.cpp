@@ -1,6 +1,7 @@
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -8,6 +9,7 @@
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_timeshift.h"
 #include "layouts/record.h"
+#include "local_time.h"
 #include "tool.h"
 
 namespace tool {
@@ -17,25 +19,21 @@ using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 std::string localTime(int64_t utc) {
-    const auto seconds = static_cast<time_t>(utc);
-    tm local{};
-    localtime_r(&seconds, &local);
-    char text[32];
-    return std::string(text, strftime(text, sizeof(text), "%Y-%m-%d %H:%M:%S", &local));
+    return timeText(localFields(utc));
 }
 
-/** "+90" is in 90 seconds, a plain number UTC seconds, else local time as localTime() prints it. */
+/**
+ * "+90" is in 90 seconds, a plain number UTC seconds, else local time of the television as
+ * localTime() prints it.
+ */
 int64_t parseTime(const std::string& text) {
     char* end = nullptr;
+    errno = 0;
     const long long number = strtoll(text.c_str(), &end, 10);
-    if (!text.empty() && *end == 0) return text[0] == '+' ? time(nullptr) + number : number;
-    tm local{};
-    local.tm_isdst = -1;
-    for (const char* format : {"%Y-%m-%d %H:%M:%S", "%Y-%m-%d %H:%M"}) {
-        const char* rest = strptime(text.c_str(), format, &local);
-        if (rest != nullptr && *rest == 0) return mktime(&local);
+    if (!text.empty() && *end == 0 && errno == 0) {
+        return text[0] == '+' ? televisionTime() + number : number;
     }
-    throw Failure(kUsage, "\"" + text + "\" is no time");
+    return localTimeIn(text);
 }
 
 const char* nameOfError(int error) {

@@ -115,6 +115,10 @@ struct SatelliteChanges {
 };
 
 void set(const SatelliteChanges& changes) {
+    const bool none = changes.name.empty() && changes.position.empty() && !changes.low &&
+                      !changes.high && !changes.border && !changes.port && !changes.on &&
+                      !changes.off;
+    if (none) throw Failure(kUsage, "nothing to set");
     requireService();
     satellite_record_t satellite = find(changes.satellite);
     if (!changes.name.empty()) setText(satellite.name, changes.name);

@@ -194,7 +194,8 @@ void addScan(CLI::App& app) {
     scanning->add_option("mode", options->mode, "full, air, cable or satellite")
             ->check(CLI::IsMember({"full", "air", "cable", "satellite"}))
             ->capture_default_str();
-    scanning->add_option("--mhz", options->mhz, "Only the transponders at this frequency");
+    scanning->add_option("--mhz", options->mhz, "Only the transponders at this frequency")
+            ->check(CLI::Range(1.0, 4.0e6));
     scanning->add_flag("--clear", options->clear, "Remove what is not found any more");
     addJson(scanning, &options->json);
     CLI::App* cancel = scanning->add_subcommand("cancel", "End the scan that runs");

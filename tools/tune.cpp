@@ -289,7 +289,9 @@ void addTune(CLI::App& app) {
     command->add_option("--frequency", options->kHz, "Tune to a frequency in kHz, to no channel");
     command->add_option("--path", options->path, "main or sub")->capture_default_str();
     command->add_flag("--banner", options->banner, "Show the banner");
-    command->add_option("--wait", options->wait, "Seconds; 0 not at all")->capture_default_str();
+    command->add_option("--wait", options->wait, "Seconds; 0 not at all")
+            ->check(CLI::NonNegativeNumber)
+            ->capture_default_str();
     command->callback([options] { tune(*options); });
 
     auto asJson = std::make_shared<bool>(false);
@@ -321,7 +323,9 @@ void addInput(CLI::App& app) {
 
     command = add("select", "Show an input");
     command->add_option("--path", options->path, "main or sub")->capture_default_str();
-    command->add_option("--wait", options->wait, "Seconds; 0 not at all")->capture_default_str();
+    command->add_option("--wait", options->wait, "Seconds; 0 not at all")
+            ->check(CLI::NonNegativeNumber)
+            ->capture_default_str();
     command->callback([options] {
         requireService();
         pathNumber(options->path);

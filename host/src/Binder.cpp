@@ -3,6 +3,8 @@
 #include <hwbinder/IInterface.h>
 #include <hwbinder/Parcel.h>
 
+#include <algorithm>
+
 #include "Codec.h"
 #include "Node.h"
 
@@ -75,6 +77,17 @@ BpHwBinder::~BpHwBinder() = default;
 
 BpHwBinder* BpHwBinder::remoteBinder() {
     return this;
+}
+
+void BpHwBinder::setKnownAs(const std::string& interface) {
+    if (isKnownAs(interface.c_str())) return;
+    std::lock_guard<std::mutex> lock(mMutex);
+    mKnownAs.push_back(interface);
+}
+
+bool BpHwBinder::isKnownAs(const char* interface) {
+    std::lock_guard<std::mutex> lock(mMutex);
+    return std::find(mKnownAs.begin(), mKnownAs.end(), interface) != mKnownAs.end();
 }
 
 void BpHwBinder::onLastStrongRef(const void*) {

@@ -2,6 +2,8 @@
 
 #include <hidl/HidlBinderSupport.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <cstring>
 
 #include <hwbinder/IPCThreadState.h>
@@ -12,6 +14,14 @@ namespace android {
 namespace hardware {
 
 using ::android::hidl::base::V1_0::IBase;
+
+namespace {
+
+std::atomic<bool> sEnding{false};
+// Runs before the destructors of any library.
+[[maybe_unused]] const int sNoticesTheEnd = atexit([] { sEnding = true; });
+
+}  // namespace
 
 hidl_binder_death_recipient::hidl_binder_death_recipient(const sp<hidl_death_recipient>& recipient,
                                                          uint64_t cookie, const sp<IBase>& base)
@@ -110,7 +120,8 @@ sp<IBinder> getOrCreateCachedBinder(IBase* interface) {
     }
     auto make = details::getBnConstructorMap().get(descriptor, nullptr);
     if (make == nullptr) {
-        ALOGE("nothing in this process can serve a %s", descriptor.c_str());
+        // Libraries withdraw theirs while the process ends, which is no news to other threads.
+        if (!sEnding) ALOGE("nothing in this process can serve a %s", descriptor.c_str());
         return nullptr;
     }
     sp<IBinder> stub = make(static_cast<void*>(interface));

@@ -2,8 +2,10 @@
 
 #include <hidl/HidlTransportSupport.h>
 
+#include <hidl/HidlBinderSupport.h>
 #include <hidl/HidlPassthroughSupport.h>
 #include <hidl/Static.h>
+#include <hwbinder/BpHwBinder.h>
 #include <log/log.h>
 #include <sched.h>
 #include <unistd.h>
@@ -64,6 +66,12 @@ Return<bool> canCastInterface(IBase* interface, const char* castTo, bool emitErr
     if (interface == nullptr) return false;
     // Everything is an IBase, and asking a dead object would say otherwise.
     if (strcmp(castTo, IBase::descriptor) == 0) return true;
+    // Nor need a service be asked for the name under which it was found.
+    if (interface->isRemote()) {
+        const sp<IBinder> binder = getOrCreateCachedBinder(interface);
+        BpHwBinder* proxy = binder == nullptr ? nullptr : binder->remoteBinder();
+        if (proxy != nullptr && proxy->isKnownAs(castTo)) return true;
+    }
     bool found = false;
     Return<void> asked = interface->interfaceChain([&](const hidl_vec<hidl_string>& descriptors) {
         for (const hidl_string& descriptor : descriptors) {

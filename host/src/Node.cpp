@@ -5,13 +5,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cinttypes>
 #include <cstring>
 #include <deque>
 #include <optional>
-#include <random>
 
 #include <fcntl.h>
 #include <log/log.h>
+#include <sys/random.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -45,16 +46,24 @@ constexpr uint32_t kClientMs = 10000;
 constexpr uint32_t kGraceMs = 1000;
 constexpr size_t kMaxOnewayBytes = 64 * 1024 * 1024;
 
+uint64_t randomNumber() {
+    uint64_t number = 0;
+    ssize_t size;
+    do {
+        size = getrandom(&number, sizeof(number), 0);
+    } while (size < 0 && errno == EINTR);
+    LOG_ALWAYS_FATAL_IF(size != sizeof(number), "no random numbers: %s", strerror(errno));
+    return number;
+}
+
 std::string randomName() {
-    std::random_device random;
     char text[48];
-    snprintf(text, sizeof(text), "%d-%08x%08x", static_cast<int>(getpid()), random(), random());
+    snprintf(text, sizeof(text), "%d-%016" PRIx64, static_cast<int>(getpid()), randomNumber());
     return text;
 }
 
 uint64_t chainPrefix() {
-    std::random_device random;
-    return (uint64_t{random()} << 8 | random() >> 24) & 0xffffffffff;
+    return randomNumber() & 0xffffffffff;
 }
 
 }  // namespace
@@ -510,8 +519,9 @@ bool Node::welcome(const std::shared_ptr<Connection>& connection, const std::str
         std::lock_guard<std::mutex> lock(mMutex);
         if (role != kLiveness) {
             if (mServed >= kMaxServed) {
-                if (!mCrowded)
+                if (!mCrowded) {
                     ALOGE("%zu served connections are enough; refused one more", kMaxServed);
+                }
                 mCrowded = true;
                 return false;
             }

@@ -65,7 +65,11 @@ android::sp<android::hardware::IBinder> findService(const std::string& interface
             std::shared_ptr<Peer> peer = node.peer(entry.node);
             android::status_t status = peer == nullptr ? android::BAD_VALUE : peer->watch();
             if (status == android::OK) status = peer->acquire(entry.object, false);
-            if (status == android::OK) return peer->proxy(entry.object, 1);
+            if (status == android::OK) {
+                android::sp<android::hardware::BpHwBinder> proxy = peer->proxy(entry.object, 1);
+                proxy->setKnownAs(interface);
+                return proxy;
+            }
             // Only what is surely dead is cleared away.
             if (status != android::DEAD_OBJECT) return nullptr;
             node.forget(entry.node);

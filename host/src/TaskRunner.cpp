@@ -13,20 +13,23 @@ TaskRunner::~TaskRunner() {
 }
 
 void TaskRunner::start(size_t limit) {
-    if (mQueue) return;
-    mQueue = std::make_shared<SynchronizedQueue<Task>>(limit);
-    std::thread([queue = mQueue] {
-        Task task;
-        while (queue->pop(&task)) {
-            task();
-            // Drops what the task holds before the next wait, which may be long.
-            task = nullptr;
-        }
-    }).detach();
+    if (!mQueue) mQueue = std::make_shared<SynchronizedQueue<Task>>(limit);
 }
 
 bool TaskRunner::push(const Task& task) {
-    return mQueue != nullptr && task && mQueue->push(task);
+    if (mQueue == nullptr || !task) return false;
+    // Many runners never get a task, and a thread takes time to make.
+    std::call_once(mRunning, [this] { std::thread(run, mQueue).detach(); });
+    return mQueue->push(task);
+}
+
+void TaskRunner::run(const std::shared_ptr<SynchronizedQueue<Task>>& queue) {
+    Task task;
+    while (queue->pop(&task)) {
+        task();
+        // Drops what the task holds before the next wait, which may be long.
+        task = nullptr;
+    }
 }
 
 }  // namespace details

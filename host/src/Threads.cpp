@@ -1,7 +1,10 @@
 #include "Threads.h"
 
 #include <atomic>
-#include <memory>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
 
 #include <pthread.h>
 
@@ -11,38 +14,101 @@ namespace {
 // There may be a thousand threads, in the address space of a 32-bit process too.
 constexpr size_t kStackSize = sizeof(void*) == 8 ? 2 * 1024 * 1024 : 512 * 1024;
 
-struct Start {
+/** Threads that are through stay for a while: the next client need not wait for one to be made. */
+constexpr size_t kMaxParked = 4;
+constexpr std::chrono::seconds kParkedFor{10};
+
+std::atomic<uint32_t> gGeneration{0};
+FAST_THREAD_LOCAL ThreadState tState;
+
+struct Job {
     const char* name;
     std::function<void()> body;
 };
 
-void* enter(void* argument) {
-    std::unique_ptr<Start> start(static_cast<Start*>(argument));
-    pthread_setname_np(pthread_self(), start->name);
-    start->body();
-    return nullptr;
-}
+class Threads {
+  public:
+    static Threads& get() {
+        // Never destroyed: its threads run until the very end of the process.
+        static std::atomic<Threads*> current{nullptr};
+        Threads* threads = current.load(std::memory_order_acquire);
+        if (threads != nullptr) return *threads;
+        static const bool watchingForks = [] {
+            onFork([] { current = nullptr; });
+            return true;
+        }();
+        (void)watchingForks;
+        auto* fresh = new Threads;
+        if (current.compare_exchange_strong(threads, fresh)) return *fresh;
+        delete fresh;
+        return *threads;
+    }
+
+    bool start(Job job) {
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            if (mParked > mJobs.size()) {
+                mJobs.push_back(std::move(job));
+                mArrived.notify_one();
+                return true;
+            }
+        }
+        auto* first = new First{this, std::move(job)};
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+        pthread_attr_setstacksize(&attributes, kStackSize);
+        pthread_t thread;
+        const int error = pthread_create(&thread, &attributes, enter, first);
+        pthread_attr_destroy(&attributes);
+        if (error != 0) delete first;
+        return error == 0;
+    }
+
+  private:
+    struct First {
+        Threads* threads;
+        Job job;
+    };
+
+    static void* enter(void* argument) {
+        auto* first = static_cast<First*>(argument);
+        Threads& threads = *first->threads;
+        Job job = std::move(first->job);
+        delete first;
+        do {
+            pthread_setname_np(pthread_self(), job.name);
+            tState = ThreadState();
+            job.body();
+            job.body = nullptr;
+        } while (threads.park(&job));
+        return nullptr;
+    }
+
+    /** Waits for the next job; false when the thread is not needed any more. */
+    bool park(Job* job) {
+        std::unique_lock<std::mutex> lock(mMutex);
+        if (mParked == kMaxParked) return false;
+        ++mParked;
+        mArrived.wait_for(lock, kParkedFor, [this] { return !mJobs.empty(); });
+        --mParked;
+        if (mJobs.empty()) return false;
+        *job = std::move(mJobs.front());
+        mJobs.pop_front();
+        return true;
+    }
+
+    std::mutex mMutex;
+    std::condition_variable mArrived;
+    size_t mParked = 0;
+    std::deque<Job> mJobs;  // never more than are parked
+};
 
 }  // namespace
 
 bool startThread(const char* name, std::function<void()> body) {
-    auto start = std::make_unique<Start>(Start{name, std::move(body)});
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
-    pthread_attr_setstacksize(&attributes, kStackSize);
-    pthread_t thread;
-    int error = pthread_create(&thread, &attributes, enter, start.get());
-    pthread_attr_destroy(&attributes);
-    if (error != 0) return false;
-    (void)start.release();
-    return true;
+    return Threads::get().start({name, std::move(body)});
 }
-
-namespace {
-std::atomic<uint32_t> gGeneration{0};
-FAST_THREAD_LOCAL ThreadState tState;
-}  // namespace
 
 uint32_t generation() {
     return gGeneration.load(std::memory_order_relaxed);

@@ -10,7 +10,8 @@
 
 namespace hidlhost {
 
-/** Runs `body` on a detached thread. False without resources. */
+/** Runs `body` on a thread of its own, one that was parked or a new one. False without resources.
+ */
 bool startThread(const char* name, std::function<void()> body);
 
 /**

@@ -19,6 +19,8 @@
 
 #include <gtest/gtest.h>
 
+#include "eventually.h"
+
 namespace kit {
 
 /** Width of the service's process, seen from the tests. */
@@ -32,16 +34,6 @@ inline std::string serviceProgram(Width width) {
 /** The tests run emulated and a service for this machine is there: two widths can meet. */
 inline bool hasOtherWidth() {
     return *QELTV_EMULATOR != '\0' && access(serviceProgram(Width::kOther).c_str(), X_OK) == 0;
-}
-
-template <typename Condition>
-bool eventually(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(20)) {
-    auto end = std::chrono::steady_clock::now() + limit;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
 }
 
 inline size_t openDescriptors() {

@@ -39,7 +39,6 @@ using ::android::hardware::Return;
 using ::android::hardware::Void;
 using namespace ::hidlhost;
 using namespace ::hidlhost::test::kit::V1_0;
-using kit::eventually;
 
 constexpr char kRaw[] = "limits@1.0::IRaw";
 constexpr char kStranger[] = "1-feedfacecafebeef";

@@ -41,7 +41,6 @@ using ::android::hardware::Return;
 using ::android::hidl::base::V1_0::IBase;
 using namespace ::hidlhost;
 using namespace ::hidlhost::test::kit::V1_0;
-using kit::eventually;
 
 constexpr char kStranger[] = "1-feedfacecafebeef";
 

@@ -40,7 +40,6 @@ using ::android::hardware::Void;
 using ::android::hidl::base::V1_0::IBase;
 using namespace ::hidlhost::test::kit::V1_0;
 using namespace std::chrono_literals;
-using kit::eventually;
 using Clock = std::chrono::steady_clock;
 
 // "At once" beside waits that would be endless or many seconds.

@@ -14,23 +14,12 @@
 #include <thread>
 
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_qeltvapi_common.h"
 #include "log_capture.h"
 #include "platform_calls.h"
 
 namespace wire {
-
-constexpr std::chrono::seconds kPatience{30};
-
-template <class F>
-bool eventually(const F& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
 
 /**
  * Asks for notifications the first time, and returns when the television that runs now sends them

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_hbbtv.h"
 #include "hw_mm_svctx.h"
 #include "hw_pcl.h"
@@ -116,16 +117,6 @@ int onUnusedKey(int32_t key, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr
 int onSource(uint32_t component, uint32_t cond, uintptr_t tag, uint32_t width, uint32_t height) {
     sEvents.push({"source", {component, cond, tag, width, height}});
     return 0;
-}
-
-template <class F>
-bool eventually(const F& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
 }
 
 Json json(const std::vector<std::string>& arguments) {

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_qeltvapi_common.h"
 #include "hw_qeltvapi_pvr_browser.h"
 #include "hw_qeltvapi_record.h"
@@ -27,16 +28,6 @@ using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
 namespace {
 
 constexpr int kPacket = 188;
-
-template <class F>
-bool eventually(const F& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + 30s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(5ms);
-    }
-    return true;
-}
 
 /** Notifications of one kind, as they come. */
 class Events {

@@ -1,8 +1,11 @@
 #include <atomic>
 #include <chrono>
+#include <mutex>
 #include <thread>
 
+#include "QelTvApiCallbackImpl.h"
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_qeltvapi_config.h"
 #include "hw_qeltvapi_highlevel.h"
 #include "platform_calls.h"
@@ -20,16 +23,6 @@ std::atomic<int64_t> sSeen{-1};
 int onConfig(int32_t, uintptr_t, uintptr_t, const char* name, uintptr_t value, uintptr_t) {
     if (strcmp(name, kItem) == 0) sSeen = static_cast<int64_t>(value);
     return 0;
-}
-
-template <class F>
-bool eventually(const F& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + 30s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
 }
 
 /**
@@ -92,6 +85,38 @@ TEST(Restart, NotificationsComeBackAfterEachOfManyDeaths) {
     EXPECT_TRUE(notified(49));
     // A thread that polls at the end of the process must do so asleep.
     Sleeps::instance().letAllGo(false);
+}
+
+std::vector<int32_t> sHighlevel;
+std::mutex sHighlevelLock;
+
+int onHighlevel(int32_t type, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
+    std::lock_guard<std::mutex> guard(sHighlevelLock);
+    sHighlevel.push_back(type);
+    return 0;
+}
+
+// As two threads of the library do that have noticed the same death.
+TEST(Restart, ACallbackObjectThatIsRegisteredTwiceIsToldOnce) {
+    Daemon television;
+    television.start();
+    const auto tv = vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi::getService("default", false);
+    ASSERT_NE(nullptr, tv);
+    QelTvApiCallbackImpl::pf_highlevel_cb.set(onHighlevel);
+    const android::sp<QelTvApiCallbackImpl> callback = new QelTvApiCallbackImpl;
+    for (int time = 0; time < 2; ++time) {
+        ASSERT_TRUE(tv->a_hidl_registerCallbackHandler(callback).isOk());
+    }
+    EXPECT_EQ(2u, registrations());
+    for (const char* values : {"[5,0,0,0,0,0]", "[6,0,0,0,0,0]"}) {
+        controlTelevision(tv, {"raise", "a_hidl_qeltvapi_highlevel_callback_fct", values});
+    }
+    const auto told = [] {
+        std::lock_guard<std::mutex> guard(sHighlevelLock);
+        return sHighlevel;
+    };
+    EXPECT_TRUE(eventually([&] { return !told().empty() && told().back() == 6; }));
+    EXPECT_EQ((std::vector<int32_t>{5, 6}), told());
 }
 
 }  // namespace

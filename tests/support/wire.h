@@ -22,6 +22,16 @@ class Debug {
     unsigned char mBefore;
 };
 
+/** The service, there, with the log captured and nothing left of earlier tests. */
+inline ScriptedService& ready() {
+    captureLog();
+    ScriptedService& service = ScriptedService::instance();
+    service.start();
+    service.take();
+    takeLog();
+    return service;
+}
+
 #ifdef QELTV_EMULATOR
 /**
  * A call whose reply is lost must end the process. It runs in a process that is started anew, with

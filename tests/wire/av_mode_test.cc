@@ -72,9 +72,7 @@ Table table() {
 WIRE_TABLE_TESTS(AvModeWire, table())
 
 TEST(AvModeWire, TheTraceShowsTheNumberThatIsThen) {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
+    ScriptedService& service = ready();
     uint16_t modes[4] = {};
     for (const bool lost : {false, true}) {
         uint32_t num = 9;

@@ -49,18 +49,9 @@ TEST(CecWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
 }
 
 TEST(CecWire, ALostReplyEndsTheProcess) {
-    if (QELTV_EMULATOR[0] != '\0') GTEST_SKIP() << "the emulator cannot start the test anew";
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto lose = [](const Values& arguments, int (*call)()) {
-        ScriptedService& service = ScriptedService::instance();
-        service.start();
-        service.expectAndLose(arguments);
-        call();
-    };
-    EXPECT_DEATH(lose({}, a_qeltvapi_get_earc_caps), "failed HIDL call");
-    EXPECT_DEATH(lose({boolean(false)}, [] { return a_qeltvapi_set_earc_enable(0); }),
-                 "failed HIDL call");
-    EXPECT_DEATH(lose({u32(1)}, [] { return a_qeltvapi_get_earc_status(1); }), "failed HIDL call");
+    expectLostReplyEndsTheProcess({}, a_qeltvapi_get_earc_caps);
+    expectLostReplyEndsTheProcess({boolean(false)}, [] { return a_qeltvapi_set_earc_enable(0); });
+    expectLostReplyEndsTheProcess({u32(1)}, [] { return a_qeltvapi_get_earc_status(1); });
 }
 
 }  // namespace

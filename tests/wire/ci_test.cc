@@ -8,6 +8,10 @@ using namespace wire;
 
 namespace {
 
+int ignore(uint32_t, uint32_t, int32_t, const void*) {
+    return 0;
+}
+
 /** A PIN code as the service sends it. */
 Value pinCode(uint8_t valid, std::initializer_list<uint16_t> units) {
     return record(Bytes(1, static_cast<char>(valid)) + Bytes(23, '\0'))
@@ -343,6 +347,25 @@ TEST_F(CiTypes, KeyDataOfNoBytesIsSentToo) {
     service.expect({bytes(""), u32(0)}, {i32(3)});
     EXPECT_EQ(3, a_qeltvapi_ci_key_write(&data, 0));
     EXPECT_EQ("", service.take().at(0).difference);
+}
+
+TEST_F(CiTypes, TheTracesOfARegistrationTellItsFunctionAndHandle) {
+    service.expect({u32(1), u32(2)}, {i32(-35), i32(36)});
+    takeLog();
+    Debug debug(true);
+    int32_t handle = 0;
+    EXPECT_EQ(36, a_qeltvapi_ci_reg_cb(&handle, 1, 2, ignore));
+    std::vector<std::string> lines;
+    for (const LogLine& line : takeLog()) {
+        // The worker that registers traces meanwhile.
+        if (line.tag == "(hw_qeltvapi_ci)(client)") lines.push_back(line.text);
+    }
+    ASSERT_EQ(2u, lines.size());
+    char address[32];
+    snprintf(address, sizeof(address), "addr:%p", reinterpret_cast<void*>(ignore));
+    EXPECT_NE(std::string::npos, lines[0].find(address)) << lines[0];
+    EXPECT_EQ("<a_qeltvapi_ci_reg_cb:176> {a_qeltvapi_ci_reg_cb} handle:-35, i4_ret:36.\n",
+              lines[1]);
 }
 
 }  // namespace

@@ -78,4 +78,19 @@ TEST(EasWire, OnlyOneCountsAsTrue) {
     }
 }
 
+TEST(EasWire, TheExitTraceOfTheStatusTellsItsFourValuesInOrder) {
+    ScriptedService& service = ready();
+    Debug debug(true);
+    service.expect({}, {i32(-1), i32(2), i32(-3), i32(4), i32(5)});
+    int32_t values[4] = {};
+    EXPECT_EQ(5, a_qeltvapi_eas_get_status(&values[0], &values[1], &values[2], &values[3]));
+    const std::vector<LogLine> lines = takeLog();
+    ASSERT_EQ(2u, lines.size());
+    EXPECT_TRUE(
+            matches("<a_qeltvapi_eas_get_status:{n}> a_qeltvapi_eas_get_status reuturn 5, "
+                    "*pi4_eas_type:-1, *pi4_eas_channel_change:2, *pi4_arg1:-3, *pi4_arg2:4\n",
+                    lines[1].text))
+            << lines[1].text;
+}
+
 }  // namespace

@@ -226,15 +226,6 @@ Table table() {
 
 WIRE_TABLE_TESTS(EventWire, table())
 
-ScriptedService& ready() {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    takeLog();
-    return service;
-}
-
 TEST(EventWire, ANullPointerIsRefusedBeforeTheServiceIsAsked) {
     ScriptedService& service = ready();
     uint16_t id = 7;

@@ -166,10 +166,7 @@ TEST(IomWire, AReadIsBoundedByTheServicesLengthAlone) {
 }
 
 TEST(IomWire, AfterALostReplyTheReadStoresWhatTheBufferHolds) {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    takeLog();
+    ScriptedService& service = ready();
     char buffer[] = "---------";
     uint64_t len = 5;
     service.expectAndLose({u32(1), u16(2), memory(5, "ahead"), u64(5)});
@@ -182,11 +179,7 @@ TEST(IomWire, AfterALostReplyTheReadStoresWhatTheBufferHolds) {
 }
 
 TEST(IomWire, EmptyTransfersReachTheServiceWithoutAMapping) {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    takeLog();
+    ScriptedService& service = ready();
     uint64_t len = 0;
     service.expect({u32(1), u16(2), memory(0), u64(0)}, {u64(0), i32(1)});
     EXPECT_EQ(1, c_iom_get(1, 2, nullptr, &len));
@@ -200,10 +193,7 @@ TEST(IomWire, EmptyTransfersReachTheServiceWithoutAMapping) {
 }
 
 TEST(IomWire, WithoutSharedMemoryThereIsNoCall) {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
+    ScriptedService& service = ready();
     const qeltvapi_iom_uart_setting_t s = setting();
     uint32_t handle = 77;
     uint64_t len = 8;

@@ -99,6 +99,15 @@ Table table() {
                     .answered({i32(13)})
                     .returns(13)
                     .direct<int32_t>(),
+            Row("c_pcl_set_gpio_monitor_ctrl_ex", 128)
+                    .call([](Outputs&) {
+                        const qeltvapi_pcl_gpio_monitor_ctrl_t ctrl{1, 0};
+                        return c_pcl_set_gpio_monitor_ctrl_ex(&ctrl);
+                    })
+                    .sent({u32(1), boolean(false)})
+                    .answered({i32(14)})
+                    .returns(14)
+                    .direct<int32_t>(),
             Row("c_pcl_set_gpio_monitor_ctrl_ex", Row::kNoCall)
                     .call([](Outputs&) { return c_pcl_set_gpio_monitor_ctrl_ex(nullptr); })
                     .returns(-1)

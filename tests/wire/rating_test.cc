@@ -168,15 +168,6 @@ Table table() {
 
 WIRE_TABLE_TESTS(RatingWire, table())
 
-ScriptedService& ready() {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    takeLog();
-    return service;
-}
-
 TEST(RatingWire, ANullPointerIsRefusedAndLogged) {
     ScriptedService& service = ready();
     const QELTVAPI_ATSC_RATING_LIST_T node{};

@@ -170,14 +170,6 @@ Table table() {
 
 WIRE_TABLE_TESTS(RecordWire, table())
 
-ScriptedService& ready() {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    return service;
-}
-
 TEST(RecordWire, AShortFileNameLeavesTheRestOfTheBuffer) {
     ScriptedService& service = ready();
     char buffer[17] = "................";

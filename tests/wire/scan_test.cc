@@ -155,14 +155,6 @@ Table table() {
 
 WIRE_TABLE_TESTS(ScanWire, table())
 
-ScriptedService& ready() {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    return service;
-}
-
 TEST(ScanWire, OnlyOnePassesOverPlaceholdersButAnyNumberIsAFlag) {
     ScriptedService& service = ready();
     for (int other : {0, 2, -1, 0x101}) {

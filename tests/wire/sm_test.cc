@@ -114,6 +114,9 @@ TEST(SmWire, TheScanBeginsAtTheSecondCommandAndTheLastOneCounts) {
              {u32(2), str(""), u8(0), bytes("")}},
             {{number(0x80000000, 0), pointer(80, nullptr), number(0, 0)},
              {u32(0), str(""), u8(80), bytes("")}},
+            // The block belongs to type 0 alone.
+            {{number(0x80000000, 2), pointer(16, "x"), pointer(80, kBlock.data()), number(0, 0)},
+             {u32(2), str("x"), u8(0), bytes("")}},
     };
     for (const auto& c : cases) {
         uint32_t handle = 0;

@@ -245,6 +245,10 @@ TEST(SvctxWire, AnAttributeIsCopiedWhenItFits) {
     EXPECT_TRUE(get(&len, 10).lines.empty());
     EXPECT_EQ(counted(10), Bytes(buffer, 10));
 
+    EXPECT_TRUE(get(&len, 0).lines.empty());
+    EXPECT_EQ(0u, len) << "an empty answer is one that fits";
+    EXPECT_EQ(Bytes(16, '-'), Bytes(buffer, 16));
+
     // The low half alone says what fits; the length that is left, and warned about, is whole.
     len = 0x300000004;
     expectLine("<operator():{n}> warning! 12884901892, 5", get(&len, 5));
@@ -252,9 +256,9 @@ TEST(SvctxWire, AnAttributeIsCopiedWhenItFits) {
     EXPECT_TRUE(get(&len, 4).lines.empty());
     EXPECT_EQ(4u, len) << "the high half is gone";
 
-    uint32_t narrow = 0;
-    service.expect({u32(1), u32(2), bytes("")}, {bytes(""), i32(0)});
-    EXPECT_EQ(0, c_svctx_get(1, 2, nullptr, &narrow));
+    uint32_t narrow = 3;
+    service.expect({u32(1), u32(2), bytes("---")}, {bytes(""), i32(0)});
+    EXPECT_EQ(0, c_svctx_get(1, 2, Bytes(3, '-').data(), &narrow));
     EXPECT_EQ(0u, narrow);
 }
 

@@ -259,15 +259,6 @@ Table table() {
 
 WIRE_TABLE_TESTS(TimeWire, table())
 
-ScriptedService& ready() {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    takeLog();
-    return service;
-}
-
 TEST(TimeWire, ANullPointerIsRefusedWithTheFunctionsOwnText) {
     ScriptedService& service = ready();
     QELTVAPI_DTG_T d = dtg(1);

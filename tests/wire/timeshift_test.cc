@@ -103,14 +103,6 @@ Table table() {
 
 WIRE_TABLE_TESTS(TimeshiftWire, table())
 
-ScriptedService& ready() {
-    captureLog();
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    service.take();
-    return service;
-}
-
 TEST(TimeshiftWire, ZeroIsTheOnlyFalse) {
     ScriptedService& service = ready();
     service.expect({boolean(false)}, {i32(0)});

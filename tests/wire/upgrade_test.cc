@@ -166,16 +166,34 @@ TEST(UpgradeWire, AFirmwareTextOfAFieldsLengthOrMoreIsNotTerminated) {
 }
 
 TEST(UpgradeWire, ALostReplyOfAPlainFunctionEndsTheProcess) {
-    if (QELTV_EMULATOR[0] != '\0') GTEST_SKIP() << "the emulator cannot start the test anew";
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_DEATH(
-            {
-                ScriptedService& service = ScriptedService::instance();
-                service.start();
-                service.expectAndLose({u32(1)});
-                a_qeltvapi_upgrade_trigger(1);
-            },
-            "failed HIDL call");
+    const struct {
+        Values sent;
+        std::function<int()> call;
+    } calls[] = {
+            {{u32(1), boolean(true)}, [] { return a_qeltvapi_upgrade_start(1, 2); }},
+            {{u32(2)}, [] { return a_qeltvapi_upgrade_trigger(2); }},
+            {{u32(7), str("http://a"), str("")},
+             [] { return a_qeltvapi_upgrade_start_download_firmware(7, "http://a", nullptr); }},
+            {{u32(3)}, [] { return a_qeltvapi_upgrade_cancel_download_firmware(3); }},
+            {{u32(4)}, [] { return a_qeltvapi_upgrade_start_reboot_upgrade(4); }},
+            {{u32(5)}, [] { return a_qeltvapi_upgrade_query_upgrade_result(5); }},
+            {{u32(6)}, [] { return a_qeltvapi_upgrade_check_update(6); }},
+            {{u32(1), bytes("1234"), u32(2), bytes("5678")},
+             [] { return a_qeltvapi_upgrade_set(1, "1234", 2, "5678"); }},
+    };
+    for (const auto& c : calls) expectLostReplyEndsTheProcess(c.sent, c.call);
+}
+
+TEST(UpgradeWire, TheExitTraceOfTheSupportTellsWhatTheServiceSaid) {
+    ScriptedService& service = ready();
+    Debug debug(true);
+    service.expect({u32(1)}, {boolean(true), i32(10)});
+    bool supported = false;
+    EXPECT_EQ(10, a_qeltvapi_upgrade_is_supported(1, &supported));
+    const std::vector<LogLine> lines = takeLog();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_TRUE(matches("<a_qeltvapi_upgrade_is_supported:{n}> 1, 10", lines.back().text))
+            << lines.back().text;
 }
 
 }  // namespace

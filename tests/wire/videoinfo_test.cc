@@ -28,7 +28,7 @@ Table table() {
             Row("a_qeltvapi_videoinfo_set_data", 246)
                     .call([](Outputs& o) { return a_qeltvapi_videoinfo_set_data(-4, o.at(0), 15); })
                     .given(0, counted(15, 40))
-                    .sent({i32(-4), bytes(counted(15, 40))})
+                    .sent({i32(-4), bytes(counted(15, 40)), i32(15)})
                     .answered({i32(5)})
                     .returns(5)
                     .direct<int32_t>(),

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <mutex>
 
 #include <hidl/SynchronizedQueue.h>
 
@@ -23,14 +24,17 @@ class TaskRunner {
     TaskRunner(const TaskRunner&) = delete;
     TaskRunner& operator=(const TaskRunner&) = delete;
 
-    /** Starts the thread; at most `limit` tasks wait at a time, besides the running one. */
+    /** Before the first push(): at most `limit` tasks wait at a time, besides the running one. */
     void start(size_t limit);
 
     /** False when the task was not taken: empty, not started, or too many waiting. */
     bool push(const Task& task);
 
   private:
+    static void run(const std::shared_ptr<SynchronizedQueue<Task>>& queue);
+
     std::shared_ptr<SynchronizedQueue<Task>> mQueue;
+    std::once_flag mRunning;
 };
 
 }  // namespace details

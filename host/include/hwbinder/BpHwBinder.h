@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include <hwbinder/IBinder.h>
@@ -33,6 +34,10 @@ class BpHwBinder : public IBinder {
     const std::shared_ptr<hidlhost::Peer>& peer() const { return mPeer; }
     uint64_t id() const { return mId; }
 
+    /** The service is registered as this interface, so that it need not be asked. */
+    void setKnownAs(const std::string& interface);
+    bool isKnownAs(const char* interface);
+
     /** Tells the recipients, on the runtime's thread, that the process is gone. */
     void sendObituary();
 
@@ -56,6 +61,7 @@ class BpHwBinder : public IBinder {
     std::mutex mMutex;
     bool mObituariesSent = false;
     std::vector<Obituary> mObituaries;
+    std::vector<std::string> mKnownAs;
 };
 
 }  // namespace hardware

@@ -1,0 +1,182 @@
+/** Settings of every kind: who is told of a change, and what a television keeps over a restart. */
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "hw_hbbtv.h"
+#include "hw_qeltvapi_broadcast.h"
+#include "hw_qeltvapi_config.h"
+#include "hw_qeltvapi_inputsource.h"
+#include "hw_qeltvapi_rating.h"
+#include "hw_qeltvapi_time.h"
+#include "hw_svctx.h"
+#include "inbox.h"
+#include "layouts/presentation.h"
+#include "layouts/time.h"
+
+using namespace wire;
+using namespace qeltvd::layouts;
+
+namespace {
+
+struct Change {
+    int32_t type;
+    std::string name;
+    uint64_t group;
+    int64_t value;
+    bool operator==(const Change& o) const {
+        return type == o.type && name == o.name && group == o.group && value == o.value;
+    }
+};
+void PrintTo(const Change& change, std::ostream* out) {
+    *out << change.name << " of group " << change.group << " = " << change.value;
+}
+
+Inbox<Change> sChanges;
+Inbox<Told> sDate;
+
+int onConfig(int32_t type, uintptr_t, uintptr_t group, const char* name, uintptr_t value,
+             uintptr_t) {
+    sChanges.put({type, name, group, static_cast<int64_t>(value)});
+    return 0;
+}
+int onDate(int32_t type, uintptr_t, uintptr_t value) {
+    sDate.put({type, {value}});
+    return 0;
+}
+
+class Settings : public WithTelevision {
+  protected:
+    void SetUp() override {
+        WithTelevision::SetUp();
+        a_qeltvapi_config_reg_callback(onConfig);
+        sChanges.clear();
+    }
+
+    static void watchItems(std::initializer_list<const char*> names) {
+        for (const char* name : names) {
+            ASSERT_EQ(0, a_qeltvapi_config_add_value_changed_callback(name)) << name;
+        }
+    }
+
+    /** The next change that is told is this one. */
+    static void expectTold(const char* name, uint64_t group, int64_t value) {
+        const auto told = sChanges.take();
+        ASSERT_TRUE(told) << name;
+        EXPECT_EQ((Change{1, name, group, value}), *told);
+    }
+
+    static std::string text(const char* name) {
+        // The caller takes all of it, whatever the room.
+        char text[4096] = "";
+        uint32_t length = sizeof(text);
+        EXPECT_EQ(0, a_qeltvapi_config_get_str_value(name, text, &length)) << name;
+        return text;
+    }
+};
+
+TEST_F(Settings, AChangeIsToldWhateverFunctionMakesIt) {
+    watchItems({"sound.audio_language", "sound.subtitle_language", "parental.age",
+                "parental.rating_lock", "picture.contrast"});
+    ASSERT_EQ(0, c_hbbtv_set_default_audio_lang("fra"));
+    expectTold("sound.audio_language", 2, 0);
+    EXPECT_EQ("fra", text("sound.audio_language"));
+    ASSERT_EQ(0, c_opera_hbbtv_set_default_audio_lang("deu"));
+    expectTold("sound.audio_language", 2, 0);
+    ASSERT_EQ(0, c_hbbtv_set_default_subtitle_lang("ita", 0));
+    expectTold("sound.subtitle_language", 2, 0);
+    ASSERT_EQ(0, c_opera_hbbtv_set_default_subtitle_lang("nor", 0));
+    expectTold("sound.subtitle_language", 2, 0);
+    ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(16));
+    expectTold("parental.age", 4, 16);
+    ASSERT_EQ(0, a_qeltvapi_rating_set_enable(1));
+    expectTold("parental.rating_lock", 4, 1);
+    ASSERT_EQ(0, a_qeltvapi_config_set_value_for_all_elems(0, "picture.contrast", 11, 0));
+    expectTold("picture.contrast", 1, 11);
+
+    // Not told: what is refused, what stays as it was, what is asked to be quiet, what nobody
+    // watches.
+    EXPECT_EQ(-4, c_hbbtv_set_default_audio_lang("fr"));
+    EXPECT_EQ(-4, a_qeltvapi_rating_set_dvb_age_setting_info(2));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(16));
+    ASSERT_EQ(0, c_hbbtv_set_default_audio_lang("deu"));
+    ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "picture.contrast", 12, 1));
+    ASSERT_EQ(0, a_qeltvapi_config_set_str_value_ex("sound.audio_language", "swe", 1));
+    ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "picture.brightness", 12, 0));
+    ASSERT_EQ(0, a_qeltvapi_config_remove_value_changed_callback("parental.rating_lock"));
+    EXPECT_EQ(-3, a_qeltvapi_config_remove_value_changed_callback("parental.rating_lock"));
+    EXPECT_EQ(-3, a_qeltvapi_config_add_value_changed_callback("no.such"));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_enable(0));
+    ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "picture.contrast", 13, 0));
+    expectTold("picture.contrast", 1, 13);
+    EXPECT_EQ("swe", text("sound.audio_language"));
+
+    // A reset tells of what was different, with the value that it has then.
+    ASSERT_EQ(0, a_qeltvapi_config_reset_values(1));
+    expectTold("picture.contrast", 1, 85);
+    ASSERT_EQ(0, a_qeltvapi_config_reset_values(0));
+    expectTold("sound.audio_language", 2, 0);
+    expectTold("sound.subtitle_language", 2, 0);
+    expectTold("parental.age", 4, 0);
+    EXPECT_EQ("eng", text("sound.audio_language"));
+    EXPECT_EQ(-3, a_qeltvapi_config_reset_values(7));
+}
+
+TEST_F(Settings, AnotherPlaceMovesTheLocalTimeAndIsTold) {
+    a_qeltvapi_time_register_dt_event_callback(onDate);
+    sDate.clear();
+    ASSERT_EQ(0, a_qeltvapi_config_set_str_value("system.time_zone", "Asia/Tokyo"));
+    const auto told = sDate.takeUntil([](const Told& t) { return t.type == kZoneChanged; });
+    ASSERT_TRUE(told);
+    EXPECT_EQ(9u * 3600, told->values[0]);
+    EXPECT_EQ(9 * 3600, a_qeltvapi_time_get_time_zone());
+}
+
+TEST_F(Settings, TheVideoResolutionIsThatOfThePicture) {
+    const auto resolution = [] {
+        std::vector<uint32_t> words(4, 7);
+        EXPECT_EQ(0, a_qeltvapi_config_get_video_resolution(words.data()));
+        return words;
+    };
+    const std::vector<uint32_t> none(4, 0);
+    ASSERT_EQ(0, a_qeltvapi_inputsource_changesource_bysourceid(5));
+    EXPECT_TRUE(eventually([&] {
+        return resolution() == std::vector<uint32_t>{1920, 1080, 60000, 0};
+    }));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_switch_input_to_tv());
+    VideoSource video{};
+    ASSERT_TRUE(eventually([&] {
+        int32_t status = 0;
+        a_qeltvapi_broadcast_get_tuning_status(&status);
+        return status == kTuningPlays;
+    }));
+    ASSERT_EQ(0, c_svctx_get_video_src_resolution(1, &video));
+    const std::vector<uint32_t> shown{video.width, video.height, video.frameRate, video.interlaced};
+    EXPECT_EQ(shown, resolution());
+    // Nothing to see: no signal, and a socket with nothing in it.
+    ASSERT_EQ(0, qeltvctl({"service", "reception", "5"}).status);
+    EXPECT_TRUE(eventually([&] { return resolution() == none; }));
+    ASSERT_EQ(0, a_qeltvapi_inputsource_changesource_bysourceid(8));
+    EXPECT_EQ(none, resolution());
+}
+
+TEST_F(Settings, SelectorsNamesAndRangesAreChecked) {
+    int32_t value = 77;
+    EXPECT_EQ(0, a_qeltvapi_config_get_value(1, "picture.hue", &value));
+    EXPECT_EQ(0, value);
+    EXPECT_EQ(-3, a_qeltvapi_config_get_value(2, "picture.hue", &value)) << "not of that group";
+    EXPECT_EQ(-3, a_qeltvapi_config_get_value(0, "system.model", &value)) << "a text";
+    EXPECT_EQ(-3, a_qeltvapi_config_set_value(2, "picture.hue", 1, 0));
+    EXPECT_EQ(-3, a_qeltvapi_config_set_str_value("picture.hue", "1"));
+    EXPECT_EQ(-5, a_qeltvapi_config_set_value(0, "picture.gamma", 1, 0)) << "disabled";
+    EXPECT_EQ(-4, a_qeltvapi_config_set_value(0, "picture.hue", -51, 0));
+    EXPECT_EQ(0, a_qeltvapi_config_set_value(0, "picture.hue", -50, 0));
+    EXPECT_EQ(0, a_qeltvapi_config_is_visible(0, "system.serial"));
+    EXPECT_EQ(1, a_qeltvapi_config_is_visible(0, "system.model"));
+    EXPECT_EQ(-3, a_qeltvapi_config_is_enabled(0, "no.such"));
+    EXPECT_EQ(-5, a_qeltvapi_config_set_str_value("system.items", "mine")) << "read only";
+    EXPECT_NE(std::string::npos, (" " + text("system.items") + " ").find(" picture.hue "));
+}
+
+}  // namespace
