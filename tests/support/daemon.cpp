@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -124,7 +125,8 @@ TemporaryDirectory::~TemporaryDirectory() {
 void Daemon::launch() {
     mPid = fork();
     if (mPid == 0) {
-        // Killed by the test, and in any case not much later than it.
+        // Killed by the test, with it where that breaks off, and in any case some time.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
         alarm(kDaemonLimit);
         // Built for this machine also when the tests are not.
         become({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", mState.path()});
