@@ -11,6 +11,12 @@ else()
     add_link_options(-Wl,--no-undefined)
 endif()
 
+# Of the library only; see scripts/coverage.
+option(QELTV_COVERAGE "Count the lines of the library that run" OFF)
+if(QELTV_COVERAGE)
+    add_link_options(-fprofile-instr-generate)
+endif()
+
 find_program(QELTV_LLD ld.lld)
 if(QELTV_LLD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     add_link_options(-fuse-ld=lld)
