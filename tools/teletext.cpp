@@ -100,7 +100,9 @@ std::vector<TopEntry> table(const Room& room) {
     uint32_t count = 0;
     memcpy(&count, room.text(), sizeof(count));
     std::vector<TopEntry> entries(std::min(count, 1000U));
-    memcpy(entries.data(), room.text() + sizeof(count), entries.size() * sizeof(TopEntry));
+    if (!entries.empty()) {
+        memcpy(entries.data(), room.text() + sizeof(count), entries.size() * sizeof(TopEntry));
+    }
     return entries;
 }
 

@@ -443,8 +443,9 @@ TEST_F(ProgrammeGuide, AtscEventsAreLoadedByTimeAndByTable) {
     ASSERT_EQ(0, a_qeltvapi_event_atsc_getEvent_general(ids[0], &info));
     const EventGeneral present = general(event(true));
     EXPECT_EQ(present.eventId, info.ui2_at_0);
-    EXPECT_EQ(static_cast<uint64_t>(present.start), info.ui8_at_12);
-    EXPECT_EQ(present.duration, info.ui8_at_20);
+    // Copies: the record's 64-bit fields are not aligned.
+    EXPECT_EQ(static_cast<uint64_t>(present.start), uint64_t{info.ui8_at_12});
+    EXPECT_EQ(present.duration, uint64_t{info.ui8_at_20});
     EXPECT_STREQ(present.title, info.s_at_32);
     EXPECT_STREQ("eng", info.s_at_296);
     char details[512] = "";
