@@ -59,9 +59,10 @@ struct Shown {
     int length = 0;
 };
 
-std::mutex sLock;
-std::condition_variable sArrived;
-std::deque<Shown> sShown;
+// Never destroyed: notifications arrive until the very end of the process.
+std::mutex& sLock = *new std::mutex;
+std::condition_variable& sArrived = *new std::condition_variable;
+std::deque<Shown>& sShown = *new std::deque<Shown>;
 
 int onCi(uint32_t, uint32_t, int32_t cond, const void* data) {
     Shown shown{cond, {}, {}, {}, {}, false, 0};

@@ -26,9 +26,10 @@ struct Progress {
     uint64_t values[4];
 };
 
-std::mutex sLock;
-std::condition_variable sArrived;
-std::deque<Progress> sProgress;
+// Never destroyed: notifications arrive until the very end of the process.
+std::mutex& sLock = *new std::mutex;
+std::condition_variable& sArrived = *new std::condition_variable;
+std::deque<Progress>& sProgress = *new std::deque<Progress>;
 
 int onScan(int32_t type, uintptr_t, uintptr_t a1, uintptr_t a2, uintptr_t a3, uintptr_t a4) {
     std::lock_guard<std::mutex> guard(sLock);

@@ -34,9 +34,10 @@ struct Event {
     int32_t value;
 };
 
-std::mutex sLock;
-std::condition_variable sArrived;
-std::deque<Event> sEvents;
+// Never destroyed: notifications arrive until the very end of the process.
+std::mutex& sLock = *new std::mutex;
+std::condition_variable& sArrived = *new std::condition_variable;
+std::deque<Event>& sEvents = *new std::deque<Event>;
 
 void push(Event event) {
     std::lock_guard<std::mutex> guard(sLock);

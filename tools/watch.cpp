@@ -60,7 +60,8 @@ class Printer {
     uint64_t mPrinted = 0;
 };
 
-Printer sPrinter;
+// Never destroyed, as the names below: notifications arrive until the very end of the process.
+Printer& sPrinter = *new Printer;
 
 /** A value of a notification. Blocks come without their length, so only that there is one shows. */
 template <class T>
@@ -79,7 +80,7 @@ struct Kind {
     std::function<void()> listen;
 };
 
-std::map<int, std::string> sNames;
+std::map<int, std::string>& sNames = *new std::map<int, std::string>;
 
 /** One C function for each kind, told apart by its number. */
 template <int K, class... A>

@@ -46,7 +46,7 @@ class Limited {
 class FullDisk : public testing::Test {
   protected:
     void SetUp() override {
-        mMounted = mount("tmpfs", television.statePath().c_str(), "tmpfs", 0, "size=2m") == 0;
+        mMounted = mount("tmpfs", television.statePath().c_str(), "tmpfs", 0, "size=8m") == 0;
         // Of a file that cannot grow a process hears by a signal too; the television inherits this.
         if (!mMounted) signal(SIGXFSZ, SIG_IGN);
     }
@@ -175,9 +175,9 @@ TEST_F(FullDisk, ATelevisionStartsFromWhatIsStoredAndTakesChangesOnceThereIsRoom
     start();
     ASSERT_EQ(0, wire::qeltvctl({"config", "set", kNumber, "42"}).status);
     ASSERT_EQ(0, wire::qeltvctl({"config", "set", "channels.region", "dvb-t/uk-*"}).status);
+    const std::string channels = wire::qeltvctl({"channel", "list"}).out;
     ASSERT_EQ(0, wire::qeltvctl({"record", "start"}).status);
     ASSERT_TRUE(hasRecorded());
-    const std::string channels = wire::qeltvctl({"channel", "list"}).out;
     television.kill();
     fill(0);
 

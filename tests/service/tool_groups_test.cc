@@ -476,7 +476,7 @@ TEST_F(ToolGroups, RecordingsFromStartToDeletion) {
 TEST_F(ToolGroups, TimeshiftFromDeviceToStop) {
     const TemporaryDirectory directory;
     EXPECT_EQ("none", json({"timeshift", "status"})["device"]);
-    done({"timeshift", "device", directory.path(), "4"});
+    done({"timeshift", "device", directory.path(), "256"});
     ASSERT_TRUE(eventually([] { return json({"timeshift", "status"})["device"] == "ready"; }));
     done({"timeshift", "start"});
     refused({"timeshift", "start"}, "start: refused with code -5");
