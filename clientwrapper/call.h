@@ -225,8 +225,9 @@ class Call {
         mService = service;
         if (mService != nullptr) return;
         if (mFamily.missingAlways != nullptr) mFamily.missingAlways(mFamily.tag, mSite);
-        if (mFamily.missingTraced != nullptr && tracing())
+        if (mFamily.missingTraced != nullptr && tracing()) {
             mFamily.missingTraced(mFamily.tag, mSite);
+        }
     }
 
     template <class T>
