@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cmath>
 #include <condition_variable>
 #include <cstdio>
 #include <deque>
@@ -217,7 +218,7 @@ void addScan(CLI::App& app) {
                             : options->mode == "satellite" ? kScanSatellite
                                                            : kScanFull;
         if (options->mhz > 0) {
-            argument = scanFrequency(static_cast<uint32_t>(options->mhz * 1000 + 0.5));
+            argument = scanFrequency(static_cast<uint32_t>(std::llround(options->mhz * 1000)));
         }
         scan(argument, options->clear, options->json);
     });

@@ -363,24 +363,31 @@ size_t mostConnections() {
 /** A descriptor that is given up to turn a client away when there are no others left. */
 class Spare {
   public:
-    Spare() : mFile(open("/dev/null", O_RDONLY | O_CLOEXEC)) {}
+    Spare() { keep(); }
     ~Spare() {
         if (mFile >= 0) close(mFile);
     }
     Spare(const Spare&) = delete;
     Spare& operator=(const Spare&) = delete;
 
-    /** False where somebody else has taken the descriptor meanwhile. */
+    /** Takes it back where somebody else has had it meanwhile. */
+    void keep() {
+        if (mFile < 0) mFile = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    }
+
+    /** False where there is none, or somebody else was faster. */
     bool refuse(int listener) {
-        if (mFile >= 0) close(mFile);
+        if (mFile < 0) return false;
+        close(mFile);
         int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket >= 0) close(socket);
-        mFile = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        mFile = -1;
+        keep();
         return socket >= 0;
     }
 
   private:
-    int mFile;
+    int mFile = -1;
 };
 
 }  // namespace
@@ -397,6 +404,8 @@ void Node::accept(int listener) {
         return true;
     };
     for (;;) {
+        // Before a client can have it: without it the next one would wait instead of being refused.
+        spare.keep();
         int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket < 0) {
             const int error = errno;
