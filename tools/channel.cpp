@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -49,7 +50,7 @@ int32_t positionOf(const std::string& text) {
     if (end == text.c_str() || !(degrees >= 0) || degrees > 180 || (side != "E" && side != "W")) {
         throw Failure(kUsage, "a position is as in 19.2E or 30.0W, not \"" + text + "\"");
     }
-    const auto tenths = static_cast<int32_t>(degrees * 10 + 0.5);
+    const auto tenths = static_cast<int32_t>(std::lround(degrees * 10));
     return side == "W" ? -tenths : tenths;
 }
 

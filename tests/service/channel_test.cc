@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_iom.h"
 #include "hw_qeltvapi_bisskey.h"
 #include "hw_qeltvapi_channellist.h"
@@ -287,6 +288,11 @@ class ChannelFunctions : public testing::Test {
         a_qeltvapi_channellist_register_callback(onChannels);
         a_qeltvapi_bisskey_register_callback(onBiss);
         a_qeltvapi_satllist_register_callback(onSatellites);
+        // The registration is another thread's.
+        ASSERT_TRUE(eventually([] {
+            raise(998);
+            return Heard::instance().count("channels") > 0;
+        }));
     }
     static void TearDownTestSuite() { delete sTelevision; }
 
@@ -299,7 +305,17 @@ class ChannelFunctions : public testing::Test {
         const uint32_t zero = 0;
         ASSERT_EQ(0, a_qeltvapi_channellist_interface(CHANNEL_REQUEST_RELOAD, &none, 0, 0, &zero));
         for (uint32_t i = 0; i < 4; ++i) ASSERT_EQ(0, a_qeltvapi_favorite_list_del_all(i, 0, 0, 0));
+        // Behind this one nothing is left of what has been raised so far.
+        raise(999);
+        Heard::instance().wait("channels", 999);
         Heard::instance().forget();
+    }
+
+    static void raise(int32_t type) {
+        using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
+        controlTelevision(IQelTvApi::getService("default", false),
+                          {"raise", "a_hidl_qeltvapi_channellist_update_callback_fct",
+                           "[" + std::to_string(type) + ",0,0,0,0,0]"});
     }
 
     static uint32_t count(uint32_t list) {
@@ -423,14 +439,6 @@ TEST_F(ChannelFunctions, TheCurrentChannelIsToldAndFollowed) {
 }
 
 TEST_F(ChannelFunctions, WritesTellClientsUnlessTheyAreQuiet) {
-    // Behind this one nothing is left of what the tests before have raised.
-    constexpr int32_t kMark = 999;
-    controlTelevision(
-            vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi::getService("default", false),
-            {"raise", "a_hidl_qeltvapi_channellist_update_callback_fct", "[999,0,0,0,0,0]"});
-    Heard::instance().wait("channels", kMark);
-    Heard::instance().forget();
-
     const channel_record_t first = at(kAir, 0);
     Pair pair = read(kAir, first.record_id);
     strcpy(pair.svl.name, "Quiet");
