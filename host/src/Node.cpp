@@ -184,19 +184,8 @@ Node::Node(std::string name)
         : mName(std::move(name)), mChainPrefix(chainPrefix()), mGeneration(generation()) {}
 
 Node& Node::process() {
-    // Never destroyed: its threads run until the very end of the process.
-    static std::atomic<std::shared_ptr<Node>*> current{nullptr};
-    std::shared_ptr<Node>* node = current.load(std::memory_order_acquire);
-    if (node != nullptr) return **node;
-    static const bool watchingForks = [] {
-        onFork([] { current = nullptr; });
-        return true;
-    }();
-    (void)watchingForks;
-    auto* fresh = new std::shared_ptr<Node>(create());
-    if (current.compare_exchange_strong(node, fresh)) return **fresh;
-    delete fresh;
-    return **node;
+    return *onePerProcess<std::shared_ptr<Node>>(
+            [] { return new std::shared_ptr<Node>(create()); });
 }
 
 std::shared_ptr<Node> Node::create() {

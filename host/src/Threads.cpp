@@ -29,19 +29,7 @@ struct Job {
 class Threads {
   public:
     static Threads& get() {
-        // Never destroyed: its threads run until the very end of the process.
-        static std::atomic<Threads*> current{nullptr};
-        Threads* threads = current.load(std::memory_order_acquire);
-        if (threads != nullptr) return *threads;
-        static const bool watchingForks = [] {
-            onFork([] { current = nullptr; });
-            return true;
-        }();
-        (void)watchingForks;
-        auto* fresh = new Threads;
-        if (current.compare_exchange_strong(threads, fresh)) return *fresh;
-        delete fresh;
-        return *threads;
+        return onePerProcess<Threads>([] { return new Threads; });
     }
 
     bool start(Job job) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 
@@ -21,6 +22,26 @@ bool startThread(const char* name, std::function<void()> body);
 uint32_t generation();
 /** Runs `task`, which may do no more than store, in the child of every later fork. */
 void onFork(void (*task)());
+
+/**
+ * What the process has one of, made by `make` when first asked for, and anew in a fork. Never
+ * destroyed: other threads use it until the very end of the process.
+ */
+template <class T, class Make>
+T& onePerProcess(Make make) {
+    static std::atomic<T*> current{nullptr};
+    T* one = current.load(std::memory_order_acquire);
+    if (one != nullptr) return *one;
+    static const bool watchingForks = [] {
+        onFork([] { current = nullptr; });
+        return true;
+    }();
+    (void)watchingForks;
+    T* fresh = make();
+    if (current.compare_exchange_strong(one, fresh)) return *fresh;
+    delete fresh;
+    return *one;
+}
 
 /** What a thread of any origin is doing for the runtime. */
 struct ThreadState {

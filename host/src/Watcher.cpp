@@ -60,19 +60,7 @@ struct Watcher::State {
 };
 
 Watcher& Watcher::get() {
-    // Never destroyed: other threads use it until the very end of the process.
-    static std::atomic<Watcher*> current{nullptr};
-    Watcher* watcher = current.load(std::memory_order_acquire);
-    if (watcher != nullptr) return *watcher;
-    static const bool watchingForks = [] {
-        onFork([] { current = nullptr; });
-        return true;
-    }();
-    (void)watchingForks;
-    auto* fresh = new Watcher;
-    if (current.compare_exchange_strong(watcher, fresh)) return *fresh;
-    delete fresh;
-    return *watcher;
+    return onePerProcess<Watcher>([] { return new Watcher; });
 }
 
 Watcher::~Watcher() {

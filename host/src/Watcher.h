@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "Threads.h"
+
 namespace hidlhost {
 
 /**
@@ -33,6 +35,9 @@ class Watcher {
     void post(std::function<void()> task);
 
   private:
+    template <class T, class Make>
+    friend T& onePerProcess(Make make);
+
     Watcher();
     ~Watcher();
     struct State;
