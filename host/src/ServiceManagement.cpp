@@ -11,6 +11,7 @@
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
 
+#include "Peer.h"
 #include "Services.h"
 
 using ::android::hidl::base::V1_0::BnHwBase;

@@ -267,4 +267,12 @@ status_t receiveMessage(int socket, Block* block, Patience* patience) {
     return lacking ? -EMFILE : OK;
 }
 
+bool sendReceived(int socket) {
+    MessageHeader header = {};
+    header.kind = kReceived;
+    Encoded encoded;
+    Codec::encodePlain(&header, nullptr, 0, &encoded);
+    return sendMessage(socket, encoded, nullptr) == OK;
+}
+
 }  // namespace hidlhost

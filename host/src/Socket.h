@@ -40,4 +40,7 @@ android::status_t sendMessage(int socket, const Encoded& message, Patience* pati
  */
 android::status_t receiveMessage(int socket, Block* block, Patience* patience);
 
+/** Says that the objects named in the last message have been taken over. */
+bool sendReceived(int socket);
+
 }  // namespace hidlhost
