@@ -2,18 +2,16 @@
 
 #include <atomic>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 #include <hwbinder/Binder.h>
 
-#include "Codec.h"
 #include "Gate.h"
+#include "ObjectTable.h"
+#include "Server.h"
 #include "Threads.h"
 
 /**
@@ -37,7 +35,8 @@
  * under way never undoes a later arrival. The end of a peer's liveness connection gives back
  * everything. The holder of a registered object is the registration.
  *
- * Locks. Node::mMutex guards what a node knows about itself; Peer::mMutex the sockets and proxies
+ * Locks. Node::mMutex guards the peers that a node knows, ObjectTable::mMutex its
+ * objects, Server::mMutex its connections; Peer::mMutex the sockets and proxies
  * of one peer; Peer::mLivenessMutex and Peer::mOnewayMutex the order of what is sent on the
  * liveness and the oneway connection; BpHwBinder::mMutex its recipients; Gate::mMutex who waits at
  * the gate. The first of a peer's may be taken while one of its others is held, a HandedOver's
@@ -47,19 +46,6 @@
 namespace hidlhost {
 
 class Peer;
-
-/** An accepted connection. */
-struct Connection {
-    int socket = -1;
-    pid_t pid = 0;
-    uid_t uid = 0;
-    std::string peer;  // empty until it has said
-    uint32_t role = 0;
-    /** Of the call that it serves at the moment. */
-    std::atomic<uint64_t> chain{0};
-    /** Proxies sent in the last reply that the client has not taken over yet. */
-    std::vector<android::sp<android::hardware::IBinder>> handedOver;
-};
 
 class Node : public std::enable_shared_from_this<Node> {
   public:
@@ -73,20 +59,17 @@ class Node : public std::enable_shared_from_this<Node> {
     /** Whether the node is a parent's, this process being a fork of it. */
     bool inherited() const { return mGeneration != generation(); }
 
-    /** Makes the node reachable. */
-    android::status_t listen();
-
     /** Null for a name that is none. */
     std::shared_ptr<Peer> peer(const std::string& name);
     void forget(const std::string& peer);
 
-    /** Gives the object a number and `holder` one more reference to it. */
+    /** Whether the peer is one that is not known to be dead. */
+    bool reaches(const std::string& peer);
+
+    /** Makes the node reachable, and `holder` an owner of the object. */
     android::status_t hold(const android::sp<android::hardware::BHwBinder>& object,
                            const std::string& holder, uint64_t* id);
-    bool holdAgain(uint64_t id, const std::string& holder);
-    void release(uint64_t id, const std::string& holder, uint32_t count);
-    void releaseAll(const std::string& holder);
-    android::sp<android::hardware::BHwBinder> object(uint64_t id);
+    ObjectTable& objects() { return mObjects; }
 
     /** Ends everything at once, as the end of a process would. */
     void kill();
@@ -96,30 +79,7 @@ class Node : public std::enable_shared_from_this<Node> {
     bool startedHere(uint64_t chain) const { return chain >> 24 == mChainPrefix; }
 
   private:
-    friend class NodeMapper;
-
-    struct Object {
-        android::sp<android::hardware::BHwBinder> binder;
-        std::map<std::string, int64_t> holders;
-        std::shared_ptr<std::mutex> onewayMutex = std::make_shared<std::mutex>();
-    };
-
     explicit Node(std::string name);
-
-    void accept(int listener);
-    void serve(const std::shared_ptr<Connection>& connection);
-    void serveCalls(Connection* connection);
-    void serveOneway(Connection* connection);
-    bool handle(Connection* connection, BlockPtr block);
-    bool call(Connection* connection, const MessageHeader& header, BlockPtr block);
-    bool watchLiveness(const std::shared_ptr<Connection>& connection, int socket);
-    void ended(const std::shared_ptr<Connection>& connection);
-    void end(const std::shared_ptr<Connection>& connection);
-    bool waitAtGate(const Connection* connection, uint64_t chain);
-    void drop(Connection* connection);
-    bool greet(const std::shared_ptr<Connection>& connection);
-    bool welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
-                 uint32_t role);
 
     const std::string mName;
     const uint64_t mChainPrefix;
@@ -127,17 +87,11 @@ class Node : public std::enable_shared_from_this<Node> {
     std::atomic<uint64_t> mNextChain{1};
     std::atomic<bool> mDead{false};
     Gate mGate;
+    ObjectTable mObjects;
+    Server mServer;
 
     std::mutex mMutex;
-    int mListener = -1;
-    bool mListening = false;
-    bool mCrowded = false;
-    size_t mServed = 0;
-    uint64_t mNextObject = 1;
-    std::unordered_map<uint64_t, Object> mObjects;
-    std::unordered_map<android::hardware::BHwBinder*, uint64_t> mNumbers;
     std::unordered_map<std::string, std::shared_ptr<Peer>> mPeers;
-    std::set<std::shared_ptr<Connection>> mConnections;
 };
 
 }  // namespace hidlhost

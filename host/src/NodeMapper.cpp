@@ -46,7 +46,7 @@ status_t NodeMapper::decode(const ObjectRecord& record, const std::string& name,
         return OK;
     }
     if (record.kind == kReceiversBinder || name == mNode.name()) {
-        *binder = mNode.object(record.value);
+        *binder = mNode.objects().find(record.value);
         return *binder == nullptr ? BAD_VALUE : OK;
     }
     std::shared_ptr<Peer> peer = mNode.peer(name);
@@ -57,7 +57,7 @@ status_t NodeMapper::decode(const ObjectRecord& record, const std::string& name,
 }
 
 void NodeMapper::takeBack() {
-    for (uint64_t id : mHeld) mNode.release(id, mPeer, 1);
+    for (uint64_t id : mHeld) mNode.objects().release(id, mPeer, 1);
     mHeld.clear();
 }
 

@@ -367,7 +367,7 @@ void Peer::died() {
         if (strong != nullptr) proxies.push_back(std::move(strong));
     }
     weak.clear();
-    mNode->releaseAll(mName);
+    mNode->objects().releaseAll(mName);
     mNode->forget(mName);
     Watcher::get().post([proxies = std::move(proxies)]() mutable {
         for (const auto& proxy : proxies) proxy->sendObituary();

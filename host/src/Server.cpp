@@ -1,5 +1,7 @@
 #define LOG_TAG "hidlhost"
 
+#include "Server.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -83,7 +85,52 @@ class Spare {
 
 }  // namespace
 
-void Node::accept(int listener) {
+Server::Server(Node& node) : mNode(node) {}
+
+namespace {
+
+/** The names of a process that ends in good order go with it. */
+void withdrawAtExit() {
+    static const bool registered = [] {
+        // In a child this is the child's own node, which has no names until it makes some.
+        return atexit([] { registry::withdrawNode(Node::process().name()); }) == 0;
+    }();
+    (void)registered;
+}
+
+}  // namespace
+
+status_t Server::listen() {
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (mNode.dead()) return DEAD_OBJECT;
+    if (mListening) return OK;
+    if (registry::directory().empty()) return android::PERMISSION_DENIED;
+    std::string path = registry::socketPath(mNode.name());
+    int listener = listenAt(path);
+    if (listener < 0) {
+        ALOGE("cannot listen at %s: %s", path.c_str(), strerror(-listener));
+        return listener;
+    }
+    auto node = mNode.shared_from_this();
+    if (!startThread("hidl-accept", [this, node, listener] { accept(listener); })) {
+        ALOGE("cannot start a thread");
+        unlink(path.c_str());
+        close(listener);
+        return android::NO_MEMORY;
+    }
+    mListener = listener;
+    mListening = true;
+    withdrawAtExit();
+    return OK;
+}
+
+void Server::cut() {
+    std::lock_guard<std::mutex> lock(mMutex);
+    if (mListener >= 0) shutdown(mListener, SHUT_RDWR);
+    for (const auto& connection : mConnections) shutdown(connection->socket, SHUT_RDWR);
+}
+
+void Server::accept(int listener) {
     registry::sweep();
     Spare spare;
     // Clients that come and go at the limit do not fill the log.
@@ -100,7 +147,7 @@ void Node::accept(int listener) {
         int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket < 0) {
             const int error = errno;
-            if (mDead || error == EINVAL || error == EBADF) break;
+            if (mNode.dead() || error == EINVAL || error == EBADF) break;
             if (error == EINTR || error == ECONNABORTED) continue;
             if (complains()) ALOGE("refused a connection: %s", strerror(error));
             if (error != EMFILE || !spare.refuse(listener)) usleep(50000);
@@ -118,11 +165,11 @@ void Node::accept(int listener) {
         bool taken;
         {
             std::lock_guard<std::mutex> lock(mMutex);
-            taken = !mDead && mConnections.size() < most;
+            taken = !mNode.dead() && mConnections.size() < most;
             if (taken) mConnections.insert(connection);
         }
         if (!taken) {
-            if (!mDead && complains()) {
+            if (!mNode.dead() && complains()) {
                 ALOGE("%zu connections are enough; refused one more", most);
             }
             close(socket);
@@ -130,22 +177,22 @@ void Node::accept(int listener) {
         }
         if (greet(connection)) continue;
         // Until the client says what it wants it costs no thread.
-        auto self = shared_from_this();
-        Watcher::get().once(socket, kClientMs, [self, connection](bool arrived) {
-            if (!arrived || !self->greet(connection)) self->end(connection);
+        auto node = mNode.shared_from_this();
+        Watcher::get().once(socket, kClientMs, [this, node, connection](bool arrived) {
+            if (!arrived || !greet(connection)) end(connection);
         });
     }
     close(listener);
 }
 
 /** Takes the connection out of the node's sight and closes it. */
-void Node::drop(Connection* connection) {
+void Server::drop(Connection* connection) {
     std::lock_guard<std::mutex> lock(mMutex);
     close(connection->socket);
     connection->socket = -1;
 }
 
-void Node::ended(const std::shared_ptr<Connection>& connection) {
+void Server::ended(const std::shared_ptr<Connection>& connection) {
     {
         std::lock_guard<std::mutex> lock(mMutex);
         mConnections.erase(connection);
@@ -156,28 +203,26 @@ void Node::ended(const std::shared_ptr<Connection>& connection) {
         }
     }
     // A client that has proxies has a liveness connection too, which may still be on its way.
-    auto self = shared_from_this();
-    Watcher::get().after(kGraceMs, [self, name = connection->peer] {
+    auto node = mNode.shared_from_this();
+    Watcher::get().after(kGraceMs, [this, node, name = connection->peer] {
         {
-            std::lock_guard<std::mutex> lock(self->mMutex);
-            for (const auto& other : self->mConnections) {
+            std::lock_guard<std::mutex> lock(mMutex);
+            for (const auto& other : mConnections) {
                 if (other->peer == name) return;
             }
-            auto peer = self->mPeers.find(name);
-            if (peer != self->mPeers.end() && !peer->second->dead()) return;
         }
-        self->releaseAll(name);
+        if (!node->reaches(name)) node->objects().releaseAll(name);
     });
 }
 
-void Node::end(const std::shared_ptr<Connection>& connection) {
+void Server::end(const std::shared_ptr<Connection>& connection) {
     connection->handedOver.clear();
     drop(connection.get());
     ended(connection);
 }
 
 /** Takes the hello and what follows from it; false where it has not come yet. Does not block. */
-bool Node::greet(const std::shared_ptr<Connection>& connection) {
+bool Server::greet(const std::shared_ptr<Connection>& connection) {
     constexpr size_t kLongest = 256;
     struct {
         MessageHeader header;
@@ -205,15 +250,16 @@ bool Node::greet(const std::shared_ptr<Connection>& connection) {
     }
     const std::string peer = hello.names;
     const std::string wanted = peer.size() + 1 < length ? hello.names + peer.size() + 1 : "";
-    if (wanted != mName || !registry::isNodeName(peer) || !welcome(connection, peer, header.code)) {
+    if (wanted != mNode.name() || !registry::isNodeName(peer) ||
+        !welcome(connection, peer, header.code)) {
         end(connection);
     }
     return true;
 }
 
 /** Gives a connection its role; false where there is none or no room for it. */
-bool Node::welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
-                   uint32_t role) {
+bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
+                     uint32_t role) {
     if (role < kCalls || role > kLiveness) return false;
     {
         std::lock_guard<std::mutex> lock(mMutex);
@@ -234,19 +280,19 @@ bool Node::welcome(const std::shared_ptr<Connection>& connection, const std::str
     timeval limit = {};
     limit.tv_sec = kClientMs / 1000;
     setsockopt(connection->socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
-    auto self = shared_from_this();
+    auto node = mNode.shared_from_this();
     if (role == kLiveness) {
-        Watcher::get().add(connection->socket, [self, connection](int socket) {
-            return self->watchLiveness(connection, socket);
+        Watcher::get().add(connection->socket, [this, node, connection](int socket) {
+            return watchLiveness(connection, socket);
         });
         return true;
     }
-    if (startThread("hidl-serve", [self, connection] { self->serve(connection); })) return true;
+    if (startThread("hidl-serve", [this, node, connection] { serve(connection); })) return true;
     ALOGE("no thread for one more client; refused it");
     return false;
 }
 
-void Node::serve(const std::shared_ptr<Connection>& connection) {
+void Server::serve(const std::shared_ptr<Connection>& connection) {
     if (connection->role == kOneway) {
         serveOneway(connection.get());
     } else {
@@ -255,7 +301,7 @@ void Node::serve(const std::shared_ptr<Connection>& connection) {
     end(connection);
 }
 
-bool Node::watchLiveness(const std::shared_ptr<Connection>& connection, int socket) {
+bool Server::watchLiveness(const std::shared_ptr<Connection>& connection, int socket) {
     for (;;) {
         MessageHeader header;
         ssize_t size = recv(socket, &header, sizeof(header), MSG_DONTWAIT | MSG_TRUNC);
@@ -263,7 +309,7 @@ bool Node::watchLiveness(const std::shared_ptr<Connection>& connection, int sock
         if (size < 0 && errno == EAGAIN) return true;
         if (size == sizeof(header) && header.magic == kMagic && header.kind == kRelease &&
             Codec::messageSize(header) == sizeof(header)) {
-            release(header.object, connection->peer, header.code);
+            mNode.objects().release(header.object, connection->peer, header.code);
             continue;
         }
         if (size > 0) {
@@ -275,7 +321,7 @@ bool Node::watchLiveness(const std::shared_ptr<Connection>& connection, int sock
             connection->socket = -1;  // the watcher closes it
             mConnections.erase(connection);
         }
-        releaseAll(connection->peer);
+        mNode.objects().releaseAll(connection->peer);
         return false;
     }
 }
@@ -303,7 +349,7 @@ bool passOver(const Connection& connection, const Block& block, status_t status)
 
 }  // namespace
 
-void Node::serveCalls(Connection* connection) {
+void Server::serveCalls(Connection* connection) {
     for (;;) {
         BlockPtr block(Block::take());
         if (!block) return;
@@ -313,7 +359,7 @@ void Node::serveCalls(Connection* connection) {
     }
 }
 
-void Node::serveOneway(Connection* connection) {
+void Server::serveOneway(Connection* connection) {
     struct Queue {
         std::mutex mutex;
         std::condition_variable changed;
@@ -323,8 +369,8 @@ void Node::serveOneway(Connection* connection) {
         bool finished = false;
     };
     auto queue = std::make_shared<Queue>();
-    auto self = shared_from_this();
-    bool started = startThread("hidl-oneway", [self, queue, connection] {
+    auto node = mNode.shared_from_this();
+    bool started = startThread("hidl-oneway", [this, node, queue, connection] {
         std::unique_lock<std::mutex> lock(queue->mutex);
         for (;;) {
             queue->changed.wait(lock, [&] { return queue->closed || !queue->blocks.empty(); });
@@ -334,7 +380,7 @@ void Node::serveOneway(Connection* connection) {
             queue->bytes -= block->size;
             queue->changed.notify_all();
             lock.unlock();
-            bool good = self->handle(connection, std::move(block));
+            bool good = handle(connection, std::move(block));
             if (!good) shutdown(connection->socket, SHUT_RDWR);
             lock.lock();
         }
@@ -366,7 +412,7 @@ void Node::serveOneway(Connection* connection) {
     queue->changed.wait(lock, [&] { return queue->finished; });
 }
 
-bool Node::handle(Connection* connection, BlockPtr block) {
+bool Server::handle(Connection* connection, BlockPtr block) {
     MessageHeader header;
     memcpy(&header, block->bytes, sizeof(header));
     if (!connection->handedOver.empty()) connection->handedOver.clear();
@@ -378,7 +424,7 @@ bool Node::handle(Connection* connection, BlockPtr block) {
             }
             break;
         case kAcquire: {
-            bool known = holdAgain(header.object, connection->peer);
+            bool known = mNode.objects().holdAgain(header.object, connection->peer);
             if ((header.flags & kFlagWantsAnswer) == 0) return true;
             MessageHeader answer = {};
             answer.kind = kReply;
@@ -445,32 +491,24 @@ class Answer {
 }  // namespace
 
 /** @return whether the call counts: not when it is nested in one that this node serves */
-bool Node::waitAtGate(const Connection* connection, uint64_t chain) {
+bool Server::waitAtGate(const Connection* connection, uint64_t chain) {
     {
         std::lock_guard<std::mutex> lock(mMutex);
         for (const auto& other : mConnections) {
             if (other.get() != connection && other->chain == chain) return false;
         }
     }
-    mGate.waitAndEnter();
+    mNode.gate().waitAndEnter();
     return true;
 }
 
-bool Node::call(Connection* connection, const MessageHeader& header, BlockPtr block) {
+bool Server::call(Connection* connection, const MessageHeader& header, BlockPtr block) {
     const bool oneway = connection->role == kOneway;
-    sp<BHwBinder> target;
     std::shared_ptr<std::mutex> order;
-    {
-        std::lock_guard<std::mutex> lock(mMutex);
-        auto found = mObjects.find(header.object);
-        if (found != mObjects.end()) {
-            target = found->second.binder;
-            if (oneway) order = found->second.onewayMutex;
-        }
-    }
+    sp<BHwBinder> target = mNode.objects().find(header.object, oneway ? &order : nullptr);
 
     Parcel data;
-    NodeMapper mapper(*this, connection->peer);
+    NodeMapper mapper(mNode, connection->peer);
     status_t status = Codec::parse(std::move(block), &mapper, &data);
     if (status != OK) {
         // A client that has just died holds none of this node's objects any more.
@@ -487,10 +525,10 @@ bool Node::call(Connection* connection, const MessageHeader& header, BlockPtr bl
     if (order != nullptr) inOrder = std::unique_lock<std::mutex>(*order);
 
     const bool starts = oneway || header.chain == 0;
-    const uint64_t chain = starts ? newChain() : header.chain;
+    const uint64_t chain = starts ? mNode.newChain() : header.chain;
     // A thread of this node waits for what a chain of its own does.
-    bool counted = starts || !startedHere(chain);
-    if (counted && !mGate.tryEnter()) counted = waitAtGate(connection, chain);
+    bool counted = starts || !mNode.startedHere(chain);
+    if (counted && !mNode.gate().tryEnter()) counted = waitAtGate(connection, chain);
     connection->chain.store(chain, std::memory_order_relaxed);
     ThreadState& thread = threadState();
     const ThreadState before = thread;
@@ -500,7 +538,7 @@ bool Node::call(Connection* connection, const MessageHeader& header, BlockPtr bl
     thread.serving = true;
     thread.serverMethod = nullptr;
 
-    Answer answer(*this, connection);
+    Answer answer(mNode, connection);
     Parcel reply;
     Trace trace(true, data, header.code, oneway);
     status = DEAD_OBJECT;
@@ -519,7 +557,7 @@ bool Node::call(Connection* connection, const MessageHeader& header, BlockPtr bl
 
     thread = before;
     connection->chain.store(0, std::memory_order_relaxed);
-    if (counted) mGate.leave();
+    if (counted) mNode.gate().leave();
     return answer.good();
 }
 
