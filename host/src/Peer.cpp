@@ -25,6 +25,7 @@ using android::DEAD_OBJECT;
 using android::OK;
 using android::sp;
 using android::status_t;
+using android::base::unique_fd;
 using android::hardware::BpHwBinder;
 using android::hardware::IBinder;
 using android::hardware::Parcel;
@@ -77,17 +78,11 @@ constexpr size_t kMaxIdle = 15;  // and the one used last
 Peer::Peer(std::shared_ptr<Node> node, std::string name)
         : mNode(std::move(node)), mName(std::move(name)) {}
 
-Peer::~Peer() {
-    for (int socket : mSockets) {
-        if (socket != mLiveness) close(socket);  // which the watcher closes
-    }
-}
-
-status_t Peer::connect(uint32_t role, int* socket) {
+status_t Peer::open(uint32_t role, unique_fd* socket) {
     if (mDead || mNode->dead() || mNode->inherited()) return DEAD_OBJECT;
     if (registry::directory().empty()) return android::PERMISSION_DENIED;
-    int result = connectTo(registry::socketPath(mName), Settings::get().firstWaitMs);
-    if (result < 0) {
+    status_t result = connectTo(registry::socketPath(mName), Settings::get().firstWaitMs, socket);
+    if (result != OK) {
         if (result == -ECONNREFUSED || result == -ENOENT) return DEAD_OBJECT;
         ALOGE("cannot connect to %s: %s", mName.c_str(), strerror(-result));
         return result == -EAGAIN ? android::TIMED_OUT : result;
@@ -101,18 +96,17 @@ status_t Peer::connect(uint32_t role, int* socket) {
     header.code = role;
     Encoded hello;
     Codec::encodePlain(&header, names.data(), names.size(), &hello);
-    status_t status = sendMessage(result, hello, nullptr);
-    if (status != OK) {
-        close(result);
-        return status;
-    }
+    return sendMessage(*socket, hello, nullptr);
+}
+
+status_t Peer::connect(uint32_t role, int* socket) {
+    unique_fd connected;
+    const status_t status = open(role, &connected);
+    if (status != OK) return status;
     std::lock_guard<std::mutex> lock(mMutex);
-    if (mNode->dead()) {
-        close(result);
-        return DEAD_OBJECT;
-    }
-    mSockets.insert(result);
-    *socket = result;
+    if (mNode->dead()) return DEAD_OBJECT;
+    *socket = connected.get();
+    mSockets[*socket] = std::move(connected);
     return OK;
 }
 
@@ -154,7 +148,6 @@ void Peer::give(int socket) {
 void Peer::discard(int socket) {
     std::lock_guard<std::mutex> lock(mMutex);
     mSockets.erase(socket);
-    close(socket);
 }
 
 /** Nothing has reached the peer when a first packet fails, so an old connection's end is no harm.
@@ -195,11 +188,11 @@ status_t Peer::sendOneway(const Encoded& message, Patience* patience,
 
 /** Lets the proxies of a oneway call go when the peer says that it has taken them over. */
 void Peer::watchHandedOver(int socket, const std::shared_ptr<HandedOver>& handedOver) {
-    int watched = fcntl(socket, F_DUPFD_CLOEXEC, 0);
-    if (watched < 0) return;
-    Watcher::get().add(watched, [handedOver](int readable) {
+    auto watched = std::make_shared<unique_fd>(fcntl(socket, F_DUPFD_CLOEXEC, 0));
+    if (!watched->ok()) return;
+    Watcher::get().add(*watched, [handedOver, watched] {
         MessageHeader header;
-        ssize_t size = recv(readable, &header, sizeof(header), MSG_DONTWAIT);
+        ssize_t size = recv(*watched, &header, sizeof(header), MSG_DONTWAIT);
         if (size < 0 && (errno == EAGAIN || errno == EINTR)) return true;
         bool good = size == sizeof(header) && header.magic == kMagic && header.kind == kReceived;
         std::deque<std::vector<sp<IBinder>>> released;
@@ -320,21 +313,19 @@ status_t Peer::acquire(uint64_t id, bool confirmed) {
 status_t Peer::watch() {
     std::lock_guard<std::mutex> lock(mLivenessMutex);
     if (mDead) return DEAD_OBJECT;
-    if (mLiveness >= 0) return OK;
-    int socket;
-    status_t status = connect(kLiveness, &socket);
+    if (mLiveness != nullptr) return OK;
+    auto socket = std::make_shared<unique_fd>();
+    status_t status = open(kLiveness, socket.get());
     if (status != OK) return status;
     mLiveness = socket;
     auto self = shared_from_this();
-    Watcher::get().add(socket, [self](int watched) {
+    Watcher::get().add(*socket, [self, socket] {
         char byte;
-        ssize_t size = recv(watched, &byte, sizeof(byte), MSG_DONTWAIT);
+        ssize_t size = recv(*socket, &byte, sizeof(byte), MSG_DONTWAIT);
         if (size > 0 || (size < 0 && (errno == EAGAIN || errno == EINTR))) return true;
         {
             std::lock_guard<std::mutex> ending(self->mLivenessMutex);
-            std::lock_guard<std::mutex> all(self->mMutex);
-            self->mLiveness = -1;
-            self->mSockets.erase(watched);
+            self->mLiveness = nullptr;
         }
         self->died();
         return false;
@@ -352,7 +343,6 @@ void Peer::died() {
         if (last >= 0) mIdle.push_back(last);
         for (int socket : mIdle) {
             mSockets.erase(socket);
-            close(socket);
         }
         mIdle.clear();
         for (const auto& proxy : mProxies) weak.push_back(proxy.second);
@@ -378,7 +368,11 @@ void Peer::died() {
 void Peer::cut() {
     {
         std::lock_guard<std::mutex> lock(mMutex);
-        for (int socket : mSockets) shutdown(socket, SHUT_RDWR);
+        for (const auto& socket : mSockets) shutdown(socket.first, SHUT_RDWR);
+    }
+    {
+        std::lock_guard<std::mutex> lock(mLivenessMutex);
+        if (mLiveness != nullptr) shutdown(*mLiveness, SHUT_RDWR);
     }
     died();
 }
@@ -417,7 +411,7 @@ void Peer::proxyGone(BpHwBinder* proxy) {
     }
     if (count == 0 || mDead || mNode->inherited()) return;
     std::lock_guard<std::mutex> lock(mLivenessMutex);
-    if (mLiveness < 0) return;
+    if (mLiveness == nullptr) return;
     mReleases.emplace_back(proxy->id(), count);
     while (!mReleases.empty()) {
         MessageHeader header = {};
@@ -426,7 +420,7 @@ void Peer::proxyGone(BpHwBinder* proxy) {
         header.object = mReleases.back().first;
         header.code = mReleases.back().second;
         // What a busy peer does not take now goes with the next release.
-        if (::send(mLiveness, &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) break;
+        if (::send(*mLiveness, &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) break;
         mReleases.pop_back();
     }
 }

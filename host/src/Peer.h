@@ -5,11 +5,11 @@
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include <android-base/unique_fd.h>
 #include <hwbinder/BpHwBinder.h>
 #include <hwbinder/Parcel.h>
 
@@ -24,7 +24,6 @@ class Patience;
 class Peer : public std::enable_shared_from_this<Peer> {
   public:
     Peer(std::shared_ptr<Node> node, std::string name);
-    ~Peer();
 
     Node& node() const { return *mNode; }
     const std::string& name() const { return mName; }
@@ -57,7 +56,10 @@ class Peer : public std::enable_shared_from_this<Peer> {
         std::deque<std::vector<android::sp<android::hardware::IBinder>>> proxies;
     };
 
+    using Socket = std::shared_ptr<android::base::unique_fd>;
+
     android::status_t connect(uint32_t role, int* socket);
+    android::status_t open(uint32_t role, android::base::unique_fd* socket);
     android::status_t take(bool fresh, Use* use);
     void give(int socket);
     void discard(int socket);
@@ -76,11 +78,12 @@ class Peer : public std::enable_shared_from_this<Peer> {
 
     std::mutex mMutex;
     std::vector<int> mIdle;  // the last used one is last
-    std::set<int> mSockets;  // all of them, so that cut() finds them
+    /** Of calls and oneway calls, whether in use or not. */
+    std::unordered_map<int, android::base::unique_fd> mSockets;
     std::unordered_map<uint64_t, android::wp<android::hardware::BpHwBinder>> mProxies;
 
     std::mutex mLivenessMutex;
-    int mLiveness = -1;
+    Socket mLiveness;
     std::vector<std::pair<uint64_t, uint32_t>> mReleases;  // still to be sent
 
     std::mutex mOnewayMutex;  // keeps oneway calls in order

@@ -30,6 +30,7 @@ using android::DEAD_OBJECT;
 using android::OK;
 using android::sp;
 using android::status_t;
+using android::base::unique_fd;
 using android::hardware::BHwBinder;
 using android::hardware::IBinder;
 using android::hardware::Parcel;
@@ -57,30 +58,23 @@ size_t mostConnections() {
 class Spare {
   public:
     Spare() { keep(); }
-    ~Spare() {
-        if (mFile >= 0) close(mFile);
-    }
-    Spare(const Spare&) = delete;
-    Spare& operator=(const Spare&) = delete;
 
     /** Takes it back where somebody else has had it meanwhile. */
     void keep() {
-        if (mFile < 0) mFile = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        if (!mFile.ok()) mFile.reset(open("/dev/null", O_RDONLY | O_CLOEXEC));
     }
 
     /** False where there is none, or somebody else was faster. */
     bool refuse(int listener) {
-        if (mFile < 0) return false;
-        close(mFile);
-        int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket >= 0) close(socket);
-        mFile = -1;
+        if (!mFile.ok()) return false;
+        mFile.reset();
+        const bool taken = unique_fd(accept4(listener, nullptr, nullptr, SOCK_CLOEXEC)).ok();
         keep();
-        return socket >= 0;
+        return taken;
     }
 
   private:
-    int mFile = -1;
+    unique_fd mFile;
 };
 
 }  // namespace
@@ -106,19 +100,19 @@ status_t Server::listen() {
     if (mListening) return OK;
     if (registry::directory().empty()) return android::PERMISSION_DENIED;
     std::string path = registry::socketPath(mNode.name());
-    int listener = listenAt(path);
-    if (listener < 0) {
-        ALOGE("cannot listen at %s: %s", path.c_str(), strerror(-listener));
-        return listener;
+    unique_fd listener;
+    const status_t status = listenAt(path, &listener);
+    if (status != OK) {
+        ALOGE("cannot listen at %s: %s", path.c_str(), strerror(-status));
+        return status;
     }
     auto node = mNode.shared_from_this();
-    if (!startThread("hidl-accept", [this, node, listener] { accept(listener); })) {
+    if (!startThread("hidl-accept", [this, node, socket = listener.get()] { accept(socket); })) {
         ALOGE("cannot start a thread");
         unlink(path.c_str());
-        close(listener);
         return android::NO_MEMORY;
     }
-    mListener = listener;
+    mListener = std::move(listener);
     mListening = true;
     withdrawAtExit();
     return OK;
@@ -144,8 +138,8 @@ void Server::accept(int listener) {
     for (;;) {
         // Before a client can have it: without it the next one would wait instead of being refused.
         spare.keep();
-        int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket < 0) {
+        unique_fd socket(accept4(listener, nullptr, nullptr, SOCK_CLOEXEC));
+        if (!socket.ok()) {
             const int error = errno;
             if (mNode.dead() || error == EINVAL || error == EBADF) break;
             if (error == EINTR || error == ECONNABORTED) continue;
@@ -154,11 +148,10 @@ void Server::accept(int listener) {
             continue;
         }
         auto connection = std::make_shared<Connection>();
-        connection->socket = socket;
-        if (!peerIsTrusted(socket, &connection->pid, &connection->uid)) {
+        connection->socket = std::move(socket);
+        if (!peerIsTrusted(connection->socket, &connection->pid, &connection->uid)) {
             ALOGE("refused a connection of process %d, user %u", static_cast<int>(connection->pid),
                   connection->uid);
-            close(socket);
             continue;
         }
         const size_t most = mostConnections();
@@ -172,24 +165,17 @@ void Server::accept(int listener) {
             if (!mNode.dead() && complains()) {
                 ALOGE("%zu connections are enough; refused one more", most);
             }
-            close(socket);
             continue;
         }
         if (greet(connection)) continue;
         // Until the client says what it wants it costs no thread.
         auto node = mNode.shared_from_this();
-        Watcher::get().once(socket, kClientMs, [this, node, connection](bool arrived) {
+        Watcher::get().once(connection->socket, kClientMs, [this, node, connection](bool arrived) {
             if (!arrived || !greet(connection)) end(connection);
         });
     }
-    close(listener);
-}
-
-/** Takes the connection out of the node's sight and closes it. */
-void Server::drop(Connection* connection) {
     std::lock_guard<std::mutex> lock(mMutex);
-    close(connection->socket);
-    connection->socket = -1;
+    mListener.reset();
 }
 
 void Server::ended(const std::shared_ptr<Connection>& connection) {
@@ -217,7 +203,7 @@ void Server::ended(const std::shared_ptr<Connection>& connection) {
 
 void Server::end(const std::shared_ptr<Connection>& connection) {
     connection->handedOver.clear();
-    drop(connection.get());
+    shutdown(connection->socket, SHUT_RDWR);
     ended(connection);
 }
 
@@ -282,9 +268,8 @@ bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::s
     setsockopt(connection->socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
     auto node = mNode.shared_from_this();
     if (role == kLiveness) {
-        Watcher::get().add(connection->socket, [this, node, connection](int socket) {
-            return watchLiveness(connection, socket);
-        });
+        Watcher::get().add(connection->socket,
+                           [this, node, connection] { return watchLiveness(connection); });
         return true;
     }
     if (startThread("hidl-serve", [this, node, connection] { serve(connection); })) return true;
@@ -301,10 +286,10 @@ void Server::serve(const std::shared_ptr<Connection>& connection) {
     end(connection);
 }
 
-bool Server::watchLiveness(const std::shared_ptr<Connection>& connection, int socket) {
+bool Server::watchLiveness(const std::shared_ptr<Connection>& connection) {
     for (;;) {
         MessageHeader header;
-        ssize_t size = recv(socket, &header, sizeof(header), MSG_DONTWAIT | MSG_TRUNC);
+        ssize_t size = recv(connection->socket, &header, sizeof(header), MSG_DONTWAIT | MSG_TRUNC);
         if (size < 0 && errno == EINTR) continue;
         if (size < 0 && errno == EAGAIN) return true;
         if (size == sizeof(header) && header.magic == kMagic && header.kind == kRelease &&
@@ -318,7 +303,6 @@ bool Server::watchLiveness(const std::shared_ptr<Connection>& connection, int so
         }
         {
             std::lock_guard<std::mutex> lock(mMutex);
-            connection->socket = -1;  // the watcher closes it
             mConnections.erase(connection);
         }
         mNode.objects().releaseAll(connection->peer);

@@ -10,6 +10,7 @@
 
 #include <sys/types.h>
 
+#include <android-base/unique_fd.h>
 #include <hwbinder/IBinder.h>
 
 #include "Codec.h"
@@ -20,7 +21,7 @@ class Node;
 
 /** An accepted connection. */
 struct Connection {
-    int socket = -1;
+    android::base::unique_fd socket;
     pid_t pid = 0;
     uid_t uid = 0;
     std::string peer;  // empty until it has said
@@ -49,11 +50,10 @@ class Server {
     void serveOneway(Connection* connection);
     bool handle(Connection* connection, BlockPtr block);
     bool call(Connection* connection, const MessageHeader& header, BlockPtr block);
-    bool watchLiveness(const std::shared_ptr<Connection>& connection, int socket);
+    bool watchLiveness(const std::shared_ptr<Connection>& connection);
     void ended(const std::shared_ptr<Connection>& connection);
     void end(const std::shared_ptr<Connection>& connection);
     bool waitAtGate(const Connection* connection, uint64_t chain);
-    void drop(Connection* connection);
     bool greet(const std::shared_ptr<Connection>& connection);
     bool welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
                  uint32_t role);
@@ -61,7 +61,7 @@ class Server {
     Node& mNode;  // which owns this, and which every thread of this keeps
 
     std::mutex mMutex;
-    int mListener = -1;
+    android::base::unique_fd mListener;
     bool mListening = false;
     bool mCrowded = false;
     size_t mServed = 0;
