@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 #include <utils/Errors.h>
 
 namespace hidlhost {
@@ -25,6 +27,8 @@ const std::string& directory();
 std::string socketPath(const std::string& node);
 /** Whether the text could name a node: no path, no surprise. */
 bool isNodeName(const std::string& text);
+/** Whether the process may speak for the node, whose name begins with its own process id. */
+bool ownsName(pid_t pid, const std::string& node);
 
 android::status_t publish(const std::string& interface, const std::string& instance,
                           const Entry& entry);

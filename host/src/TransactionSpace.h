@@ -1,0 +1,58 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+
+#include "Wire.h"
+
+namespace hidlhost {
+
+/**
+ * The bytes of the transactions in progress towards one node: calls until they have run, replies
+ * until their caller is through with them. A device gives each process one megabyte less two pages
+ * for them, and oneway calls no more than half of it.
+ */
+class TransactionSpace {
+  public:
+    /** What the process may hold according to its settings. */
+    static size_t limit(bool oneway);
+    /** What a message takes on a device. */
+    static size_t sizeOf(const MessageHeader& header);
+
+    /** Gives back what it holds at its end. */
+    class Share {
+      public:
+        Share() = default;
+        Share(Share&& other) noexcept
+                : mSpace(std::move(other.mSpace)), mBytes(other.mBytes), mOneway(other.mOneway) {}
+        Share& operator=(Share&& other) noexcept {
+            reset();
+            mSpace = std::move(other.mSpace);
+            mBytes = other.mBytes;
+            mOneway = other.mOneway;
+            return *this;
+        }
+        ~Share() { reset(); }
+        void reset();
+
+      private:
+        friend class TransactionSpace;
+        std::shared_ptr<TransactionSpace> mSpace;
+        size_t mBytes = 0;
+        bool mOneway = false;
+    };
+
+    /** False where there is not enough left. */
+    static bool take(const std::shared_ptr<TransactionSpace>& space, size_t bytes, bool oneway,
+                     Share* share);
+    /** Takes more than there is if need be. */
+    static void takeAnyway(const std::shared_ptr<TransactionSpace>& space, size_t bytes,
+                           bool oneway, Share* share);
+
+  private:
+    std::atomic<size_t> mUsed{0};
+    std::atomic<size_t> mUsedOneway{0};
+};
+
+}  // namespace hidlhost
