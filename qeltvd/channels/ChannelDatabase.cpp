@@ -11,10 +11,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "ChannelIds.h"
-#include "Codes.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

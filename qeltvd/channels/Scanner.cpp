@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <map>
 
-#include "Codes.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

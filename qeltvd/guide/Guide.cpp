@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

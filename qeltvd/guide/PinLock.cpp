@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

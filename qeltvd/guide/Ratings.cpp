@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

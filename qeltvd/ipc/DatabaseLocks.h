@@ -9,9 +9,6 @@
 
 namespace qeltvd {
 
-/** Whether a process is there; not when it has ended and is only waited for. */
-bool isAlive(pid_t process);
-
 /**
  * The locks that clients take on databases for a series of calls. A lock belongs to a process: it
  * is taken at once or refused, may be taken again by its holder, and is gone with its holder. The

@@ -12,8 +12,6 @@
 #include <mutex>
 #include <thread>
 
-#include "Store.h"
-
 namespace qeltvd {
 
 using android::sp;
@@ -98,7 +96,7 @@ class Switchboard::Line : public BHwBinder {
                    uint32_t flags, const TransactCallback& callback) {
         try {
             return stub->onTransact(code, data, reply, flags, callback);
-        } catch (const StoreError& e) {
+        } catch (const std::exception& e) {
             ALOGE("%s: %s", mInterface.c_str(), e.what());
             return android::FAILED_TRANSACTION;
         }

@@ -16,8 +16,8 @@
 #include <limits>
 #include <random>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -35,10 +35,6 @@ struct RecordedChannel {
 /** The channel with an id; 0 stands for the one that is being watched. */
 using ChannelLookup = std::function<std::optional<RecordedChannel>(uint32_t id)>;
 
-class ChannelDatabase;
-/** Looks into the channel data, which has to outlive the lookup. */
-ChannelLookup lookupIn(const ChannelDatabase& channels);
-
 /** A finished recording. */
 struct RecordedItem {
     int64_t id;

@@ -13,8 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "ChannelIds.h"
-#include "Codes.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -6,8 +6,8 @@
 #include <functional>
 #include <limits>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Codes.h"
 #include "Defaults.h"
 #include "Stored.h"
 #include "Television.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

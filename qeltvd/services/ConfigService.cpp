@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

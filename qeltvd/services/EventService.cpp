@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -1,6 +1,6 @@
 #include "InputSrcService.h"
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

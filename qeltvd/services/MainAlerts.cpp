@@ -1,7 +1,7 @@
 #include <cstring>
 
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -2,9 +2,9 @@
 
 #include <log/log.h>
 
-#include "ChannelIds.h"
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

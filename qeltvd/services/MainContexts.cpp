@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "Blocks.h"
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -1,6 +1,6 @@
 #include "Blocks.h"
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

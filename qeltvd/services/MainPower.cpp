@@ -1,5 +1,5 @@
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -7,8 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Codes.h"
 #include "Raise.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "Blocks.h"
-#include "Codes.h"
 #include "MainService.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

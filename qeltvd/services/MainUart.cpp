@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "Codes.h"
 #include "MainService.h"
 #include "SharedBlock.h"
 #include "Uart.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

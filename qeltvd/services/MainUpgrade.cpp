@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "Codes.h"
 #include "MainService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

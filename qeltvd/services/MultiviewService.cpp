@@ -1,6 +1,6 @@
 #include "MultiviewService.h"
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "ChannelIds.h"
-#include "Codes.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -23,19 +23,6 @@ std::optional<T> recordFrom(const uint8_t* data, size_t size) {
 }
 
 }  // namespace
-
-ChannelLookup lookupIn(const ChannelDatabase& channels) {
-    return [&channels](uint32_t id) -> std::optional<RecordedChannel> {
-        const auto channel = id != 0 ? channels.byChannelId(id) : channels.current();
-        if (!channel) return std::nullopt;
-        return RecordedChannel{channel->channelId,
-                               channel->name,
-                               channel_ids::major(channel->channelId),
-                               channel_ids::minor(channel->channelId),
-                               uint32_t{channel->list} << 24 | channel->multiplex,
-                               channel->list};
-    };
-}
 
 RecordService::RecordService(Television& tv)
         : IQelTvApiRecordDefault(kUnsupported, false), mTv(tv) {}

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

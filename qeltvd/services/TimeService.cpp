@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

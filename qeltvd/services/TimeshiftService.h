@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Codes.h"
 #include "Defaults.h"
 #include "Television.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

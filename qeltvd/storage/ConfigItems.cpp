@@ -1,6 +1,6 @@
 #include "ConfigItems.h"
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 namespace {

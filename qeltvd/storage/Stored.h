@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "Codes.h"
 #include "Store.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -13,8 +13,8 @@
 #include <cstring>
 #include <random>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -9,8 +9,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

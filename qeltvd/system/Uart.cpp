@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Codes.h"
-#include "DatabaseLocks.h"
+#include "Process.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 namespace {

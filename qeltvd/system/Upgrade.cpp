@@ -4,8 +4,8 @@
 
 #include <log/log.h>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

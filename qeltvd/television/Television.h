@@ -32,32 +32,13 @@ namespace qeltvd {
 /** What the services of the reference television share. */
 struct Television {
     /** @param state directory of the store. @throws StoreError */
-    explicit Television(const std::string& state)
-            : directory(state),
-              store(state + "/television.db"),
-              config(store),
-              channels(store, config.text("channels.region")) {
-        clock.addListener([this] { recorder.clockChanged(); });
-        power.addListener([this](bool standby) {
-            if (standby) recorder.command(layouts::kCommandStandby, 0);
-            timeshift.standBy(standby);
-        });
-        sleepTimer.addListener([this] {
-            if (power.setDownReason(layouts::kDownSleepTimer, {}) == 0) {
-                power.powerDown(layouts::kPowerDown);
-            }
-        });
-    }
+    explicit Television(const std::string& state);
 
     /**
      * Makes a channel the current one and shows it, where that is possible now: not in standby and
      * not while the second picture has the tuner. Gives a code. @throws StoreError
      */
-    int32_t goTo(uint32_t channelId) {
-        const int32_t code = channels.setCurrent(channelId);
-        if (code == 0) presentation.select(Presentation::kMain, channelId, false);
-        return code;
-    }
+    int32_t goTo(uint32_t channelId);
 
     const std::string directory;
     Store store;
@@ -98,6 +79,10 @@ struct Television {
                                   const auto name = cam.get(layouts::kCiGetCamName);
                                   return name ? std::string(name->begin(), name->end()) : "";
                               }};
+
+  private:
+    /** Looks into the channel data, which has to outlive the lookup. */
+    static ChannelLookup lookupIn(const ChannelDatabase& channels);
 };
 
 }  // namespace qeltvd

@@ -1,7 +1,7 @@
 #include "Inputs.h"
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Codes.h"
 #include "Stored.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "ChannelIds.h"
-#include "Codes.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 

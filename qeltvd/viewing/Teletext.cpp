@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "Codes.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 
