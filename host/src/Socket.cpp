@@ -337,7 +337,7 @@ bool sendStatus(int socket, status_t status, uint32_t flags) {
     header.flags = flags;
     Encoded encoded;
     Codec::encodePlain(&header, nullptr, 0, &encoded);
-    return sendMessage(socket, encoded, nullptr) == OK;
+    return sendMessage(socket, encoded, nullptr, Wait::kTryFirst) == OK;
 }
 
 }  // namespace hidlhost

@@ -82,7 +82,8 @@ android::status_t receiveFromClient(int socket, Block* block);
 
 /** Says that the objects named in the last message have been taken over. */
 bool sendReceived(int socket);
-/** Answers without results. */
+/** Answers without results, and without waiting: false where the other end leaves too much unread.
+ */
 bool sendStatus(int socket, android::status_t status, uint32_t flags);
 
 }  // namespace hidlhost

@@ -124,6 +124,7 @@ class Child : public IListener {
         return Void();
     }
     Return<void> onEvent(uint32_t sequence) override {
+        if (mValue < 0) std::this_thread::sleep_for(std::chrono::milliseconds(-mValue));
         Pushed::add(sequence);
         return Void();
     }

@@ -181,7 +181,7 @@ TEST_F(Transaction, OnewayReachesItsObjectThoughTheSenderEndsAtOnce) {
     if (sender == 0) {
         sp<IServiceChild> service = IServiceChild::getService("kit");
         if (service == nullptr) _exit(1);
-        sp<IListener> child = service->makeChild(1);
+        sp<IListener> child = service->makeChild(-2);  // takes so many ms for each
         bool good = child != nullptr;
         for (uint32_t i = 0; i < 100 && good; ++i) good = child->onEvent(i).isOk();
         _exit(good ? 0 : 2);
