@@ -23,7 +23,7 @@ constexpr unsigned int kPollSeconds = 10;
 
 }  // namespace
 
-sp<TvApiDeathRecipient> TvApiDeathRecipient::mRecipient;
+Cell<TvApiDeathRecipient> TvApiDeathRecipient::mRecipient;
 
 TvApiDeathRecipient::TvApiDeathRecipient(unsigned long long cookie)
         : mThread(0), mCookie(cookie), mRegistered(false) {
@@ -31,13 +31,15 @@ TvApiDeathRecipient::TvApiDeathRecipient(unsigned long long cookie)
 }
 
 sp<TvApiDeathRecipient> TvApiDeathRecipient::getInstance() {
-    static std::mutex lmutex;
+    // Never destroyed: a thread may be in it while the process ends.
+    static std::mutex& lmutex = *new std::mutex;
     std::lock_guard<std::mutex> guard(lmutex);
-    if (mRecipient == nullptr) {
-        mRecipient = new TvApiDeathRecipient(kDeathCookie);
-        mRecipient->mTaskRunner.start(1);
-    }
-    return mRecipient;
+    if (sp<TvApiDeathRecipient> made = mRecipient.get(); made != nullptr) return made;
+    if (mRecipient.closed()) return nullptr;
+    const sp<TvApiDeathRecipient> recipient = new TvApiDeathRecipient(kDeathCookie);
+    recipient->mTaskRunner.start(1);
+    mRecipient.set(recipient);
+    return mRecipient.get();
 }
 
 bool TvApiDeathRecipient::aysncRegisterCallbackHandler() {
@@ -51,7 +53,7 @@ int TvApiDeathRecipient::registerCallbackHandler() {
     if (mRegistered) return -1;
     if (mCallback == nullptr) mCallback = new QelTvApiCallbackImpl();
 
-    // The first look only tells whether the service is there.
+    // The first proxy only shows that the service is there.
     if (fetch<IQelTvApi>() == nullptr) {
         QELTVAPI_LOG_AT(kTag, 101, "pthread_create");
         startReconnect();
@@ -67,7 +69,7 @@ int TvApiDeathRecipient::registerCallbackHandler() {
 }
 
 void TvApiDeathRecipient::startReconnect() {
-    // The thread keeps the singleton, which the end of the process may meanwhile let go of.
+    // The thread holds its own reference, because the end of the process releases the singleton.
     incStrong(this);
     const auto run = [](void* self) -> void* {
         reconnectService(self);
@@ -75,7 +77,7 @@ void TvApiDeathRecipient::startReconnect() {
         return nullptr;
     };
     pthread_t thread{};
-    // Neither joined nor detached, and a failure is not looked at.
+    // Neither joined nor detached, and a failure is ignored.
     pthread_create(&thread, nullptr, run, this);
     mThread = thread;
 }
@@ -83,7 +85,7 @@ void TvApiDeathRecipient::startReconnect() {
 void* TvApiDeathRecipient::reconnectService(void* self) {
     auto* recipient = static_cast<TvApiDeathRecipient*>(self);
     QELTVAPI_LOG_AT(kTag, 60, ".");
-    // One bound for the life of the thread; a failed pass does not set it back.
+    // One bound for the life of the thread; a failed pass does not reset it.
     uint16_t count = 0;
     do {
         recipient->reset();

@@ -12,29 +12,57 @@ using namespace vendor::qelnova::tv::qeltvapi::V1_0;
 
 namespace {
 
-void watch(const sp<IQelTvApi>& service) {
+/**
+ * Releases the singleton and the proxies when the library is unloaded, which is at the end of the
+ * process: from then on the getters return null and no registration is taken. A thread in the
+ * middle of a call holds references of its own.
+ */
+struct Release {
+    ~Release() {
+        TvApiDeathRecipient::mRecipient.close();
+        proxies.cec.close();
+        proxies.ci.close();
+        proxies.channelList.close();
+        proxies.multiview.close();
+        proxies.record.close();
+        proxies.inputSrc.close();
+        proxies.pvrbrowser.close();
+        proxies.event.close();
+        proxies.time.close();
+        proxies.timeshift.close();
+        proxies.rating.close();
+        proxies.broadcast.close();
+        proxies.scan.close();
+        proxies.config.close();
+        proxies.main.close();
+    }
+};
+const Release sRelease;
+
+void watch(const sp<IQelTvApi>& service, const sp<TvApiDeathRecipient>& recipient) {
     if (service == nullptr) return;
-    // The singleton exists here, and its creation lock must not be taken inside its mutex.
-    // A service that is dead already is found out by the calls themselves.
-    const sp<TvApiDeathRecipient>& recipient = TvApiDeathRecipient::mRecipient;
+    // The calls themselves find out about a service that is dead already.
     (void)service->linkToDeath(recipient, recipient->cookie()).isOk();
 }
 
 template <class I>
-void watch(const sp<I>&) {}
+void watch(const sp<I>&, const sp<TvApiDeathRecipient>&) {}
 
 /**
- * The proxy of one interface. The cache is not looked at again under the lock: of two threads
- * that missed it both fetch, and the later store stays, a null included.
+ * The proxy of one interface. The cache is not read again under the lock: of two threads that
+ * missed it both fetch, and the later store stays, a null included.
  */
 template <class I>
-sp<I> cached(ProxyCell<I>& cell) {
+sp<I> cached(Cell<I>& cell) {
     if (sp<I> proxy = cell.get(); proxy != nullptr) return proxy;
 
-    std::unique_lock<std::mutex> lock(TvApiDeathRecipient::getInstance()->lock());
+    // Keeps the mutex until it is unlocked.
+    const sp<TvApiDeathRecipient> recipient = TvApiDeathRecipient::getInstance();
+    if (recipient == nullptr) return nullptr;
+    std::unique_lock<std::mutex> lock(recipient->lock());
     sp<I> fetched = fetch<I>();
     cell.set(fetched);
-    watch(fetched);
+    watch(fetched, recipient);
     lock.unlock();
     return cell.get();
 }
@@ -102,7 +130,8 @@ sp<IQelTvApiCec> getQelTvApiCecService() {
 }
 
 int registerCallbackHandler() {
-    return TvApiDeathRecipient::getInstance()->aysncRegisterCallbackHandler() ? 0 : -1;
+    const sp<TvApiDeathRecipient> recipient = TvApiDeathRecipient::getInstance();
+    return recipient != nullptr && recipient->aysncRegisterCallbackHandler() ? 0 : -1;
 }
 
 namespace {
