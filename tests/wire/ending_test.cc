@@ -90,7 +90,7 @@ class Notifier {
 /** How often each kind of process ends; QELTV_EXITS=500 for a thorough run. */
 int exits() {
     const char* text = getenv("QELTV_EXITS");
-    return text == nullptr ? 20 : std::max(1, atoi(text));
+    return text == nullptr ? 15 : std::max(1, atoi(text));
 }
 
 /** Ends exits() processes after 5 to 45 ms each, several at a time. None fails, hangs or crashes.
@@ -125,6 +125,7 @@ TEST(AProcess, ExitsWhileItsThreadsCall) {
     Notifier service(1);
     expectCleanEnds("exit", "8");
     expectCleanEnds("exit", "1");
+    expectCleanEnds("thread", "7");
 }
 
 TEST(AProcess, ReturnsFromMainWhileItsThreadsCall) {
@@ -137,6 +138,7 @@ TEST(AProcess, ExitsWhileANotificationsFunctionCalls) {
     Notifier service(1);
     expectCleanEnds("exit", "0", {"notified"});
     expectCleanEnds("return", "8", {"notified"});
+    expectCleanEnds("notification", "8", {"notified"});
 }
 
 TEST(AProcess, ExitsWhileItsThreadsLog) {
@@ -149,18 +151,30 @@ TEST(AProcess, ExitsWhileItsThreadsLookForTheService) {
     expectCleanEnds("exit", "8");
 }
 
+TEST(AnUnloadedLibrary, StaysMapped) {
+    for (const char* library :
+         {"/host/libhidlhost.so", "/interface/libvendor.qelnova.tv.qeltvapi@1.0.so",
+          "/clientwrapper/libqeltvapi_client.so"}) {
+        const Ended ended =
+                runBuilt({"tests/wire/unloading_client", QELTV_BUILD_DIR + std::string(library)});
+        EXPECT_EQ(0, ended.status) << library << ": " << ended.err;
+    }
+}
+
 TEST(AnUnloadedLibrary, StaysForItsThreadsAndReleasesItsStateAtTheEndOfTheProcess) {
     auto service = std::make_unique<Notifier>(1);
     TemporaryDirectory directory;
     const std::string closed = directory.path() + "/closed";
+    std::atomic<bool> done{false};
     std::thread restart([&] {
-        eventually([&] { return access(closed.c_str(), F_OK) == 0; });
+        eventually([&] { return done || access(closed.c_str(), F_OK) == 0; });
         service = nullptr;
         service = std::make_unique<Notifier>(2);
     });
     const Ended ended = runBuilt({"tests/wire/unloading_client",
                                   QELTV_BUILD_DIR "/clientwrapper/libqeltvapi_client.so", closed});
     EXPECT_EQ(0, ended.status) << ended.err;
+    done = true;
     restart.join();
 }
 

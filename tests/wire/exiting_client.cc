@@ -1,10 +1,13 @@
 /**
  * Ends while its threads, or functions that it has registered, are inside the library.
  *
- * usage: exiting_client exit|return THREADS MILLISECONDS [notified] [traced]
+ * usage: exiting_client return|exit|thread|notification THREADS MILLISECONDS [notified] [traced]
+ *
+ * The process ends when main() returns or calls exit(), or when another thread or a notification's
+ * function calls exit().
  */
+#include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <thread>
 
@@ -16,7 +19,10 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 std::atomic<bool> sNotified{false};
+std::atomic<bool> sExit{false};
 
 void call() {
     int32_t value = 0;
@@ -27,6 +33,7 @@ void call() {
 int onApptv(int32_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
     call();
     sNotified = true;
+    if (sExit) exit(0);
     return 0;
 }
 
@@ -34,14 +41,12 @@ int onApptv(int32_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
 
 int main(int argc, char** argv) {
     if (argc < 4) return 2;
+    const std::string end = argv[1];
     const int threads = atoi(argv[2]);
     const std::chrono::milliseconds delay(atoi(argv[3]));
-    bool notified = false;
     for (int i = 4; i < argc; ++i) {
-        if (strcmp(argv[i], "notified") == 0) notified = true;
-        if (strcmp(argv[i], "traced") == 0) mTvApiDebug = 1;
-    }
-    if (notified) {
+        if (argv[i] == "traced"s) mTvApiDebug = 1;
+        if (argv[i] != "notified"s) continue;
         a_qeltvapi_apptv_register_callback(onApptv);
         if (!eventually([] { return sNotified.load(); })) return 3;
     }
@@ -50,7 +55,18 @@ int main(int argc, char** argv) {
             for (;;) call();
         }).detach();
     }
+    if (end == "thread") {
+        std::thread([delay] {
+            std::this_thread::sleep_for(delay);
+            exit(0);
+        }).detach();
+        for (;;) call();
+    }
     std::this_thread::sleep_for(delay);
-    if (strcmp(argv[1], "exit") == 0) exit(0);
+    if (end == "exit") exit(0);
+    if (end == "notification") {
+        sExit = true;
+        for (;;) call();
+    }
     return 0;
 }

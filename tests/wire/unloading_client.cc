@@ -1,10 +1,12 @@
 /**
- * Loads the library, registers for a notification and unloads the library again.
+ * Loads a library and unloads it again.
  *
- * usage: unloading_client LIBRARY FILE
+ * usage: unloading_client LIBRARY [FILE]
  *
- * FILE is created after dlclose(). The process then waits for a notification of type 2. At its end
- * it calls the functions once more, after the library has released what it keeps.
+ * Without FILE it checks that the library stays mapped. With FILE the library is the client
+ * library: the process registers for a notification, unloads the library, creates FILE and waits
+ * for a notification of type 2. At its end it calls the functions once more, after the library has
+ * released what it keeps.
  */
 #include <dlfcn.h>
 #include <unistd.h>
@@ -53,6 +55,11 @@ bool find(void* library, const char* name, F* function) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2) {
+        void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr || dlclose(library) != 0) return 30;
+        return dlopen(argv[1], RTLD_NOW | RTLD_NOLOAD) == nullptr ? 31 : 0;
+    }
     if (argc != 3 || atexit(callAfterTheRelease) != 0) return 10;
     void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
