@@ -2,6 +2,7 @@
 
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
+#include <signal.h>
 #include <sys/resource.h>
 
 #include <CLI/CLI.hpp>
@@ -65,6 +66,12 @@ void raiseDescriptorLimit() {
     }
 }
 
+/** A reader that is gone and a file that may not grow are errors of a write, not of the process. */
+void ignoreSignalsOfWrites() {
+    signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN);
+}
+
 void serve(const std::string& state) {
     raiseDescriptorLimit();
     std::filesystem::create_directories(state);
@@ -109,6 +116,7 @@ int main(int argc, char** argv) {
     app.add_flag("--verbose", verbose, "Log debug lines too");
     CLI11_PARSE(app, argc, argv);
 
+    qeltvd::ignoreSignalsOfWrites();
     __android_log_set_minimum_priority(verbose ? ANDROID_LOG_DEBUG : ANDROID_LOG_INFO);
     try {
         qeltvd::serve(state);
