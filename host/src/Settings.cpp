@@ -16,7 +16,8 @@ constexpr size_t kMostTransactionBytes = 256 * 1024 * 1024;
 }  // namespace
 
 const Settings& Settings::get() {
-    static const Settings settings = [] {
+    // Never destroyed: threads read it while the process ends.
+    static const Settings& settings = *new Settings([] {
         Settings read;
         if (const char* text = getenv("QELTV_CALL_TIMEOUT_MS"); text != nullptr && *text != '\0') {
             char* end;
@@ -41,7 +42,7 @@ const Settings& Settings::get() {
             }
         }
         return read;
-    }();
+    }());
     return settings;
 }
 
