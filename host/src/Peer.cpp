@@ -397,7 +397,7 @@ status_t Peer::takeReply(int socket, BlockPtr block, NodeMapper* mapper, Parcel*
     MessageHeader answer;
     memcpy(&answer, block->bytes, sizeof(answer));
     const size_t bytes = TransactionSpace::sizeOf(answer);
-    const bool fits = TransactionSpace::take(mNode->server().space(), bytes, false, &block->share);
+    const bool fits = mNode->server().space().take(bytes, false, &block->share);
     const status_t status = Codec::parse(std::move(block), mapper, result);
     if (status != OK) return status;
     if ((answer.flags & kFlagWantsReceived) != 0 && !sendReceived(socket)) return DEAD_OBJECT;

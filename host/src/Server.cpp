@@ -459,8 +459,8 @@ void Server::enqueue(const std::shared_ptr<Connection>& connection, const Messag
     BlockPtr kept(new Block);
     status_t status = OK;
     if (!refusable) {
-        TransactionSpace::takeAnyway(mSpace, bytes, true, &kept->share);
-    } else if (!TransactionSpace::take(mSpace, bytes, true, &kept->share)) {
+        mSpace.takeAnyway(bytes, true, &kept->share);
+    } else if (!mSpace.take(bytes, true, &kept->share)) {
         status = android::FAILED_TRANSACTION;
     }
     if (status == OK && !kept->reserve(arrived.size)) status = android::NO_MEMORY;
@@ -577,7 +577,7 @@ bool Server::call(Caller* caller, Connection* connection, Way way, const Target&
                   BlockPtr block) {
     const MessageHeader header = headerOf(*block);
     if (way != Way::kEvent &&
-        !TransactionSpace::take(mSpace, TransactionSpace::sizeOf(header), false, &block->share)) {
+        !mSpace.take(TransactionSpace::sizeOf(header), false, &block->share)) {
         ALOGW("call %u of process %d fails: too much is on its way to this process", header.code,
               static_cast<int>(caller->pid));
         return passOver(*caller, header, android::FAILED_TRANSACTION);

@@ -74,7 +74,7 @@ class Server {
     bool serveWithin(Caller* caller, BlockPtr block);
 
     /** What calls to this node and replies to its own take. */
-    const std::shared_ptr<TransactionSpace>& space() const { return mSpace; }
+    TransactionSpace& space() { return mSpace; }
 
   private:
     /** Where a call comes in: on a connection's own thread, on a waiting thread, as an event. */
@@ -102,7 +102,7 @@ class Server {
     void end(const std::shared_ptr<Connection>& connection);
 
     Node& mNode;  // which owns this, and which every thread of this keeps
-    const std::shared_ptr<TransactionSpace> mSpace = std::make_shared<TransactionSpace>();
+    TransactionSpace& mSpace = TransactionSpace::make();
     /** Where calls run in a process that has not said how many threads it has. */
     const std::shared_ptr<Worker> mMain =
             std::make_shared<Worker>("hidl-main", Worker::Thread::kKept);

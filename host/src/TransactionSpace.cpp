@@ -1,5 +1,8 @@
 #include "TransactionSpace.h"
 
+#include <deque>
+#include <mutex>
+
 #include "Settings.h"
 
 namespace hidlhost {
@@ -20,6 +23,13 @@ size_t TransactionSpace::sizeOf(const MessageHeader& header) {
            header.payloadSize;
 }
 
+TransactionSpace& TransactionSpace::make() {
+    static std::mutex& mutex = *new std::mutex;
+    static std::deque<TransactionSpace>& all = *new std::deque<TransactionSpace>;
+    std::lock_guard<std::mutex> lock(mutex);
+    return all.emplace_back();
+}
+
 void TransactionSpace::Share::reset() {
     if (mSpace == nullptr) return;
     mSpace->mUsed.fetch_sub(mBytes, std::memory_order_relaxed);
@@ -27,21 +37,19 @@ void TransactionSpace::Share::reset() {
     mSpace = nullptr;
 }
 
-void TransactionSpace::takeAnyway(const std::shared_ptr<TransactionSpace>& space, size_t bytes,
-                                  bool oneway, Share* share) {
+void TransactionSpace::takeAnyway(size_t bytes, bool oneway, Share* share) {
     share->reset();
-    space->mUsed.fetch_add(bytes, std::memory_order_relaxed);
-    if (oneway) space->mUsedOneway.fetch_add(bytes, std::memory_order_relaxed);
-    share->mSpace = space;
+    mUsed.fetch_add(bytes, std::memory_order_relaxed);
+    if (oneway) mUsedOneway.fetch_add(bytes, std::memory_order_relaxed);
+    share->mSpace = this;
     share->mBytes = bytes;
     share->mOneway = oneway;
 }
 
-bool TransactionSpace::take(const std::shared_ptr<TransactionSpace>& space, size_t bytes,
-                            bool oneway, Share* share) {
-    takeAnyway(space, bytes, oneway, share);
-    if (space->mUsed.load(std::memory_order_relaxed) <= limit(false) &&
-        (!oneway || space->mUsedOneway.load(std::memory_order_relaxed) <= limit(true))) {
+bool TransactionSpace::take(size_t bytes, bool oneway, Share* share) {
+    takeAnyway(bytes, oneway, share);
+    if (mUsed.load(std::memory_order_relaxed) <= limit(false) &&
+        (!oneway || mUsedOneway.load(std::memory_order_relaxed) <= limit(true))) {
         return true;
     }
     share->reset();

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstddef>
-#include <memory>
 
 #include "Wire.h"
 
@@ -20,35 +19,29 @@ class TransactionSpace {
     /** What a message takes on a device. */
     static size_t sizeOf(const MessageHeader& header);
 
+    /** One more of them, never destroyed: parcels may outlive their node. */
+    static TransactionSpace& make();
+
     /** Gives back what it holds at its end. */
     class Share {
       public:
         Share() = default;
-        Share(Share&& other) noexcept
-                : mSpace(std::move(other.mSpace)), mBytes(other.mBytes), mOneway(other.mOneway) {}
-        Share& operator=(Share&& other) noexcept {
-            reset();
-            mSpace = std::move(other.mSpace);
-            mBytes = other.mBytes;
-            mOneway = other.mOneway;
-            return *this;
-        }
         ~Share() { reset(); }
+        Share(const Share&) = delete;
+        Share& operator=(const Share&) = delete;
         void reset();
 
       private:
         friend class TransactionSpace;
-        std::shared_ptr<TransactionSpace> mSpace;
+        TransactionSpace* mSpace = nullptr;
         size_t mBytes = 0;
         bool mOneway = false;
     };
 
     /** False where there is not enough left. */
-    static bool take(const std::shared_ptr<TransactionSpace>& space, size_t bytes, bool oneway,
-                     Share* share);
+    bool take(size_t bytes, bool oneway, Share* share);
     /** Takes more than there is if need be. */
-    static void takeAnyway(const std::shared_ptr<TransactionSpace>& space, size_t bytes,
-                           bool oneway, Share* share);
+    void takeAnyway(size_t bytes, bool oneway, Share* share);
 
   private:
     std::atomic<size_t> mUsed{0};
