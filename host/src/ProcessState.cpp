@@ -1,9 +1,13 @@
+#define LOG_TAG "hidlhost"
+
 #include <hwbinder/IPCThreadState.h>
 #include <hwbinder/ProcessState.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 
+#include <log/log.h>
 #include <unistd.h>
 
 #include "Node.h"
@@ -36,16 +40,25 @@ size_t ProcessState::getMaxThreads() {
 
 namespace {
 thread_local bool tUsed = false;
+std::atomic<bool> gShutDown{false};
 }  // namespace
 
 IPCThreadState* IPCThreadState::self() {
     static IPCThreadState state;  // what differs between threads is kept with them
+    if (gShutDown) {
+        ALOGW("IPCThreadState::self() is null after shutdown(); the device's callers crash on it");
+        return nullptr;
+    }
     tUsed = true;
     return &state;
 }
 
 IPCThreadState* IPCThreadState::selfOrNull() {
-    return tUsed ? self() : nullptr;
+    return tUsed && !gShutDown ? self() : nullptr;
+}
+
+void IPCThreadState::shutdown() {
+    gShutDown = true;
 }
 
 pid_t IPCThreadState::getCallingPid() const {
