@@ -6,6 +6,7 @@
 #include <mutex>
 #include <thread>
 
+#include <android-base/unique_fd.h>
 #include <log/log.h>
 #include <poll.h>
 #include <sys/inotify.h>
@@ -17,22 +18,22 @@
 #include "Watcher.h"
 
 using android::sp;
+using android::base::unique_fd;
 using android::hidl::manager::V1_0::IServiceNotification;
 
 namespace hidlhost {
 namespace {
 
-/** @return a descriptor that is readable when something has been registered, -1 without one */
-int watchDirectory() {
-    if (registry::directory().empty()) return -1;
-    const int inotify = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
-    if (inotify >= 0 &&
+/** @return a descriptor that is readable when something has been registered; none on failure */
+unique_fd watchDirectory() {
+    if (registry::directory().empty()) return {};
+    unique_fd inotify(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+    if (inotify.ok() &&
         inotify_add_watch(inotify, registry::directory().c_str(), IN_MOVED_TO) >= 0) {
         return inotify;
     }
     ALOGE("%s cannot be watched: %s", registry::directory().c_str(), strerror(errno));
-    if (inotify >= 0) close(inotify);
-    return -1;
+    return {};
 }
 
 /** Takes what has happened; `moved` gets the file that each event names. */
@@ -67,10 +68,10 @@ class Listeners {
 
     bool add(Listener listener) {
         std::lock_guard<std::mutex> lock(mMutex);
-        if (mInotify < 0) {
+        if (!mInotify.ok()) {
             mInotify = watchDirectory();
-            if (mInotify < 0) return false;
-            Watcher::get().add(mInotify, [this](int) {
+            if (!mInotify.ok()) return false;
+            Watcher::get().add(mInotify, [this] {
                 std::lock_guard<std::mutex> changing(mMutex);
                 takeRegistrations();
                 return true;
@@ -112,7 +113,7 @@ class Listeners {
 
     std::mutex mMutex;
     std::vector<Listener> mAll;
-    int mInotify = -1;
+    unique_fd mInotify;
 };
 
 }  // namespace
@@ -126,14 +127,14 @@ void waitForRegistration(const std::string& what, const std::function<bool()>& f
     using Clock = std::chrono::steady_clock;
     using std::chrono::milliseconds;
     // Watched from before the first look, so that nothing comes between them.
-    const int inotify = watchDirectory();
+    const unique_fd inotify = watchDirectory();
     const auto begin = Clock::now();
     for (auto nextLine = begin + std::chrono::seconds(1); !found();) {
         const auto rest =
                 std::chrono::duration_cast<milliseconds>(nextLine - Clock::now()) + milliseconds(1);
         if (rest > milliseconds(0)) {
-            if (inotify >= 0) {
-                pollfd watched = {inotify, POLLIN, 0};
+            if (inotify.ok()) {
+                pollfd watched = {inotify.get(), POLLIN, 0};
                 poll(&watched, 1, static_cast<int>(rest.count()));
                 takeEvents(inotify, [](const inotify_event&, const char*) {});
             } else {
@@ -146,7 +147,6 @@ void waitForRegistration(const std::string& what, const std::function<bool()>& f
               static_cast<long long>(waited.count()));
         nextLine += std::chrono::seconds(1);
     }
-    if (inotify >= 0) close(inotify);
 }
 
 }  // namespace hidlhost
