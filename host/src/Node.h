@@ -9,10 +9,10 @@
 
 #include <hwbinder/Binder.h>
 
+#include "Fork.h"
 #include "Gate.h"
 #include "ObjectTable.h"
 #include "Server.h"
-#include "Threads.h"
 
 /**
  * The transport.

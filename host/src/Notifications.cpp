@@ -1,5 +1,6 @@
 #define LOG_TAG "hidlhost"
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -14,6 +15,7 @@
 
 #include <android/hidl/manager/1.0/IServiceNotification.h>
 
+#include "Fork.h"
 #include "Services.h"
 #include "Watcher.h"
 
@@ -52,6 +54,17 @@ void takeEvents(int inotify, Moved moved) {
     }
 }
 
+/** Of the listeners, for the children to close. */
+std::atomic<int> gInotify{-1};
+
+[[maybe_unused]] const bool sCloses = [] {
+    onFork([] {
+        const int inherited = gInotify.exchange(-1);
+        if (inherited >= 0) close(inherited);
+    });
+    return true;
+}();
+
 struct Listener {
     std::string interface;
     std::string instance;
@@ -61,18 +74,19 @@ struct Listener {
 /** Notifies of every file that is moved to its place in the directory, which is a registration. */
 class Listeners {
   public:
+    /** Those of a parent are notified in the parent. */
     static Listeners& get() {
-        static Listeners& listeners = *new Listeners;
-        return listeners;
+        return onePerProcess<Listeners>([] { return new Listeners; });
     }
 
     bool add(Listener listener) {
-        std::lock_guard<std::mutex> lock(mMutex);
+        std::lock_guard<std::mutex> lock(processMutex(ProcessLock::kListeners));
         if (!mInotify.ok()) {
             mInotify = watchDirectory();
             if (!mInotify.ok()) return false;
+            gInotify = mInotify.get();
             Watcher::get().add(mInotify, [this] {
-                std::lock_guard<std::mutex> changing(mMutex);
+                std::lock_guard<std::mutex> changing(processMutex(ProcessLock::kListeners));
                 takeRegistrations();
                 return true;
             });
@@ -111,7 +125,6 @@ class Listeners {
         });
     }
 
-    std::mutex mMutex;
     std::vector<Listener> mAll;
     unique_fd mInotify;
 };

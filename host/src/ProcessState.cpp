@@ -4,8 +4,6 @@
 #include <hwbinder/ProcessState.h>
 
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
 
 #include <log/log.h>
 #include <unistd.h>
@@ -82,10 +80,7 @@ bool IPCThreadState::isOnlyBinderThread() const {
 void IPCThreadState::joinThreadPool(bool) {
     hidlhost::Node::process().gate().join();
     // Calls run on the threads of their connections; the caller's part is to stay.
-    static std::mutex& mutex = *new std::mutex;
-    static std::condition_variable& never = *new std::condition_variable;
-    std::unique_lock<std::mutex> lock(mutex);
-    for (;;) never.wait(lock);
+    for (;;) pause();
 }
 
 }  // namespace hardware

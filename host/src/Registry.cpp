@@ -20,6 +20,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Fork.h"
 #include "Socket.h"
 
 using android::OK;
@@ -31,6 +32,8 @@ namespace {
 
 constexpr char kServicePrefix[] = "service.";
 constexpr char kSocketPrefix[] = "node.";
+constexpr char kLockFile[] = "lock";
+constexpr char kNodeCharacters[] = "0123456789abcdef-";
 constexpr char kFormat[] = "hidlhost 1";
 /** For the lock; others hold it for less than a millisecond. */
 constexpr std::chrono::milliseconds kLongestWait{200};
@@ -52,6 +55,12 @@ std::string chosenDirectory() {
     }
     while (path.size() > 1 && path.back() == '/') path.pop_back();
     return path;
+}
+
+/** Empty until one is usable. */
+std::string& usableDirectory() {
+    static std::string& directory = *new std::string;
+    return directory;
 }
 
 /** What keeps the directory from being used; empty where nothing does. */
@@ -143,12 +152,17 @@ void forEachFile(const char* prefix, Visitor visit) {
 
 }  // namespace
 
+std::string lockFile() {
+    std::lock_guard<std::mutex> lock(processMutex(ProcessLock::kDirectory));
+    const std::string& usable = usableDirectory();
+    return usable.empty() ? "" : usable + "/" + kLockFile;
+}
+
 const std::string& directory() {
     // Looked at again as long as it is not usable: it may be put right in the meantime.
-    static std::mutex& mutex = *new std::mutex;
-    static std::string& usable = *new std::string;
     static std::string& complaint = *new std::string;
-    std::lock_guard<std::mutex> lock(mutex);
+    std::lock_guard<std::mutex> lock(processMutex(ProcessLock::kDirectory));
+    std::string& usable = usableDirectory();
     if (!usable.empty()) return usable;
     std::string path = chosenDirectory();
     std::string reason = makeDirectory(path);
@@ -165,13 +179,19 @@ std::string socketPath(const std::string& node) {
     return filePath(kSocketPrefix + node);
 }
 
+bool isSocket(const char* file) {
+    const size_t length = strlen(kSocketPrefix);
+    return strncmp(file, kSocketPrefix, length) == 0 && file[length] != '\0' &&
+           file[length + strspn(file + length, kNodeCharacters)] == '\0';
+}
+
 bool isNodeName(const std::string& text) {
     return !text.empty() && text.size() <= 64 &&
-           text.find_first_not_of("0123456789abcdef-") == std::string::npos;
+           text.find_first_not_of(kNodeCharacters) == std::string::npos;
 }
 
 Lock::Lock() {
-    const std::string path = filePath("lock");
+    const std::string path = filePath(kLockFile);
     mFile = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (mFile < 0) {
         // Without the directory there are no entries either.

@@ -23,6 +23,10 @@ struct Entry {
 /** The runtime directory, made where missing; empty where it may not be used. */
 const std::string& directory();
 std::string socketPath(const std::string& node);
+/** The path of the lock; empty where nothing has been looked for yet. */
+std::string lockFile();
+/** Whether the file's name is that of a socket. Allocates nothing. */
+bool isSocket(const char* file);
 /** Whether the text could name a node: no path, no surprise. */
 bool isNodeName(const std::string& text);
 

@@ -11,6 +11,7 @@
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
 
+#include "Fork.h"
 #include "Manifest.h"
 #include "Peer.h"
 #include "Services.h"
@@ -71,6 +72,7 @@ std::string registrationHolder(const std::string& interface, const std::string& 
 
 android::sp<android::hardware::IBinder> findService(const std::string& interface,
                                                     const std::string& instance) {
+    const UnderForeignLock locked;
     Node& node = Node::process();
     // A second try finds what has replaced an entry in the meantime.
     for (int attempt = 0; attempt < 2; ++attempt) {
