@@ -26,12 +26,14 @@ using android::hidl::manager::V1_0::IServiceNotification;
 namespace hidlhost {
 namespace {
 
+/** Equal events that follow each other become one; the two of every registration alternate. */
+constexpr uint32_t kMoved = IN_MOVED_FROM | IN_MOVED_TO;
+
 /** @return a descriptor that is readable when something has been registered; none on failure */
 unique_fd watchDirectory() {
     if (registry::directory().empty()) return {};
     unique_fd inotify(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
-    if (inotify.ok() &&
-        inotify_add_watch(inotify, registry::directory().c_str(), IN_MOVED_TO) >= 0) {
+    if (inotify.ok() && inotify_add_watch(inotify, registry::directory().c_str(), kMoved) >= 0) {
         return inotify;
     }
     ALOGE("%s cannot be watched: %s", registry::directory().c_str(), strerror(errno));
@@ -106,7 +108,7 @@ class Listeners {
             if ((event.mask & IN_Q_OVERFLOW) != 0) {
                 // Twice is better than not at all.
                 for (const registry::Name& there : registry::list()) notifyAll(there);
-            } else if (registry::nameOfFile(file, &name)) {
+            } else if ((event.mask & IN_MOVED_TO) != 0 && registry::nameOfFile(file, &name)) {
                 notifyAll(name);
             }
         });

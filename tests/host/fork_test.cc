@@ -72,6 +72,14 @@ size_t openSockets() {
 
 class ForkTest : public ::testing::Test {
   protected:
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+    void SetUp() override {
+        GTEST_SKIP() << "the race detector allows a child no threads";
+    }
+#endif
+#endif
+
     void start() {
         mProcess = std::make_unique<kit::Process>();
         ASSERT_TRUE(mProcess->ready()) << mProcess->errors();
@@ -224,13 +232,13 @@ TEST_F(ForkTest, NothingHangsInAChildOfABusyProcess) {
 // A thread that fetches a proxy under a lock of its own, as libraries do, now and then.
 TEST_F(ForkTest, AForkWaitsUntilNoServiceIsBeingFetched) {
     start();
-    std::timed_mutex fetching;
+    std::mutex fetching;
     std::atomic<bool> stop{false};
     std::thread thread([&] {
         while (!stop) {
             {
-                std::lock_guard<std::timed_mutex> lock(fetching);
-                for (int i = 0; i < 20; ++i) (void)IServiceChild::getService("kit");
+                std::lock_guard<std::mutex> lock(fetching);
+                for (int i = 0; i < 60; ++i) (void)IServiceChild::getService("kit");
             }
             std::this_thread::sleep_for(5ms);
         }
@@ -238,11 +246,13 @@ TEST_F(ForkTest, AForkWaitsUntilNoServiceIsBeingFetched) {
     int held = 0;
     for (int i = 0; i < 100; ++i) {
         held += endOf(startChild([&] { return fetching.try_lock() ? 0 : 1; })) != 0;
+        std::this_thread::sleep_for(1ms);
     }
     stop = true;
     thread.join();
-    // A fork may come between the lock and the first call, or where the thread is held up.
-    EXPECT_LE(held, 3);
+    // Without the wait it is about a third of them. A fork may come between the lock and the first
+    // call, or where the thread is held up.
+    EXPECT_LE(held, 10);
 }
 
 TEST_F(ForkTest, AChildThatReturnsFromAServedCallEnds) {
