@@ -9,10 +9,10 @@
 
 #include <hwbinder/Binder.h>
 
+#include "Fork.h"
 #include "Gate.h"
 #include "ObjectTable.h"
 #include "Server.h"
-#include "Threads.h"
 
 /**
  * The transport.
@@ -40,12 +40,12 @@
  * Locks. Node::mMutex guards the peers that a node knows, ObjectTable::mMutex its objects,
  * Server::mMutex its connections; Peer::mMutex the sockets, proxies and releases of one peer;
  * Peer::mOpening and Peer::mSending the opening of the connection for events and the order of what
- * is sent on it; Events::mutex what the peer has answered there; BpHwBinder::mMutex a proxy's
- * recipients; Gate::mMutex who waits at the gate. Under Peer::mOpening and Peer::mSending the
- * other locks of a peer may be taken; besides that no lock is taken while another is held.
- * Peer::mSending is the only one held while a peer is waited for, which is bounded, and nobody who
- * must not wait takes it. None is held while foreign code runs, destructors of objects and proxies
- * included.
+ * is sent on it; Events::mutex what the peer has answered there; a process lock (Fork.h) the
+ * recipients of all proxies; Gate::mMutex who waits at the gate. Under Peer::mOpening and
+ * Peer::mSending the other locks of a peer may be taken; besides that no lock is taken while
+ * another is held. Peer::mSending is the only one held while a peer is waited for, which is
+ * bounded, and nobody who must not wait takes it. None is held while foreign code runs, destructors
+ * of objects and proxies included.
  */
 namespace hidlhost {
 

@@ -16,6 +16,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "Fork.h"
 #include "Node.h"
 #include "NodeMapper.h"
 #include "Peer.h"
@@ -82,13 +83,18 @@ Server::Server(Node& node) : mNode(node) {}
 
 namespace {
 
+/** Of the process that has names, and 1. */
+std::atomic<uint64_t> gNamed{0};
+
 /** The names of a process that ends in good order go with it. */
 void withdrawAtExit() {
-    static const bool registered = [] {
-        // In a child this is the child's own node, which has no names until it makes some.
-        return atexit([] { registry::withdrawNode(Node::process().name()); }) == 0;
-    }();
-    (void)registered;
+    if (gNamed.exchange(uint64_t{generation()} + 1) != 0) return;
+    atexit([] {
+        // A child has no names until it makes some.
+        if (gNamed == uint64_t{generation()} + 1) {
+            registry::withdrawNode(Node::process().name());
+        }
+    });
 }
 
 }  // namespace
@@ -514,6 +520,7 @@ class Answer {
             : mNode(node), mConnection(connection), mConversation(conversation) {}
 
     void send(const Parcel& reply, status_t status) {
+        if (mNode.inherited()) endStrayChild();
         if (mSent) return;
         mSent = true;
         Caller& caller = *mConversation->caller;
@@ -668,6 +675,7 @@ bool Server::execute(Caller* caller, Connection* connection, Way way, const Targ
         status = target.object->onTransact(header.code, *data, &reply, header.flags & kFlagOneway,
                                            std::move(callback));
     }
+    if (mNode.inherited()) endStrayChild();
     if (!oneway) answer.send(reply, status);
     trace.finish(oneway ? nullptr : &reply, answer.sent() ? status : OK);
 

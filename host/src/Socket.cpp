@@ -14,6 +14,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "Fork.h"
+
 using android::BAD_VALUE;
 using android::DEAD_OBJECT;
 using android::NO_MEMORY;
@@ -221,6 +223,10 @@ namespace {
  */
 constexpr size_t kMaxPartial = 64 * 1024 * 1024;
 std::atomic<size_t> gPartial{0};
+[[maybe_unused]] const bool sForgets = [] {
+    onFork([] { gPartial = 0; });  // the parent's threads receive on in the parent
+    return true;
+}();
 
 }  // namespace
 

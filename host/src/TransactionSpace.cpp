@@ -1,8 +1,5 @@
 #include "TransactionSpace.h"
 
-#include <deque>
-#include <mutex>
-
 #include "Settings.h"
 
 namespace hidlhost {
@@ -24,10 +21,13 @@ size_t TransactionSpace::sizeOf(const MessageHeader& header) {
 }
 
 TransactionSpace& TransactionSpace::make() {
-    static std::mutex& mutex = *new std::mutex;
-    static std::deque<TransactionSpace>& all = *new std::deque<TransactionSpace>;
-    std::lock_guard<std::mutex> lock(mutex);
-    return all.emplace_back();
+    // Without a lock, which a child could find locked.
+    static std::atomic<TransactionSpace*> all{nullptr};
+    auto* space = new TransactionSpace;
+    space->mNext = all.load();
+    while (!all.compare_exchange_weak(space->mNext, space)) {
+    }
+    return *space;
 }
 
 void TransactionSpace::Share::reset() {

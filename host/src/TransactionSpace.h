@@ -46,6 +46,7 @@ class TransactionSpace {
   private:
     std::atomic<size_t> mUsed{0};
     std::atomic<size_t> mUsedOneway{0};
+    TransactionSpace* mNext = nullptr;
 };
 
 }  // namespace hidlhost

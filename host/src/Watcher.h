@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "Threads.h"
+#include "Fork.h"
 
 namespace hidlhost {
 
