@@ -173,9 +173,8 @@ BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_ch
 
 BroadcastService::Return<int32_t>
 BroadcastService::a_hidl_qeltvapi_broadcast_set_favorite_icon_on_banner(bool show) {
-    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
-                        static_cast<int32_t>(kBroadcastFavouriteIcon), uint64_t{0}, uint64_t{show},
-                        uint64_t{0}, uint64_t{0}, uint64_t{0});
+    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
+                       kBroadcastFavouriteIcon, {show});
     return kOk;
 }
 

@@ -13,6 +13,7 @@
 
 #include "ChannelIds.h"
 #include "Codes.h"
+#include "Guarded.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
 
@@ -510,7 +511,7 @@ class ChannelDatabase::Edit {
         }
         mEditing.unlock();
         for (const ChannelChange& change : mChanges) {
-            for (const Listener& listener : listeners) listener(change);
+            callAll("following a change of the channels", listeners, change);
         }
     }
 

@@ -353,9 +353,8 @@ Return<int32_t> Service::a_hidl_qeltvapi_bisskey_set_key_for_current_channel() {
     if (!current) return kRefused;
     const auto key = mChannels.bissKeyFor(*current);
     if (!key) return kNotFound;
-    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
-                        int32_t{CHANNEL_BISS_IN_USE}, uint64_t{0}, uint64_t{current->list},
-                        uint64_t{current->channelId}, uint64_t{0}, uint64_t{key->recordId});
+    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
+                       CHANNEL_BISS_IN_USE, {current->list, current->channelId, 0, key->recordId});
     return kOk;
 }
 

@@ -1,6 +1,9 @@
+#define LOG_TAG "qeltvd"
+
 #include "Power.h"
 
 #include "Codes.h"
+#include "Guarded.h"
 #include "Stored.h"
 
 namespace qeltvd {
@@ -28,8 +31,7 @@ Power::Power(Store& store, Notifier& notifier)
 }
 
 void Power::tell(PowerEvent event, uint32_t first, uint32_t second) {
-    mNotifier.notify(&Notifier::Callback::a_hidl_x_pcl_nfy_fct, static_cast<uint32_t>(event),
-                     uint64_t{0}, first, second);
+    mNotifier.event(&Notifier::Callback::a_hidl_x_pcl_nfy_fct, event, {first, second});
 }
 
 Power::Reason Power::wakeReason() const {
@@ -77,7 +79,7 @@ void Power::addListener(std::function<void(bool)> listener) {
 }
 
 void Power::changed(bool standby) const {
-    for (const auto& listener : mListeners) listener(standby);
+    callAll("following the power", mListeners, standby);
 }
 
 int32_t Power::powerDown(PowerEvent how) {

@@ -125,6 +125,8 @@ Store::Blob Store::Statement::blob(int column) const {
 }
 
 Store::Transaction::Transaction(Store& store) : mStore(store), mLock(store.mLock) {
+    // One whose rollback failed would take up what follows, and lose it.
+    if (sqlite3_get_autocommit(store.mDatabase) == 0) store.execute("ROLLBACK");
     store.execute("BEGIN IMMEDIATE");
 }
 
