@@ -1,0 +1,177 @@
+#define LOG_TAG "qeltvd"
+
+#include "Switchboard.h"
+
+#include <hidl/HidlTransportSupport.h>
+#include <hidl/Static.h>
+#include <log/log.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+#include "CodedError.h"
+
+namespace qeltvd {
+
+using android::sp;
+using android::status_t;
+using android::hardware::BHwBinder;
+using android::hardware::IBinder;
+using android::hardware::Parcel;
+
+/** One interface: between the wire and the generated stub of the service. */
+class Switchboard::Line : public BHwBinder {
+  public:
+    Line(std::string interface, std::vector<std::string> methods, sp<BHwBinder> stub,
+         std::function<sp<BHwBinder>(int32_t, bool)> withCode)
+            : mInterface(std::move(interface)),
+              mMethods(std::move(methods)),
+              mStub(std::move(stub)),
+              mWithCode(std::move(withCode)),
+              mCalls(mMethods.size()),
+              mFaults(mMethods.size()) {}
+
+    status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags,
+                        TransactCallback callback) override {
+        const size_t index = code - FIRST_CALL_TRANSACTION;
+        if (index >= mMethods.size()) return serve(mStub, code, data, reply, flags, callback);
+
+        mCalls[index].fetch_add(1, std::memory_order_relaxed);
+        const std::optional<Fault> fault = take(index);
+        if (!fault) return serve(mStub, code, data, reply, flags, callback);
+        switch (fault->kind) {
+            case Fault::kDie:
+                ALOGW("ends in a call of %s, as asked", mMethods[index].c_str());
+                _exit(3);
+            case Fault::kLose:
+                // Served, and the answer goes nowhere.
+                serve(mStub, code, data, reply, flags, [](Parcel&) {});
+                return android::FAILED_TRANSACTION;
+            case Fault::kCode:
+                return serve(mWithCode(static_cast<int32_t>(fault->value), true), code, data, reply,
+                             flags, callback);
+            case Fault::kDelay:
+                std::this_thread::sleep_for(std::chrono::milliseconds(fault->value));
+                return serve(mStub, code, data, reply, flags, callback);
+        }
+        return android::UNKNOWN_ERROR;
+    }
+
+    bool setFault(const std::string& method, const std::optional<Fault>& fault) {
+        bool found = false;
+        std::lock_guard<std::mutex> guard(mLock);
+        for (size_t i = 0; i < mMethods.size(); ++i) {
+            if (method != "*" && method != mMethods[i] && "a_hidl_" + method != mMethods[i]) {
+                continue;
+            }
+            mFaults[i] = fault;
+            found = true;
+        }
+        return found;
+    }
+
+    void list(std::vector<MethodInfo>* to) const {
+        std::lock_guard<std::mutex> guard(mLock);
+        for (size_t i = 0; i < mMethods.size(); ++i) {
+            const uint64_t calls = mCalls[i].load(std::memory_order_relaxed);
+            if (calls != 0 || mFaults[i]) {
+                to->push_back({mInterface, mMethods[i], calls, mFaults[i]});
+            }
+        }
+    }
+
+  private:
+    /** What happens to this call; a fault of one call is taken back with it. */
+    std::optional<Fault> take(size_t index) {
+        std::lock_guard<std::mutex> guard(mLock);
+        const std::optional<Fault> fault = mFaults[index];
+        if (fault && fault->kind == Fault::kLose) mFaults[index].reset();
+        return fault;
+    }
+
+    status_t serve(const sp<BHwBinder>& stub, uint32_t code, const Parcel& data, Parcel* reply,
+                   uint32_t flags, const TransactCallback& callback) {
+        bool answered = false;
+        const TransactCallback answer = [&](Parcel& results) {
+            answered = true;
+            callback(results);
+        };
+        int32_t failure = kRefused;
+        try {
+            return stub->onTransact(code, data, reply, flags, answer);
+        } catch (const CodedError& e) {
+            failure = e.code();
+            ALOGE("%s: %s", nameOf(code), e.what());
+        } catch (const std::exception& e) {
+            ALOGE("%s: %s", nameOf(code), e.what());
+        } catch (...) {
+            ALOGE("%s: unknown exception", nameOf(code));
+        }
+        if (answered) return android::OK;
+        return fail(failure, code, data, flags, callback);
+    }
+
+    /** Answers a call with a code in place of the service, which has not answered it. */
+    status_t fail(int32_t failure, uint32_t code, const Parcel& data, uint32_t flags,
+                  const TransactCallback& callback) {
+        try {
+            data.setDataPosition(0);
+            // What the service has begun to write is not a part of the answer.
+            Parcel results;
+            return mWithCode(failure, false)->onTransact(code, data, &results, flags, callback);
+        } catch (const std::exception& e) {
+            ALOGE("%s cannot be answered: %s", nameOf(code), e.what());
+            return android::FAILED_TRANSACTION;
+        }
+    }
+
+    const char* nameOf(uint32_t code) const {
+        const size_t index = code - FIRST_CALL_TRANSACTION;
+        return index < mMethods.size() ? mMethods[index].c_str() : mInterface.c_str();
+    }
+
+    const std::string mInterface;
+    const std::vector<std::string> mMethods;
+    const sp<BHwBinder> mStub;
+    const std::function<sp<BHwBinder>(int32_t code, bool everywhere)> mWithCode;
+    std::vector<std::atomic<uint64_t>> mCalls;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    std::vector<std::optional<Fault>> mFaults;
+};
+
+Switchboard::Switchboard() = default;
+Switchboard::~Switchboard() = default;
+
+void Switchboard::intercept(const std::string& descriptor, const std::string& interface,
+                            std::vector<std::string> methods, MakeObject withCode) {
+    auto& constructors = android::hardware::details::getBnConstructorMap();
+    const auto makeStub = constructors.get(descriptor, nullptr);
+    // Called once for the service that is published.
+    constructors.set(descriptor, [=](void* object) -> sp<IBinder> {
+        const auto withCodeStub = [=](int32_t code, bool everywhere) {
+            return sp<BHwBinder>(makeStub(withCode(code, everywhere))->localBinder());
+        };
+        const sp<Line> line =
+                new Line(interface, methods, makeStub(object)->localBinder(), withCodeStub);
+        mLines.push_back(line);
+        return line;
+    });
+}
+
+bool Switchboard::setFault(const std::string& method, std::optional<Fault> fault) {
+    bool found = false;
+    for (const sp<Line>& line : mLines) found |= line->setFault(method, fault);
+    return found;
+}
+
+std::vector<Switchboard::MethodInfo> Switchboard::methods() const {
+    std::vector<MethodInfo> all;
+    for (const sp<Line>& line : mLines) line->list(&all);
+    return all;
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,104 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "CodedError.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace qeltvd {
+
+/** The store could not be read or written: disk full, no access, damaged. */
+class StoreError : public CodedError {
+  public:
+    explicit StoreError(const std::string& what) : CodedError(kStorage, what) {}
+};
+
+/**
+ * The television's database: one SQLite file, its own thread of control at a time. What a
+ * statement has stored when it returns outlives a crash of the process and of the machine. A full
+ * disk keeps nothing from being read; a second process finds the file locked.
+ */
+class Store {
+  public:
+    /** Opens or makes the file. ":memory:" keeps nothing. @throws StoreError */
+    explicit Store(const std::string& path);
+    ~Store();
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+
+    using Blob = std::vector<uint8_t>;
+
+    /**
+     * A statement; bind in order, step through the rows. The store keeps it prepared for the next
+     * of the same text.
+     */
+    class Statement {
+      public:
+        Statement(Store& store, const char* sql);
+        ~Statement();
+        Statement(const Statement&) = delete;
+        Statement& operator=(const Statement&) = delete;
+
+        Statement& bind(int64_t value);
+        Statement& bind(const std::string& value);
+        Statement& bind(const Blob& value);
+
+        /** Whether there is a(nother) row. @throws StoreError */
+        bool step();
+        /** Ready to be bound and run again. */
+        Statement& reset();
+        /** Runs a statement without rows. */
+        void run() { step(); }
+
+        int64_t integer(int column) const;
+        std::string text(int column) const;
+        Blob blob(int column) const;
+
+      private:
+        Store& mStore;
+        std::unique_lock<std::recursive_mutex> mLock;
+        const std::string mText;
+        sqlite3_stmt* mStatement = nullptr;
+        int mNext = 1;
+    };
+
+    /** Stores something, whatever it is. @throws StoreError where nothing can be stored */
+    void probe();
+
+    /** Runs statements without arguments. @throws StoreError */
+    void execute(const char* sql);
+    /** Rows that the last statement changed. */
+    int changes() const;
+    int64_t lastId() const;
+
+    /** All or nothing of what happens in a scope: committed by commit(), else taken back. */
+    class Transaction {
+      public:
+        explicit Transaction(Store& store);
+        ~Transaction();
+        void commit();
+
+      private:
+        Store& mStore;
+        std::unique_lock<std::recursive_mutex> mLock;
+        bool mDone = false;
+    };
+
+  private:
+    [[noreturn]] void fail(const char* what) const;
+
+    const std::string mPath;
+    sqlite3* mDatabase = nullptr;
+    std::recursive_mutex mLock;
+    std::unordered_multimap<std::string, sqlite3_stmt*> mPrepared;  // none of them in use
+};
+
+}  // namespace qeltvd
