@@ -86,8 +86,7 @@ void ChannelListService::notify(const ChannelChange& change) {
                            type, {a, b, c, d});
     };
     const auto records = [&](int32_t type) {
-        Bytes ids(change.records.size() * sizeof(uint32_t));
-        memcpy(ids.data(), change.records.data(), ids.size());
+        const Bytes ids = bytesOf(change.records);
         mTv.notifier.notify(
                 &IQelTvApiCallback::a_hidl_qeltvapi_tvprovider_channellist_update_callback_fct,
                 type, uint64_t{0}, list, count, ids, version);
@@ -712,13 +711,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_recs_by_mask(
                         channels.push_back(pack(channel, multiplex));
                         streams.push_back(pack(multiplex));
                     });
-    Bytes svl(channels.size() * sizeof(channel_record_t));
-    Bytes tsl(streams.size() * sizeof(multiplex_record_t));
-    if (!channels.empty()) {
-        memcpy(svl.data(), channels.data(), svl.size());
-        memcpy(tsl.data(), streams.data(), tsl.size());
-    }
-    reply(svl, tsl, channels.empty() && count != 0 ? kNotFound : kOk);
+    reply(bytesOf(channels), bytesOf(streams), channels.empty() && count != 0 ? kNotFound : kOk);
     return Void();
 }
 

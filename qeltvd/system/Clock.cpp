@@ -233,10 +233,10 @@ int64_t Clock::offset() const {
 
 int32_t Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> newOffset) {
     const Manual wanted{newZone.value_or(zone()), newOffset.value_or(offset())};
-    if (std::abs(wanted.zone) > layouts::kZoneMaximum ||
-        std::abs(wanted.offset) > layouts::kZoneMaximum) {
-        return kBadValue;
-    }
+    const auto possible = [](int64_t value) {
+        return value >= -layouts::kZoneMaximum && value <= layouts::kZoneMaximum;
+    };
+    if (!possible(wanted.zone) || !possible(wanted.offset)) return kBadValue;
     const int32_t code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
         if (mSource == layouts::kSyncBroadcast) return kRefused;
@@ -273,8 +273,11 @@ void Clock::jumped() const {
 }
 
 void Clock::zoneChanged() const {
-    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, layouts::kZoneChanged,
-                    {zone() + offset()});
+    // The change has been stored; the place of the zone may not be readable now.
+    guarded("the notification of the time zone", [this] {
+        mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, layouts::kZoneChanged,
+                        {zone() + offset()});
+    });
 }
 
 std::optional<Dtg> Clock::utcRecord(int64_t utc) const {

@@ -31,7 +31,8 @@ Power::Power(Store& store, Notifier& notifier)
 }
 
 void Power::tell(PowerEvent event, uint32_t first, uint32_t second) {
-    mNotifier.event(&Notifier::Callback::a_hidl_x_pcl_nfy_fct, event, {first, second});
+    mNotifier.notify(&Notifier::Callback::a_hidl_x_pcl_nfy_fct, static_cast<uint32_t>(event),
+                     uint64_t{0}, first, second);
 }
 
 Power::Reason Power::wakeReason() const {

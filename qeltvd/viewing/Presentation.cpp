@@ -731,8 +731,9 @@ void Presentation::finishDigits() {
         const auto [major, minor] = numbersIn(digits);
         broadcast(kBroadcastDigits, minor != 0 ? major << 16 | minor : major, digits.size(), 1);
     }
-    const auto [major, minor] = numbersIn(digits);
-    const int32_t code = stored([&] { return selectNumber(kMain, major, minor, true); });
+    const auto numbers = numbersIn(digits);
+    const int32_t code =
+            stored([&] { return selectNumber(kMain, numbers.first, numbers.second, true); });
     if (code == kNotFound) {
         ALOGI("no channel has the number %s", digits.c_str());
     }
