@@ -121,7 +121,16 @@ class Switchboard::Line : public BHwBinder {
             data.setDataPosition(0);
             // What the service has begun to write is not a part of the answer.
             Parcel results;
-            return mWithCode(failure, false)->onTransact(code, data, &results, flags, callback);
+            bool answered = false;
+            const status_t status =
+                    mWithCode(failure, false)
+                            ->onTransact(code, data, &results, flags, [&](Parcel& written) {
+                                answered = true;
+                                callback(written);
+                            });
+            // A method without results leaves its answer to the caller of the stub.
+            if (status == android::OK && !answered) callback(results);
+            return status;
         } catch (const std::exception& e) {
             ALOGE("%s cannot be answered: %s", nameOf(code), e.what());
             return android::FAILED_TRANSACTION;

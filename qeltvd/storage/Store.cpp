@@ -47,7 +47,13 @@ void Store::probe() {
 
 void Store::execute(const char* sql) {
     std::lock_guard<std::recursive_mutex> guard(mLock);
+    settle();
     if (sqlite3_exec(mDatabase, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail("store");
+}
+
+void Store::settle() {
+    if (mTransactions != 0 || sqlite3_get_autocommit(mDatabase) != 0) return;
+    if (sqlite3_exec(mDatabase, "ROLLBACK", nullptr, nullptr, nullptr) != SQLITE_OK) fail("store");
 }
 
 int Store::changes() const {
@@ -60,6 +66,7 @@ int64_t Store::lastId() const {
 
 Store::Statement::Statement(Store& store, const char* sql)
         : mStore(store), mLock(store.mLock), mText(sql) {
+    store.settle();
     const auto prepared = store.mPrepared.find(mText);
     if (prepared != store.mPrepared.end()) {
         mStatement = prepared->second;
@@ -125,12 +132,12 @@ Store::Blob Store::Statement::blob(int column) const {
 }
 
 Store::Transaction::Transaction(Store& store) : mStore(store), mLock(store.mLock) {
-    // One whose rollback failed would take up what follows, and lose it.
-    if (sqlite3_get_autocommit(store.mDatabase) == 0) store.execute("ROLLBACK");
     store.execute("BEGIN IMMEDIATE");
+    ++mStore.mTransactions;
 }
 
 Store::Transaction::~Transaction() {
+    --mStore.mTransactions;
     if (!mDone) sqlite3_exec(mStore.mDatabase, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

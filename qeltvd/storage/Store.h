@@ -94,10 +94,17 @@ class Store {
 
   private:
     [[noreturn]] void fail(const char* what) const;
+    /**
+     * Takes back a transaction whose rollback has failed: it would take up what is stored next,
+     * and lose it. @throws StoreError
+     */
+    void settle();
 
     const std::string mPath;
     sqlite3* mDatabase = nullptr;
     std::recursive_mutex mLock;
+    // Guarded by mLock.
+    int mTransactions = 0;
     std::unordered_multimap<std::string, sqlite3_stmt*> mPrepared;  // none of them in use
 };
 
