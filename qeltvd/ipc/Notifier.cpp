@@ -155,14 +155,14 @@ void Notifier::add(const sp<Callback>& callback, int pid) {
         auto found = std::find_if(mProcesses.begin(), mProcesses.end(),
                                   [&](const auto& process) { return process->pid == pid; });
         if (found == mProcesses.end()) {
-            auto process = std::make_unique<Process>(pid);
+            found = mProcesses.insert(mProcesses.end(), std::make_unique<Process>(pid));
             try {
-                process->thread = std::thread([each = process.get()] { each->deliver(); });
+                (*found)->thread = std::thread([process = found->get()] { process->deliver(); });
             } catch (const std::system_error& e) {
                 ALOGE("process %d gets no notifications: no thread for them: %s", pid, e.what());
+                mProcesses.erase(found);
                 return;
             }
-            found = mProcesses.insert(mProcesses.end(), std::move(process));
         }
         Process& process = **found;
         std::lock_guard<std::mutex> processGuard(process.lock);
