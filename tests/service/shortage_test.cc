@@ -99,8 +99,9 @@ TEST_F(Shortage, EveryCallIsAnsweredWhileStatementsFailAndChangesAreKeptAfterwar
 }
 
 TEST_F(Shortage, WhatIsRefusedForTheStoreHasNotHappenedAndWhatIsNotHasAtEveryRate) {
-    int32_t kept = 50;
-    ASSERT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+    int32_t factory = 0;
+    ASSERT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &factory));
+    int32_t kept = factory;
     int refused = 0;
     for (int32_t i = 0; i < 300; ++i) {
         const int32_t wanted = i % 100;
@@ -110,7 +111,7 @@ TEST_F(Shortage, WhatIsRefusedForTheStoreHasNotHappenedAndWhatIsNotHasAtEveryRat
         shortage.storePercent = 0;
         ASSERT_TRUE(code == kOk || code == kStorage) << code;
         if (code == kOk) kept = wanted;
-        if (reset == kOk) kept = 50;
+        if (reset == kOk) kept = factory;
         refused += code == kStorage;
         int32_t value = 0;
         ASSERT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
