@@ -1,6 +1,7 @@
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <utility>
 
 namespace tool {
@@ -73,6 +74,8 @@ template Option* Command::addOption(const std::string&, int32_t&, const std::str
 template Option* Command::addOption(const std::string&, uint32_t&, const std::string&);
 template Option* Command::addOption(const std::string&, int64_t&, const std::string&);
 template Option* Command::addOption(const std::string&, uint64_t&, const std::string&);
+template Option* Command::addOption(const std::string&, std::optional<uint32_t>&,
+                                    const std::string&);
 template Option* Command::addOption(const std::string&, double&, const std::string&);
 template Option* Command::addOption(const std::string&, std::string&, const std::string&);
 template Option* Command::addOption(const std::string&, std::vector<std::string>&,

@@ -68,8 +68,8 @@ class Command {
      * Adds an option ("--name") or a positional argument ("name").
      *
      * @param value [out] where its value goes, which has to outlive the command line: a bool, a
-     *              number of 32 or 64 bits, a double, a std::string, or a vector of strings or
-     *              32-bit numbers
+     *              number of 32 or 64 bits, an optional uint32_t, a double, a std::string, or a
+     *              vector of strings or 32-bit numbers; command_line.cpp lists the types
      */
     template <class T>
     Option* addOption(const std::string& name, T& value, const std::string& help);
