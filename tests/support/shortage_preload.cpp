@@ -28,9 +28,12 @@ wire::ShortageState* state() {
     return sState;
 }
 
+/** In sqlite3_exec(), which makes calls of its own and ignores some of their results. */
+thread_local bool tExecutes = false;
+
 bool statementFails() {
     wire::ShortageState* const shortage = state();
-    if (shortage == nullptr || shortage->storePercent == 0) return false;
+    if (tExecutes || shortage == nullptr || shortage->storePercent == 0) return false;
     static std::atomic<uint32_t> sCount{0};
     // The high bits of a multiplicative hash of the count, the same in every run.
     const uint32_t hash = sCount.fetch_add(1) * 2654435761u;
@@ -68,7 +71,11 @@ INTERPOSED int sqlite3_exec(void* database, const char* sql,
     static auto* const sNext =
             next<int(void*, const char*, int (*)(void*, int, char**, char**), void*, char**)>(
                     "sqlite3_exec");
-    return statementFails() ? kIoError : sNext(database, sql, callback, argument, error);
+    if (statementFails()) return kIoError;
+    tExecutes = true;
+    const int result = sNext(database, sql, callback, argument, error);
+    tExecutes = false;
+    return result;
 }
 
 INTERPOSED int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
