@@ -17,7 +17,7 @@ Table table() {
                     .entry({"<{f}:21> {f}", "<{f}:22> "}),
             // Its second line is written with the debug switch off, too.
             Row("c_rpc_reg_qeltvapi_ews_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ews_cb_hndlrs(1, 2); })
+                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ews_cb_hndlrs(); })
                     .entry({"<{f}:32> {f}"})
                     .replyAlways({"<{f}:33> "}),
     };
@@ -35,7 +35,7 @@ Table ewspaTable() {
                 return a_qeltvapi_ewspa_reg_msg_callback(nullptr);
             }),
             Row("c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs("x"); })
+                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs(); })
                     .entry({"<{f}:119> {f}"}),
             // A set stores the answer as well; a get more than was asked for.
             Row("a_qeltvapi_ewspa_set", 227)

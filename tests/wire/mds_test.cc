@@ -32,7 +32,7 @@ Table table() {
                     .returns(3)
                     .stores(0, Bytes("NEW"))
                     .entry({"<{f}:{n}> {f}\n"})
-                    .exit({"<{f}:{n}> {f},pc_getValue:{*} value"}),
+                    .exit({"<{f}:{n}> {f},pc_getValue:{text@0}"}),
     };
     return t;
 }

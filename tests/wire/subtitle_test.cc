@@ -48,7 +48,6 @@ TEST(SubtitleWire, AnArrayOfNoValuesIsSentAndAnEmptyLoopStoresNothing) {
     int32_t data[] = {11, 12};
     service.expect({i32s({})}, {i32s({}), i32(1)});
     EXPECT_EQ(1, a_qeltvapi_subtitle_get_loop(data, 0));
-    EXPECT_EQ("", service.take().at(0).difference);
     EXPECT_EQ(11, data[0]);
 }
 
