@@ -31,7 +31,6 @@ struct Seen {
  * expected, on one that is not expected, and on an expected one that has not come by the end of the
  * test.
  */
-
 class ScriptedService {
   public:
     /** The one of this process. Not started yet. */
@@ -50,8 +49,7 @@ class ScriptedService {
     void expectAndLose(Values arguments);
     /** Runs on the service's thread when the next call has arrived, before it is answered. */
     void beforeAnswer(std::function<void()> action);
-    /** Examines the raw arguments of the next call; `look` returns "" or what is wrong with them.
-     */
+    /** Has the raw arguments of the next call examined; `look` returns "" or what is wrong. */
     void inspect(std::function<std::string(const android::hardware::Parcel&)> look, Values answer);
 
     /** The calls since the last look. Reports those whose arguments were not the expected ones. */
