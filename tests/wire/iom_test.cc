@@ -158,12 +158,15 @@ TEST(IomWire, AReadIsBoundedByTheServicesLengthAlone) {
     EXPECT_EQ(counted(24) + "-", Bytes(buffer, 25));
 
     // Only the low half of the length counts here, the service sees it whole.
-    len = 0x700000004;
-    service.expect({u32(1), u16(2), memory(4, counted(4, 50)), u64(0x700000004)},
-                   {u64(0x900000003), i32(0)});
-    EXPECT_EQ(0, c_iom_get(1, 2, buffer, &len));
-    EXPECT_EQ(0x900000003u, len);
-    EXPECT_EQ(counted(3, 50) + counted(1, 4), Bytes(buffer, 4));
+    Bytes large(70000, '-');
+    len = 0x700000000 + 70000;
+    service.expect({u32(1), u16(2), memory(70000, counted(70000)), u64(len)},
+                   {u64(0x900000000 + 69999), i32(0)});
+    EXPECT_EQ(0, c_iom_get(1, 2, large.data(), &len));
+    EXPECT_EQ(0x900000000u + 69999, len);
+    EXPECT_TRUE(counted(70000).substr(0, 69999) + "-" == large);
+    service.expect({u32(1), u16(2), memoryHolding(large), u64(0x700000000 + 70000)}, {i32(3)});
+    EXPECT_EQ(3, c_iom_set(1, 2, large.data(), 0x700000000 + 70000));
 }
 
 TEST(IomWire, AfterALostReplyTheReadStoresWhatTheBufferHolds) {

@@ -377,4 +377,20 @@ TEST(SvctxWire, TheConnectionAttributesHaveTheirLengths) {
     EXPECT_TRUE(service.take().empty());
 }
 
+TEST(SvctxWire, AnAttributeMayBeLongerThan64KiBAndTheHighHalfOfItsLengthIsIgnored) {
+    ScriptedService& service = ready();
+    Bytes block = counted(70000);
+    service.expect({u32(1), u32(2), u32(3), bytes(block)}, {i32(4)});
+    EXPECT_EQ(4, c_svctx_set_stream_attr_64(1, 2, 3, block.data(), 0x500000000 + 70000));
+    uint64_t len = 0x500000000 + 70000;
+    service.expect({u32(1), u32(2), bytes(block)}, {bytes(Bytes(70000, 'a')), i32(5)});
+    EXPECT_EQ(5, c_svctx_get_64(1, 2, block.data(), &len));
+    EXPECT_EQ(70000u, len);
+    uint32_t narrow = 70000;
+    service.expect({u32(1), u32(2), bytes(block)}, {bytes(counted(70000)), i32(6)});
+    EXPECT_EQ(6, c_svctx_get(1, 2, block.data(), &narrow));
+    EXPECT_EQ(70000u, narrow);
+    EXPECT_TRUE(counted(70000) == block);
+}
+
 }  // namespace
