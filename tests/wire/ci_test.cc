@@ -6,6 +6,11 @@
 
 using namespace wire;
 
+/** Stands in for the library's own: a registration has tests of its own, and threads. */
+__attribute__((visibility("default"))) int registerCallbackHandler() {
+    return 0;
+}
+
 namespace {
 
 int ignore(uint32_t, uint32_t, int32_t, const void*) {
@@ -47,9 +52,6 @@ Table table() {
     t.tag = kTag;
     t.missingAlways = {"<{f}:{n}> {{f}} Get ci service fail.\n"};
     t.rows = {
-            Row("c_rpc_reg_qeltvapi_ci_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ci_cb_hndlrs(); })
-                    .entry({"<{f}:772> {f}"}),
             // As many bytes as the answer's own length, beyond the room that was sent.
             Row("a_qeltvapi_ci_get", 0)
                     .given(0, counted(5))

@@ -14,9 +14,6 @@ Table table() {
             "<{f}:{n}> {f} reuturn {r}, *pi4_eas_type:{i32@0}, "
             "*pi4_eas_channel_change:{i32@1}, *pi4_arg1:{i32@2}, *pi4_arg2:{i32@3}\n";
     t.rows = {
-            Row("a_qeltvapi_eas_reg_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_eas_reg_callback(nullptr); })
-                    .entry({"<{f}:92> {f}"}),
             // The exit trace reads the four outputs whether or not they were written.
             Row("a_qeltvapi_eas_get_status", 66)
                     .call([](Outputs& o) {

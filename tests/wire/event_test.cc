@@ -83,9 +83,6 @@ Table table() {
     t.missingAlways = {"<{f}:{n}> Get event service fail.\n"};
     t.entry = {"<{f}:{n}> {f}"};
     t.rows = {
-            inert(
-                    "register_callback",
-                    [](Outputs&) { return a_qeltvapi_event_register_callback(nullptr); }, "547"),
             Row("a_qeltvapi_event_setCurrentActiveWindow", 0)
                     .call([](Outputs&) {
                         uint32_t ids[] = {0x80000001, 2, 3};

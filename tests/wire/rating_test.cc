@@ -68,10 +68,6 @@ Table table() {
     t.lost = 0;
     t.missingTraced = {"<{f}:{n}> Get rating service fail.\n"};
     t.rows = {
-            Row("a_qeltvapi_rating_op_vchip_reg_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_rating_op_vchip_reg_callback(nullptr); })
-                    .returns(0)
-                    .entry({"<{f}:108> {f}"}),
             // The bytes as they come, not only 0 and 1.
             Row("a_qeltvapi_rating_get_us_tv_setting_info", 0)
                     .call([](Outputs& o) {

@@ -60,10 +60,6 @@ Table table() {
     t.lost = 0;
     t.missingAlways = {"<{f}:{n}> Get record service fail.\n"};
     t.rows = {
-            Row("a_qeltvapi_record_pvr_register_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_record_pvr_register_callback(nullptr); })
-                    .returns(0)
-                    .entry({"<{f}:191> {f}"}),
             plain("pvr_set_event", 0,
                   [](Outputs&) { return a_qeltvapi_pvr_set_event(0x80000001, 2); },
                   {u32(0x80000001), u32(2)}),

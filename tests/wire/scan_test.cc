@@ -31,9 +31,6 @@ Table table() {
     t.interface = "IQelTvApiScan";
     t.tag = "(hw_qeltvapi_scan)(client)";
     t.rows = {
-            inert(
-                    "a_qeltvapi_scan_reg_callback",
-                    [](Outputs&) { return a_qeltvapi_scan_reg_callback(nullptr); }, "103"),
             Row("a_qeltvapi_scan_select_crnt_or_first_channel", 0)
                     .call([](Outputs&) { return a_qeltvapi_scan_select_crnt_or_first_channel(1); })
                     .sent({boolean(true)})

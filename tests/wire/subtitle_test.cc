@@ -12,9 +12,6 @@ Table table() {
     t.tag = "(hw_qeltvapi_subtitle)(client)";
     t.entry = {"<{f}:{n}> {f}"};
     t.rows = {
-            Row("a_qeltvapi_subtitle_reg_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_subtitle_reg_callback(nullptr); })
-                    .entry({"<{f}:92> {f}"}),
             // One value is sent, three are stored.
             Row("a_qeltvapi_subtitle_get_loop", 114)
                     .given(0, bytesOf(int32_t{-1}))

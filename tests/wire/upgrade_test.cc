@@ -40,15 +40,6 @@ Table table() {
     t.missing = 0;
     t.missingTraced = {"<{f}:{n}> {f}"};
     t.rows = {
-            Row("a_qeltvapi_upgrade_register_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_upgrade_register_callback(nullptr);
-            }),
-            Row("a_qeltvapi_upgrade_unregister_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_upgrade_unregister_callback(nullptr);
-            }),
-            Row("c_rpc_reg_qeltvapi_upgrade_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_upgrade_cb_hndlrs(); })
-                    .entry({"<{f}:302> {f}"}),
             // Any number but 0 is true.
             Row("a_qeltvapi_upgrade_start", 216)
                     .call([](Outputs&) { return a_qeltvapi_upgrade_start(0x80000001, 2); })
