@@ -13,23 +13,42 @@
 #include <thread>
 #include <unordered_map>
 
+#include <android-base/unique_fd.h>
 #include <log/log.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "Fork.h"
 #include "Threads.h"
+
+using android::base::unique_fd;
 
 namespace hidlhost {
 namespace {
 using Clock = std::chrono::steady_clock;
 constexpr uint64_t kWakeUp = 0;
+
+/** Of the watcher that has threads, for the children to close. */
+std::atomic<int> gEpoll{-1};
+std::atomic<int> gWakeUp{-1};
+
+[[maybe_unused]] const bool sCloses = [] {
+    onFork([] {
+        for (std::atomic<int>* file : {&gEpoll, &gWakeUp}) {
+            const int inherited = file->exchange(-1);
+            if (inherited >= 0) close(inherited);
+        }
+    });
+    return true;
+}();
+
 }  // namespace
 
 struct Watcher::State {
     struct Entry {
         int socket;
-        std::function<bool(int)> ready;
+        std::function<bool()> ready;
     };
     struct Once {
         int socket;
@@ -37,8 +56,8 @@ struct Watcher::State {
     };
 
     std::mutex mutex;
-    int epoll = -1;
-    int wakeUp = -1;
+    unique_fd epoll;
+    unique_fd wakeUp;
     uint64_t nextKey = kWakeUp + 1;
     std::unordered_map<uint64_t, Entry> entries;  // functions are only called by the watcher
     std::unordered_map<uint64_t, Once> waits;
@@ -64,15 +83,13 @@ Watcher& Watcher::get() {
 }
 
 Watcher::~Watcher() {
-    close(mState->epoll);
-    close(mState->wakeUp);
     delete mState;
 }
 
 Watcher::Watcher() : mState(new State) {
-    mState->epoll = epoll_create1(EPOLL_CLOEXEC);
-    mState->wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    LOG_ALWAYS_FATAL_IF(mState->epoll < 0 || mState->wakeUp < 0, "no descriptors left: %s",
+    mState->epoll.reset(epoll_create1(EPOLL_CLOEXEC));
+    mState->wakeUp.reset(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    LOG_ALWAYS_FATAL_IF(!mState->epoll.ok() || !mState->wakeUp.ok(), "no descriptors left: %s",
                         strerror(errno));
     epoll_event event = {};
     event.events = EPOLLIN;
@@ -80,7 +97,7 @@ Watcher::Watcher() : mState(new State) {
     epoll_ctl(mState->epoll, EPOLL_CTL_ADD, mState->wakeUp, &event);
 }
 
-void Watcher::add(int socket, std::function<bool(int)> ready) {
+void Watcher::add(int socket, std::function<bool()> ready) {
     std::lock_guard<std::mutex> lock(mState->mutex);
     uint64_t key = mState->nextKey++;
     mState->entries[key] = {socket, std::move(ready)};
@@ -122,6 +139,8 @@ void Watcher::post(std::function<void()> task) {
 void Watcher::State::start() {
     if (watching) return;
     watching = true;
+    gEpoll = epoll.get();
+    gWakeUp = wakeUp.get();
     startThread("hidl-watch", [this] { watch(); });
 }
 
@@ -184,11 +203,10 @@ void Watcher::State::watch() {
                 std::lock_guard<std::mutex> lock(mutex);
                 entry = &entries.at(key);  // stays in place; only this thread removes
             }
-            if (entry->ready(entry->socket)) continue;
-            std::function<bool(int)> ended;
+            if (entry->ready()) continue;
+            std::function<bool()> ended;  // after the lock, with what it keeps
             std::lock_guard<std::mutex> lock(mutex);
             epoll_ctl(epoll, EPOLL_CTL_DEL, entry->socket, nullptr);
-            close(entry->socket);
             ended = std::move(entry->ready);
             entries.erase(key);
         }
@@ -196,6 +214,7 @@ void Watcher::State::watch() {
 }
 
 void Watcher::State::run() {
+    const uint32_t own = generation();
     std::unique_lock<std::mutex> lock(taskMutex);
     for (;;) {
         taskAdded.wait(lock, [this] { return !tasks.empty(); });
@@ -203,6 +222,7 @@ void Watcher::State::run() {
         tasks.pop_front();
         lock.unlock();
         task();
+        if (generation() != own) endStrayChild();
         task = nullptr;
         lock.lock();
     }
