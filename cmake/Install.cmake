@@ -26,7 +26,7 @@ set(data_dir "${CMAKE_INSTALL_DATADIR}/qeltvapi")
 install(DIRECTORY interface/ DESTINATION "${data_dir}/interface"
     FILES_MATCHING PATTERN "*.hal")
 install(DIRECTORY host/hidl/ DESTINATION "${data_dir}/hidl" FILES_MATCHING PATTERN "*.hal")
-install(DIRECTORY qeltvd/layouts DESTINATION "${data_dir}" FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY layouts/ DESTINATION "${include_dir}/layouts" FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples"
     FILES_MATCHING PATTERN "*.c")
 

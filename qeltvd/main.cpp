@@ -15,7 +15,6 @@
 #include "CecService.h"
 #include "ChannelListService.h"
 #include "CiService.h"
-#include "Codes.h"
 #include "ConfigService.h"
 #include "EventService.h"
 #include "InputSrcService.h"
@@ -27,6 +26,7 @@
 #include "ScanService.h"
 #include "TimeService.h"
 #include "TimeshiftService.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 namespace {

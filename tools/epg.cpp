@@ -6,9 +6,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "ChannelIds.h"
 #include "hw_qeltvapi_channellist.h"
 #include "hw_qeltvapi_event.h"
+#include "layouts/channel_ids.h"
 #include "layouts/channel_records.h"
 #include "layouts/event.h"
 #include "local_time.h"

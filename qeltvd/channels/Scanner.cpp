@@ -1,0 +1,239 @@
+#define LOG_TAG "qeltvd"
+
+#include "Scanner.h"
+
+#include <log/log.h>
+
+#include <algorithm>
+#include <map>
+
+#include "ServiceGenerator.h"
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+
+namespace {
+
+/** What a tuner needs to lock, and to read the tables of a stream. */
+constexpr std::chrono::milliseconds kLockTime(120);
+
+bool wanted(const Multiplex& multiplex, const Scanner::Range& range) {
+    if (range.modulations != 0) {
+        const uint32_t bit = multiplex.modulation == Modulation::kVsb8     ? 1
+                             : multiplex.modulation == Modulation::kQam64  ? 2
+                             : multiplex.modulation == Modulation::kQam256 ? 4
+                                                                           : 0;
+        if ((range.modulations & bit) == 0) return false;
+    }
+    if (range.plan == 1 && mediumOf(multiplex.system) != Medium::kAir) return false;
+    return range.plan != 2 || mediumOf(multiplex.system) == Medium::kCable;
+}
+
+}  // namespace
+
+Scanner::Scanner(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier)
+        : mChannels(channels), mConfig(config), mNotifier(notifier) {}
+
+Scanner::~Scanner() {
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        mStop = true;
+    }
+    mChanged.notify_all();
+    if (mThread.joinable()) mThread.join();
+}
+
+std::vector<Scanner::Stop> Scanner::stops() const {
+    std::vector<Stop> stops;
+    for (const Region& region : regions(mConfig.text("channels.region"))) {
+        Region head = region;
+        head.multiplexes.clear();
+        for (const Multiplex& multiplex : region.multiplexes) stops.push_back({head, multiplex});
+    }
+    return stops;
+}
+
+int32_t Scanner::setRange(const Range& range) {
+    if (range.first > range.last || range.modulations > kScanModulations ||
+        range.plan > kScanPlans) {
+        return kBadValue;
+    }
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mStatus.state == kScanRuns) return kRefused;
+    mRange = range;
+    return kOk;
+}
+
+int32_t Scanner::start(uint64_t argument, bool exclusive) {
+    const uint64_t mode = argument & 0xff;
+    const auto kHz = static_cast<uint32_t>(argument >> 32);
+    if (mode > kScanFrequency || (argument & 0xffffff00) != 0 ||
+        (kHz != 0) != (mode == kScanFrequency)) {
+        return kBadValue;
+    }
+    const std::vector<Stop> all = stops();
+
+    std::unique_lock<std::mutex> guard(mLock);
+    if (mStatus.state == kScanRuns || mStop) return kRefused;
+    // One that is cancelled takes a moment to end.
+    mChanged.wait(guard, [&] { return !mRunning; });
+    if (mStatus.state == kScanRuns || mStop) return kRefused;
+    std::vector<Stop> chosen;
+    std::map<std::string, uint32_t> index;
+    for (const Stop& stop : all) {
+        const uint32_t at = index[stop.region.name]++;
+        if (at < mRange.first || at > mRange.last || !wanted(stop.multiplex, mRange)) continue;
+        if (mode != kScanFull && mode != kScanFrequency &&
+            static_cast<uint64_t>(stop.region.medium) != mode) {
+            continue;
+        }
+        if (mode == kScanFrequency && stop.multiplex.frequencyHz / 1000 != kHz) continue;
+        chosen.push_back(stop);
+    }
+    if (chosen.empty()) return kNotFound;
+    const bool whole = chosen.size() == all.size() ||
+                       (mode != kScanFrequency && mRange.first == 0 && mRange.last == UINT32_MAX &&
+                        mRange.modulations == 0 && mRange.plan == 0);
+    if (mThread.joinable()) mThread.join();
+    mStatus = {};
+    mStatus.state = kScanRuns;
+    mStatus.count = static_cast<int32_t>(chosen.size());
+    const Range range = mRange;
+    mRange = {};
+    mRunning = true;
+    tell(kScanStarted, mStatus.count);
+    mThread = std::thread(&Scanner::run, this, std::move(chosen), range, exclusive, whole);
+    return kOk;
+}
+
+int32_t Scanner::cancel() {
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (mStatus.state != kScanRuns) return kRefused;
+        mStatus.state = kScanStopped;
+    }
+    mChanged.notify_all();
+    return kOk;
+}
+
+bool Scanner::active() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mStatus.state == kScanRuns;
+}
+
+Scanner::Status Scanner::status() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mStatus;
+}
+
+bool Scanner::tune() {
+    std::unique_lock<std::mutex> guard(mLock);
+    return !mChanged.wait_for(guard, kLockTime,
+                              [&] { return mStop || mStatus.state != kScanRuns; });
+}
+
+uint32_t Scanner::satelliteOf(const Region& region) {
+    if (region.medium != Medium::kSatellite) return 0;
+    for (const Satellite& satellite : mChannels.satellites()) {
+        if (satellite.position == region.position && satellite.name == region.satellite) {
+            return satellite.recordId;
+        }
+    }
+    Satellite satellite;
+    satellite.name = region.satellite;
+    satellite.position = region.position;
+    uint32_t recordId = 0;
+    return mChannels.putSatellite(satellite, false, &recordId) == kOk ? recordId : 0;
+}
+
+int32_t Scanner::take(const Stop& stop, bool noRadio, std::vector<Found>* found) {
+    Found here{stop.multiplex, generateServices(stop.region, stop.multiplex)};
+    here.multiplex.satellite = satelliteOf(stop.region);
+    if (noRadio) {
+        here.services.erase(
+                std::remove_if(here.services.begin(), here.services.end(),
+                               [](const Channel& c) { return c.type == ServiceType::kRadio; }),
+                here.services.end());
+    }
+    int32_t television = 0, radio = 0;
+    for (const Channel& channel : here.services) {
+        if (channel.type == ServiceType::kTelevision) ++television;
+        if (channel.type == ServiceType::kRadio) ++radio;
+    }
+    Merged merged;
+    const auto list = static_cast<uint16_t>(stop.region.medium);
+    const int32_t code = stored([&] { return mChannels.merge(list, {here}, false, &merged); });
+    if (code != kOk) return code;
+    found->push_back(std::move(here));
+    std::lock_guard<std::mutex> guard(mLock);
+    mStatus.television += television;
+    mStatus.radio += radio;
+    mStatus.added += static_cast<int32_t>(merged.added);
+    return kOk;
+}
+
+int32_t Scanner::removeOthers(const std::vector<Stop>& stops, const std::vector<Found>& found) {
+    std::map<uint16_t, std::vector<Found>> lists;
+    for (size_t i = 0; i < stops.size(); ++i) {
+        lists[static_cast<uint16_t>(stops[i].region.medium)].push_back(found[i]);
+    }
+    for (const auto& [list, all] : lists) {
+        Merged merged;
+        const int32_t code = stored([&, &list = list, &all = all] {
+            return mChannels.merge(list, all, true, &merged);
+        });
+        if (code != kOk) return code;
+        std::lock_guard<std::mutex> guard(mLock);
+        mStatus.removed += static_cast<int32_t>(merged.removed);
+    }
+    return kOk;
+}
+
+void Scanner::run(std::vector<Stop> stops, Range range, bool exclusive, bool whole) {
+    std::vector<Found> found;
+    int32_t code = kOk;
+    for (size_t i = 0; i < stops.size() && code == kOk; ++i) {
+        const auto kHz = static_cast<uint32_t>(stops[i].multiplex.frequencyHz / 1000);
+        {
+            std::lock_guard<std::mutex> guard(mLock);
+            mStatus.index = static_cast<int32_t>(i);
+            mStatus.kHz = kHz;
+            mStatus.transponder = stops[i].multiplex.name;
+        }
+        if (!tune()) break;
+        code = take(stops[i], range.noRadio, &found);
+        if (code != kOk) break;
+        std::lock_guard<std::mutex> guard(mLock);
+        mStatus.percent = static_cast<int32_t>((i + 1) * 100 / stops.size());
+        tell(kScanProgress, mStatus.percent, kHz, mStatus.television, mStatus.radio);
+    }
+    if (code == kOk && found.size() == stops.size() && exclusive && whole) {
+        code = removeOthers(stops, found);
+    }
+    std::lock_guard<std::mutex> guard(mLock);
+    // The last that is done here, for who waits for the lock to join.
+    mRunning = false;
+    mChanged.notify_all();
+    if (code != kOk) {
+        ALOGE("the scan ends with code %d", code);
+        mStatus.state = kScanBroken;
+        tell(kScanFailed, code);
+        return;
+    }
+    // One that is cancelled in its last moment has found everything all the same.
+    const bool complete = found.size() == stops.size();
+    mStatus.state = complete ? kScanDone : kScanStopped;
+    tell(complete ? kScanComplete : kScanCancelled, mStatus.television, mStatus.radio,
+         mStatus.added, mStatus.removed);
+}
+
+void Scanner::tell(int32_t type, int64_t a1, int64_t a2, int64_t a3, int64_t a4) const {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_scan_callback_fct, type, uint64_t{0},
+                     static_cast<uint64_t>(a1), static_cast<uint64_t>(a2),
+                     static_cast<uint64_t>(a3), static_cast<uint64_t>(a4));
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,416 @@
+#define LOG_TAG "qeltvd"
+
+#include "Ratings.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+
+namespace {
+
+constexpr char kUsTvSetting[] = "rating.us_tv";
+constexpr char kVchipSetting[] = "rating.open_vchip";
+constexpr char kAgeItem[] = "parental.age";
+constexpr char kLockItem[] = "parental.rating_lock";
+constexpr char kRegionItem[] = "channels.region";
+
+struct Known {
+    const char* name;
+    uint8_t maximum;
+};
+
+constexpr Known kKnown[Ratings::kSettings] = {
+        {"rating.us_movie", kMovieX},
+        {"rating.canada_english", kEnglish18},
+        {"rating.canada_french", kFrench18},
+        {"rating.block_unrated", 1},
+        {"rating.isdb_content", kIsdbContentMask},
+        {"rating.isdb_age", kAgeMaximum},
+        {kAgeItem, kAgeMaximum},
+        {kLockItem, 1},
+};
+
+constexpr const char* kUsTvLabels[] = {"TV-Y", "TV-Y7", "TV-G", "TV-PG", "TV-14", "TV-MA"};
+constexpr const char* kMovieLabels[] = {"", "G", "PG", "PG-13", "R", "NC-17", "X"};
+constexpr const char* kEnglishLabels[] = {"E", "C", "C8+", "G", "PG", "14+", "18+"};
+constexpr const char* kFrenchLabels[] = {"E", "G", "8 ans +", "13 ans +", "16 ans +", "18 ans +"};
+constexpr char kContentLetters[] = {'D', 'L', 'S', 'V'};
+constexpr const char* kContentWords[] = {"suggestive dialogue", "coarse language",
+                                         "sexual situations", "violence"};
+
+/** Each with its own version, dimensions and levels; received when storing is switched on. */
+constexpr OpenVchipTable kTable = {
+        kOpenVchipRegion,
+        1,
+        kOpenVchipDimensions,
+        0,
+        "Reference region",
+        {{kOpenVchipLevels, 1, "Age"}, {4, 1, "Violence"}, {4, 0, "Language"}},
+};
+
+uint8_t usTvLevel(const Rating& rating) {
+    if (rating.children) return rating.age >= 7 ? kTvY7 : kTvY;
+    if (rating.age >= 17) return kTvMa;
+    if (rating.age >= 13) return kTv14;
+    return rating.age >= 7 ? kTvPg : kTvG;
+}
+
+uint8_t movieLevel(uint8_t age) {
+    if (age >= 18) return kMovieNc17;
+    if (age >= 16) return kMovieR;
+    if (age >= 13) return kMoviePg13;
+    return age >= 7 ? kMoviePg : kMovieG;
+}
+
+uint8_t englishLevel(const Rating& rating) {
+    if (rating.children) return rating.age >= 8 ? kEnglishC8 : kEnglishC;
+    if (rating.age >= 18) return kEnglish18;
+    if (rating.age >= 14) return kEnglish14;
+    return rating.age >= 8 ? kEnglishPg : kEnglishG;
+}
+
+uint8_t frenchLevel(uint8_t age) {
+    if (age >= 18) return kFrench18;
+    if (age >= 16) return kFrench16;
+    if (age >= 13) return kFrench13;
+    return age >= 8 ? kFrench8 : kFrenchG;
+}
+
+/** Flag of a content bit of a television rating; none where the rating does not have it. */
+int contentFlag(uint8_t level, unsigned bit) {
+    constexpr int kFlags[][4] = {{kTvPgD, kTvPgL, kTvPgS, kTvPgV},
+                                 {kTv14D, kTv14L, kTv14S, kTv14V},
+                                 {-1, kTvMaL, kTvMaS, kTvMaV}};
+    if (level == kTvY7) return bit == 3 ? kTvY7Fv : -1;
+    return level >= kTvPg ? kFlags[level - kTvPg][bit] : -1;
+}
+
+bool usTvBlocks(const Ratings::UsTv& flags, const Rating& rating) {
+    const uint8_t level = usTvLevel(rating);
+    if (flags[level] != 0) return true;
+    if (flags[kTvUpwards] != 0) {
+        const uint8_t lowest = rating.children ? kTvY : kTvG;
+        for (uint8_t below = lowest; below < level; ++below) {
+            if (flags[below] != 0) return true;
+        }
+    }
+    for (unsigned bit = 0; bit < 4; ++bit) {
+        const int flag = contentFlag(level, bit);
+        if ((rating.content >> bit & 1) != 0 && flag >= 0 &&
+            flags[static_cast<size_t>(flag)] != 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void append(std::string* list, const std::string& item, const char* separator) {
+    if (!list->empty()) *list += separator;
+    *list += item;
+}
+
+std::string contentText(uint8_t content) {
+    std::string text;
+    for (unsigned bit = 0; bit < 4; ++bit) {
+        if ((content >> bit & 1) != 0) append(&text, kContentWords[bit], ", ");
+    }
+    return text;
+}
+
+std::string letters(uint8_t level, uint8_t content) {
+    if (level == kTvY7) return (content & 8) != 0 ? "-FV" : "";
+    std::string text;
+    for (unsigned bit = 0; bit < 4; ++bit) {
+        if ((content >> bit & 1) != 0 && contentFlag(level, bit) >= 0) text += kContentLetters[bit];
+    }
+    return text.empty() ? text : "-" + text;
+}
+
+template <size_t N>
+std::string label(const char* const (&labels)[N], size_t index) {
+    return index < N ? labels[index] : "?";
+}
+
+/** Label of a US rating: dimensions 0 to 6 television, 7 films. */
+std::string usLabel(const std::vector<uint8_t>& values, std::string* description) {
+    uint8_t level = kTvG, content = 0;
+    bool television = false;
+    std::string movie;
+    for (size_t i = 0; i + 1 < values.size(); i += 2) {
+        const uint8_t dimension = values[i], value = values[i + 1];
+        if (value == 0) continue;
+        switch (dimension) {
+            case 0:
+                // 1 is "none".
+                if (value >= 2 && value <= 5) {
+                    level = static_cast<uint8_t>(kTvG + value - 2);
+                    television = true;
+                }
+                break;
+            case 1:
+            case 2:
+            case 3:
+            case 4:
+                content |= static_cast<uint8_t>(1 << (dimension - 1));
+                break;
+            case 5:
+                level = value >= 2 ? kTvY7 : kTvY;
+                television = true;
+                break;
+            case 6:
+                content |= 8;
+                break;
+            case 7:
+                // 1 is "not applicable", 8 "not rated".
+                movie = value == 8 ? "NR" : value >= 2 ? label(kMovieLabels, value - 1u) : "";
+                break;
+            default:
+                break;
+        }
+    }
+    *description = contentText(content);
+    std::string text = movie;
+    if (television) append(&text, kUsTvLabels[level] + letters(level, content), " ");
+    return text;
+}
+
+std::string canadaLabel(const std::vector<uint8_t>& values) {
+    std::string text;
+    for (size_t i = 0; i + 1 < values.size(); i += 2) {
+        if (values[i] == 0) append(&text, label(kEnglishLabels, values[i + 1]), " ");
+        if (values[i] == 1) append(&text, label(kFrenchLabels, values[i + 1]), " ");
+    }
+    return text;
+}
+
+/** No more characters than the clients' fields have room for. */
+RatingText bounded(RatingText text) {
+    const auto cut = [](std::string* field, size_t room) {
+        if (field->size() <= room) return;
+        while (room > 0 && (static_cast<uint8_t>((*field)[room]) & 0xc0) == 0x80) --room;
+        field->resize(room);
+    };
+    cut(&text.label, 64);
+    cut(&text.system, 32);
+    cut(&text.description, 255);
+    return text;
+}
+
+}  // namespace
+
+Ratings::Ratings(Store& store, Notifier& notifier, ConfigItems& config)
+        : mSettings(store), mNotifier(notifier), mConfig(config) {
+    config.addListener([this](const ConfigItems::Item& item, bool) {
+        if (item.name == kAgeItem || item.name == kLockItem || item.name == kRegionItem) changed();
+    });
+}
+
+void Ratings::addListener(std::function<void()> listener) {
+    mListeners.push_back(std::move(listener));
+}
+
+void Ratings::changed() const {
+    for (const auto& listener : mListeners) listener();
+}
+
+uint8_t Ratings::get(Setting setting) const {
+    if (setting == kDvbAge || setting == kEnable) {
+        return static_cast<uint8_t>(mConfig.value(kKnown[setting].name));
+    }
+    return static_cast<uint8_t>(mSettings.number(kKnown[setting].name, 0));
+}
+
+int32_t Ratings::set(Setting setting, uint8_t value) {
+    const bool age = setting == kIsdbAge || setting == kDvbAge;
+    if (value > kKnown[setting].maximum || (age && value > 0 && value < kAgeMinimum)) {
+        return kBadValue;
+    }
+    if (setting == kDvbAge || setting == kEnable) {
+        return stored(
+                [&] { return mConfig.set(ConfigItems::kParental, kKnown[setting].name, value); });
+    }
+    const int32_t code = stored([&] {
+        mSettings.set(kKnown[setting].name, int64_t{value});
+        return int32_t{kOk};
+    });
+    if (code == kOk) changed();
+    return code;
+}
+
+Ratings::UsTv Ratings::usTv() const {
+    UsTv flags{};
+    const Store::Blob stored = mSettings.bytes(kUsTvSetting);
+    std::copy_n(stored.begin(), std::min(stored.size(), flags.size()), flags.begin());
+    return flags;
+}
+
+int32_t Ratings::setUsTv(const UsTv& flags) {
+    const int32_t code = stored([&] {
+        mSettings.set(kUsTvSetting, Store::Blob(flags.begin(), flags.end()));
+        return int32_t{kOk};
+    });
+    if (code == kOk) changed();
+    return code;
+}
+
+uint8_t Ratings::childGroup() const {
+    const UsTv flags = usTv();
+    if (flags[kTvY] != 0 && (flags[kTvY7] != 0 || flags[kTvUpwards] != 0)) return kChildAll;
+    return flags[kTvY7] != 0 ? kChildY7 : kChildNone;
+}
+
+int32_t Ratings::store(bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const bool there = vchipAvailable();
+    const int32_t code = stored([&] {
+        if (on && !there) {
+            mSettings.set(kVchipSetting, Store::Blob(kOpenVchipDimensions * kOpenVchipLevels));
+        } else if (!on) {
+            mSettings.remove(kVchipSetting);
+        }
+        return int32_t{kOk};
+    });
+    if (code == kOk && on != there) {
+        mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_rating_op_vchip_callback_fct,
+                         int32_t{on ? kVchipReceived : kVchipRemoved}, uint64_t{0},
+                         uint64_t{kTable.region}, uint64_t{kTable.version},
+                         uint64_t{kTable.dimensions}, uint64_t{0});
+    }
+    return code;
+}
+
+bool Ratings::vchipAvailable() const {
+    return mSettings.bytes(kVchipSetting).size() == kOpenVchipDimensions * kOpenVchipLevels;
+}
+
+OpenVchipTable Ratings::vchipTable() const {
+    return vchipAvailable() ? kTable : OpenVchipTable{};
+}
+
+int32_t Ratings::vchip(uint8_t region, uint8_t dimension, uint8_t* levels, Levels* blocked) const {
+    const Store::Blob all = mSettings.bytes(kVchipSetting);
+    if (all.size() != kOpenVchipDimensions * kOpenVchipLevels || region != kTable.region ||
+        dimension >= kTable.dimensions) {
+        return kNotFound;
+    }
+    *levels = kTable.dimension[dimension].levels;
+    std::copy_n(all.begin() + dimension * kOpenVchipLevels, kOpenVchipLevels, blocked->begin());
+    return kOk;
+}
+
+int32_t Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& blocked) {
+    std::lock_guard<std::mutex> guard(mLock);
+    Store::Blob all = mSettings.bytes(kVchipSetting);
+    if (all.size() != kOpenVchipDimensions * kOpenVchipLevels || region != kTable.region ||
+        dimension >= kTable.dimensions) {
+        return kNotFound;
+    }
+    for (size_t level = 0; level < blocked.size(); ++level) {
+        if (blocked[level] > 1 ||
+            (blocked[level] != 0 && level >= kTable.dimension[dimension].levels)) {
+            return kBadValue;
+        }
+    }
+    std::copy_n(blocked.begin(), kOpenVchipLevels, all.begin() + dimension * kOpenVchipLevels);
+    return stored([&] {
+        mSettings.set(kVchipSetting, all);
+        return int32_t{kOk};
+    });
+}
+
+RatingSystem Ratings::system() const {
+    const std::string region = mConfig.text(kRegionItem);
+    if (region.compare(0, 7, "atsc/ca") == 0) return RatingSystem::kCanada;
+    if (region.compare(0, 4, "atsc") == 0) return RatingSystem::kUnitedStates;
+    return region.compare(0, 4, "isdb") == 0 ? RatingSystem::kIsdb : RatingSystem::kDvb;
+}
+
+bool Ratings::blocks(const Rating& rating) const {
+    if (get(kEnable) == 0) return false;
+    if (!rating.told) {
+        return get(kBlockUnrated) != 0 ||
+               (system() == RatingSystem::kUnitedStates && usTv()[kTvNone] != 0);
+    }
+    const auto atLimit = [](uint8_t level, uint8_t limit) { return limit != 0 && level >= limit; };
+    switch (system()) {
+        case RatingSystem::kDvb:
+            return atLimit(rating.age, get(kDvbAge));
+        case RatingSystem::kUnitedStates:
+            return rating.film ? atLimit(movieLevel(rating.age), get(kUsMovie))
+                               : usTvBlocks(usTv(), rating);
+        case RatingSystem::kCanada:
+            return atLimit(englishLevel(rating), get(kCanadaEnglish)) ||
+                   atLimit(frenchLevel(rating.age), get(kCanadaFrench));
+        case RatingSystem::kIsdb:
+            // Drugs stand where coarse language does.
+            return atLimit(rating.age, get(kIsdbAge)) ||
+                   (rating.content >> 1 & 1 & get(kIsdbContent)) != 0 ||
+                   ((rating.content >> 3 & 1) << 1 & get(kIsdbContent)) != 0 ||
+                   (rating.content & 4 & get(kIsdbContent)) != 0;
+    }
+    return false;
+}
+
+RatingText Ratings::text(const Rating& rating) const {
+    if (!rating.told) return {"", "", "not rated"};
+    RatingText text;
+    text.description = contentText(rating.content);
+    switch (system()) {
+        case RatingSystem::kUnitedStates: {
+            text.system = rating.film ? "US films" : "US television";
+            const uint8_t level = usTvLevel(rating);
+            text.label = rating.film ? kMovieLabels[movieLevel(rating.age)]
+                                     : kUsTvLabels[level] + letters(level, rating.content);
+            break;
+        }
+        case RatingSystem::kCanada:
+            text.system = "Canada";
+            text.label = std::string(kEnglishLabels[englishLevel(rating)]) + " " +
+                         kFrenchLabels[frenchLevel(rating.age)];
+            break;
+        case RatingSystem::kIsdb:
+        case RatingSystem::kDvb:
+            text.system = system() == RatingSystem::kDvb ? "DVB age" : "ISDB age";
+            text.label = rating.age == 0 ? "all" : std::to_string(rating.age) + "+";
+            break;
+    }
+    if (text.description.empty()) {
+        text.description =
+                rating.age == 0 ? "for everybody" : "from " + std::to_string(rating.age) + " years";
+    }
+    return bounded(text);
+}
+
+RatingText Ratings::text(const std::vector<Atsc>& list) {
+    RatingText text;
+    for (const Atsc& rating : list) {
+        std::string label, description;
+        switch (rating.region) {
+            case 1:
+                append(&text.system, "US", ", ");
+                label = usLabel(rating.values, &description);
+                break;
+            case 2:
+                append(&text.system, "Canada", ", ");
+                label = canadaLabel(rating.values);
+                break;
+            default:
+                append(&text.system, "region " + std::to_string(rating.region), ", ");
+                break;
+        }
+        // What the table calls it, where the rating itself says nothing known here.
+        if (label.empty()) label = rating.name;
+        if (!label.empty()) append(&text.label, label, ", ");
+        if (description.empty()) description = rating.name;
+        if (!description.empty()) append(&text.description, description, "; ");
+    }
+    return bounded(text);
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,50 @@
+#include "DatabaseLocks.h"
+
+#include "Process.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+bool DatabaseLocks::othersHold(Holders& holders, pid_t process, bool onlyWriting) {
+    for (auto holder = holders.begin(); holder != holders.end();) {
+        const bool held =
+                holder->second.writing != 0 || (!onlyWriting && holder->second.reading != 0);
+        if (holder->first == process || !held) {
+            ++holder;
+        } else if (isAlive(holder->first)) {
+            return true;
+        } else {
+            holder = holders.erase(holder);
+        }
+    }
+    return false;
+}
+
+int32_t DatabaseLocks::lock(Database database, uint32_t list, pid_t process, bool write) {
+    std::lock_guard<std::mutex> guard(mLock);
+    Holders& holders = mHeld[{database, list}];
+    if (othersHold(holders, process, !write)) return kRefused;
+    Held& mine = holders[process];
+    ++(write ? mine.writing : mine.reading);
+    return kOk;
+}
+
+int32_t DatabaseLocks::unlock(Database database, uint32_t list, pid_t process, bool write) {
+    std::lock_guard<std::mutex> guard(mLock);
+    Holders& holders = mHeld[{database, list}];
+    const auto mine = holders.find(process);
+    if (mine == holders.end()) return kNotFound;
+    uint32_t& count = write ? mine->second.writing : mine->second.reading;
+    if (count == 0) return kNotFound;
+    --count;
+    if (mine->second.reading == 0 && mine->second.writing == 0) holders.erase(mine);
+    return kOk;
+}
+
+bool DatabaseLocks::mayWrite(Database database, uint32_t list, pid_t process) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const auto found = mHeld.find({database, list});
+    return found == mHeld.end() || !othersHold(found->second, process, false);
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace qeltvd {
+
+/**
+ * The locks that clients take on databases for a series of calls. A lock belongs to a process: it
+ * is taken at once or refused, may be taken again by its holder, and is gone with its holder. The
+ * service's own threads never wait for one.
+ */
+class DatabaseLocks {
+  public:
+    enum Database : uint32_t { kChannels, kSatellites, kBissKeys };
+
+    /** kOk, or kRefused while another process holds what forbids it. */
+    int32_t lock(Database database, uint32_t list, pid_t process, bool write);
+    /** kOk, or kNotFound when the process does not hold such a lock. */
+    int32_t unlock(Database database, uint32_t list, pid_t process, bool write);
+    /** Whether no other process holds any lock. */
+    bool mayWrite(Database database, uint32_t list, pid_t process);
+
+  private:
+    struct Held {
+        uint32_t reading = 0;
+        uint32_t writing = 0;
+    };
+    using Holders = std::map<pid_t, Held>;
+
+    /** Whether somebody else holds a lock (for writing); those whose process is gone are dropped.
+     */
+    static bool othersHold(Holders& holders, pid_t process, bool onlyWriting);
+
+    std::mutex mLock;
+    // Guarded by mLock.
+    std::map<std::pair<Database, uint32_t>, Holders> mHeld;
+};
+
+}  // namespace qeltvd

@@ -1,0 +1,146 @@
+#define LOG_TAG "qeltvd"
+
+#include "Switchboard.h"
+
+#include <hidl/HidlTransportSupport.h>
+#include <hidl/Static.h>
+#include <log/log.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+namespace qeltvd {
+
+using android::sp;
+using android::status_t;
+using android::hardware::BHwBinder;
+using android::hardware::IBinder;
+using android::hardware::Parcel;
+
+namespace {}  // namespace
+
+/** One interface: between the wire and the generated stub of the service. */
+class Switchboard::Line : public BHwBinder {
+  public:
+    Line(std::string interface, std::vector<std::string> methods, sp<BHwBinder> stub,
+         std::function<sp<BHwBinder>(int32_t)> withCode)
+            : mInterface(std::move(interface)),
+              mMethods(std::move(methods)),
+              mStub(std::move(stub)),
+              mWithCode(std::move(withCode)),
+              mCalls(mMethods.size()),
+              mFaults(mMethods.size()) {}
+
+    status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags,
+                        TransactCallback callback) override {
+        const size_t index = code - FIRST_CALL_TRANSACTION;
+        if (index >= mMethods.size()) return serve(mStub, code, data, reply, flags, callback);
+
+        mCalls[index].fetch_add(1, std::memory_order_relaxed);
+        const std::optional<Fault> fault = take(index);
+        if (!fault) return serve(mStub, code, data, reply, flags, callback);
+        switch (fault->kind) {
+            case Fault::kDie:
+                ALOGW("ends in a call of %s, as asked", mMethods[index].c_str());
+                _exit(3);
+            case Fault::kLose:
+                // Served, and the answer goes nowhere.
+                serve(mStub, code, data, reply, flags, [](Parcel&) {});
+                return android::FAILED_TRANSACTION;
+            case Fault::kCode:
+                return serve(mWithCode(static_cast<int32_t>(fault->value)), code, data, reply,
+                             flags, callback);
+            case Fault::kDelay:
+                std::this_thread::sleep_for(std::chrono::milliseconds(fault->value));
+                return serve(mStub, code, data, reply, flags, callback);
+        }
+        return android::UNKNOWN_ERROR;
+    }
+
+    bool setFault(const std::string& method, const std::optional<Fault>& fault) {
+        bool found = false;
+        std::lock_guard<std::mutex> guard(mLock);
+        for (size_t i = 0; i < mMethods.size(); ++i) {
+            if (method != "*" && method != mMethods[i] && "a_hidl_" + method != mMethods[i]) {
+                continue;
+            }
+            mFaults[i] = fault;
+            found = true;
+        }
+        return found;
+    }
+
+    void list(std::vector<MethodInfo>* to) const {
+        std::lock_guard<std::mutex> guard(mLock);
+        for (size_t i = 0; i < mMethods.size(); ++i) {
+            const uint64_t calls = mCalls[i].load(std::memory_order_relaxed);
+            if (calls != 0 || mFaults[i]) {
+                to->push_back({mInterface, mMethods[i], calls, mFaults[i]});
+            }
+        }
+    }
+
+  private:
+    /** What happens to this call; a fault of one call is taken back with it. */
+    std::optional<Fault> take(size_t index) {
+        std::lock_guard<std::mutex> guard(mLock);
+        const std::optional<Fault> fault = mFaults[index];
+        if (fault && fault->kind == Fault::kLose) mFaults[index].reset();
+        return fault;
+    }
+
+    status_t serve(const sp<BHwBinder>& stub, uint32_t code, const Parcel& data, Parcel* reply,
+                   uint32_t flags, const TransactCallback& callback) {
+        try {
+            return stub->onTransact(code, data, reply, flags, callback);
+        } catch (const std::exception& e) {
+            ALOGE("%s: %s", mInterface.c_str(), e.what());
+            return android::FAILED_TRANSACTION;
+        }
+    }
+
+    const std::string mInterface;
+    const std::vector<std::string> mMethods;
+    const sp<BHwBinder> mStub;
+    const std::function<sp<BHwBinder>(int32_t)> mWithCode;
+    std::vector<std::atomic<uint64_t>> mCalls;
+    mutable std::mutex mLock;
+    // Guarded by mLock.
+    std::vector<std::optional<Fault>> mFaults;
+};
+
+Switchboard::Switchboard() = default;
+Switchboard::~Switchboard() = default;
+
+void Switchboard::intercept(const std::string& descriptor, const std::string& interface,
+                            std::vector<std::string> methods, MakeObject withCode) {
+    auto& constructors = android::hardware::details::getBnConstructorMap();
+    const auto makeStub = constructors.get(descriptor, nullptr);
+    // Called once for the service that is published.
+    constructors.set(descriptor, [=](void* object) -> sp<IBinder> {
+        const auto withCodeStub = [=](int32_t code) {
+            return sp<BHwBinder>(makeStub(withCode(code))->localBinder());
+        };
+        const sp<Line> line =
+                new Line(interface, methods, makeStub(object)->localBinder(), withCodeStub);
+        mLines.push_back(line);
+        return line;
+    });
+}
+
+bool Switchboard::setFault(const std::string& method, std::optional<Fault> fault) {
+    bool found = false;
+    for (const sp<Line>& line : mLines) found |= line->setFault(method, fault);
+    return found;
+}
+
+std::vector<Switchboard::MethodInfo> Switchboard::methods() const {
+    std::vector<MethodInfo> all;
+    for (const sp<Line>& line : mLines) line->list(&all);
+    return all;
+}
+
+}  // namespace qeltvd

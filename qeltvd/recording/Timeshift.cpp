@@ -1,0 +1,344 @@
+#define LOG_TAG "qeltvd"
+
+#include "Timeshift.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <log/log.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+using namespace std::chrono_literals;
+
+namespace {
+
+/** How long a device is examined before it can be used. */
+constexpr auto kExamination = 1s;
+constexpr auto kProgressStep = 250ms;
+constexpr int32_t kFastest = 6400;
+
+constexpr char kPathKey[] = "timeshift.path";
+constexpr char kSizeKey[] = "timeshift.size";
+constexpr char kAutoKey[] = "timeshift.auto_record";
+constexpr char kPlayKey[] = "timeshift.play_before_full";
+
+std::chrono::milliseconds ms(int64_t value) {
+    return std::chrono::milliseconds(value);
+}
+
+/** Makes the buffer's file of a size; the error that keeps it from being there. */
+int32_t makeBuffer(const std::string& directory, int64_t size) {
+    struct statvfs info {};
+    if (statvfs(directory.c_str(), &info) != 0) return kErrorDiskGone;
+    const std::string file = directory + "/" + Timeshift::kBufferFile;
+    const int fd = open(file.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (fd < 0) return kErrorWrite;
+    struct stat before {};
+    fstat(fd, &before);
+    const auto room =
+            static_cast<int64_t>(info.f_bavail * info.f_frsize) + int64_t{before.st_blocks} * 512;
+    int32_t error = kErrorNone;
+    if (size > room) {
+        error = kErrorDiskFull;
+    } else if (ftruncate(fd, size) != 0) {
+        error = errno == ENOSPC || errno == EFBIG ? kErrorDiskFull : kErrorWrite;
+    }
+    close(fd);
+    if (error != kErrorNone) unlink(file.c_str());
+    return error;
+}
+
+}  // namespace
+
+Timeshift::Timeshift(Settings& settings, Notifier& notifier)
+        : mSettings(settings),
+          mNotifier(notifier),
+          mAutoRecord(settings.number(kAutoKey, 0) != 0),
+          mPlayBeforeFull(settings.number(kPlayKey, 1) != 0),
+          mAlarm([this] { update(); }) {
+    const std::string path = settings.text(kPathKey);
+    if (!path.empty()) registerDevice(path, settings.number(kSizeKey, 0));
+}
+
+int32_t Timeshift::registerDevice(const std::string& path, int64_t size) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (path.empty() || path[0] != '/' || path.size() > 1024 || size < kMinimumSize) {
+        return kBadValue;
+    }
+    if (mStatus == kTimeshiftRecords || mStatus == kTimeshiftFull) return kRefused;
+    const int32_t error = makeBuffer(path, size);
+    if (error == kErrorNone) {
+        const int32_t code = stored([&] {
+            mSettings.set(kPathKey, path);
+            mSettings.set(kSizeKey, size);
+            return kOk;
+        });
+        if (code != kOk) return code;
+        mPath = path;
+        mSize = size;
+    }
+    mStatus = kTimeshiftIdle;
+    mError = error;
+    mDevice = error == kErrorNone ? kDeviceRegisters : kDeviceFailed;
+    mRegistered = Clock::now();
+    tell(kTimeshiftDeviceEvent, mDevice, 0);
+    if (error == kErrorNone) mAlarm.in(kProgressStep);
+    return error == kErrorNone ? kOk : error == kErrorDiskGone ? kNotFound : kStorage;
+}
+
+int32_t Timeshift::progress() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mDevice == kDeviceReady) return 100;
+    if (mDevice != kDeviceRegisters) return 0;
+    const auto percent =
+            elapsed(mRegistered) * 100 /
+            std::chrono::duration_cast<std::chrono::milliseconds>(kExamination).count();
+    return static_cast<int32_t>(std::min<int64_t>(percent, 99));
+}
+
+int32_t Timeshift::deviceStatus() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mDevice;
+}
+
+int32_t Timeshift::errorId() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mError;
+}
+
+int32_t Timeshift::start() {
+    std::lock_guard<std::mutex> guard(mLock);
+    return startLocked();
+}
+
+int32_t Timeshift::startLocked() {
+    if (mDevice != kDeviceReady || mStatus == kTimeshiftRecords || mStatus == kTimeshiftFull ||
+        mStandby) {
+        return kRefused;
+    }
+    mStarted = Clock::now();
+    mStatus = kTimeshiftRecords;
+    mError = kErrorNone;
+    view(0, 100);
+    tell(kTimeshiftStatusEvent, mStatus, 0);
+    mAlarm.in(ms(capacity()));
+    return kOk;
+}
+
+int32_t Timeshift::stop(uint32_t how) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (how > kStopKeep) return kBadValue;
+    if (mStatus == kTimeshiftIdle || (mStatus == kTimeshiftKept && how == kStopKeep)) {
+        return kRefused;
+    }
+    stopLocked(how);
+    return kOk;
+}
+
+void Timeshift::stopLocked(uint32_t how) {
+    if (how == kStopKeep) {
+        const int64_t position = viewed();
+        mEnd = live();
+        mStatus = kTimeshiftKept;
+        view(position, mSpeed);
+    } else {
+        mStatus = kTimeshiftIdle;
+        view(0, 100);
+    }
+    tell(kTimeshiftStatusEvent, mStatus, 0);
+    mAlarm.in(0ms);
+}
+
+void Timeshift::standBy(bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mStandby = on;
+    if (on && mStatus != kTimeshiftIdle) stopLocked(kStopDrop);
+    if (!on) startByItself();
+}
+
+void Timeshift::startByItself() {
+    if (mAutoRecord && mStatus == kTimeshiftIdle) startLocked();
+}
+
+int32_t Timeshift::play() {
+    return trickplay(100);
+}
+
+int32_t Timeshift::pause() {
+    return trickplay(0);
+}
+
+int32_t Timeshift::seek(uint32_t position) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mStatus == kTimeshiftIdle) return kRefused;
+    if (!mPlayBeforeFull && !full()) return kRefused;
+    if (position < oldest() || position > live()) return kBadValue;
+    view(position, mSpeed);
+    tell(kTimeshiftSpeedEvent, mSpeed, position);
+    mAlarm.in(0ms);
+    return kOk;
+}
+
+int32_t Timeshift::trickplay(uint32_t speed) {
+    const auto percent = static_cast<int32_t>(speed);
+    std::lock_guard<std::mutex> guard(mLock);
+    if (percent < -kFastest || percent > kFastest) return kBadValue;
+    if (mStatus == kTimeshiftIdle) return kRefused;
+    // A pause is how the viewer comes to be behind at all.
+    if (percent != 0 && percent != 100 && !mPlayBeforeFull && !full()) return kRefused;
+    if (percent == 100 && mSpeed != 100 && !mPlayBeforeFull && !full()) return kRefused;
+    view(viewed(), percent);
+    tell(kTimeshiftSpeedEvent, percent, mViewed);
+    mAlarm.in(0ms);
+    return kOk;
+}
+
+int32_t Timeshift::status() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mStatus == kTimeshiftRecords && full() ? kTimeshiftFull : mStatus;
+}
+
+int64_t Timeshift::duration() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return live() - oldest();
+}
+
+int64_t Timeshift::position() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return viewed() - oldest();
+}
+
+int64_t Timeshift::currentPosition() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return viewed();
+}
+
+int64_t Timeshift::startPosition() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return oldest();
+}
+
+int32_t Timeshift::setAutoRecord(bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const int32_t code = stored([&] {
+        mSettings.set(kAutoKey, int64_t{on});
+        return kOk;
+    });
+    if (code != kOk) return code;
+    mAutoRecord = on;
+    startByItself();
+    return kOk;
+}
+
+int32_t Timeshift::setPlayBeforeFull(bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const int32_t code = stored([&] {
+        mSettings.set(kPlayKey, int64_t{on});
+        return kOk;
+    });
+    if (code == kOk) mPlayBeforeFull = on;
+    return code;
+}
+
+int64_t Timeshift::elapsed(Clock::time_point since) const {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - since).count();
+}
+
+int64_t Timeshift::capacity() const {
+    return mSize / kRate * 1000;
+}
+
+int64_t Timeshift::live() const {
+    switch (mStatus) {
+        case kTimeshiftRecords:
+        case kTimeshiftFull:
+            return elapsed(mStarted);
+        case kTimeshiftKept:
+            return mEnd;
+        default:
+            return 0;
+    }
+}
+
+int64_t Timeshift::oldest() const {
+    return std::max<int64_t>(0, live() - capacity());
+}
+
+bool Timeshift::full() const {
+    return mStatus != kTimeshiftIdle && live() >= capacity();
+}
+
+int64_t Timeshift::viewed() const {
+    if (mStatus == kTimeshiftIdle) return 0;
+    const int64_t position = mViewed + elapsed(mViewedAt) * mSpeed / 100;
+    return std::clamp(position, oldest(), live());
+}
+
+void Timeshift::view(int64_t position, int32_t speed) {
+    mViewed = position;
+    mViewedAt = Clock::now();
+    mSpeed = speed;
+}
+
+void Timeshift::update() {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mDevice == kDeviceRegisters) {
+        if (Clock::now() - mRegistered < kExamination) {
+            const int64_t percent = elapsed(mRegistered) / 10;
+            tell(kTimeshiftDeviceEvent, mDevice, std::min<int64_t>(percent, 99));
+            mAlarm.in(kProgressStep);
+            return;
+        }
+        mDevice = kDeviceReady;
+        tell(kTimeshiftDeviceEvent, mDevice, 100);
+        startByItself();
+        return;
+    }
+    if (mStatus == kTimeshiftIdle) return;
+    if (mStatus == kTimeshiftRecords && full()) {
+        mStatus = kTimeshiftFull;
+        tell(kTimeshiftStatusEvent, mStatus, 0);
+    }
+    const bool records = mStatus != kTimeshiftKept;
+    const int64_t newest = live();
+    const int64_t first = oldest();
+    const int64_t position = viewed();
+    // What is in front moves as fast as the broadcast, and so does the end of a full buffer.
+    const int32_t frontSpeed = records ? 100 : 0;
+    const int32_t backSpeed = mStatus == kTimeshiftFull ? 100 : 0;
+    if (mSpeed > frontSpeed && position >= newest) {
+        view(newest, frontSpeed);
+        tell(kTimeshiftLiveEvent, newest, 0);
+    } else if (mSpeed < backSpeed && position <= first) {
+        // Paused or rewinding, and now the oldest is here: playing goes on from it.
+        const int32_t speed = records ? 100 : 0;
+        view(first, speed);
+        tell(kTimeshiftBeginEvent, first, 0);
+    }
+    const auto soon = [](int64_t distance, int32_t speed) {
+        return ms(std::max<int64_t>(1, distance * 100 / speed + 1));
+    };
+    std::chrono::milliseconds wait = 24h;
+    if (mSpeed > frontSpeed) wait = std::min(wait, soon(newest - viewed(), mSpeed - frontSpeed));
+    if (mSpeed < backSpeed) wait = std::min(wait, soon(viewed() - oldest(), backSpeed - mSpeed));
+    if (mStatus == kTimeshiftRecords) wait = std::min(wait, ms(capacity() - newest + 1));
+    mAlarm.in(wait);
+}
+
+void Timeshift::tell(int32_t type, int64_t first, int64_t second) {
+    mNotifier.notify(&Notifier::Callback::a_hidl_timeshift_jni_callback_fct, type, uint64_t{0},
+                     static_cast<uint64_t>(first), static_cast<uint64_t>(second));
+}
+
+}  // namespace qeltvd

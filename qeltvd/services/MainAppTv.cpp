@@ -1,0 +1,161 @@
+#define LOG_TAG "qeltvd"
+
+#include <log/log.h>
+
+#include "MainService.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+using android::hardware::Void;
+
+void MainService::tellApplication(AppTvEvent event, uint64_t first, uint64_t second) {
+    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_apptv_register_callback_fct,
+                        static_cast<HIDL_QELTVAPI_APPTV_CALLBACK_TYPE_T>(event), uint64_t{0}, first,
+                        second, uint64_t{0}, uint64_t{0});
+}
+
+int32_t MainService::unblock(const std::string& path, bool unlocked) {
+    const auto number = Presentation::pathOf(path);
+    if (!number) return kNotFound;
+    const int32_t code = mTv.presentation.unlock(*number, unlocked);
+    if (code == kOk) tellApplication(kAppTvUnlock, *number, unlocked);
+    return code;
+}
+
+/** Number and name of the channel, or the name of the input, that the main path shows. */
+std::string MainService::serviceText() const {
+    const auto status = mTv.presentation.status(Presentation::kMain);
+    if (status.status == kTuningStopped) return "";
+    if (!status.channel) return mTv.inputs.name(status.source, kNameShown);
+    const uint32_t id = status.channel->channelId;
+    std::string number = std::to_string(channel_ids::major(id));
+    if (channel_ids::minor(id) != 0) number += "." + std::to_string(channel_ids::minor(id));
+    return number + " " + status.channel->name;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_save_timestamp(const String& tag) {
+    ALOGI("time stamp %s", tag.c_str());
+    return kOk;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_set_tv_started(bool started) {
+    tellApplication(kAppTvStarted, started);
+    return kOk;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_unlock_service(const String& path) {
+    return unblock(path, true);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_get_matched_channel(int16_t number,
+                                                                                    bool p2,
+                                                                                    int32_t p3,
+                                                                                    int32_t p4) {
+    const int32_t major = number;
+    if (major <= 0 || p4 < 0 || p3 < 0 || p3 > 0xffff) return kBadValue;
+    const auto list = p3 != 0 ? static_cast<uint16_t>(p3) : mTv.presentation.currentList();
+    const auto channel = mTv.presentation.byNumber(list, static_cast<uint32_t>(major),
+                                                   static_cast<uint32_t>(p4), p2);
+    return channel ? static_cast<int32_t>(channel->channelId) : kNotFound;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_nav_update_sys_status_by_win(
+        const String& path, int32_t status) {
+    const auto number = Presentation::pathOf(path);
+    if (!number) return kNotFound;
+    tellApplication(kAppTvStatus, *number, static_cast<uint32_t>(status));
+    return kOk;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_update_sys_status(int32_t status) {
+    for (uint32_t path = 0; path < kPaths; ++path) {
+        tellApplication(kAppTvStatus, path, static_cast<uint32_t>(status));
+    }
+    return kOk;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_start_tv() {
+    return mTv.presentation.start();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_stop_all() {
+    mTv.presentation.stopAll();
+    return kOk;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_get_current_channel_svc_text_len() {
+    return static_cast<int32_t>(serviceText().size());
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_apptv_get_current_channel_svc_text(
+        int32_t p2, a_hidl_qeltvapi_apptv_get_current_channel_svc_text_cb reply) {
+    std::string text = serviceText();
+    if (p2 > 0 && text.size() > static_cast<size_t>(p2)) text.resize(static_cast<size_t>(p2));
+    reply(text, text.empty() ? kRefused : kOk);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_unblock_svc(const String& path,
+                                                                            bool p2) {
+    return unblock(path, p2);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_swap_tmp_unlock_info(
+        int32_t /*p1*/) {
+    mTv.presentation.swapUnlocked();
+    return kOk;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_set_video_mute(const String& path,
+                                                                               bool mute) {
+    const auto number = Presentation::pathOf(path);
+    return number ? mTv.presentation.setMuted(*number, mute) : kNotFound;
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_apptv_get_capability_ex(
+        int32_t id, a_hidl_qeltvapi_apptv_get_capability_ex_cb reply) {
+    uint32_t value = 0;
+    switch (id) {
+        case kCapabilityTuners:
+            value = 1;
+            break;
+        case kCapabilityPaths:
+            value = kPaths;
+            break;
+        case kCapabilityInputs:
+            value = Inputs::kCount;
+            break;
+        case kCapabilityHdmi:
+            for (int32_t input = 0; Inputs::exists(input); ++input) {
+                value += Inputs::socket(input).type == kInputHdmi;
+            }
+            break;
+        case kCapabilityVolume:
+            value = kVolumeMaximum;
+            break;
+        case kCapabilitySystems:
+            for (auto system = static_cast<uint32_t>(DeliverySystem::kDvbT);
+                 system <= static_cast<uint32_t>(DeliverySystem::kIsdbT); ++system) {
+                value |= 1u << system;
+            }
+            break;
+        case kCapabilityTvModes:
+            value = kTvSideBySide + 1;
+            break;
+        default:
+            reply(0, kNotFound);
+            return Void();
+    }
+    reply(value, kOk);
+    return Void();
+}
+
+MainService::Return<bool> MainService::a_hidl_qeltvapi_apptv_get_video_mute(const String& path) {
+    const auto number = Presentation::pathOf(path);
+    return number && mTv.presentation.muted(*number);
+}
+
+}  // namespace qeltvd

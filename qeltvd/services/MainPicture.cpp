@@ -1,0 +1,169 @@
+#include "Blocks.h"
+#include "MainService.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+using android::hardware::Void;
+
+namespace {
+
+/** What the picture of a source measures; broadcasts keep to the limited range. */
+DataRange dataRange(const VideoSource& video) {
+    if (video.width == 0) return {};
+    const bool full = video.codec == kVideoRaw && video.interlaced == 0;
+    const uint32_t low = full ? 0 : 16;
+    const uint32_t high = full ? 255 : 235;
+    return {full, low, high, (low + high) / 2};
+}
+
+}  // namespace
+
+bool MainService::showsInput() const {
+    return mTv.presentation.status(Presentation::kMain).source != Inputs::kTuner;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_freeze_set_freeze(const String& path,
+                                                                            bool freeze) {
+    const auto number = Presentation::pathOf(path);
+    return number ? mTv.presentation.setFrozen(*number, freeze) : kNotFound;
+}
+
+MainService::Return<bool> MainService::a_hidl_qeltvapi_freeze_is_freeze(const String& path) {
+    const auto number = Presentation::pathOf(path);
+    return number && mTv.presentation.frozen(*number);
+}
+
+MainService::Return<uint16_t> MainService::a_hidl_qeltvapi_screenmode_get_screen_mode() {
+    return mTv.picture.screenMode(showsInput());
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_screen_mode(int32_t mode) {
+    return mTv.picture.setScreenMode(showsInput(), mode);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_all_screen_mode(
+        uint32_t capacity, a_hidl_qeltvapi_screenmode_get_all_screen_mode_cb reply) {
+    const auto modes = Picture::screenModes(showsInput());
+    reply(atMost(modes, capacity), static_cast<uint32_t>(modes.size()), kOk);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_number_screen_mode(
+        a_hidl_qeltvapi_screenmode_get_number_screen_mode_cb reply) {
+    reply(static_cast<uint32_t>(Picture::screenModes(showsInput()).size()), kOk);
+    return Void();
+}
+
+MainService::Return<bool> MainService::a_hidl_qeltvapi_zoom_is_enable() {
+    const bool input = showsInput();
+    return mTv.presentation.video(Presentation::kMain).width != 0 &&
+           mTv.picture.screenMode(input) != Picture::kPixelByPixel;
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_crnt_overscan(int32_t p1,
+                                                                                       int32_t p2,
+                                                                                       int32_t p3,
+                                                                                       int32_t p4) {
+    return mTv.picture.setOverscan({p1, p2, p3, p4});
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_crnt_overscan(
+        a_hidl_qeltvapi_screenmode_get_crnt_overscan_cb reply) {
+    reply(recordBytes(mTv.picture.overscan()), kOk);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_update_overscan_ini() {
+    return mTv.picture.keepOverscan();
+}
+
+MainService::Return<uint16_t> MainService::a_hidl_qeltvapi_av_mode_get_picture_mode() {
+    return mTv.picture.pictureMode();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_av_mode_set_picture_mode(int32_t mode) {
+    return mTv.picture.setPictureMode(mode);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_all_picture_mode(
+        uint32_t capacity, a_hidl_qeltvapi_av_mode_get_all_picture_mode_cb reply) {
+    reply(atMost(Picture::pictureModes(), capacity), kOk);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_picture_mode(
+        a_hidl_qeltvapi_av_mode_get_number_picture_mode_cb reply) {
+    reply(static_cast<uint32_t>(Picture::pictureModes().size()), kOk);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_value(int32_t id,
+                                                                              int32_t value) {
+    return id >= kVideoWidth && id <= kVideoAspect ? kRefused : mTv.picture.setValue(id, value);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_value(
+        int32_t id, a_hidl_qeltvapi_videoinfo_get_value_cb reply) {
+    const VideoSource video = mTv.presentation.video(Presentation::kMain);
+    uint32_t value = 0;
+    int32_t code = kOk;
+    switch (id) {
+        case kVideoWidth:
+            value = video.width;
+            break;
+        case kVideoHeight:
+            value = video.height;
+            break;
+        case kVideoFrameRate:
+            value = video.frameRate;
+            break;
+        case kVideoInterlaced:
+            value = video.interlaced;
+            break;
+        case kVideoCodecValue:
+            value = video.codec;
+            break;
+        case kVideoAspect:
+            value = video.aspectWidth << 16 | video.aspectHeight;
+            break;
+        default:
+            code = mTv.picture.value(id, &value);
+    }
+    reply(value, code);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_data(int32_t id,
+                                                                             const Bytes& data,
+                                                                             int32_t len) {
+    if (data.size() != static_cast<uint32_t>(len)) return kBadValue;
+    if (id == kVideoDataSource || id == kVideoDataRange) return kRefused;
+    return id == kVideoDataUser ? mTv.picture.setUserData(data) : kNotFound;
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_data(
+        int32_t id, const Bytes& request, a_hidl_qeltvapi_videoinfo_get_data_cb reply) {
+    const VideoSource video = mTv.presentation.video(Presentation::kMain);
+    Bytes data;
+    if (id == kVideoDataSource) {
+        data = recordBytes(video);
+    } else if (id == kVideoDataRange) {
+        data = recordBytes(dataRange(video));
+    } else if (id == kVideoDataUser) {
+        data = mTv.picture.userData();
+    } else {
+        reply({}, kNotFound);
+        return Void();
+    }
+    // The client takes whatever comes into the room of its request.
+    if (data.size() <= request.size()) {
+        reply(data, kOk);
+    } else {
+        reply({}, kBadValue);
+    }
+    return Void();
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,335 @@
+#define LOG_TAG "qeltvd"
+
+#include <algorithm>
+
+#include "Blocks.h"
+#include "MainService.h"
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+using android::hardware::Void;
+
+namespace {
+
+std::string language(const AudioTrack& track) {
+    return std::string(track.language, 3);
+}
+
+std::optional<AudioTrack> current(const std::vector<AudioTrack>& tracks) {
+    for (const AudioTrack& track : tracks) {
+        if (track.current != 0) return track;
+    }
+    return std::nullopt;
+}
+
+/** No more records than there is room for. */
+MainService::Bytes records(const std::vector<AudioTrack>& tracks, uint32_t room) {
+    const size_t count = std::min<size_t>(tracks.size(), room);
+    MainService::Bytes bytes(count * sizeof(AudioTrack));
+    if (count != 0) memcpy(bytes.data(), tracks.data(), bytes.size());
+    return bytes;
+}
+
+std::string description(const AudioTrack& track) {
+    const char* codec = track.codec == kAudioAc3   ? "AC-3"
+                        : track.codec == kAudioAac ? "AAC"
+                        : track.codec == kAudioPcm ? "PCM"
+                                                   : "MPEG";
+    std::string text = language(track) + ", " + codec + (track.channels > 2 ? " 5.1" : " stereo");
+    if (track.purpose == kAudioDescription) text += ", audio description";
+    if (track.purpose == kAudioOriginal) text += ", original";
+    return text;
+}
+
+}  // namespace
+
+std::optional<AudioTrack> MainService::trackOf(uint32_t number) const {
+    for (const AudioTrack& track : mTv.presentation.tracks(Presentation::kMain)) {
+        if (track.track == number) return track;
+    }
+    return std::nullopt;
+}
+
+/** The tracks of the main path while it shows the tuner, or while it shows another input. */
+std::vector<AudioTrack> MainService::tracksOfMain(bool ofInput) const {
+    const bool input = mTv.presentation.status(Presentation::kMain).source != Inputs::kTuner;
+    if (input != ofInput) return {};
+    return mTv.presentation.tracks(Presentation::kMain);
+}
+
+int32_t MainService::setLanguage(const char* item, const std::string& language) {
+    const bool isCode =
+            language.size() == 3 && std::all_of(language.begin(), language.end(),
+                                                [](char c) { return c >= 'a' && c <= 'z'; });
+    if (!isCode) return kBadValue;
+    return stored([&] { return mTv.config.setText(item, language); });
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_stm_set_audio(uint32_t track) {
+    return mTv.presentation.selectTrack(Presentation::kMain, track);
+}
+
+MainService::Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio(
+        a_hidl_c_opera_hbbtv_stm_get_audio_cb reply) {
+    const auto track = currentTrack(Presentation::kMain);
+    reply(track ? track->track : 0, track ? kOk : kRefused);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio_lang(
+        uint32_t track, a_hidl_c_opera_hbbtv_stm_get_audio_lang_cb reply) {
+    const auto one = trackOf(track);
+    reply(one ? language(*one) : std::string(), one ? kOk : kNotFound);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio_num(
+        a_hidl_c_opera_hbbtv_stm_get_audio_num_cb reply) {
+    reply(static_cast<uint32_t>(mTv.presentation.tracks(Presentation::kMain).size()), kOk);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_subtitle_lang(
+        const String& lang, uint32_t /*v*/) {
+    return setLanguage("sound.subtitle_language", lang);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_audio_lang(
+        const String& lang) {
+    return setLanguage("sound.audio_language", lang);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_audio_desc(bool on) {
+    return mTv.sound.setValue(kAudioDescriptionOn, on);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_stm_set_audio(uint32_t track) {
+    return a_hidl_c_opera_hbbtv_stm_set_audio(track);
+}
+
+MainService::Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio(
+        a_hidl_c_hbbtv_stm_get_audio_cb reply) {
+    return a_hidl_c_opera_hbbtv_stm_get_audio(reply);
+}
+
+MainService::Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio_lang(
+        uint32_t track, a_hidl_c_hbbtv_stm_get_audio_lang_cb reply) {
+    return a_hidl_c_opera_hbbtv_stm_get_audio_lang(track, reply);
+}
+
+MainService::Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio_num(
+        a_hidl_c_hbbtv_stm_get_audio_num_cb reply) {
+    return a_hidl_c_opera_hbbtv_stm_get_audio_num(reply);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_set_default_subtitle_lang(
+        const String& lang, uint32_t v) {
+    return a_hidl_c_opera_hbbtv_set_default_subtitle_lang(lang, v);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_set_default_audio_lang(
+        const String& lang) {
+    return a_hidl_c_opera_hbbtv_set_default_audio_lang(lang);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_set_audio_desc(bool on) {
+    return a_hidl_c_opera_hbbtv_set_audio_desc(on);
+}
+
+MainService::Return<uint16_t> MainService::a_hidl_qeltvapi_av_mode_get_sound_effect() {
+    return mTv.sound.effect();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_av_mode_set_sound_effect(int32_t mode) {
+    return mTv.sound.setEffect(mode);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_all_sound_effect(
+        uint32_t capacity, a_hidl_qeltvapi_av_mode_get_all_sound_effect_cb reply) {
+    reply(atMost(Sound::effects(), capacity), kOk);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_sound_effect(
+        a_hidl_qeltvapi_av_mode_get_number_sound_effect_cb reply) {
+    reply(static_cast<uint32_t>(Sound::effects().size()), kOk);
+    return Void();
+}
+
+MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume() {
+    return static_cast<int16_t>(mTv.sound.step(kVolumeSpeaker, true));
+}
+
+MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume_by_type(int32_t type) {
+    return static_cast<int16_t>(mTv.sound.step(type, true));
+}
+
+MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume() {
+    return static_cast<int16_t>(mTv.sound.step(kVolumeSpeaker, false));
+}
+
+MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume_by_type(int32_t type) {
+    return static_cast<int16_t>(mTv.sound.step(type, false));
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume(int32_t volume) {
+    return mTv.sound.setVolume(kVolumeSpeaker, volume);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume_by_type(
+        int32_t type, int32_t volume) {
+    return mTv.sound.setVolume(type, volume);
+}
+
+MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume() {
+    return static_cast<int16_t>(mTv.sound.volume(kVolumeSpeaker));
+}
+
+MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume_by_type(int32_t type) {
+    return static_cast<int16_t>(mTv.sound.volume(type));
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute(bool mute) {
+    return mTv.sound.setMuted(kVolumeSpeaker, mute);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute_by_type(int32_t type,
+                                                                                  bool mute) {
+    return mTv.sound.setMuted(type, mute);
+}
+
+MainService::Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute() {
+    return mTv.sound.muted(kVolumeSpeaker);
+}
+
+MainService::Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute_by_type(int32_t type) {
+    return mTv.sound.muted(type);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_current_lanuage(
+        const String& name, a_hidl_qeltvapi_audio_info_get_current_lanuage_cb reply) {
+    const auto path = Presentation::pathOf(name);
+    const auto track = path ? currentTrack(*path) : std::nullopt;
+    reply(track ? language(*track) : std::string(), !path ? kNotFound : track ? kOk : kRefused);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_next_lanuage() {
+    return mTv.presentation.nextLanguage(mTv.presentation.audioFocus());
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_available_record(
+        uint32_t num, a_hidl_qeltvapi_audio_info_get_available_record_cb reply) {
+    const auto all = tracksOfMain(false);
+    reply(records(all, num), static_cast<uint32_t>(all.size()), kOk);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_audio_info(
+        a_hidl_qeltvapi_get_current_audio_info_cb reply) {
+    const auto track = current(tracksOfMain(false));
+    reply(track ? recordBytes(*track) : Bytes(), track ? kOk : kRefused);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_get_audio_apd_text(
+        int32_t p1, a_hidl_qeltvapi_get_audio_apd_text_cb reply) {
+    const auto track = p1 > 0 ? trackOf(static_cast<uint32_t>(p1)) : std::nullopt;
+    const std::string text = track ? description(*track) : "";
+    reply(textBytes(text), static_cast<int32_t>(text.size()), track ? kOk : kNotFound);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_ad_info(
+        a_hidl_qeltvapi_get_current_ad_info_cb reply) {
+    for (const AudioTrack& track : tracksOfMain(false)) {
+        if (track.purpose != kAudioDescription) continue;
+        reply(recordBytes(track), kOk);
+        return Void();
+    }
+    reply({}, kNotFound);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_select_audio(uint32_t track) {
+    return mTv.presentation.selectTrack(mTv.presentation.audioFocus(), track);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_select_main_sub_audio(
+        uint32_t track_main, uint32_t track_sub) {
+    const int32_t code = mTv.presentation.selectTrack(Presentation::kMain, track_main);
+    if (code != kOk) return code;
+    return mTv.presentation.selectTrack(Presentation::kSub, track_sub);
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_select_default_audio(const String& lang) {
+    return stored([&] {
+        const std::string wanted =
+                lang.size() != 0 ? std::string(lang) : mTv.config.text("sound.audio_language");
+        return mTv.presentation.selectLanguage(mTv.presentation.audioFocus(), wanted);
+    });
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_inputsource_available_record(
+        uint32_t num, a_hidl_qeltvapi_audio_info_get_inputsource_available_record_cb reply) {
+    const auto all = tracksOfMain(true);
+    reply(records(all, num), static_cast<uint32_t>(all.size()), kOk);
+    return Void();
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_get_inputsource_current_audio_info(
+        a_hidl_qeltvapi_get_inputsource_current_audio_info_cb reply) {
+    const auto track = current(tracksOfMain(true));
+    reply(track ? recordBytes(*track) : Bytes(), track ? kOk : kRefused);
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_value(int32_t id,
+                                                                               int32_t value) {
+    const bool reads = id >= kAudioCurrentCodec && id <= kAudioCurrentRate;
+    return reads ? kRefused : mTv.sound.setValue(id, value);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
+        int32_t id, a_hidl_qeltvapi_audio_info_get_value_cb reply) {
+    if (id < kAudioCurrentCodec || id > kAudioCurrentRate) {
+        uint32_t value = 0;
+        const int32_t code = mTv.sound.value(id, &value);
+        reply(value, code);
+        return Void();
+    }
+    const auto track = currentTrack(Presentation::kMain);
+    if (!track) {
+        reply(0, kRefused);
+    } else {
+        reply(id == kAudioCurrentCodec      ? track->codec
+              : id == kAudioCurrentChannels ? track->channels
+                                            : track->sampleRate,
+              kOk);
+    }
+    return Void();
+}
+
+MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_data(int32_t id,
+                                                                              const Bytes& data,
+                                                                              int32_t len) {
+    if (id != kAudioEqualiser) return kNotFound;
+    if (len < 0 || static_cast<size_t>(len) != data.size()) return kBadValue;
+    return mTv.sound.setEqualiser(data);
+}
+
+MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_data(
+        int32_t id, int32_t len, const Bytes& request,
+        a_hidl_qeltvapi_audio_info_get_data_cb reply) {
+    // The client takes whatever comes into the room of its request.
+    const bool fits = len >= 0 && static_cast<size_t>(len) == request.size() &&
+                      request.size() >= kAudioEqualiserSize;
+    const int32_t code = id != kAudioEqualiser ? kNotFound : fits ? kOk : kBadValue;
+    reply(code == kOk ? Bytes(mTv.sound.equaliser()) : Bytes(), code);
+    return Void();
+}
+
+}  // namespace qeltvd

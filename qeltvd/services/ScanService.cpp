@@ -1,0 +1,241 @@
+#define LOG_TAG "qeltvd"
+
+#include "ScanService.h"
+
+#include <algorithm>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using android::hardware::Void;
+using namespace layouts;
+
+namespace {
+
+bool isAny(DeliverySystem) {
+    return true;
+}
+bool isAtsc(DeliverySystem system) {
+    return broadcastTypeOf(system) == BroadcastType::kAtsc;
+}
+bool isIsdb(DeliverySystem system) {
+    return broadcastTypeOf(system) == BroadcastType::kIsdb;
+}
+bool isDvbT(DeliverySystem system) {
+    return system == DeliverySystem::kDvbT || system == DeliverySystem::kDvbT2;
+}
+bool isDvbC(DeliverySystem system) {
+    return system == DeliverySystem::kDvbC;
+}
+bool isDvbS(DeliverySystem system) {
+    return system == DeliverySystem::kDvbS || system == DeliverySystem::kDvbS2;
+}
+
+/** No longer than the caller's buffer: it copies all that comes. */
+std::string cut(std::string text, int64_t room) {
+    if (static_cast<int64_t>(text.size()) <= room) return text;
+    auto length = static_cast<size_t>(std::max<int64_t>(room, 0));
+    while (length > 0 && (static_cast<uint8_t>(text[length]) & 0xc0) == 0x80) --length;
+    text.resize(length);
+    return text;
+}
+
+std::string counted(int32_t count, const char* what) {
+    return std::to_string(count) + " " + what;
+}
+
+}  // namespace
+
+ScanService::ScanService(Television& tv) : IQelTvApiScanDefault(kUnsupported, false), mTv(tv) {}
+
+/** Placeholders are the channels that zapping leaves out. */
+ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_scan_select_crnt_or_first_channel(
+        bool skip_fake) {
+    const auto query = skip_fake ? ChannelQuery::zapping() : ChannelQuery();
+    const auto current = mTv.channels.current();
+    if (current && mTv.channels.indexOf(current->channelId, query)) return kOk;
+    for (const uint16_t list : mTv.channels.lists()) {
+        const auto first = mTv.channels.byIndex(list, query, 0);
+        if (first) return stored([&] { return mTv.goTo(first->channelId); });
+    }
+    return kNotFound;
+}
+
+ScanService::Return<bool> ScanService::a_hidl_qeltvapi_is_scan_active() {
+    return mTv.scanner.active();
+}
+
+ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_start_scan(uint64_t scan_arg, bool flag) {
+    return mTv.scanner.start(scan_arg, flag);
+}
+
+ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_cancel_scan() {
+    return mTv.scanner.cancel();
+}
+
+ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_get_market_region() {
+    switch (mTv.ratings.system()) {
+        case RatingSystem::kUnitedStates:
+        case RatingSystem::kCanada:
+            return kMarketNorthAmerica;
+        case RatingSystem::kIsdb:
+            return kMarketLatinAmerica;
+        case RatingSystem::kDvb:
+            break;
+    }
+    return kMarketEurope;
+}
+
+ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_atsc_scan_param(
+        uint64_t, const HIDL_ATSC_SCAN_PARAM_T& param) {
+    return mTv.scanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index,
+                                 param.ui4_mod_mask, param.ui4_freq_plan, false});
+}
+
+ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_isdb_scan_param(
+        uint64_t, const HIDL_ISDB_SCAN_PARAM_T& param) {
+    if (param.ui4_configFlag > kIsdbNoRadio) return kBadValue;
+    return mTv.scanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index, 0, 0,
+                                 param.ui4_configFlag == kIsdbNoRadio});
+}
+
+void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply) {
+    std::vector<Multiplex> own;
+    for (const Scanner::Stop& stop : mTv.scanner.stops()) {
+        if (belongs(stop.multiplex.system)) own.push_back(stop.multiplex);
+    }
+    if (own.empty()) {
+        reply(data, kRefused);
+        return;
+    }
+    switch (data.size() != 0 ? data[0] : 0) {
+        case kExchangeStatus: {
+            const Scanner::Status status = mTv.scanner.status();
+            reply(Data{kExchangeStatus, status.state, status.percent,
+                       static_cast<int32_t>(status.kHz), status.index, status.count,
+                       status.television, status.radio, status.added},
+                  kOk);
+            return;
+        }
+        case kExchangeRange: {
+            if (data.size() != 3 || data[1] < 0 || data[2] < data[1]) break;
+            Scanner::Range range;
+            range.first = static_cast<uint32_t>(data[1]);
+            range.last = static_cast<uint32_t>(data[2]);
+            reply(data, mTv.scanner.setRange(range));
+            return;
+        }
+        case kExchangeTransponder: {
+            if (data.size() != 2) break;
+            if (data[1] < 0 || static_cast<size_t>(data[1]) >= own.size()) {
+                reply(data, kNotFound);
+                return;
+            }
+            const Multiplex& multiplex = own[static_cast<size_t>(data[1])];
+            const uint32_t width =
+                    multiplex.symbolRate != 0 ? multiplex.symbolRate : multiplex.bandwidthHz;
+            reply(Data{kExchangeTransponder, data[1],
+                       static_cast<int32_t>(multiplex.frequencyHz / 1000),
+                       static_cast<int32_t>(width), static_cast<int32_t>(multiplex.modulation),
+                       static_cast<int32_t>(multiplex.system)},
+                  kOk);
+            return;
+        }
+        case kExchangeCount:
+            reply(Data{kExchangeCount, static_cast<int32_t>(own.size())}, kOk);
+            return;
+        default:
+            break;
+    }
+    reply(data, kBadValue);
+}
+
+ScanService::Return<void> ScanService::a_hidl_qeltvapi_atsc_exchange_data(
+        const Data& data, a_hidl_qeltvapi_atsc_exchange_data_cb reply) {
+    exchange(data, isAtsc, reply);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_qeltvapi_isdb_exchange_data(
+        const Data& data, a_hidl_qeltvapi_isdb_exchange_data_cb reply) {
+    exchange(data, isIsdb, reply);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_scan_ce_exchange_data(
+        const Data& data, a_hidl_scan_ce_exchange_data_cb reply) {
+    exchange(data, isAny, reply);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_scan_dtmb_exchange_data(
+        const Data& data, a_hidl_scan_dtmb_exchange_data_cb reply) {
+    reply(data, kUnsupported);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_scan_pal_secam_exchange_data(
+        const Data& data, a_hidl_scan_pal_secam_exchange_data_cb reply) {
+    reply(data, kUnsupported);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_scan_dvbs_exchange_data(
+        const Data& data, a_hidl_scan_dvbs_exchange_data_cb reply) {
+    exchange(data, isDvbS, reply);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_scan_dvbc_exchange_data(
+        const Data& data, a_hidl_scan_dvbc_exchange_data_cb reply) {
+    exchange(data, isDvbC, reply);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_scan_dvbt_exchange_data(
+        const Data& data, a_hidl_scan_dvbt_exchange_data_cb reply) {
+    exchange(data, isDvbT, reply);
+    return Void();
+}
+
+/** What became of the last scan. */
+ScanService::Return<void> ScanService::a_hidl_qeltvapi_get_user_message(
+        const String&, uint32_t room, a_hidl_qeltvapi_get_user_message_cb reply) {
+    const Scanner::Status status = mTv.scanner.status();
+    const char* begins[] = {"No scan yet", "Scan runs", "Scan complete", "Scan cancelled",
+                            "Scan failed"};
+    std::string text = begins[status.state];
+    if (status.state != kScanIdle) {
+        text += ": " + counted(status.television, "television and ") +
+                counted(status.radio, "radio services, ") + counted(status.added, "new");
+    }
+    text = cut(text, room);
+    reply(text, static_cast<uint32_t>(text.size()), kOk);
+    return Void();
+}
+
+ScanService::Return<void> ScanService::a_hidl_qeltvapi_scan_dvbc_get_str_data(
+        uint32_t id, const String&, int32_t room, a_hidl_qeltvapi_scan_dvbc_get_str_data_cb reply) {
+    std::string text;
+    switch (id) {
+        case kScanTextRegion:
+            text = mTv.config.text("channels.region");
+            break;
+        case kScanTextCountry:
+            text = mTv.config.text("channels.country");
+            break;
+        case kScanTextTransponder:
+            text = mTv.scanner.status().transponder;
+            break;
+        default:
+            reply("", 0, kNotFound);
+            return Void();
+    }
+    text = cut(text, room);
+    reply(text, static_cast<int32_t>(text.size()), kOk);
+    return Void();
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,227 @@
+#include "ConfigItems.h"
+
+#include "layouts/codes.h"
+
+namespace qeltvd {
+namespace {
+
+struct Default {
+    const char* name;
+    uint32_t group;
+    int32_t minimum;
+    int32_t maximum;
+    int32_t value;
+    /** Not null: a text item. */
+    const char* text;
+    bool visible;
+    bool enabled;
+};
+
+constexpr Default integer(const char* name, uint32_t group, int32_t minimum, int32_t maximum,
+                          int32_t value) {
+    return {name, group, minimum, maximum, value, nullptr, true, true};
+}
+
+constexpr Default text(const char* name, uint32_t group, const char* value) {
+    return {name, group, 0, 0, 0, value, true, true};
+}
+
+constexpr Default hidden(Default item) {
+    item.visible = false;
+    return item;
+}
+
+constexpr Default disabled(Default item) {
+    item.enabled = false;
+    return item;
+}
+
+// A set for Europe as it leaves the factory.
+constexpr Default kDefaults[] = {
+        integer("picture.backlight", ConfigItems::kPicture, 0, 100, 80),
+        integer("picture.brightness", ConfigItems::kPicture, 0, 100, 50),
+        integer("picture.contrast", ConfigItems::kPicture, 0, 100, 85),
+        integer("picture.saturation", ConfigItems::kPicture, 0, 100, 50),
+        integer("picture.hue", ConfigItems::kPicture, -50, 50, 0),
+        integer("picture.sharpness", ConfigItems::kPicture, 0, 20, 10),
+        integer("picture.color_temperature", ConfigItems::kPicture, 0, 3, 1),
+        integer("picture.noise_reduction", ConfigItems::kPicture, 0, 4, 4),
+        integer("picture.dynamic_contrast", ConfigItems::kPicture, 0, 3, 1),
+        disabled(integer("picture.gamma", ConfigItems::kPicture, -4, 4, 0)),
+        integer("sound.balance", ConfigItems::kSound, -50, 50, 0),
+        integer("sound.bass", ConfigItems::kSound, -50, 50, 0),
+        integer("sound.treble", ConfigItems::kSound, -50, 50, 0),
+        integer("sound.surround", ConfigItems::kSound, 0, 1, 0),
+        integer("sound.auto_volume", ConfigItems::kSound, 0, 1, 1),
+        integer("sound.audio_delay_ms", ConfigItems::kSound, 0, 250, 0),
+        integer("sound.spdif_mode", ConfigItems::kSound, 0, 3, 0),
+        text("sound.audio_language", ConfigItems::kSound, "eng"),
+        text("sound.subtitle_language", ConfigItems::kSound, "eng"),
+        text("channels.region", ConfigItems::kChannels, "dvb-t/de-Berlin dvb-s/Astra-1N-19.2E"),
+        text("channels.country", ConfigItems::kChannels, "DEU"),
+        integer("channels.tuner_mode", ConfigItems::kChannels, 0, 2, 0),
+        integer("channels.auto_update", ConfigItems::kChannels, 0, 1, 1),
+        integer("channels.lcn", ConfigItems::kChannels, 0, 1, 1),
+        integer("parental.rating_lock", ConfigItems::kParental, 0, 1, 0),
+        integer("parental.age", ConfigItems::kParental, 0, 18, 0),
+        integer("parental.input_lock", ConfigItems::kParental, 0, 1, 0),
+        text("system.menu_language", ConfigItems::kSystem, "eng"),
+        text("system.model", ConfigItems::kSystem, "Reference television"),
+        hidden(text("system.serial", ConfigItems::kSystem, "QT-000001")),
+        text("system.time_zone", ConfigItems::kSystem, "Europe/Berlin"),
+        integer("system.power_on_source", ConfigItems::kSystem, 0, 8, 0),
+        integer("system.standby_minutes", ConfigItems::kSystem, 0, 480, 240),
+        integer("system.store_mode", ConfigItems::kSystem, 0, 1, 0),
+        hidden(integer("system.factory_mode", ConfigItems::kSystem, 0, 1, 0)),
+        text("network.name", ConfigItems::kNetwork, "television"),
+        integer("network.wake_on_lan", ConfigItems::kNetwork, 0, 1, 0),
+        integer("network.hbbtv", ConfigItems::kNetwork, 0, 1, 1),
+};
+
+constexpr char kColumns[] =
+        "SELECT name, grp, is_text, minimum, maximum, value, text, visible, enabled FROM config ";
+
+ConfigItems::Item read(const Store::Statement& row) {
+    return {row.text(0),
+            static_cast<uint32_t>(row.integer(1)),
+            row.integer(2) != 0,
+            static_cast<int32_t>(row.integer(3)),
+            static_cast<int32_t>(row.integer(4)),
+            static_cast<int32_t>(row.integer(5)),
+            row.text(6),
+            row.integer(7) != 0,
+            row.integer(8) != 0};
+}
+
+}  // namespace
+
+ConfigItems::ConfigItems(Store& store) : mStore(store) {
+    mStore.execute(
+            "CREATE TABLE IF NOT EXISTS config (name TEXT PRIMARY KEY, grp INTEGER NOT NULL,"
+            " is_text INTEGER NOT NULL, minimum INTEGER NOT NULL, maximum INTEGER NOT NULL,"
+            " value INTEGER NOT NULL, text TEXT NOT NULL, default_value INTEGER NOT NULL,"
+            " default_text TEXT NOT NULL, visible INTEGER NOT NULL, enabled INTEGER NOT NULL)");
+    Store::Transaction transaction(mStore);
+    for (const Default& item : kDefaults) {
+        const std::string value = item.text != nullptr ? item.text : "";
+        Store::Statement(mStore,
+                         "INSERT OR IGNORE INTO config VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+                .bind(item.name)
+                .bind(int64_t{item.group})
+                .bind(int64_t{item.text != nullptr})
+                .bind(int64_t{item.minimum})
+                .bind(int64_t{item.maximum})
+                .bind(int64_t{item.value})
+                .bind(value)
+                .bind(int64_t{item.value})
+                .bind(value)
+                .bind(int64_t{item.visible})
+                .bind(int64_t{item.enabled})
+                .run();
+    }
+    transaction.commit();
+}
+
+std::optional<ConfigItems::Item> ConfigItems::find(uint32_t selector,
+                                                   const std::string& name) const {
+    if (name == kNames) {
+        if (selector != kAnyGroup && selector != kSystem) return std::nullopt;
+        std::string all;
+        for (const std::string& each : names()) all += (all.empty() ? "" : " ") + each;
+        return Item{kNames, kSystem, true, 0, 0, 0, all, false, false};
+    }
+    Store::Statement row(mStore, (std::string(kColumns) + "WHERE name = ?").c_str());
+    if (!row.bind(name).step()) return std::nullopt;
+    Item item = read(row);
+    if (selector != kAnyGroup && selector != item.group) return std::nullopt;
+    return item;
+}
+
+std::vector<std::string> ConfigItems::names() const {
+    std::vector<std::string> names;
+    Store::Statement row(mStore, "SELECT name FROM config ORDER BY grp, name");
+    while (row.step()) names.push_back(row.text(0));
+    return names;
+}
+
+int32_t ConfigItems::set(uint32_t selector, const std::string& name, int32_t value, bool quiet) {
+    auto item = find(selector, name);
+    if (!item || item->isText) return kNotFound;
+    if (!item->enabled) return kRefused;
+    if (value < item->minimum || value > item->maximum) return kBadValue;
+    if (value == item->value) return kOk;
+    Store::Statement(mStore, "UPDATE config SET value = ? WHERE name = ?")
+            .bind(int64_t{value})
+            .bind(name)
+            .run();
+    item->value = value;
+    changed(*item, quiet);
+    return kOk;
+}
+
+int32_t ConfigItems::setText(const std::string& name, const std::string& value, bool quiet) {
+    auto item = find(kAnyGroup, name);
+    if (!item || !item->isText) return kNotFound;
+    if (!item->enabled) return kRefused;
+    if (value == item->text) return kOk;
+    Store::Statement(mStore, "UPDATE config SET text = ? WHERE name = ?")
+            .bind(value)
+            .bind(name)
+            .run();
+    item->text = value;
+    changed(*item, quiet);
+    return kOk;
+}
+
+int32_t ConfigItems::reset(uint32_t selector) {
+    if (selector > kNetwork) return kNotFound;
+    std::vector<std::string> names;
+    {
+        Store::Transaction transaction(mStore);
+        {
+            Store::Statement row(mStore,
+                                 "SELECT name FROM config WHERE (? = 0 OR grp = ?)"
+                                 " AND (value <> default_value OR text <> default_text)"
+                                 " ORDER BY grp, name");
+            row.bind(int64_t{selector}).bind(int64_t{selector});
+            while (row.step()) names.push_back(row.text(0));
+        }
+        Store::Statement(mStore,
+                         "UPDATE config SET value = default_value, text = default_text"
+                         " WHERE ? = 0 OR grp = ?")
+                .bind(int64_t{selector})
+                .bind(int64_t{selector})
+                .run();
+        transaction.commit();
+    }
+    for (const std::string& name : names) {
+        if (const auto item = find(kAnyGroup, name)) changed(*item, false);
+    }
+    return kOk;
+}
+
+void ConfigItems::addListener(Listener listener) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mListeners.push_back(std::move(listener));
+}
+
+void ConfigItems::changed(const Item& item, bool quiet) const {
+    std::vector<Listener> listeners;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        listeners = mListeners;
+    }
+    for (const Listener& listener : listeners) listener(item, quiet);
+}
+
+int32_t ConfigItems::value(const std::string& name) const {
+    const auto item = find(kAnyGroup, name);
+    return item ? item->value : 0;
+}
+
+std::string ConfigItems::text(const std::string& name) const {
+    const auto item = find(kAnyGroup, name);
+    return item ? item->text : "";
+}
+
+}  // namespace qeltvd

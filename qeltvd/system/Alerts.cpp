@@ -1,0 +1,197 @@
+#define LOG_TAG "qeltvd"
+
+#include "Alerts.h"
+
+#include <algorithm>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+
+Alerts::Alerts(Store& store, Notifier& notifier, const ChannelDatabase& channels,
+               std::function<int32_t(uint32_t)> goTo)
+        : mStore(store),
+          mNotifier(notifier),
+          mChannels(channels),
+          mGoTo(std::move(goTo)),
+          mAlarm([this] { update(); }) {
+    mStore.execute("CREATE TABLE IF NOT EXISTS ews_monitors (area INTEGER PRIMARY KEY)");
+    Store::Statement rows(mStore, "SELECT area FROM ews_monitors ORDER BY area");
+    while (rows.step()) mMonitors.push_back(static_cast<int32_t>(rows.integer(0)));
+}
+
+AlertEntry Alerts::alert() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mAlert;
+}
+
+int32_t Alerts::raise(const AlertEntry& alert) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (alert.type == kAlertNone) {
+        if (mAlert.type == kAlertNone) return kRefused;
+        endAlert(kAlertEnds, true);
+        return kOk;
+    }
+    if (alert.type < kAlertTest || alert.type > kAlertNational || alert.channelChange < 0 ||
+        alert.channelChange > 1 || alert.seconds <= 0 || alert.seconds > kLongest) {
+        return kBadValue;
+    }
+    const auto channel = static_cast<uint32_t>(alert.channel);
+    if (alert.channelChange == 1 && !mChannels.byChannelId(channel)) return kNotFound;
+    if (mAlert.type != kAlertNone) endAlert(kAlertEnds, true);
+    if (alert.channelChange == 1) {
+        const auto before = mChannels.current();
+        const int32_t code = stored([&] { return mGoTo(channel); });
+        if (code != kOk) return code;
+        if (before) mChannelBefore = before->channelId;
+    }
+    mAlert = alert;
+    mAlertEnd = Clock::now() + std::chrono::seconds(alert.seconds);
+    tellAlert(kAlertBegins);
+    schedule();
+    return kOk;
+}
+
+void Alerts::endAlert(int32_t event, bool goBack) {
+    tellAlert(event);
+    mAlert = {};
+    if (goBack && mChannelBefore) {
+        stored([&] { return mGoTo(*mChannelBefore); });
+    }
+    mChannelBefore.reset();
+}
+
+void Alerts::setLaunched(bool launched) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mLaunched = launched;
+}
+
+bool Alerts::launched() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mLaunched;
+}
+
+int32_t Alerts::leave() {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mAlert.type == kAlertNone) return kRefused;
+    endAlert(kAlertLeft, false);
+    return kOk;
+}
+
+int32_t Alerts::addMonitor(int32_t area) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (area <= 0) return kBadValue;
+    if (std::find(mMonitors.begin(), mMonitors.end(), area) != mMonitors.end() ||
+        mMonitors.size() >= kWarningMonitorLimit) {
+        return kRefused;
+    }
+    const int32_t code = stored([&] {
+        Store::Statement(mStore, "INSERT INTO ews_monitors VALUES (?)").bind(int64_t{area}).run();
+        return kOk;
+    });
+    if (code == kOk) mMonitors.push_back(area);
+    return code;
+}
+
+int32_t Alerts::removeMonitor(int32_t area) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const auto found = std::find(mMonitors.begin(), mMonitors.end(), area);
+    if (found == mMonitors.end()) return kNotFound;
+    const int32_t code = stored([&] {
+        Store::Statement(mStore, "DELETE FROM ews_monitors WHERE area = ?")
+                .bind(int64_t{area})
+                .run();
+        return kOk;
+    });
+    if (code == kOk) mMonitors.erase(found);
+    return code;
+}
+
+std::vector<int32_t> Alerts::monitors() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mMonitors;
+}
+
+int32_t Alerts::raiseWarning(const WarningEntry& warning) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (warning.severity < 1 || warning.severity > 3 || warning.area < 0 || warning.seconds <= 0 ||
+        warning.seconds > kLongest) {
+        return kBadValue;
+    }
+    if (mWarnings.size() >= kWarningLimit) return kRefused;
+    Warning added{warning, Clock::now() + std::chrono::seconds(warning.seconds)};
+    added.entry.number = mNextWarning++;
+    mWarnings.push_back(added);
+    tellWarning(kWarningBegins, warning.area);
+    schedule();
+    return added.entry.number;
+}
+
+int32_t Alerts::cancelWarning(int32_t number) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const auto found =
+            std::find_if(mWarnings.begin(), mWarnings.end(),
+                         [&](const Warning& warning) { return warning.entry.number == number; });
+    if (found == mWarnings.end()) return kNotFound;
+    tellWarning(kWarningEnds, found->entry.area);
+    mWarnings.erase(found);
+    return kOk;
+}
+
+std::vector<WarningEntry> Alerts::warnings(int32_t area) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    std::vector<WarningEntry> entries;
+    for (const Warning& warning : mWarnings) {
+        if (area != 0 && warning.entry.area != 0 && warning.entry.area != area) continue;
+        entries.push_back(warning.entry);
+        entries.back().seconds = static_cast<int32_t>(
+                std::chrono::ceil<std::chrono::seconds>(warning.end - Clock::now()).count());
+    }
+    return entries;
+}
+
+void Alerts::tellAlert(int32_t event) {
+    mNotifier.notify(
+            &Notifier::Callback::a_hidl_qeltvapi_eas_callback_fct, event, uint64_t{0},
+            static_cast<uint64_t>(mAlert.type), static_cast<uint64_t>(mAlert.channelChange),
+            uint64_t{static_cast<uint32_t>(mAlert.channel)}, static_cast<uint64_t>(mAlert.area));
+}
+
+/** Everybody is told of a warning; those with monitors only where one of them is concerned. */
+void Alerts::tellWarning(int32_t event, int32_t area) {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_ews_msg_callback, event, uint64_t{0});
+    if (mMonitors.empty()) return;
+    if (area == 0 || std::find(mMonitors.begin(), mMonitors.end(), area) != mMonitors.end()) {
+        mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_ewspa_msg_callback, event,
+                         uint64_t{0});
+    }
+}
+
+void Alerts::schedule() {
+    std::optional<Clock::time_point> next;
+    if (mAlert.type != kAlertNone) next = mAlertEnd;
+    for (const Warning& warning : mWarnings) {
+        next = next ? std::min(*next, warning.end) : warning.end;
+    }
+    if (next) mAlarm.set(*next);
+}
+
+void Alerts::update() {
+    std::lock_guard<std::mutex> guard(mLock);
+    const auto now = Clock::now();
+    if (mAlert.type != kAlertNone && mAlertEnd <= now) endAlert(kAlertEnds, true);
+    for (size_t i = 0; i < mWarnings.size();) {
+        if (mWarnings[i].end > now) {
+            ++i;
+            continue;
+        }
+        tellWarning(kWarningEnds, mWarnings[i].entry.area);
+        mWarnings.erase(mWarnings.begin() + static_cast<ptrdiff_t>(i));
+    }
+    schedule();
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,533 @@
+#define LOG_TAG "qeltvd"
+
+#include "Cam.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <log/log.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+using Callback = Notifier::Callback;
+
+namespace {
+
+constexpr char kName[] = "Qelnova Conditional Access";
+constexpr char16_t kNameUtf16[] = u"Qelnova Conditional Access";
+constexpr char kPowerKey[] = "ci.power";
+constexpr char kCamPinKey[] = "ci.cam_pin";
+constexpr char kHeldPinKey[] = "ci.held_pin";
+constexpr char kLanguageKey[] = "ci.language";
+constexpr char kAgeKey[] = "ci.parental_age";
+constexpr char kHostIdKey[] = "ci.host_id";
+constexpr char kFactoryPin[] = "1234";
+constexpr int kWrongPinLimit = 3;
+constexpr uint16_t kCaSystems[] = {0x0b00, 0x0d96};
+/** Ages of the parental menu, in its order. */
+constexpr int32_t kAges[] = {0, 12, 16, 18};
+/** Channel ids of the CAM's virtual channels: one-part numbers of the terrestrial list. */
+constexpr uint32_t kVirtualChannelIds[Cam::kVirtualChannels] = {0x04000384, 0x04000385};
+
+Cam::Units units(const std::u16string& text) {
+    return std::vector<uint16_t>(text.begin(), text.end());
+}
+
+std::u16string wide(const std::string& ascii) {
+    return std::u16string(ascii.begin(), ascii.end());
+}
+
+bool isPin(const std::string& text) {
+    return text.size() >= 4 && text.size() <= Cam::kPinLimit &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/** Digits of a typed PIN; anything else becomes something that is no PIN. */
+std::string narrow(const std::u16string& text) {
+    std::string digits;
+    for (const char16_t c : text) digits += c < 0x80 ? static_cast<char>(c) : '?';
+    return digits;
+}
+
+template <class T>
+Cam::Bytes bytesOf(const T* values, size_t count) {
+    Cam::Bytes bytes(count * sizeof(T));
+    memcpy(bytes.data(), values, bytes.size());
+    return bytes;
+}
+
+template <class T>
+Cam::Bytes bytesOf(T value) {
+    return bytesOf(&value, 1);
+}
+
+}  // namespace
+
+Cam::Cam(Store& store, Settings& settings, Notifier& notifier, const std::string& device)
+        : mStore(store),
+          mSettings(settings),
+          mNotifier(notifier),
+          mDevice(device),
+          mHostId(settings.bytes(kHostIdKey)),
+          mPowered(settings.number(kPowerKey, 1) != 0) {
+    mStore.execute(
+            "CREATE TABLE IF NOT EXISTS ci_keys (kind INTEGER PRIMARY KEY,"
+            " active INTEGER NOT NULL, data BLOB NOT NULL)");
+    if (mHostId.size() != kCiHostIdSize) {
+        std::random_device random;
+        mHostId.resize(kCiHostIdSize);
+        for (uint8_t& byte : mHostId) byte = static_cast<uint8_t>(random());
+        mSettings.set(kHostIdKey, mHostId);
+    }
+    if (mSettings.text(kCamPinKey).empty()) mSettings.set(kCamPinKey, std::string(kFactoryPin));
+}
+
+int32_t Cam::add(uint32_t first, uint32_t second, int pid, int32_t* registration) {
+    std::lock_guard<std::mutex> guard(mLock);
+    // Of processes that are gone, nothing else takes them back.
+    const auto gone = [](const Registration& r) { return kill(r.pid, 0) != 0 && errno == ESRCH; };
+    mRegistrations.erase(std::remove_if(mRegistrations.begin(), mRegistrations.end(), gone),
+                         mRegistrations.end());
+    if (mRegistrations.size() >= kRegistrationLimit) return kRefused;
+    *registration = mNextRegistration++;
+    mRegistrations.push_back({*registration, first, second, pid});
+    return kOk;
+}
+
+int32_t Cam::remove(int32_t registration) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const auto found = std::find_if(mRegistrations.begin(), mRegistrations.end(),
+                                    [&](const auto& r) { return r.handle == registration; });
+    if (found == mRegistrations.end()) return kNotFound;
+    mRegistrations.erase(found);
+    return kOk;
+}
+
+std::optional<Cam::Bytes> Cam::get(int32_t type) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    switch (type) {
+        case kCiGetSlotState: {
+            const uint32_t state = !mInserted ? kCiEmpty : mPowered ? kCiReady : kCiOff;
+            return bytesOf(state);
+        }
+        case kCiGetCamName:
+            return ready() ? bytesOf(kName, strlen(kName)) : Bytes();
+        case kCiGetCamNameUtf16:
+            return ready() ? bytesOf(kNameUtf16, std::u16string(kNameUtf16).size()) : Bytes();
+        case kCiGetDialogue: {
+            uint32_t kind = kCiMenuDialogue;
+            switch (mScreen) {
+                case Screen::kNone:
+                    kind = kCiNoDialogue;
+                    break;
+                case Screen::kMain:
+                case Screen::kParental:
+                    break;
+                case Screen::kSubscription:
+                case Screen::kInformation:
+                case Screen::kMessage:
+                    kind = kCiListDialogue;
+                    break;
+                default:
+                    kind = kCiEnquiryDialogue;
+            }
+            const uint32_t words[] = {kind, mDialogue};
+            return bytesOf(words, 2);
+        }
+        case kCiGetCaSystems:
+            return ready() ? bytesOf(kCaSystems, std::size(kCaSystems)) : Bytes();
+        case kCiGetSlots:
+            return Bytes{1};
+        case kCiGetLanguage: {
+            Bytes language = mSettings.bytes(kLanguageKey);
+            return language.empty() ? bytesOf("eng", 4) : language;
+        }
+        case kCiGetPower:
+            return Bytes{static_cast<uint8_t>(mPowered)};
+        default:
+            return std::nullopt;
+    }
+}
+
+std::u16string Cam::pin(bool* valid) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    const std::string held = mSettings.text(kHeldPinKey);
+    *valid = ready() && !held.empty() && held == mSettings.text(kCamPinKey);
+    return wide(held);
+}
+
+int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size) {
+    std::lock_guard<std::mutex> guard(mLock);
+    switch (type) {
+        case kCiSetOpenMenu:
+        case kCiSetClose:
+        case kCiSetReset:
+        case kCiSetRemove:
+        case kCiSetInsert:
+            if (value != 0) return kNotFound;
+            break;
+        default:
+            break;
+    }
+    switch (type) {
+        case kCiSetOpenMenu:
+            if (!ready()) return kRefused;
+            show(Screen::kMain);
+            return kOk;
+        case kCiSetClose:
+            if (mScreen == Screen::kNone) return kRefused;
+            closeDialogue();
+            return kOk;
+        case kCiSetMenuAnswer: {
+            uint32_t words[2];
+            if (size != sizeof(words)) return kBadValue;
+            memcpy(words, data, sizeof(words));
+            return answerMenu(words[0], words[1]);
+        }
+        case kCiSetReset:
+            if (!ready()) return kRefused;
+            closeDialogue();
+            mWrongPins = 0;
+            tellSlot(kCiCardReady);
+            return kOk;
+        case kCiSetRemove:
+            if (!mInserted) return kRefused;
+            closeDialogue();
+            mInserted = false;
+            tellSlot(kCiCardRemoved);
+            return kOk;
+        case kCiSetInsert:
+            if (mInserted) return kRefused;
+            mInserted = true;
+            mWrongPins = 0;
+            tellSlot(kCiCardInserted);
+            if (ready()) tellSlot(kCiCardReady);
+            return kOk;
+        case kCiSetPin:
+            return setPin(std::string(data, data + size));
+        case kCiSetLanguage: {
+            if (size != 4) return kBadValue;
+            const Bytes language(data, data + 4);
+            return stored([&] {
+                mSettings.set(kLanguageKey, language);
+                return kOk;
+            });
+        }
+        case kCiSetPower: {
+            if (size != 1 || data[0] > 1) return kBadValue;
+            const bool on = data[0] == 1;
+            if (on == mPowered) return kOk;
+            const int32_t code = stored([&] {
+                mSettings.set(kPowerKey, int64_t{on});
+                return kOk;
+            });
+            if (code != kOk) return code;
+            if (!on) closeDialogue();
+            mPowered = on;
+            if (ready()) tellSlot(kCiCardReady);
+            return kOk;
+        }
+        default:
+            return kBadValue;
+    }
+}
+
+int32_t Cam::setPin(const std::string& digits) {
+    if (!digits.empty() && !isPin(digits)) return kBadValue;
+    const int32_t code = stored([&] {
+        mSettings.set(kHeldPinKey, digits);
+        return kOk;
+    });
+    if (code != kOk || digits.empty() || !ready()) return code;
+    tell(kCiPinReply, {static_cast<uint8_t>(digits == mSettings.text(kCamPinKey))});
+    return kOk;
+}
+
+void Cam::show(Screen screen) {
+    switch (screen) {
+        case Screen::kMain:
+            showMenu(screen, kCiMenu, kNameUtf16, u"Main menu",
+                     {u"Subscription", u"Change PIN", u"Parental rating", u"Module information"});
+            break;
+        case Screen::kSubscription:
+            showMenu(screen, kCiList, u"Subscription", u"Valid until 31.12.2030",
+                     {u"Basic package", u"Films", u"Sports"});
+            break;
+        case Screen::kInformation: {
+            const int64_t age = mSettings.number(kAgeKey, 0);
+            showMenu(screen, kCiList, u"Module information", u"",
+                     {u"Software 2.7.1", u"Serial number 00417-3302",
+                      age == 0 ? u"No parental rating"
+                               : u"Parental rating from " + wide(std::to_string(age))});
+            break;
+        }
+        case Screen::kOldPin:
+            showEnquiry(screen, u"Enter the PIN");
+            break;
+        case Screen::kNewPin:
+            showEnquiry(screen, u"Enter the new PIN");
+            break;
+        case Screen::kNewPinAgain:
+            showEnquiry(screen, u"Enter the new PIN again");
+            break;
+        case Screen::kParental: {
+            std::vector<std::u16string> choices;
+            for (const int32_t age : kAges) {
+                choices.push_back(age == 0 ? u"Off" : u"From " + wide(std::to_string(age)));
+            }
+            showMenu(screen, kCiMenu, u"Parental rating", u"Ask for the PIN", choices);
+            break;
+        }
+        case Screen::kParentalPin:
+            showEnquiry(screen, u"Enter the PIN");
+            break;
+        default:
+            closeDialogue();
+    }
+}
+
+void Cam::showMenu(Screen screen, int32_t cond, const std::u16string& title,
+                   const std::u16string& subTitle, const std::vector<std::u16string>& choices) {
+    mScreen = screen;
+    ++mDialogue;
+    Menu menu{};
+    menu.title = units(title);
+    menu.sub_title = units(subTitle);
+    menu.bottom = units(cond == kCiMenu ? u"Choose, 0 for back" : u"0 for back");
+    std::vector<Units> texts;
+    for (const auto& choice : choices) texts.push_back(units(choice));
+    menu.choices = texts;
+    tellAll([menu, cond](Callback& callback, uint64_t first, uint64_t second) {
+        return callback.a_hidl_qeltvapi_ci_nfy_fct_menu(first, second, cond, menu).isOk();
+    });
+}
+
+void Cam::showEnquiry(Screen screen, const std::u16string& text) {
+    mScreen = screen;
+    ++mDialogue;
+    Enquiry enquiry{};
+    enquiry.b_blind = 1;
+    enquiry.ans_len = 4;
+    enquiry.text = units(text);
+    tellAll([enquiry](Callback& callback, uint64_t first, uint64_t second) {
+        return callback.a_hidl_qeltvapi_ci_nfy_fct_enq(first, second, kCiEnquiry, enquiry).isOk();
+    });
+}
+
+void Cam::showMessage(const std::u16string& text) {
+    showMenu(Screen::kMessage, kCiList, kNameUtf16, text, {});
+}
+
+void Cam::closeDialogue() {
+    if (mScreen == Screen::kNone) return;
+    mScreen = Screen::kNone;
+    mNewPin.clear();
+    tellSlot(kCiClosed);
+}
+
+int32_t Cam::answerMenu(uint32_t dialogue, uint32_t choice) {
+    if (mScreen == Screen::kNone || dialogue != mDialogue) return kRefused;
+    switch (mScreen) {
+        case Screen::kMain: {
+            constexpr Screen kScreens[] = {Screen::kNone, Screen::kSubscription, Screen::kOldPin,
+                                           Screen::kParental, Screen::kInformation};
+            if (choice >= std::size(kScreens)) return kBadValue;
+            show(kScreens[choice]);
+            return kOk;
+        }
+        case Screen::kSubscription:
+        case Screen::kInformation:
+        case Screen::kMessage:
+            if (choice != 0) return kBadValue;
+            show(Screen::kMain);
+            return kOk;
+        case Screen::kParental:
+            if (choice > std::size(kAges)) return kBadValue;
+            if (choice == 0) {
+                show(Screen::kMain);
+            } else {
+                mWantedAge = kAges[choice - 1];
+                show(Screen::kParentalPin);
+            }
+            return kOk;
+        default:
+            // An enquiry wants a text.
+            return kRefused;
+    }
+}
+
+int32_t Cam::answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16string& text) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (dialogue != mDialogue) return kRefused;
+    switch (mScreen) {
+        case Screen::kOldPin:
+        case Screen::kNewPin:
+        case Screen::kNewPinAgain:
+        case Screen::kParentalPin:
+            break;
+        default:
+            return kRefused;
+    }
+    if (kind == kCiCancelled) {
+        mNewPin.clear();
+        show(Screen::kMain);
+        return kOk;
+    }
+    if (kind != kCiAnswered) return kBadValue;
+    return stored([&]() -> int32_t {
+        if (mScreen == Screen::kOldPin || mScreen == Screen::kParentalPin) {
+            if (mWrongPins >= kWrongPinLimit) {
+                showMessage(u"Too many wrong PINs");
+                return kOk;
+            }
+            if (narrow(text) != mSettings.text(kCamPinKey)) {
+                ++mWrongPins;
+                showMessage(u"Wrong PIN");
+                return kOk;
+            }
+            mWrongPins = 0;
+            if (mScreen == Screen::kOldPin) {
+                show(Screen::kNewPin);
+            } else {
+                mSettings.set(kAgeKey, int64_t{mWantedAge});
+                showMessage(u"Parental rating changed");
+            }
+        } else if (mScreen == Screen::kNewPin) {
+            if (!isPin(narrow(text))) {
+                showMessage(u"A PIN has 4 to 8 digits");
+                return kOk;
+            }
+            mNewPin = text;
+            show(Screen::kNewPinAgain);
+        } else if (text != mNewPin) {
+            mNewPin.clear();
+            showMessage(u"The PINs differ");
+        } else {
+            mSettings.set(kCamPinKey, narrow(text));
+            mNewPin.clear();
+            showMessage(u"PIN changed");
+        }
+        return kOk;
+    });
+}
+
+int32_t Cam::virtualChannel(uint32_t index, uint32_t* channel) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (!ready() || index >= kVirtualChannels) return kNotFound;
+    *channel = kVirtualChannelIds[index];
+    return kOk;
+}
+
+int32_t Cam::writeKey(uint32_t kind, const Bytes& data) {
+    if (kind >= kCiKeyKinds || data.size() < kCiKeyMinimum || data.size() > kCiKeyMaximum) {
+        return kBadValue;
+    }
+    std::lock_guard<std::mutex> guard(mLock);
+    const int32_t code = stored([&] {
+        Store::Statement(mStore, "INSERT OR REPLACE INTO ci_keys VALUES (?, 0, ?)")
+                .bind(int64_t{kind})
+                .bind(data)
+                .run();
+        return kOk;
+    });
+    if (code == kOk) tell(kCiKeyChanged, {kCiKeyWritten});
+    return code;
+}
+
+int32_t Cam::readKey(uint32_t kind, const std::string& path) {
+    if (kind >= kCiKeyKinds) return kBadValue;
+    // Without waiting for a writer, should it be a pipe.
+    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return errno == ENOENT || errno == ENOTDIR ? kNotFound : kRefused;
+    struct stat info {};
+    Bytes data;
+    bool whole = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) &&
+                 info.st_size <= int64_t{kCiKeyMaximum};
+    if (whole) {
+        data.resize(static_cast<size_t>(info.st_size));
+        const ssize_t got = read(fd, data.data(), data.size());
+        whole = got >= 0 && static_cast<size_t>(got) == data.size();
+    }
+    close(fd);
+    return whole ? writeKey(kind, data) : kBadValue;
+}
+
+int32_t Cam::readDeviceKey(uint32_t kind) {
+    return readKey(kind, mDevice + "/ci_key_" + std::to_string(kind) + ".bin");
+}
+
+int32_t Cam::activateKeys() {
+    std::lock_guard<std::mutex> guard(mLock);
+    const int32_t code = stored([&]() -> int32_t {
+        Store::Statement(mStore, "UPDATE ci_keys SET active = 1 WHERE active = 0").run();
+        return mStore.changes() > 0 ? kOk : kRefused;
+    });
+    if (code == kOk) tell(kCiKeyChanged, {kCiKeyActive});
+    return code;
+}
+
+int32_t Cam::eraseKeys() {
+    std::lock_guard<std::mutex> guard(mLock);
+    const int32_t code = stored([&] {
+        Store::Statement(mStore, "DELETE FROM ci_keys").run();
+        return kOk;
+    });
+    if (code == kOk) tell(kCiKeyChanged, {kCiKeyNone});
+    return code;
+}
+
+int32_t Cam::keyExists(uint32_t kind, bool* exists) const {
+    if (kind >= kCiKeyKinds) return kBadValue;
+    return stored([&] {
+        Store::Statement row(mStore, "SELECT 1 FROM ci_keys WHERE kind = ?");
+        *exists = row.bind(int64_t{kind}).step();
+        return kOk;
+    });
+}
+
+/** Of each kind its size and whether it is active; nothing of the data itself. */
+int32_t Cam::describeKeys(std::u16string* text) const {
+    return stored([&]() -> int32_t {
+        std::string all;
+        Store::Statement rows(mStore,
+                              "SELECT kind, active, LENGTH(data) FROM ci_keys ORDER BY kind");
+        while (rows.step()) {
+            if (!all.empty()) all += "; ";
+            all += std::to_string(rows.integer(0)) + ": " + std::to_string(rows.integer(2)) +
+                   " bytes, " + (rows.integer(1) != 0 ? "active" : "written");
+        }
+        *text = wide(all);
+        return all.empty() ? kNotFound : kOk;
+    });
+}
+
+void Cam::tellSlot(int32_t cond) {
+    tell(cond, bytesOf(uint32_t{0}));
+}
+
+void Cam::tell(int32_t cond, const Bytes& data) {
+    tellAll([data, cond](Callback& callback, uint64_t first, uint64_t second) {
+        return callback.a_hidl_qeltvapi_ci_nfy_fct(first, second, cond, data).isOk();
+    });
+}
+
+template <class F>
+void Cam::tellAll(const F& call) {
+    for (const Registration& r : mRegistrations) {
+        mNotifier.post([call, first = r.first, second = r.second](
+                               Callback& callback) { return call(callback, first, second); },
+                       r.pid);
+    }
+}
+
+}  // namespace qeltvd

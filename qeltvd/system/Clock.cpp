@@ -1,0 +1,412 @@
+#define LOG_TAG "qeltvd"
+
+#include "Clock.h"
+
+#include <date/ptz.h>
+#include <date/tz.h>
+#include <log/log.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using layouts::Dtg;
+using std::chrono::duration_cast;
+using std::chrono::hours;
+using std::chrono::milliseconds;
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+namespace {
+
+constexpr char kPlaceItem[] = "system.time_zone";
+constexpr char kSourceSetting[] = "time.source";
+constexpr char kDistanceSetting[] = "time.distance_ms";
+constexpr char kManualSetting[] = "time.manual";
+constexpr char kZoneSetting[] = "time.zone";
+constexpr char kOffsetSetting[] = "time.offset";
+
+/** Day 0 of the Modified Julian Date. */
+constexpr date::sys_days kJulianEpoch = date::year{1858} / 11 / 17;
+
+constexpr date::sys_seconds kFirst = date::sys_days(date::year{1} / 1 / 1);
+constexpr date::sys_seconds kLast = date::sys_days(date::year{10000} / 1 / 1) - seconds(1);
+
+/** Milliseconds of the clock of this machine. */
+int64_t machineTime() {
+    return duration_cast<milliseconds>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+const date::time_zone* zoneOf(const std::string& name) {
+    try {
+        return date::locate_zone(name);
+    } catch (const std::exception& e) {
+        ALOGW("no time zone \"%s\": UTC", name.c_str());
+        return date::locate_zone("Etc/UTC");
+    }
+}
+
+/** The tables of a zone end in 2037; from then on the rule that stands behind them holds. */
+constexpr date::year kRuleFrom{2037};
+
+std::optional<Posix::time_zone> ruleOf(const date::time_zone& zone) {
+    std::ifstream file("/usr/share/zoneinfo/" + zone.name(), std::ios::binary);
+    std::string line, rule;
+    while (std::getline(file, line)) rule = line;
+    try {
+        return Posix::time_zone(rule);
+    } catch (const std::exception& e) {
+        ALOGW("no rule for the time zone \"%s\" after its tables", zone.name().c_str());
+        return std::nullopt;
+    }
+}
+
+/** What holds in a place at a time, in UTC (sys_info) or local time (local_info). */
+template <class Time>
+auto infoOf(const std::string& place, Time time) {
+    const date::time_zone& zone = *zoneOf(place);
+    if (time.time_since_epoch() >= date::sys_days(kRuleFrom / 1 / 1).time_since_epoch()) {
+        if (const auto rule = ruleOf(zone)) return rule->get_info(time);
+    }
+    return zone.get_info(time);
+}
+
+std::optional<Dtg> record(date::sys_seconds time, uint16_t flags) {
+    if (time < kFirst || time > kLast) return std::nullopt;
+    const auto day = date::floor<date::days>(time);
+    const date::year_month_day ymd(day);
+    const date::hh_mm_ss<seconds> clock(time - day);
+    Dtg dtg{};
+    dtg.year = static_cast<uint16_t>(int(ymd.year()));
+    dtg.month = static_cast<uint8_t>(unsigned(ymd.month()));
+    dtg.day = static_cast<uint8_t>(unsigned(ymd.day()));
+    dtg.weekday = static_cast<uint8_t>(date::weekday(day).c_encoding());
+    dtg.hour = static_cast<uint8_t>(clock.hours().count());
+    dtg.minute = static_cast<uint8_t>(clock.minutes().count());
+    dtg.second = static_cast<uint8_t>(clock.seconds().count());
+    dtg.flags = flags;
+    return dtg;
+}
+
+bool inRange(int64_t utc) {
+    return utc >= kFirst.time_since_epoch().count() && utc <= kLast.time_since_epoch().count();
+}
+
+}  // namespace
+
+const char* weekdayName(const Dtg& dtg) {
+    constexpr const char* kNames[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+    return kNames[dtg.weekday % 7];
+}
+
+const char* monthName(const Dtg& dtg) {
+    constexpr const char* kNames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    return kNames[(dtg.month + 11) % 12];
+}
+
+Clock::Clock(Store& store, Notifier& notifier, ConfigItems& config)
+        : mSettings(store),
+          mNotifier(notifier),
+          mConfig(config),
+          mSource(static_cast<int32_t>(mSettings.number(kSourceSetting, layouts::kSyncBroadcast))),
+          mDistance(mSettings.number(kDistanceSetting, 0)) {
+    if (mSettings.number(kManualSetting, 0) != 0) {
+        mManual = Manual{mSettings.number(kZoneSetting, 0), mSettings.number(kOffsetSetting, 0)};
+    }
+    config.addListener([this](const ConfigItems::Item& item, bool) {
+        if (item.name == kPlaceItem && !manual()) zoneChanged();
+    });
+}
+
+void Clock::addListener(std::function<void()> listener) {
+    mListeners.push_back(std::move(listener));
+}
+
+int64_t Clock::milliseconds() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return machineTime() + (mSource == layouts::kSyncManual ? mDistance : 0);
+}
+
+std::optional<int64_t> Clock::broadcast() const {
+    if (source() != layouts::kSyncBroadcast) return std::nullopt;
+    return machineTime() / 1000;
+}
+
+int32_t Clock::source() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mSource;
+}
+
+bool Clock::timeEditable() const {
+    return source() == layouts::kSyncManual;
+}
+
+bool Clock::zoneEditable() const {
+    return source() != layouts::kSyncBroadcast;
+}
+
+bool Clock::hasOffsetTable() const {
+    return source() == layouts::kSyncBroadcast &&
+           mConfig.text("channels.region").compare(0, 4, "atsc") != 0;
+}
+
+int32_t Clock::setSource(int32_t source) {
+    if (source < layouts::kSyncManual || source > layouts::kSyncNetwork) return kBadValue;
+    bool jumps = false, zoneJumps = false;
+    const int32_t code = stored([&] {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (source == mSource) return kOk;
+        mSettings.set(kSourceSetting, int64_t{source});
+        jumps = mDistance != 0 &&
+                (source == layouts::kSyncManual || mSource == layouts::kSyncManual);
+        zoneJumps = mManual && source == layouts::kSyncBroadcast;
+        mSource = source;
+        return kOk;
+    });
+    if (code != kOk) return code;
+    if (zoneJumps) {
+        std::lock_guard<std::mutex> guard(mLock);
+        mManual.reset();
+        (void)stored([&] {
+            mSettings.set(kManualSetting, int64_t{0});
+            return kOk;
+        });
+    }
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_sync_source_callback_fct,
+                     int32_t{layouts::kSyncSourceChanged}, uint64_t{0},
+                     static_cast<uint64_t>(source));
+    if (jumps) jumped();
+    if (zoneJumps) zoneChanged();
+    return kOk;
+}
+
+int32_t Clock::set(int64_t utc) {
+    if (!inRange(utc)) return kBadValue;
+    const int32_t code = stored([&] {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (mSource != layouts::kSyncManual) return kRefused;
+        const int64_t distance = utc * 1000 - machineTime();
+        mSettings.set(kDistanceSetting, distance);
+        mDistance = distance;
+        return kOk;
+    });
+    if (code == kOk) jumped();
+    return code;
+}
+
+int32_t Clock::setLocal(const std::string& date, const std::string& time) {
+    std::istringstream text(date + "T" + (time.size() == 5 ? time + ":00" : time));
+    date::local_seconds local;
+    text >> date::parse("%FT%T", local);
+    if (text.fail() || text.peek() != std::istringstream::traits_type::eof()) return kBadValue;
+    const auto fields = record(date::sys_seconds(local.time_since_epoch()), 0);
+    if (!fields) return kBadValue;
+    const auto utc = localToUtc(*fields);
+    return utc ? set(*utc) : kBadValue;
+}
+
+std::optional<Clock::Manual> Clock::manual() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mManual;
+}
+
+std::string Clock::place() const {
+    return mConfig.text(kPlaceItem);
+}
+
+int64_t Clock::zone() const {
+    if (const auto set = manual()) return set->zone;
+    const auto info = infoOf(place(), date::sys_seconds(seconds(now())));
+    return (info.offset - info.save).count();
+}
+
+int64_t Clock::offset() const {
+    if (const auto set = manual()) return set->offset;
+    const auto info = infoOf(place(), date::sys_seconds(seconds(now())));
+    return seconds(info.save).count();
+}
+
+int32_t Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> newOffset) {
+    const Manual wanted{newZone.value_or(zone()), newOffset.value_or(offset())};
+    if (std::abs(wanted.zone) > layouts::kZoneMaximum ||
+        std::abs(wanted.offset) > layouts::kZoneMaximum) {
+        return kBadValue;
+    }
+    const int32_t code = stored([&] {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (mSource == layouts::kSyncBroadcast) return kRefused;
+        mSettings.set(kZoneSetting, wanted.zone);
+        mSettings.set(kOffsetSetting, wanted.offset);
+        // Last: until here what was set before holds, should one of them fail.
+        mSettings.set(kManualSetting, int64_t{1});
+        mManual = wanted;
+        return kOk;
+    });
+    if (code == kOk) zoneChanged();
+    return code;
+}
+
+int32_t Clock::setZone(int64_t zone) {
+    return setManual(zone, std::nullopt);
+}
+
+int32_t Clock::setOffset(int64_t offset) {
+    return setManual(std::nullopt, offset);
+}
+
+std::optional<int64_t> Clock::nextChange() const {
+    if (manual()) return std::nullopt;
+    const auto info = infoOf(place(), date::sys_seconds(seconds(now())));
+    if (info.end > kLast) return std::nullopt;
+    return info.end.time_since_epoch().count();
+}
+
+void Clock::jumped() const {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct,
+                     int32_t{layouts::kTimeChanged}, uint64_t{0}, static_cast<uint64_t>(now()));
+    for (const auto& listener : mListeners) listener();
+}
+
+void Clock::zoneChanged() const {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct,
+                     int32_t{layouts::kZoneChanged}, uint64_t{0},
+                     static_cast<uint64_t>(zone() + offset()));
+}
+
+std::optional<Dtg> Clock::utcRecord(int64_t utc) const {
+    if (!inRange(utc)) return std::nullopt;
+    return record(date::sys_seconds(seconds(utc)), layouts::kDtgUtc);
+}
+
+std::optional<Dtg> Clock::localRecord(int64_t utc) const {
+    if (!inRange(utc)) return std::nullopt;
+    const date::sys_seconds time{seconds(utc)};
+    if (const auto set = manual()) {
+        return record(time + seconds(set->zone + set->offset),
+                      set->offset != 0 ? layouts::kDtgDaylight : 0);
+    }
+    const auto info = infoOf(place(), time);
+    return record(time + info.offset, info.save != minutes(0) ? layouts::kDtgDaylight : 0);
+}
+
+std::optional<int64_t> Clock::plainSeconds(const Dtg& dtg) {
+    const date::year_month_day ymd = date::year{dtg.year} / dtg.month / dtg.day;
+    if (dtg.year < 1 || dtg.year > 9999 || !ymd.ok() || dtg.hour > 23 || dtg.minute > 59 ||
+        dtg.second > 59) {
+        return std::nullopt;
+    }
+    const date::sys_seconds time =
+            date::sys_days(ymd) + hours(dtg.hour) + minutes(dtg.minute) + seconds(dtg.second);
+    return time.time_since_epoch().count();
+}
+
+std::optional<int64_t> Clock::utcSeconds(const Dtg& dtg) const {
+    return (dtg.flags & layouts::kDtgUtc) != 0 ? plainSeconds(dtg) : localToUtc(dtg);
+}
+
+std::optional<int64_t> Clock::localToUtc(const Dtg& dtg) const {
+    const auto plain = plainSeconds(dtg);
+    if (!plain) return std::nullopt;
+    if (const auto set = manual()) return *plain - set->zone - set->offset;
+    const auto info = infoOf(place(), date::local_seconds(seconds(*plain)));
+    // An hour that there is twice: the flag tells. One that there is not: as before the change.
+    const bool second =
+            info.result == date::local_info::ambiguous &&
+            (info.second.save != minutes(0)) == ((dtg.flags & layouts::kDtgDaylight) != 0);
+    return *plain - (second ? info.second : info.first).offset.count();
+}
+
+std::optional<Dtg> Clock::normalised(const Dtg& dtg) {
+    if (dtg.year < 1 || dtg.year > 9999 || dtg.month == 0) return std::nullopt;
+    const date::year_month first = date::year{dtg.year} / 1 + date::months(dtg.month - 1);
+    const date::sys_seconds time = date::sys_days(first / 1) + date::days(dtg.day - 1) +
+                                   hours(dtg.hour) + minutes(dtg.minute) + seconds(dtg.second);
+    return record(time, dtg.flags);
+}
+
+std::optional<uint32_t> Clock::modifiedJulian(const Dtg& dtg) {
+    const auto plain = plainSeconds(dtg);
+    if (!plain) return std::nullopt;
+    const auto day = date::floor<date::days>(date::sys_seconds(seconds(*plain)));
+    if (day < kJulianEpoch) return std::nullopt;
+    return static_cast<uint32_t>((day - kJulianEpoch).count());
+}
+
+std::optional<Dtg> Clock::fromModifiedJulian(uint32_t day) {
+    // Far beyond year 9999, and small enough to count with.
+    if (day > 4000000) return std::nullopt;
+    return record(kJulianEpoch + date::days(day), layouts::kDtgUtc);
+}
+
+SleepTimer::SleepTimer(Notifier& notifier) : mNotifier(notifier), mAlarm([this] { ring(); }) {}
+
+void SleepTimer::addListener(std::function<void()> listener) {
+    mListeners.push_back(std::move(listener));
+}
+
+int32_t SleepTimer::set(int32_t value) {
+    if (value < 0 || value > layouts::kSleepMaximum) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    if (value == 0) {
+        if (mValue != 0) tell(layouts::kSleepCancelled, 0);
+        mValue = 0;
+        mAlarm.clear();
+        return kOk;
+    }
+    mValue = value;
+    mDue = Alarm::Clock::now() + seconds(value);
+    mWarned = value <= layouts::kSleepWarningTime;
+    mAlarm.set(mWarned ? mDue : mDue - seconds(layouts::kSleepWarningTime));
+    tell(layouts::kSleepSet, value);
+    return kOk;
+}
+
+int32_t SleepTimer::value() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mValue;
+}
+
+int32_t SleepTimer::elapsed() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mValue == 0) return 0;
+    const auto left = date::ceil<seconds>(mDue - Alarm::Clock::now()).count();
+    return mValue - static_cast<int32_t>(std::max<int64_t>(left, 0));
+}
+
+int32_t SleepTimer::remaining() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mValue == 0) return 0;
+    const auto left = date::ceil<seconds>(mDue - Alarm::Clock::now()).count();
+    return static_cast<int32_t>(std::max<int64_t>(left, 0));
+}
+
+void SleepTimer::ring() {
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        // It may have been set anew while this began.
+        const auto now = Alarm::Clock::now();
+        if (mValue == 0 || (mWarned && now < mDue)) return;
+        if (!mWarned) {
+            if (now < mDue - seconds(layouts::kSleepWarningTime)) return;
+            mWarned = true;
+            mAlarm.set(mDue);
+            tell(layouts::kSleepWarning, layouts::kSleepWarningTime);
+            return;
+        }
+        mValue = 0;
+        tell(layouts::kSleepExpired, 0);
+    }
+    for (const auto& listener : mListeners) listener();
+}
+
+void SleepTimer::tell(int32_t type, int32_t value) const {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_sleep_timer_callback_fct, type,
+                     uint64_t{0}, static_cast<uint64_t>(value));
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,505 @@
+#define LOG_TAG "qeltvd"
+
+#include "Upgrade.h"
+
+#include <log/log.h>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+using std::chrono::milliseconds;
+
+namespace {
+
+constexpr milliseconds kCheckTime(60), kStepTime(25), kRebootTime(150);
+constexpr int32_t kStep = 5;
+
+struct Package {
+    const char* kind;
+    uint32_t sizeKib;
+    const char* factory;
+    const char* version;
+    const char* date;
+    const char* name;
+    const char* checksum;
+    bool mandatory;
+};
+
+/** What the server of the maker has. */
+constexpr Package kPackages[kUpgradeItems] = {
+        {"MAIN", 196608, "1.0.0", "1.1.0", "2026-09-01", "Television firmware",
+         "5f3c1a90b7e24d68a1c0935e7f2bd846", false},
+        {"BOOT", 1024, "2.3", "2.3", "2025-02-14", "Boot loader",
+         "0d9a6b3e81f74c52be60a7d4193c85f2", true},
+};
+
+/** What the broadcast carries. */
+constexpr char kOadVersion[] = "1.2.0";
+constexpr uint32_t kOadSizeKib = 204800;
+constexpr char kOadDescription[] = "Faster programme guide, better reception on UHF";
+/** Local time. */
+constexpr uint8_t kOadHour = 3;
+
+std::string setting(uint32_t item, const char* what) {
+    return "upgrade." + std::to_string(item) + "." + what;
+}
+
+/** Compares the numbers between the points. */
+bool isNewer(const std::string& version, const std::string& than) {
+    size_t a = 0, b = 0;
+    while (a < version.size() || b < than.size()) {
+        unsigned long left = 0, right = 0;
+        for (; a < version.size() && version[a] != '.'; ++a) {
+            left = left * 10 + static_cast<unsigned long>(version[a] - '0');
+        }
+        for (; b < than.size() && than[b] != '.'; ++b) {
+            right = right * 10 + static_cast<unsigned long>(than[b] - '0');
+        }
+        if (left != right) return left > right;
+        ++a;
+        ++b;
+    }
+    return false;
+}
+
+bool runs(UpgradeState state) {
+    return state == kUpgradeChecking || state == kUpgradeDownloading ||
+           state == kUpgradeInstalling || state == kUpgradeRebooting;
+}
+
+}  // namespace
+
+Upgrade::Upgrade(Store& store, Notifier& notifier)
+        : mSettings(store), mNotifier(notifier), mAlarm([this] { step(); }) {}
+
+Upgrade::Kept Upgrade::kept(uint32_t item) const {
+    return static_cast<Kept>(mSettings.number(setting(item, "kept"), kNothing));
+}
+
+void Upgrade::keep(uint32_t item, Kept kept) {
+    mSettings.set(setting(item, "kept"), int64_t{kept});
+}
+
+std::string Upgrade::installed(uint32_t item) const {
+    if (item >= kUpgradeItems) return "";
+    const std::string version = mSettings.text(setting(item, "version"));
+    return version.empty() ? kPackages[item].factory : version;
+}
+
+bool Upgrade::newer(uint32_t item) const {
+    return isNewer(kPackages[item].version, installed(item));
+}
+
+int32_t Upgrade::item(uint32_t item, Item* found) const {
+    if (item >= kUpgradeItems) return kNotFound;
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    const Package& package = kPackages[item];
+    UpgradeState state = mLast[item];
+    if (item == mItem && runs(mState)) {
+        state = mState;
+    } else if (kept(item) == kDownloaded) {
+        state = kUpgradeDownloaded;
+    } else if (kept(item) == kInstalled) {
+        state = kUpgradeInstalled;
+    }
+    *found = {package.kind,     "EU",         package.sizeKib,
+              package.version,  package.date, package.name,
+              package.checksum, state,        package.mandatory};
+    return kOk;
+}
+
+int32_t Upgrade::result(uint32_t item) const {
+    if (item >= kUpgradeItems) return kNotFound;
+    return static_cast<int32_t>(mSettings.number(setting(item, "result"), kResultNone));
+}
+
+int32_t Upgrade::begin(uint32_t item, UpgradeState state) {
+    if (runs(mState)) return kRefused;
+    mItem = item;
+    mThrough = mReboot = false;
+    enter(state);
+    return kOk;
+}
+
+int32_t Upgrade::check(uint32_t item) {
+    if (item >= kUpgradeItems) return kNotFound;
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    return begin(item, kUpgradeChecking);
+}
+
+int32_t Upgrade::download(uint32_t item, const std::string& source, const std::string& target) {
+    if (item >= kUpgradeItems) return kNotFound;
+    if (source.find("://") == std::string::npos || target.empty()) return kBadValue;
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (!newer(item)) return kRefused;
+    return begin(item, kUpgradeDownloading);
+}
+
+int32_t Upgrade::cancel(uint32_t item) {
+    if (item >= kUpgradeItems) return kNotFound;
+    return stored([&] {
+        std::lock_guard<std::recursive_mutex> guard(mLock);
+        if (mItem != item || mState != kUpgradeDownloading) return int32_t{kRefused};
+        mSettings.set(setting(item, "result"), int64_t{kResultCancelled});
+        mAlarm.clear();
+        finish(kUpgradeCancelled, mPercent);
+        return int32_t{kOk};
+    });
+}
+
+int32_t Upgrade::trigger(uint32_t item) {
+    if (item >= kUpgradeItems) return kNotFound;
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    return kept(item) == kDownloaded ? begin(item, kUpgradeInstalling) : int32_t{kRefused};
+}
+
+int32_t Upgrade::reboot(uint32_t item) {
+    if (item >= kUpgradeItems) return kNotFound;
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    return kept(item) == kInstalled ? begin(item, kUpgradeRebooting) : int32_t{kRefused};
+}
+
+int32_t Upgrade::start(uint32_t item, bool reboot) {
+    if (item >= kUpgradeItems) return kNotFound;
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    const int32_t code = begin(item, kUpgradeChecking);
+    if (code != kOk) return code;
+    mThrough = true;
+    mReboot = reboot;
+    return kOk;
+}
+
+int32_t Upgrade::set(uint32_t a, uint32_t first, uint32_t b, uint32_t second) {
+    for (const auto& [number, value] : {std::pair(a, first), std::pair(b, second)}) {
+        if (number < kSettingAutoCheck || number > kSettingBranch) return kNotFound;
+        if (value > 1) return kBadValue;
+    }
+    return stored([&] {
+        std::lock_guard<std::recursive_mutex> guard(mLock);
+        // Both in one value: neither without the other.
+        int64_t all = mSettings.number("upgrade.settings", 0);
+        for (const auto& [number, value] : {std::pair(a, first), std::pair(b, second)}) {
+            all = (all & ~(int64_t{1} << number)) | int64_t{value} << number;
+        }
+        mSettings.set("upgrade.settings", all);
+        return int32_t{kOk};
+    });
+}
+
+void Upgrade::installedElsewhere(uint32_t item, const std::string& version) {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    mSettings.set(setting(item, "version"), version);
+    if (!newer(item)) keep(item, kNothing);
+}
+
+void Upgrade::enter(UpgradeState state) {
+    mState = state;
+    mPercent = 0;
+    tell(state, 0);
+    mAlarm.in(state == kUpgradeChecking    ? kCheckTime
+              : state == kUpgradeRebooting ? kRebootTime
+                                           : kStepTime);
+}
+
+void Upgrade::finish(UpgradeState state, int32_t value) {
+    mState = state;
+    mLast[mItem] = state;
+    tell(state, value);
+}
+
+void Upgrade::step() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (!runs(mState)) return;
+    try {
+        advance();
+    } catch (const StoreError& e) {
+        ALOGE("%s", e.what());
+        finish(kUpgradeFailed, kStorage);
+    }
+}
+
+/** One step further; a step that cannot be stored ends it. */
+void Upgrade::advance() {
+    switch (mState) {
+        case kUpgradeChecking:
+            if (!newer(mItem)) {
+                finish(kUpgradeUpToDate, 0);
+                return;
+            }
+            finish(kUpgradeAvailable, 0);
+            if (mThrough) enter(kUpgradeDownloading);
+            return;
+        case kUpgradeDownloading:
+        case kUpgradeInstalling: {
+            mPercent += kStep;
+            if (mPercent < 100) {
+                tell(mState, mPercent);
+                mAlarm.in(kStepTime);
+                return;
+            }
+            const bool downloading = mState == kUpgradeDownloading;
+            keep(mItem, downloading ? kDownloaded : kInstalled);
+            finish(downloading ? kUpgradeDownloaded : kUpgradeInstalled, 100);
+            if (mThrough && downloading) {
+                enter(kUpgradeInstalling);
+            } else if (mReboot && !downloading) {
+                enter(kUpgradeRebooting);
+            }
+            return;
+        }
+        case kUpgradeRebooting:
+            mSettings.set(setting(mItem, "result"), int64_t{kResultSuccess});
+            mSettings.set(setting(mItem, "version"), std::string(kPackages[mItem].version));
+            keep(mItem, kNothing);
+            finish(kUpgradeDone, 100);
+            return;
+        default:
+            return;
+    }
+}
+
+void Upgrade::tell(int32_t type, int32_t value) const {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_upgrade_callback_fct, type,
+                     static_cast<int32_t>(mItem), value, uint64_t{0});
+}
+
+OverAirDownload::OverAirDownload(Store& store, Notifier& notifier, const Clock& clock,
+                                 const ChannelDatabase& channels, Upgrade& upgrade,
+                                 std::function<int32_t(uint32_t)> goTo)
+        : mSettings(store),
+          mNotifier(notifier),
+          mClock(clock),
+          mChannels(channels),
+          mGoTo(std::move(goTo)),
+          mUpgrade(upgrade),
+          mState(static_cast<OadState>(mSettings.number("oad.kept", kOadIdle))),
+          mAlarm([this] { step(); }) {}
+
+int64_t OverAirDownload::nextTime() const {
+    const int64_t now = mClock.now();
+    constexpr int64_t kDay = 86400;
+    for (const int64_t when : {now, now + kDay, now + 2 * kDay}) {
+        auto local = mClock.localRecord(when);
+        if (!local) break;
+        local->hour = kOadHour;
+        local->minute = local->second = 0;
+        const auto time = mClock.localToUtc(*local);
+        if (time && *time > now) return *time;
+    }
+    return now + kDay;
+}
+
+std::optional<uint32_t> OverAirDownload::carrier() const {
+    for (const uint16_t list : mChannels.lists()) {
+        if (const auto first = mChannels.byIndex(list, ChannelQuery::zapping(), 0)) {
+            return first->channelId;
+        }
+    }
+    return std::nullopt;
+}
+
+bool OverAirDownload::automatic() const {
+    return mSettings.number("oad.automatic", 0) != 0;
+}
+
+bool OverAirDownload::isNew() const {
+    const std::string last = mSettings.text("oad.version");
+    return last != kOadVersion && isNewer(kOadVersion, mUpgrade.installed(kItemFirmware));
+}
+
+/** Local date and time, channel, version. */
+std::string OverAirDownload::schedule() const {
+    const auto channel = carrier();
+    const auto local = mClock.localRecord(nextTime());
+    if (!channel || !local) return "";
+    char text[64];
+    snprintf(text, sizeof(text), "%04u-%02u-%02u %02u:%02u, channel %u, version %s", local->year,
+             local->month, local->day, local->hour, local->minute, *channel, kOadVersion);
+    return text;
+}
+
+int32_t OverAirDownload::text(uint32_t which, std::string* text) const {
+    switch (which) {
+        case kOadTextVersion:
+            *text = kOadVersion;
+            return kOk;
+        case kOadTextSize:
+            *text = std::to_string(kOadSizeKib);
+            return kOk;
+        case kOadTextDescription:
+            *text = kOadDescription;
+            return kOk;
+        case kOadTextPackage:
+            *text = mSettings.text("oad.package");
+            return kOk;
+        default:
+            return kNotFound;
+    }
+}
+
+void OverAirDownload::enter(OadState state, milliseconds next) {
+    mState = state;
+    mPercent = 0;
+    tell(state);
+    mAlarm.in(next);
+}
+
+void OverAirDownload::rest(OadState state) {
+    mAlarm.clear();
+    mState = state;
+    tell(state);
+}
+
+int32_t OverAirDownload::jump() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadIdle && mState != kOadFound && mState != kOadScheduled) return kRefused;
+    const auto channel = carrier();
+    if (!channel) return kNotFound;
+    const int32_t code = stored([&] { return mGoTo(*channel); });
+    if (code == kOk) enter(kOadDetecting, kCheckTime * 2);
+    return code;
+}
+
+int32_t OverAirDownload::stopDetection() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadDetecting) return kRefused;
+    rest(kOadStopped);
+    mState = kOadIdle;
+    return kOk;
+}
+
+int32_t OverAirDownload::start() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadFound && mState != kOadScheduled) return kRefused;
+    enter(kOadDownloading, kStepTime);
+    return kOk;
+}
+
+int32_t OverAirDownload::stop() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadDownloading) return kRefused;
+    rest(kOadStopped);
+    mState = kOadFound;
+    return kOk;
+}
+
+int32_t OverAirDownload::flash() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadDownloaded) return kRefused;
+    enter(kOadFlashing, kStepTime);
+    return kOk;
+}
+
+int32_t OverAirDownload::restart() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadFlashed) return kRefused;
+    enter(kOadRestarting, kRebootTime);
+    return kOk;
+}
+
+int32_t OverAirDownload::remind() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadFound && mState != kOadDownloaded && mState != kOadFlashed) return kRefused;
+    mReminds = true;
+    mAlarm.in(std::chrono::seconds(kOadReminderSeconds));
+    return kOk;
+}
+
+int32_t OverAirDownload::acceptSchedule() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mState != kOadIdle && mState != kOadFound) return kRefused;
+    if (!isNew()) return kNotFound;
+    const int64_t wait = nextTime() - mClock.now();
+    enter(kOadScheduled, std::chrono::seconds(wait));
+    return kOk;
+}
+
+int32_t OverAirDownload::setAutomatic(bool on) {
+    return stored([&] {
+        mSettings.set("oad.automatic", int64_t{on});
+        return int32_t{kOk};
+    });
+}
+
+int32_t OverAirDownload::setPackage(const std::string& path) {
+    if (path.empty() || path[0] != '/' || path.size() > 4096 ||
+        path.find('\0') != std::string::npos) {
+        return kBadValue;
+    }
+    return stored([&] {
+        mSettings.set("oad.package", path);
+        return int32_t{kOk};
+    });
+}
+
+int32_t OverAirDownload::clearVersion() {
+    return stored([&] {
+        mSettings.remove("oad.version");
+        return int32_t{kOk};
+    });
+}
+
+int32_t OverAirDownload::powerOnStatus() const {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    if (mUpdated) return kPowerOnUpdated;
+    return mState == kOadDownloaded || mState == kOadFlashed ? kPowerOnPending : kPowerOnNormal;
+}
+
+void OverAirDownload::step() {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
+    try {
+        switch (mState) {
+            case kOadDetecting:
+                if (!isNew()) {
+                    rest(kOadNothingNew);
+                    mState = kOadIdle;
+                    return;
+                }
+                rest(kOadFound);
+                if (automatic()) enter(kOadDownloading, kStepTime);
+                return;
+            case kOadScheduled:
+                enter(kOadDownloading, kStepTime);
+                return;
+            case kOadDownloading:
+            case kOadFlashing: {
+                mPercent += kStep;
+                if (mPercent < 100) {
+                    tell(mState);
+                    mAlarm.in(kStepTime);
+                    return;
+                }
+                const auto next = mState == kOadDownloading ? kOadDownloaded : kOadFlashed;
+                mSettings.set("oad.kept", int64_t{next});
+                rest(next);
+                return;
+            }
+            case kOadRestarting:
+                mUpgrade.installedElsewhere(kItemFirmware, kOadVersion);
+                mSettings.set("oad.version", std::string(kOadVersion));
+                mSettings.set("oad.kept", int64_t{kOadIdle});
+                mUpdated = true;
+                rest(kOadIdle);
+                return;
+            default:
+                if (mReminds) tell(kOadReminder);
+                mReminds = false;
+                return;
+        }
+    } catch (const StoreError& e) {
+        ALOGE("%s", e.what());
+        rest(kOadStopped);
+        mState = kOadIdle;
+    }
+}
+
+void OverAirDownload::tell(int32_t type) const {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_oad_callback_fct, type, uint64_t{0},
+                     android::hardware::hidl_string(kOadVersion), mPercent, automatic(),
+                     int32_t{mState});
+}
+
+}  // namespace qeltvd

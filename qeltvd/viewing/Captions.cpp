@@ -1,0 +1,116 @@
+#include "Captions.h"
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+
+namespace {
+
+constexpr const char* kKeys[] = {"captions.analogue", "captions.atsc", "captions.isdb"};
+/** CC1 to CC4 and T1 to T4; six services; two languages. */
+constexpr int32_t kStreams[] = {8, 6, 2};
+constexpr uint32_t kStyles = 8;
+
+constexpr int32_t language(char a, char b, char c) {
+    return a << 16 | b << 8 | c;
+}
+
+constexpr SubtitleEntry kSubtitles[] = {
+        {1, language('e', 'n', 'g'), kSubtitleDvb},
+        {2, language('d', 'e', 'u'), kSubtitleDvb},
+        {3, language('e', 'n', 'g'), kSubtitleHearing},
+        {4, language('d', 'e', 'u'), kSubtitleTeletext},
+};
+
+}  // namespace
+
+Captions::Captions(Settings& settings, Notifier& notifier)
+        : mSettings(settings), mNotifier(notifier) {
+    for (size_t i = 0; i < kStandards; ++i) {
+        // Stream in the higher bits, then visible and enabled.
+        const int64_t value = settings.number(kKeys[i], 1 << 2 | 2);
+        mStates[i] = {(value & 1) != 0, (value & 2) != 0, static_cast<int32_t>(value >> 2)};
+    }
+}
+
+int32_t Captions::change(Standard standard, State state) {
+    const int32_t code = stored([&] {
+        mSettings.set(kKeys[standard],
+                      int64_t{state.stream} << 2 | int64_t{state.visible} << 1 | state.enabled);
+        return kOk;
+    });
+    if (code == kOk) mStates[standard] = state;
+    return code;
+}
+
+int32_t Captions::enable(Standard standard, bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    State state = mStates[standard];
+    state.enabled = on;
+    return change(standard, state);
+}
+
+int32_t Captions::setVisible(Standard standard, bool on) {
+    std::lock_guard<std::mutex> guard(mLock);
+    State state = mStates[standard];
+    state.visible = on;
+    return change(standard, state);
+}
+
+int32_t Captions::next(Standard standard) {
+    std::lock_guard<std::mutex> guard(mLock);
+    State state = mStates[standard];
+    if (!state.enabled) return kRefused;
+    state.stream = state.stream % kStreams[standard] + 1;
+    const int32_t code = change(standard, state);
+    return code == kOk ? state.stream : code;
+}
+
+int32_t Captions::shown(Standard standard) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    const State& state = mStates[standard];
+    return state.enabled && state.visible ? state.stream : 0;
+}
+
+int32_t Captions::setDemo(uint32_t on, uint32_t style) {
+    if (on > 1 || style >= kStyles) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    mDemo = on == 1 ? static_cast<int32_t>(style) : -1;
+    return kOk;
+}
+
+std::vector<int32_t> Captions::subtitles() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    std::vector<int32_t> words{static_cast<int32_t>(std::size(kSubtitles)),
+                               static_cast<int32_t>(mSubtitle)};
+    for (const SubtitleEntry& entry : kSubtitles) {
+        words.insert(words.end(), {entry.number, entry.language, entry.kind});
+    }
+    return words;
+}
+
+int32_t Captions::playSubtitle(uint32_t number) {
+    std::lock_guard<std::mutex> guard(mLock);
+    if (number > std::size(kSubtitles)) return kNotFound;
+    if (number == mSubtitle) return kOk;
+    mSubtitle = number;
+    const SubtitleEntry entry = number != 0 ? kSubtitles[number - 1] : SubtitleEntry{};
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_subtitle_callback, kSubtitleChanged,
+                     uint64_t{0}, uint64_t{number}, static_cast<uint64_t>(entry.language),
+                     static_cast<uint64_t>(entry.kind), uint64_t{0});
+    return kOk;
+}
+
+int32_t Captions::nextSubtitle() {
+    uint32_t number;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        number = mSubtitle == std::size(kSubtitles) ? 0 : mSubtitle + 1;
+    }
+    return playSubtitle(number);
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,181 @@
+#include "Picture.h"
+
+#include <algorithm>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+
+namespace {
+
+constexpr int32_t kFirstOverscan = 25;
+
+struct Range {
+    int32_t id, maximum, first;
+};
+constexpr Range kValues[] = {{kVideoGameMode, 1, 0}, {kVideoFilmMode, 1, 1}, {kVideoMotion, 3, 2}};
+
+std::string valueKey(int32_t id) {
+    return "picture.value." + std::to_string(id);
+}
+
+std::string overscanKey(size_t side) {
+    return "picture.overscan." + std::to_string(side);
+}
+
+std::string screenKey(bool input) {
+    return input ? "picture.screen.input" : "picture.screen.tuner";
+}
+
+int32_t indexOf(int32_t id) {
+    for (size_t i = 0; i < std::size(kValues); ++i) {
+        if (kValues[i].id == id) return static_cast<int32_t>(i);
+    }
+    return -1;
+}
+
+}  // namespace
+
+Picture::Picture(Store& store, Notifier& notifier)
+        : mStore(store), mSettings(store), mNotifier(notifier) {
+    mPictureMode = static_cast<uint16_t>(mSettings.number("picture.mode", pictureModes().front()));
+    for (const bool input : {false, true}) {
+        mScreenModes[input] = static_cast<uint16_t>(
+                mSettings.number(screenKey(input), screenModes(input).front()));
+    }
+    for (size_t side = 0; side < mOverscan.size(); ++side) {
+        mOverscan[side] = static_cast<int32_t>(mSettings.number(overscanKey(side), kFirstOverscan));
+    }
+    for (const Range& range : kValues) {
+        mValues.push_back(static_cast<int32_t>(mSettings.number(valueKey(range.id), range.first)));
+    }
+    mUserData = mSettings.bytes("picture.user_data");
+}
+
+void Picture::tell(VideoEvent event, const std::vector<uint64_t>& values) {
+    std::array<uint64_t, 6> all{};
+    std::copy_n(values.begin(), std::min(values.size(), all.size()), all.begin());
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct,
+                     static_cast<int32_t>(event), uint64_t{0}, all[0], all[1], all[2], all[3],
+                     all[4], all[5]);
+}
+
+/** Standard, vivid, film, sport, game, photo, user. */
+const std::vector<uint16_t>& Picture::pictureModes() {
+    static const std::vector<uint16_t> all{1, 2, 3, 4, 5, 6, 7};
+    return all;
+}
+
+uint16_t Picture::pictureMode() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mPictureMode;
+}
+
+int32_t Picture::setPictureMode(int32_t mode) {
+    const auto& modes = pictureModes();
+    if (std::find(modes.begin(), modes.end(), mode) == modes.end()) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mPictureMode == mode) return kOk;
+    return stored([&] {
+        mSettings.set("picture.mode", mode);
+        mPictureMode = static_cast<uint16_t>(mode);
+        tell(kVideoPictureMode, {mPictureMode});
+        return kOk;
+    });
+}
+
+/** Automatic, 16:9, 4:3, zoom 14:9, zoom 16:9, wide; on inputs pixel by pixel as well. */
+std::vector<uint16_t> Picture::screenModes(bool input) {
+    std::vector<uint16_t> modes{1, 2, 3, 4, 5, 6};
+    if (input) modes.push_back(kPixelByPixel);
+    return modes;
+}
+
+uint16_t Picture::screenMode(bool input) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mScreenModes[input];
+}
+
+int32_t Picture::setScreenMode(bool input, int32_t mode) {
+    const auto modes = screenModes(input);
+    if (std::find(modes.begin(), modes.end(), mode) == modes.end()) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mScreenModes[input] == mode) return kOk;
+    return stored([&] {
+        mSettings.set(screenKey(input), mode);
+        mScreenModes[input] = static_cast<uint16_t>(mode);
+        tell(kVideoScreenMode, {mScreenModes[input]});
+        return kOk;
+    });
+}
+
+Picture::Overscan Picture::overscan() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mOverscan;
+}
+
+int32_t Picture::setOverscan(const Overscan& overscan) {
+    for (const int32_t side : overscan) {
+        if (side < 0 || side > kOverscanMaximum) return kBadValue;
+    }
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mOverscan == overscan) return kOk;
+    mOverscan = overscan;
+    tell(kVideoOverscan, {overscan.begin(), overscan.end()});
+    return kOk;
+}
+
+int32_t Picture::keepOverscan() {
+    std::lock_guard<std::mutex> guard(mLock);
+    return stored([&] {
+        Store::Transaction transaction(mStore);
+        for (size_t side = 0; side < mOverscan.size(); ++side) {
+            mSettings.set(overscanKey(side), mOverscan[side]);
+        }
+        transaction.commit();
+        return kOk;
+    });
+}
+
+int32_t Picture::value(int32_t id, uint32_t* value) const {
+    const int32_t index = indexOf(id);
+    if (index < 0) return kNotFound;
+    std::lock_guard<std::mutex> guard(mLock);
+    *value = static_cast<uint32_t>(mValues[static_cast<size_t>(index)]);
+    return kOk;
+}
+
+int32_t Picture::setValue(int32_t id, int32_t value) {
+    const int32_t index = indexOf(id);
+    if (index < 0) return kNotFound;
+    if (value < 0 || value > kValues[index].maximum) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    int32_t& current = mValues[static_cast<size_t>(index)];
+    if (current == value) return kOk;
+    return stored([&] {
+        mSettings.set(valueKey(id), value);
+        current = value;
+        tell(kVideoValueChanged, {static_cast<uint64_t>(id), static_cast<uint64_t>(value)});
+        return kOk;
+    });
+}
+
+std::vector<uint8_t> Picture::userData() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mUserData;
+}
+
+int32_t Picture::setUserData(const std::vector<uint8_t>& data) {
+    if (data.size() > kVideoDataUserSize) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    return stored([&] {
+        mSettings.set("picture.user_data", data);
+        mUserData = data;
+        return kOk;
+    });
+}
+
+}  // namespace qeltvd

@@ -1,0 +1,180 @@
+#include "Sound.h"
+
+#include <algorithm>
+
+#include "Stored.h"
+#include "layouts/codes.h"
+
+namespace qeltvd {
+
+using namespace layouts;
+
+namespace {
+
+constexpr int32_t kFirstVolumes[kVolumeTypes] = {20, 30, 100, 50, 30};
+
+struct Range {
+    int32_t id, maximum, first;
+};
+constexpr Range kValues[] = {
+        {kAudioDescriptionOn, 1, 0}, {kAudioDescriptionMix, 100, 50}, {kAudioDelayMs, 250, 0},
+        {kAudioDigitalOut, 2, 0},    {kAudioDialogue, 3, 0},
+};
+
+std::string volumeKey(int32_t type) {
+    return "sound.volume." + std::to_string(type);
+}
+
+std::string valueKey(int32_t id) {
+    return "sound.value." + std::to_string(id);
+}
+
+/** Index of a value, or -1. */
+int32_t indexOf(int32_t id) {
+    for (size_t i = 0; i < std::size(kValues); ++i) {
+        if (kValues[i].id == id) return static_cast<int32_t>(i);
+    }
+    return -1;
+}
+
+}  // namespace
+
+Sound::Sound(Store& store, Notifier& notifier) : mSettings(store), mNotifier(notifier) {
+    for (int32_t type = 0; isType(type); ++type) {
+        mVolumes[static_cast<size_t>(type)] =
+                static_cast<int32_t>(mSettings.number(volumeKey(type), kFirstVolumes[type]));
+    }
+    mEffect = static_cast<uint16_t>(mSettings.number("sound.effect", effects().front()));
+    for (const Range& range : kValues) {
+        mValues.push_back(static_cast<int32_t>(mSettings.number(valueKey(range.id), range.first)));
+    }
+    mEqualiser = mSettings.bytes("sound.equaliser");
+    if (mEqualiser.size() != kAudioEqualiserSize) mEqualiser.assign(kAudioEqualiserSize, 0);
+}
+
+void Sound::tell(AudioEvent event, uint64_t first, uint64_t second) {
+    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_audio_update_nfy_fct,
+                     static_cast<int32_t>(event), uint64_t{0}, first, second, uint64_t{0},
+                     uint64_t{0});
+}
+
+int32_t Sound::volume(int32_t type) const {
+    if (!isType(type)) return kNotFound;
+    std::lock_guard<std::mutex> guard(mLock);
+    return mVolumes[static_cast<size_t>(type)];
+}
+
+int32_t Sound::put(int32_t type, int32_t volume) {
+    int32_t& current = mVolumes[static_cast<size_t>(type)];
+    if (current == volume) return kOk;
+    return stored([&] {
+        mSettings.set(volumeKey(type), volume);
+        current = volume;
+        tell(kAudioVolume, static_cast<uint64_t>(type), static_cast<uint64_t>(volume));
+        return kOk;
+    });
+}
+
+int32_t Sound::setVolume(int32_t type, int32_t volume) {
+    if (!isType(type)) return kNotFound;
+    if (volume < 0 || volume > kVolumeMaximum) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    return put(type, volume);
+}
+
+int32_t Sound::step(int32_t type, bool up) {
+    if (!isType(type)) return kNotFound;
+    std::lock_guard<std::mutex> guard(mLock);
+    const int32_t now = mVolumes[static_cast<size_t>(type)];
+    const int32_t next = std::clamp(now + (up ? 1 : -1), 0, kVolumeMaximum);
+    if (const int32_t code = put(type, next); code != kOk) return code;
+    bool& muted = mMuted[static_cast<size_t>(type)];
+    if (up && muted) {
+        muted = false;
+        tell(kAudioMute, static_cast<uint64_t>(type), 0);
+    }
+    return next;
+}
+
+bool Sound::muted(int32_t type) const {
+    if (!isType(type)) return false;
+    std::lock_guard<std::mutex> guard(mLock);
+    return mMuted[static_cast<size_t>(type)];
+}
+
+int32_t Sound::setMuted(int32_t type, bool muted) {
+    if (!isType(type)) return kNotFound;
+    std::lock_guard<std::mutex> guard(mLock);
+    bool& current = mMuted[static_cast<size_t>(type)];
+    if (current == muted) return kOk;
+    current = muted;
+    tell(kAudioMute, static_cast<uint64_t>(type), uint64_t{muted});
+    return kOk;
+}
+
+/** Standard, music, film, speech, sport, night. */
+const std::vector<uint16_t>& Sound::effects() {
+    static const std::vector<uint16_t> all{1, 2, 3, 4, 5, 6};
+    return all;
+}
+
+uint16_t Sound::effect() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mEffect;
+}
+
+int32_t Sound::setEffect(int32_t effect) {
+    if (std::find(effects().begin(), effects().end(), effect) == effects().end()) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mEffect == effect) return kOk;
+    return stored([&] {
+        mSettings.set("sound.effect", effect);
+        mEffect = static_cast<uint16_t>(effect);
+        tell(kAudioEffect, mEffect);
+        return kOk;
+    });
+}
+
+int32_t Sound::value(int32_t id, uint32_t* value) const {
+    const int32_t index = indexOf(id);
+    if (index < 0) return kNotFound;
+    std::lock_guard<std::mutex> guard(mLock);
+    *value = static_cast<uint32_t>(mValues[static_cast<size_t>(index)]);
+    return kOk;
+}
+
+int32_t Sound::setValue(int32_t id, int32_t value) {
+    const int32_t index = indexOf(id);
+    if (index < 0) return kNotFound;
+    if (value < 0 || value > kValues[index].maximum) return kBadValue;
+    std::lock_guard<std::mutex> guard(mLock);
+    int32_t& current = mValues[static_cast<size_t>(index)];
+    if (current == value) return kOk;
+    return stored([&] {
+        mSettings.set(valueKey(id), value);
+        current = value;
+        tell(kAudioValueChanged, static_cast<uint64_t>(id), static_cast<uint64_t>(value));
+        return kOk;
+    });
+}
+
+std::vector<uint8_t> Sound::equaliser() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mEqualiser;
+}
+
+int32_t Sound::setEqualiser(const std::vector<uint8_t>& bands) {
+    if (bands.size() != kAudioEqualiserSize) return kBadValue;
+    for (const uint8_t band : bands) {
+        const int level = static_cast<int8_t>(band);
+        if (level < -12 || level > 12) return kBadValue;
+    }
+    std::lock_guard<std::mutex> guard(mLock);
+    return stored([&] {
+        mSettings.set("sound.equaliser", bands);
+        mEqualiser = bands;
+        return kOk;
+    });
+}
+
+}  // namespace qeltvd
