@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "Codec.h"
-#include "Node.h"
+#include "Peer.h"
 
 namespace android {
 namespace hardware {

@@ -1,22 +1,17 @@
 #pragma once
 
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
-#include <deque>
-#include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 #include <hwbinder/Binder.h>
-#include <hwbinder/BpHwBinder.h>
-#include <hwbinder/Parcel.h>
 
-#include "Codec.h"
+#include "Gate.h"
+#include "ObjectTable.h"
+#include "Server.h"
 #include "Threads.h"
 
 /**
@@ -40,7 +35,8 @@
  * under way never undoes a later arrival. The end of a peer's liveness connection gives back
  * everything. The holder of a registered object is the registration.
  *
- * Locks. Node::mMutex guards what a node knows about itself; Peer::mMutex the sockets and proxies
+ * Locks. Node::mMutex guards the peers that a node knows, ObjectTable::mMutex its
+ * objects, Server::mMutex its connections; Peer::mMutex the sockets and proxies
  * of one peer; Peer::mLivenessMutex and Peer::mOnewayMutex the order of what is sent on the
  * liveness and the oneway connection; BpHwBinder::mMutex its recipients; Gate::mMutex who waits at
  * the gate. The first of a peer's may be taken while one of its others is held, a HandedOver's
@@ -49,46 +45,7 @@
  */
 namespace hidlhost {
 
-class Node;
 class Peer;
-class Patience;
-
-/** Bounds the calls that run at a time. */
-class Gate {
-  public:
-    void configure(size_t threads, bool callerJoins);
-    void join();
-    size_t capacity();
-
-    bool tryEnter();
-    void waitAndEnter();
-    void leave();
-
-  private:
-    void changed();
-
-    std::mutex mMutex;
-    std::condition_variable mLeft;
-    size_t mThreads = 1;
-    bool mCallerJoins = false;
-    bool mJoined = false;
-    std::atomic<size_t> mLimit{1};
-    std::atomic<size_t> mRunning{0};
-    std::atomic<size_t> mWaiting{0};
-};
-
-/** An accepted connection. */
-struct Connection {
-    int socket = -1;
-    pid_t pid = 0;
-    uid_t uid = 0;
-    std::string peer;  // empty until it has said
-    uint32_t role = 0;
-    /** Of the call that it serves at the moment. */
-    std::atomic<uint64_t> chain{0};
-    /** Proxies sent in the last reply that the client has not taken over yet. */
-    std::vector<android::sp<android::hardware::IBinder>> handedOver;
-};
 
 class Node : public std::enable_shared_from_this<Node> {
   public:
@@ -102,20 +59,17 @@ class Node : public std::enable_shared_from_this<Node> {
     /** Whether the node is a parent's, this process being a fork of it. */
     bool inherited() const { return mGeneration != generation(); }
 
-    /** Makes the node reachable. */
-    android::status_t listen();
-
     /** Null for a name that is none. */
     std::shared_ptr<Peer> peer(const std::string& name);
     void forget(const std::string& peer);
 
-    /** Gives the object a number and `holder` one more reference to it. */
+    /** Whether the peer is one that is not known to be dead. */
+    bool reaches(const std::string& peer);
+
+    /** Makes the node reachable, and `holder` an owner of the object. */
     android::status_t hold(const android::sp<android::hardware::BHwBinder>& object,
                            const std::string& holder, uint64_t* id);
-    bool holdAgain(uint64_t id, const std::string& holder);
-    void release(uint64_t id, const std::string& holder, uint32_t count);
-    void releaseAll(const std::string& holder);
-    android::sp<android::hardware::BHwBinder> object(uint64_t id);
+    ObjectTable& objects() { return mObjects; }
 
     /** Ends everything at once, as the end of a process would. */
     void kill();
@@ -125,30 +79,7 @@ class Node : public std::enable_shared_from_this<Node> {
     bool startedHere(uint64_t chain) const { return chain >> 24 == mChainPrefix; }
 
   private:
-    friend class NodeMapper;
-
-    struct Object {
-        android::sp<android::hardware::BHwBinder> binder;
-        std::map<std::string, int64_t> holders;
-        std::shared_ptr<std::mutex> onewayMutex = std::make_shared<std::mutex>();
-    };
-
     explicit Node(std::string name);
-
-    void accept(int listener);
-    void serve(const std::shared_ptr<Connection>& connection);
-    void serveCalls(Connection* connection);
-    void serveOneway(Connection* connection);
-    bool handle(Connection* connection, BlockPtr block);
-    bool call(Connection* connection, const MessageHeader& header, BlockPtr block);
-    bool watchLiveness(const std::shared_ptr<Connection>& connection, int socket);
-    void ended(const std::shared_ptr<Connection>& connection);
-    void end(const std::shared_ptr<Connection>& connection);
-    bool waitAtGate(const Connection* connection, uint64_t chain);
-    void drop(Connection* connection);
-    bool greet(const std::shared_ptr<Connection>& connection);
-    bool welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
-                 uint32_t role);
 
     const std::string mName;
     const uint64_t mChainPrefix;
@@ -156,84 +87,11 @@ class Node : public std::enable_shared_from_this<Node> {
     std::atomic<uint64_t> mNextChain{1};
     std::atomic<bool> mDead{false};
     Gate mGate;
+    ObjectTable mObjects;
+    Server mServer;
 
     std::mutex mMutex;
-    int mListener = -1;
-    bool mListening = false;
-    bool mCrowded = false;
-    size_t mServed = 0;
-    uint64_t mNextObject = 1;
-    std::unordered_map<uint64_t, Object> mObjects;
-    std::unordered_map<android::hardware::BHwBinder*, uint64_t> mNumbers;
     std::unordered_map<std::string, std::shared_ptr<Peer>> mPeers;
-    std::set<std::shared_ptr<Connection>> mConnections;
-};
-
-class Peer : public std::enable_shared_from_this<Peer> {
-  public:
-    Peer(std::shared_ptr<Node> node, std::string name);
-    ~Peer();
-
-    Node& node() const { return *mNode; }
-    const std::string& name() const { return mName; }
-    bool dead() const { return mDead; }
-
-    /** The proxy of an object that has arrived `count` times more. */
-    android::sp<android::hardware::BpHwBinder> proxy(uint64_t id, uint32_t count);
-    void proxyGone(android::hardware::BpHwBinder* proxy);
-
-    /** Takes a reference; with `confirmed` only returns once the peer has counted it. */
-    android::status_t acquire(uint64_t id, bool confirmed);
-
-    android::status_t call(uint64_t id, uint32_t code, const android::hardware::Parcel& data,
-                           android::hardware::Parcel* reply, uint32_t flags);
-
-    /** Opens the connection whose end tells of the peer's end. */
-    android::status_t watch();
-    void died();
-    /** Ends all connections without a word. */
-    void cut();
-
-  private:
-    struct Use {
-        int socket;
-        bool fresh;
-    };
-    /** Of oneway calls on one connection: proxies that the peer has not taken over yet. */
-    struct HandedOver {
-        std::mutex mutex;
-        std::deque<std::vector<android::sp<android::hardware::IBinder>>> proxies;
-    };
-
-    android::status_t connect(uint32_t role, int* socket);
-    android::status_t take(bool fresh, Use* use);
-    void give(int socket);
-    void discard(int socket);
-    android::status_t send(const Encoded& message, Patience* patience, Use* use);
-    android::status_t sendOneway(
-            const Encoded& message, Patience* patience,
-            const std::vector<android::sp<android::hardware::IBinder>>& proxies);
-    static void watchHandedOver(int socket, const std::shared_ptr<HandedOver>& handedOver);
-
-    const std::shared_ptr<Node> mNode;
-    const std::string mName;
-    std::atomic<bool> mDead{false};
-
-    /** The connection used last, which is all that a single caller needs; -1 while in use. */
-    std::atomic<int> mLast{-1};
-
-    std::mutex mMutex;
-    std::vector<int> mIdle;  // the last used one is last
-    std::set<int> mSockets;  // all of them, so that cut() finds them
-    std::unordered_map<uint64_t, android::wp<android::hardware::BpHwBinder>> mProxies;
-
-    std::mutex mLivenessMutex;
-    int mLiveness = -1;
-    std::vector<std::pair<uint64_t, uint32_t>> mReleases;  // still to be sent
-
-    std::mutex mOnewayMutex;  // keeps oneway calls in order
-    int mOneway = -1;
-    std::shared_ptr<HandedOver> mHandedOver;
 };
 
 }  // namespace hidlhost

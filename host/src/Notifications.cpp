@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include <android-base/unique_fd.h>
 #include <log/log.h>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -78,18 +79,18 @@ bool notifyOfRegistrations(const std::string& interface, const std::string& inst
     Listeners& listeners = Listeners::get();
     std::lock_guard<std::mutex> lock(listeners.mutex);
     if (listeners.inotify < 0) {
-        int inotify = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
-        if (inotify < 0 ||
-            inotify_add_watch(inotify, registry::directory().c_str(), IN_MOVED_TO) < 0) {
+        auto inotify =
+                std::make_shared<android::base::unique_fd>(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+        if (!inotify->ok() ||
+            inotify_add_watch(*inotify, registry::directory().c_str(), IN_MOVED_TO) < 0) {
             ALOGE("cannot watch %s: %s", registry::directory().c_str(), strerror(errno));
-            if (inotify >= 0) close(inotify);
             return false;
         }
-        listeners.inotify = inotify;
+        listeners.inotify = *inotify;
         listeners.seen = listeners.look();
-        Watcher::get().add(inotify, [](int file) {
+        Watcher::get().add(*inotify, [inotify] {
             alignas(inotify_event) char events[4096];
-            while (read(file, events, sizeof(events)) > 0) {
+            while (read(*inotify, events, sizeof(events)) > 0) {
             }
             Listeners::get().changed();
             return true;

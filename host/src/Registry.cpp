@@ -252,10 +252,8 @@ void sweep() {
         pid_t pid = static_cast<pid_t>(atoi(node.c_str()));
         if (pid <= 0 || kill(pid, 0) == 0 || errno != ESRCH) return;
         // The number may mean nothing here and still be somebody's, in another container.
-        int socket = connectTo(filePath(name), 100);
-        if (socket >= 0) {
-            close(socket);
-        } else if (socket == -ECONNREFUSED) {
+        android::base::unique_fd socket;
+        if (connectTo(filePath(name), 100, &socket) == -ECONNREFUSED) {
             unlink(filePath(name).c_str());
         }
     });

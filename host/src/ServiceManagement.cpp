@@ -11,6 +11,7 @@
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
 
+#include "Peer.h"
 #include "Services.h"
 
 using ::android::hidl::base::V1_0::BnHwBase;
@@ -33,9 +34,9 @@ android::status_t registerService(Node& node, const std::string& interface,
     if (status != android::OK) return status;
     status = registry::publish(interface, instance, entry);
     if (status != android::OK) {
-        node.release(entry.object, holder, 1);
+        node.objects().release(entry.object, holder, 1);
     } else if (replaces) {
-        node.release(before.object, holder, 1);
+        node.objects().release(before.object, holder, 1);
     }
     return status;
 }
@@ -44,7 +45,7 @@ void unregisterService(Node& node, const std::string& interface, const std::stri
     registry::Entry entry;
     if (!registry::find(interface, instance, &entry) || entry.node != node.name()) return;
     registry::withdraw(interface, instance, entry);
-    node.release(entry.object, registrationHolder(interface, instance), 1);
+    node.objects().release(entry.object, registrationHolder(interface, instance), 1);
 }
 
 std::string registrationHolder(const std::string& interface, const std::string& instance) {
@@ -59,7 +60,7 @@ android::sp<android::hardware::IBinder> findService(const std::string& interface
         registry::Entry entry;
         if (!registry::find(interface, instance, &entry)) return nullptr;
         if (entry.node == node.name()) {
-            android::sp<android::hardware::BHwBinder> local = node.object(entry.object);
+            android::sp<android::hardware::BHwBinder> local = node.objects().find(entry.object);
             if (local != nullptr) return local;
         } else {
             std::shared_ptr<Peer> peer = node.peer(entry.node);

@@ -18,6 +18,7 @@ using android::NO_MEMORY;
 using android::OK;
 using android::status_t;
 using android::TIMED_OUT;
+using android::base::unique_fd;
 
 namespace hidlhost {
 namespace {
@@ -34,27 +35,22 @@ class Address {
         std::string shown = path;
         if (shown.size() >= sizeof(mAddress.sun_path)) {
             size_t slash = path.rfind('/');
-            mDirectory = open(path.substr(0, slash).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-            shown = "/proc/self/fd/" + std::to_string(mDirectory) + path.substr(slash);
+            mDirectory.reset(open(path.substr(0, slash).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+            shown = "/proc/self/fd/" + std::to_string(mDirectory.get()) + path.substr(slash);
         }
         strncpy(mAddress.sun_path, shown.c_str(), sizeof(mAddress.sun_path) - 1);
     }
-    ~Address() {
-        if (mDirectory >= 0) close(mDirectory);
-    }
-    Address(const Address&) = delete;
-    Address& operator=(const Address&) = delete;
 
     const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&mAddress); }
     socklen_t size() const { return sizeof(mAddress); }
 
   private:
     sockaddr_un mAddress = {};
-    int mDirectory = -1;
+    unique_fd mDirectory;
 };
 
-int newSocket() {
-    return socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+unique_fd newSocket() {
+    return unique_fd(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
 }
 
 // The C library's functions are points of cancellation, which costs as much as all of ours, and
@@ -122,34 +118,27 @@ void setTimeouts(int socket, uint32_t milliseconds) {
     setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time));
 }
 
-int connectTo(const std::string& path, uint32_t timeoutMs) {
-    int socket = newSocket();
-    if (socket < 0) return -errno;
-    setTimeouts(socket, timeoutMs);
+status_t connectTo(const std::string& path, uint32_t timeoutMs, unique_fd* socket) {
+    *socket = newSocket();
+    if (!socket->ok()) return -errno;
+    setTimeouts(socket->get(), timeoutMs);
     Address address(path);
     int result;
     do {
-        result = connect(socket, address.get(), address.size());
+        result = connect(socket->get(), address.get(), address.size());
     } while (result < 0 && errno == EINTR);
-    if (result < 0) {
-        int error = errno;
-        close(socket);
-        return -error;
-    }
-    return socket;
+    return result < 0 ? -errno : OK;
 }
 
-int listenAt(const std::string& path) {
-    int socket = newSocket();
-    if (socket < 0) return -errno;
+status_t listenAt(const std::string& path, unique_fd* socket) {
+    *socket = newSocket();
+    if (!socket->ok()) return -errno;
     Address address(path);
-    if (bind(socket, address.get(), address.size()) < 0 || chmod(path.c_str(), 0600) < 0 ||
-        listen(socket, kBacklog) < 0) {
-        int error = errno;
-        close(socket);
-        return -error;
+    if (bind(socket->get(), address.get(), address.size()) < 0 || chmod(path.c_str(), 0600) < 0 ||
+        listen(socket->get(), kBacklog) < 0) {
+        return -errno;
     }
-    return socket;
+    return OK;
 }
 
 bool peerIsTrusted(int socket, pid_t* pid, uid_t* uid) {
@@ -265,6 +254,14 @@ status_t receiveMessage(int socket, Block* block, Patience* patience) {
         block->size += size;
     }
     return lacking ? -EMFILE : OK;
+}
+
+bool sendReceived(int socket) {
+    MessageHeader header = {};
+    header.kind = kReceived;
+    Encoded encoded;
+    Codec::encodePlain(&header, nullptr, 0, &encoded);
+    return sendMessage(socket, encoded, nullptr) == OK;
 }
 
 }  // namespace hidlhost

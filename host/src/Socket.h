@@ -5,6 +5,8 @@
 
 #include <sys/types.h>
 
+#include <android-base/unique_fd.h>
+
 #include "Codec.h"
 
 namespace hidlhost {
@@ -21,9 +23,10 @@ class Patience {
 /** Waits on a socket of this side end after so many milliseconds with EAGAIN; 0 never. */
 void setTimeouts(int socket, uint32_t milliseconds);
 
-/** @return the socket, or the negative errno */
-int connectTo(const std::string& path, uint32_t timeoutMs);
-int listenAt(const std::string& path);
+/** @return OK, or the negative errno */
+android::status_t connectTo(const std::string& path, uint32_t timeoutMs,
+                            android::base::unique_fd* socket);
+android::status_t listenAt(const std::string& path, android::base::unique_fd* socket);
 
 /** Whether the other end belongs to this user or to root. */
 bool peerIsTrusted(int socket, pid_t* pid, uid_t* uid);
@@ -39,5 +42,8 @@ android::status_t sendMessage(int socket, const Encoded& message, Patience* pati
  * which this process could not take all descriptors.
  */
 android::status_t receiveMessage(int socket, Block* block, Patience* patience);
+
+/** Says that the objects named in the last message have been taken over. */
+bool sendReceived(int socket);
 
 }  // namespace hidlhost

@@ -13,12 +13,15 @@
 #include <thread>
 #include <unordered_map>
 
+#include <android-base/unique_fd.h>
 #include <log/log.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include "Threads.h"
+
+using android::base::unique_fd;
 
 namespace hidlhost {
 namespace {
@@ -29,7 +32,7 @@ constexpr uint64_t kWakeUp = 0;
 struct Watcher::State {
     struct Entry {
         int socket;
-        std::function<bool(int)> ready;
+        std::function<bool()> ready;
     };
     struct Once {
         int socket;
@@ -37,8 +40,8 @@ struct Watcher::State {
     };
 
     std::mutex mutex;
-    int epoll = -1;
-    int wakeUp = -1;
+    unique_fd epoll;
+    unique_fd wakeUp;
     uint64_t nextKey = kWakeUp + 1;
     std::unordered_map<uint64_t, Entry> entries;  // functions are only called by the watcher
     std::unordered_map<uint64_t, Once> waits;
@@ -64,15 +67,13 @@ Watcher& Watcher::get() {
 }
 
 Watcher::~Watcher() {
-    close(mState->epoll);
-    close(mState->wakeUp);
     delete mState;
 }
 
 Watcher::Watcher() : mState(new State) {
-    mState->epoll = epoll_create1(EPOLL_CLOEXEC);
-    mState->wakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    LOG_ALWAYS_FATAL_IF(mState->epoll < 0 || mState->wakeUp < 0, "no descriptors left: %s",
+    mState->epoll.reset(epoll_create1(EPOLL_CLOEXEC));
+    mState->wakeUp.reset(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+    LOG_ALWAYS_FATAL_IF(!mState->epoll.ok() || !mState->wakeUp.ok(), "no descriptors left: %s",
                         strerror(errno));
     epoll_event event = {};
     event.events = EPOLLIN;
@@ -80,7 +81,7 @@ Watcher::Watcher() : mState(new State) {
     epoll_ctl(mState->epoll, EPOLL_CTL_ADD, mState->wakeUp, &event);
 }
 
-void Watcher::add(int socket, std::function<bool(int)> ready) {
+void Watcher::add(int socket, std::function<bool()> ready) {
     std::lock_guard<std::mutex> lock(mState->mutex);
     uint64_t key = mState->nextKey++;
     mState->entries[key] = {socket, std::move(ready)};
@@ -184,11 +185,10 @@ void Watcher::State::watch() {
                 std::lock_guard<std::mutex> lock(mutex);
                 entry = &entries.at(key);  // stays in place; only this thread removes
             }
-            if (entry->ready(entry->socket)) continue;
-            std::function<bool(int)> ended;
+            if (entry->ready()) continue;
+            std::function<bool()> ended;  // after the lock, with what it keeps
             std::lock_guard<std::mutex> lock(mutex);
             epoll_ctl(epoll, EPOLL_CTL_DEL, entry->socket, nullptr);
-            close(entry->socket);
             ended = std::move(entry->ready);
             entries.erase(key);
         }

@@ -18,9 +18,9 @@ class Watcher {
 
     /**
      * Calls `ready` on the watching thread whenever the socket has something to read or has hung
-     * up; it must not block. The socket is closed once it returns false.
+     * up; it must not block. The function keeps the socket open. It ends once it returns false.
      */
-    void add(int socket, std::function<bool(int)> ready);
+    void add(int socket, std::function<bool()> ready);
 
     /**
      * Calls `ready` on the watching thread once: with true when the socket has something to read or

@@ -60,18 +60,13 @@ class Stranger {
   public:
     enum class Manners { kSaysHello, kSaysNothing };
     explicit Stranger(const std::string& node, Manners manners = Manners::kSaysHello) {
-        mSocket = connectTo(registry::socketPath(node), 20000);
+        mConnected = connectTo(registry::socketPath(node), 20000, &mSocket) == android::OK;
         if (manners == Manners::kSaysNothing) return;
         MessageHeader header = {};
         header.kind = kHello;
         header.code = kCalls;
         send(message(header, kStranger + std::string(1, '\0') + node + '\0'));
     }
-    ~Stranger() {
-        if (mSocket >= 0) close(mSocket);
-    }
-    Stranger(const Stranger&) = delete;
-    Stranger& operator=(const Stranger&) = delete;
 
     bool call(uint64_t object, uint32_t code, const std::vector<uint32_t>& arguments = {}) {
         MessageHeader header = {};
@@ -89,7 +84,7 @@ class Stranger {
         return recv(mSocket, &header, sizeof(header), 0) == sizeof(header) &&
                header.kind == kReply && header.code == 0;
     }
-    bool connected() const { return mSocket >= 0; }
+    bool connected() const { return mConnected; }
     /** Without waiting: whether the other side has ended it. */
     bool ended() const { return hasHungUp(mSocket); }
     /** Whether something has come that is not read yet. */
@@ -104,7 +99,8 @@ class Stranger {
                static_cast<ssize_t>(bytes.size());
     }
 
-    int mSocket;
+    android::base::unique_fd mSocket;
+    bool mConnected;
 };
 
 size_t count(const std::string& text, const std::string& part) {

@@ -119,8 +119,7 @@ class RawConnection {
   public:
     // Says nothing.
     explicit RawConnection(const std::string& node) {
-        mSocket = connectTo(registry::socketPath(node), 20000);
-        EXPECT_GE(mSocket, 0);
+        EXPECT_EQ(connectTo(registry::socketPath(node), 20000, &mSocket), android::OK);
     }
     RawConnection(const std::string& node, uint32_t role, const std::string& suffix = "")
             : RawConnection(node) {
@@ -133,9 +132,6 @@ class RawConnection {
         hello.fitHeader();
         send(hello.bytes());
     }
-    ~RawConnection() { close(mSocket); }
-    RawConnection(const RawConnection&) = delete;
-    RawConnection& operator=(const RawConnection&) = delete;
 
     bool send(const std::vector<uint8_t>& bytes, const std::vector<int>& descriptors = {}) {
         alignas(cmsghdr) char control[CMSG_SPACE(64 * sizeof(int))] = {};
@@ -178,7 +174,7 @@ class RawConnection {
     }
 
   private:
-    int mSocket;
+    android::base::unique_fd mSocket;
 };
 
 size_t lines(const std::string& text) {
@@ -505,8 +501,7 @@ class RogueService {
   public:
     explicit RogueService(std::vector<uint8_t> answer)
             : mAnswer(std::move(answer)), mNode(kStranger + std::to_string(sCount++)) {
-        mListener = listenAt(registry::socketPath(mNode));
-        EXPECT_GE(mListener, 0);
+        EXPECT_EQ(listenAt(registry::socketPath(mNode), &mListener), android::OK);
         EXPECT_EQ(registry::publish(IEcho::descriptor, "rogue", {mNode, 1}), android::OK);
         mThread = std::thread([this] { accept(); });
     }
@@ -516,7 +511,6 @@ class RogueService {
         for (int socket : mSockets) shutdown(socket, SHUT_RDWR);
         for (std::thread& thread : mServing) thread.join();
         for (int socket : mSockets) close(socket);
-        close(mListener);
         registry::withdrawNode(mNode);
     }
     RogueService(const RogueService&) = delete;
@@ -574,7 +568,7 @@ class RogueService {
 
     const std::vector<uint8_t> mAnswer;
     const std::string mNode;
-    int mListener;
+    android::base::unique_fd mListener;
     std::thread mThread;
     std::vector<int> mSockets;
     std::vector<std::thread> mServing;

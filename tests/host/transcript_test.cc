@@ -113,8 +113,8 @@ class Transcript : public testing::Test {
 };
 
 TEST_F(Transcript, AClientSendsTheseBytesAndReadsThatAnswer) {
-    const int listener = listenAt(registry::socketPath(kStranger));
-    ASSERT_GE(listener, 0);
+    android::base::unique_fd listener;
+    ASSERT_EQ(listenAt(registry::socketPath(kStranger), &listener), OK);
     // Object 1 of a service that is nothing but a socket.
     ASSERT_EQ(registry::publish(kInterface, "bytes", {kStranger, 1}), OK);
     Bytes sent;
@@ -170,7 +170,6 @@ TEST_F(Transcript, AClientSendsTheseBytesAndReadsThatAnswer) {
     for (int socket : sockets) shutdown(socket, SHUT_RDWR);
     for (std::thread& thread : serving) thread.join();
     for (int socket : sockets) close(socket);
-    close(listener);
 }
 
 TEST_F(Transcript, AServiceReadsTheseBytesAndSendsThatAnswer) {
@@ -192,15 +191,14 @@ TEST_F(Transcript, AServiceReadsTheseBytesAndSendsThatAnswer) {
     ASSERT_TRUE(registry::find(kInterface, "bytes", &entry));
     memcpy(mCall.data() + kObjectAt, &entry.object, sizeof(entry.object));
 
-    const int socket = connectTo(registry::socketPath(entry.node), 20000);
-    ASSERT_GE(socket, 0);
+    android::base::unique_fd socket;
+    ASSERT_EQ(connectTo(registry::socketPath(entry.node), 20000, &socket), OK);
     ASSERT_TRUE(send(socket, hello(kStranger, entry.node)));
     ASSERT_TRUE(send(socket, mCall));
     const Bytes answer = receive(socket);
     EXPECT_EQ(answer, mReply) << shown(answer);
     EXPECT_EQ(number, -2);
     EXPECT_EQ(text, "Hi!");
-    close(socket);
 }
 
 }  // namespace

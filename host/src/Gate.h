@@ -1,0 +1,34 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+
+namespace hidlhost {
+
+/** Bounds the calls that run at a time. */
+class Gate {
+  public:
+    void configure(size_t threads, bool callerJoins);
+    void join();
+    size_t capacity();
+
+    bool tryEnter();
+    void waitAndEnter();
+    void leave();
+
+  private:
+    void changed();
+
+    std::mutex mMutex;
+    std::condition_variable mLeft;
+    size_t mThreads = 1;
+    bool mCallerJoins = false;
+    bool mJoined = false;
+    std::atomic<size_t> mLimit{1};
+    std::atomic<size_t> mRunning{0};
+    std::atomic<size_t> mWaiting{0};
+};
+
+}  // namespace hidlhost
