@@ -7,6 +7,7 @@
 
 #include "Codec.h"
 #include "Peer.h"
+#include "Watcher.h"
 
 namespace android {
 namespace hardware {
@@ -108,6 +109,7 @@ status_t BpHwBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, 
 
 status_t BpHwBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t) {
     if (recipient == nullptr) return BAD_VALUE;
+    hidlhost::Watcher::get().startDeferred();
     std::lock_guard<std::mutex> lock(mMutex);
     if (mObituariesSent) return DEAD_OBJECT;
     mObituaries.push_back({recipient, cookie});
