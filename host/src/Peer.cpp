@@ -71,8 +71,7 @@ class HangWatch final : public Patience {
     uint32_t mNextLine = 1000;
 };
 
-/** Where this thread found or left an idle connection last, which it takes again if it can. */
-FAST_THREAD_LOCAL size_t tIdle = 0;
+constexpr size_t kMaxIdle = 15;  // and the one used last
 
 }  // namespace
 
@@ -115,12 +114,12 @@ status_t Peer::take(bool fresh, Use* use) {
     if (mDead || mNode->inherited()) return DEAD_OBJECT;
     if (!fresh) {
         use->fresh = false;
-        for (size_t i = 0; i < kMaxIdle; ++i) {
-            const size_t at = (tIdle + i) % kMaxIdle;
-            if (mIdle[at].socket.load(std::memory_order_relaxed) < 0) continue;
-            use->socket = mIdle[at].socket.exchange(-1);
-            if (use->socket < 0) continue;
-            tIdle = at;
+        use->socket = mLast.exchange(-1);
+        if (use->socket >= 0) return OK;
+        std::lock_guard<std::mutex> lock(mMutex);
+        if (!mIdle.empty()) {
+            use->socket = mIdle.back();
+            mIdle.pop_back();
             return OK;
         }
     }
@@ -129,23 +128,21 @@ status_t Peer::take(bool fresh, Use* use) {
 }
 
 void Peer::give(int socket) {
-    for (size_t i = 0; i < kMaxIdle; ++i) {
-        const size_t at = (tIdle + i) % kMaxIdle;
-        std::atomic<int>& idle = mIdle[at].socket;
-        int none = -1;
-        if (idle.load(std::memory_order_relaxed) >= 0 ||
-            !idle.compare_exchange_strong(none, socket)) {
-            continue;
-        }
-        tIdle = at;
-        if (mDead) {
-            // died() has either seen the socket or left it to this.
-            socket = idle.exchange(-1);
-            if (socket >= 0) discard(socket);
-        }
-        return;
+    int older = mLast.exchange(socket);
+    if (mDead) {
+        // died() has either seen the socket or left it to this.
+        socket = mLast.exchange(-1);
+        if (socket >= 0) discard(socket);
     }
-    discard(socket);
+    if (older < 0) return;
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        if (!mDead && mIdle.size() < kMaxIdle) {
+            mIdle.push_back(older);
+            return;
+        }
+    }
+    discard(older);
 }
 
 void Peer::discard(int socket) {
@@ -346,7 +343,12 @@ void Peer::died() {
     {
         std::lock_guard<std::mutex> lock(mMutex);
         if (mDead.exchange(true)) return;
-        for (Idle& idle : mIdle) mSockets.erase(idle.socket.exchange(-1));
+        int last = mLast.exchange(-1);
+        if (last >= 0) mIdle.push_back(last);
+        for (int socket : mIdle) {
+            mSockets.erase(socket);
+        }
+        mIdle.clear();
         for (const auto& proxy : mProxies) weak.push_back(proxy.second);
     }
     {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <deque>
@@ -74,15 +73,11 @@ class Peer : public std::enable_shared_from_this<Peer> {
     const std::string mName;
     std::atomic<bool> mDead{false};
 
-    /** Idle connections for calls. Each has a cache line: threads that call at a time have one
-     * each. */
-    struct alignas(64) Idle {
-        std::atomic<int> socket{-1};
-    };
-    static constexpr size_t kMaxIdle = 16;
-    std::array<Idle, kMaxIdle> mIdle;
+    /** The connection used last, which is all that a single caller needs; -1 while in use. */
+    std::atomic<int> mLast{-1};
 
     std::mutex mMutex;
+    std::vector<int> mIdle;  // the last used one is last
     /** Of calls and oneway calls, whether in use or not. */
     std::unordered_map<int, android::base::unique_fd> mSockets;
     std::unordered_map<uint64_t, android::wp<android::hardware::BpHwBinder>> mProxies;
