@@ -69,9 +69,9 @@ void status(uint32_t area, bool asJson) {
 
 }  // namespace
 
-void addAlert(CLI::App& app) {
-    CLI::App* alert = app.add_subcommand("alert", "Emergency alerts and warnings");
-    alert->require_subcommand(1);
+void addAlert(Command& app) {
+    Command* alert = app.addCommand("alert", "Emergency alerts and warnings");
+    alert->requireCommand();
     struct Options {
         std::string name;
         int32_t area = 0, seconds = 60;
@@ -80,18 +80,18 @@ void addAlert(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = alert->add_subcommand("status", "Alert, monitors and warnings");
-    command->add_option("--area", options->number, "Only warnings that hold there");
+    Command* command = alert->addCommand("status", "Alert, monitors and warnings");
+    command->addOption("--area", options->number, "Only warnings that hold there");
     addJson(command, &options->json);
     command->callback([options] { status(options->number, options->json); });
 
-    command = alert->add_subcommand("raise", "Begin an alert as a broadcast would");
-    command->add_option("type", options->name, "test, message, warning or national")
+    command = alert->addCommand("raise", "Begin an alert as a broadcast would");
+    command->addOption("type", options->name, "test, message, warning or national")
             ->required()
-            ->check(CLI::IsMember({"test", "message", "warning", "national"}));
-    command->add_option("--area", options->area, "Where it holds, 0 everywhere");
-    command->add_option("--seconds", options->seconds, "How long")->capture_default_str();
-    command->add_option("--channel", options->channel, "Channel to go to for details");
+            ->among({"test", "message", "warning", "national"});
+    command->addOption("--area", options->area, "Where it holds, 0 everywhere");
+    command->addOption("--seconds", options->seconds, "How long")->showDefault();
+    command->addOption("--channel", options->channel, "Channel to go to for details");
     command->callback([options] {
         requireService();
         int32_t type = 0;
@@ -101,46 +101,46 @@ void addAlert(CLI::App& app) {
         check(a_qeltvapi_ewspa_set(kAlertRaise, 0, words, 5), "alert");
     });
 
-    command = alert->add_subcommand("end", "End the alert as a broadcast would");
+    command = alert->addCommand("end", "End the alert as a broadcast would");
     command->callback([] {
         requireService();
         int32_t words[5] = {};
         check(a_qeltvapi_ewspa_set(kAlertRaise, 0, words, 5), "end");
     });
 
-    command = alert->add_subcommand("leave", "Leave the alert, and stay on the channel");
+    command = alert->addCommand("leave", "Leave the alert, and stay on the channel");
     command->callback([] {
         requireService();
         check(a_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(1), "leave");
     });
 
-    command = alert->add_subcommand("screen", "Tell whether the alert screen is launched");
-    command->add_option("launched", options->on, "on or off")->required();
+    command = alert->addCommand("screen", "Tell whether the alert screen is launched");
+    command->addOption("launched", options->on, "on or off")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_eas_set_android_launch_status(options->on), "screen");
     });
 
-    command = alert->add_subcommand("monitor", "Watch for warnings in an area");
-    command->add_option("area", options->number, "The area, from 1")->required();
+    command = alert->addCommand("monitor", "Watch for warnings in an area");
+    command->addOption("area", options->number, "The area, from 1")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_ewspa_create_monitor_inst(options->number), "monitor");
     });
 
-    command = alert->add_subcommand("unmonitor", "Watch an area no more");
-    command->add_option("area", options->number, "The area")->required();
+    command = alert->addCommand("unmonitor", "Watch an area no more");
+    command->addOption("area", options->number, "The area")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_ewspa_delete_monitor_inst(options->number), "unmonitor");
     });
 
-    command = alert->add_subcommand("warn", "Raise a warning as a broadcast would");
-    command->add_option("severity", options->name, "test, watch or warning")
+    command = alert->addCommand("warn", "Raise a warning as a broadcast would");
+    command->addOption("severity", options->name, "test, watch or warning")
             ->required()
-            ->check(CLI::IsMember({"test", "watch", "warning"}));
-    command->add_option("--area", options->area, "Where it holds, 0 everywhere");
-    command->add_option("--seconds", options->seconds, "How long")->capture_default_str();
+            ->among({"test", "watch", "warning"});
+    command->addOption("--area", options->area, "Where it holds, 0 everywhere");
+    command->addOption("--seconds", options->seconds, "How long")->showDefault();
     command->callback([options] {
         requireService();
         int32_t severity = 1;
@@ -150,8 +150,8 @@ void addAlert(CLI::App& app) {
         printf("warning %d\n", words[0]);
     });
 
-    command = alert->add_subcommand("cancel", "End a warning");
-    command->add_option("number", options->number, "The warning")->required();
+    command = alert->addCommand("cancel", "End a warning");
+    command->addOption("number", options->number, "The warning")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_ewspa_set(kWarningCancel, options->number, nullptr, 0), "cancel");

@@ -430,7 +430,7 @@ void describe(const std::string& name) {
 
 }  // namespace
 
-void addCall(CLI::App& app) {
+void addCall(Command& app) {
     struct Options {
         std::string name, prefix;
         std::vector<std::string> arguments;
@@ -439,25 +439,25 @@ void addCall(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = app.add_subcommand("call", "Call any function of the library");
-    command->add_option("function", options->name, "Its name, see \"list\"")->required();
-    command->add_option("arguments", options->arguments,
-                        "Its arguments but the outputs: numbers, texts, bytes in hex; @null is a "
-                        "null pointer. Write -- before the first if one begins with \"-\"");
-    command->add_option("--size", options->size, "Room of each output in bytes")
-            ->check(CLI::Range(size_t{1}, size_t{1} << 26))
-            ->capture_default_str();
+    Command* command = app.addCommand("call", "Call any function of the library");
+    command->addOption("function", options->name, "Its name, see \"list\"")->required();
+    command->addOption("arguments", options->arguments,
+                       "Its arguments but the outputs: numbers, texts, bytes in hex; @null is a "
+                       "null pointer. Write -- before the first if one begins with \"-\"");
+    command->addOption("--size", options->size, "Room of each output in bytes")
+            ->between(size_t{1}, size_t{1} << 26)
+            ->showDefault();
     addJson(command, &options->json);
     command->callback(
             [options] { call(options->name, options->arguments, options->size, options->json); });
 
-    command = app.add_subcommand("list", "List the functions of the library");
-    command->add_option("prefix", options->prefix, "Only those that begin so");
+    command = app.addCommand("list", "List the functions of the library");
+    command->addOption("prefix", options->prefix, "Only those that begin so");
     addJson(command, &options->json);
     command->callback([options] { list(options->prefix, options->json); });
 
-    command = app.add_subcommand("describe", "Print the contract of a function");
-    command->add_option("function", options->name, "Its name")->required();
+    command = app.addCommand("describe", "Print the contract of a function");
+    command->addOption("function", options->name, "Its name")->required();
     command->callback([options] { describe(options->name); });
 }
 

@@ -394,19 +394,19 @@ void listFavourites(uint32_t index, bool asJson) {
     print(readLists("", CHANNEL_FILTER_HIDDEN, index), asJson);
 }
 
-void addFavourites(CLI::App* channel) {
+void addFavourites(Command* channel) {
     struct Options {
         std::vector<std::string> channels;
         uint32_t index = 1, from = 1, to = 1;
         bool json = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* favourite = channel->add_subcommand("favourite", "Favourite lists");
-    favourite->require_subcommand(1);
-    const auto indexed = [&](CLI::App* command) {
-        command->add_option("--favourites", options->index, "Which favourite list, 1 to 4")
-                ->check(CLI::Range(1, 4))
-                ->capture_default_str();
+    Command* favourite = channel->addCommand("favourite", "Favourite lists");
+    favourite->requireCommand();
+    const auto indexed = [&](Command* command) {
+        command->addOption("--favourites", options->index, "Which favourite list, 1 to 4")
+                ->between(1, 4)
+                ->showDefault();
     };
     const auto forEach = [options](int (*apply)(uint32_t, uint32_t, uint32_t)) {
         requireService();
@@ -416,24 +416,24 @@ void addFavourites(CLI::App* channel) {
         }
     };
 
-    CLI::App* command = favourite->add_subcommand("list", "List the channels of a favourite list");
+    Command* command = favourite->addCommand("list", "List the channels of a favourite list");
     indexed(command);
     addJson(command, &options->json);
     command->callback([options] { listFavourites(options->index, options->json); });
 
-    command = favourite->add_subcommand("add", "Put channels at its end");
-    command->add_option("channel", options->channels, "Channels, as in air/5")->required();
+    command = favourite->addCommand("add", "Put channels at its end");
+    command->addOption("channel", options->channels, "Channels, as in air/5")->required();
     indexed(command);
     command->callback([forEach] { forEach(a_qeltvapi_favorite_list_add_tail); });
 
-    command = favourite->add_subcommand("remove", "Take channels out of it");
-    command->add_option("channel", options->channels, "Channels, as in air/5")->required();
+    command = favourite->addCommand("remove", "Take channels out of it");
+    command->addOption("channel", options->channels, "Channels, as in air/5")->required();
     indexed(command);
     command->callback([forEach] { forEach(a_qeltvapi_favorite_list_delete); });
 
-    command = favourite->add_subcommand("move", "Move a channel to another place in it");
-    command->add_option("from", options->from, "Its place, from 1")->required();
-    command->add_option("to", options->to, "The place that it gets")->required();
+    command = favourite->addCommand("move", "Move a channel to another place in it");
+    command->addOption("from", options->from, "Its place, from 1")->required();
+    command->addOption("to", options->to, "The place that it gets")->required();
     indexed(command);
     command->callback([options] {
         requireService();
@@ -443,7 +443,7 @@ void addFavourites(CLI::App* channel) {
               "move");
     });
 
-    command = favourite->add_subcommand("clear", "Empty it");
+    command = favourite->addCommand("clear", "Empty it");
     indexed(command);
     command->callback([options] {
         requireService();
@@ -451,17 +451,17 @@ void addFavourites(CLI::App* channel) {
     });
 }
 
-void addSnapshots(CLI::App* channel) {
+void addSnapshots(Command* channel) {
     struct Options {
         std::string list;
         uint32_t handle = 0;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* snapshot = channel->add_subcommand("snapshot", "Keep a list and put it back");
-    snapshot->require_subcommand(1);
+    Command* snapshot = channel->addCommand("snapshot", "Keep a list and put it back");
+    snapshot->requireCommand();
 
-    CLI::App* command = snapshot->add_subcommand("create", "Take a snapshot; prints its number");
-    command->add_option("list", options->list, "air, cable, satellite")->required();
+    Command* command = snapshot->addCommand("create", "Take a snapshot; prints its number");
+    command->addOption("list", options->list, "air, cable, satellite")->required();
     command->callback([options] {
         requireService();
         uint32_t handle = 0;
@@ -470,8 +470,8 @@ void addSnapshots(CLI::App* channel) {
     });
 
     const auto withHandle = [&](const char* name, const char* help, int (*apply)(uint32_t)) {
-        CLI::App* sub = snapshot->add_subcommand(name, help);
-        sub->add_option("snapshot", options->handle, "Its number")->required();
+        Command* sub = snapshot->addCommand(name, help);
+        sub->addOption("snapshot", options->handle, "Its number")->required();
         sub->callback([options, apply] {
             requireService();
             check(apply(options->handle), "snapshot " + std::to_string(options->handle));
@@ -484,9 +484,9 @@ void addSnapshots(CLI::App* channel) {
 
 }  // namespace
 
-void addChannel(CLI::App& app) {
-    CLI::App* channel = app.add_subcommand("channel", "Channel lists, favourites, snapshots");
-    channel->require_subcommand(1);
+void addChannel(Command& app) {
+    Command* channel = app.addCommand("channel", "Channel lists, favourites, snapshots");
+    channel->requireCommand();
 
     struct Options {
         std::string list, text;
@@ -495,13 +495,13 @@ void addChannel(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = channel->add_subcommand("list", "List channels");
-    command->add_option("list", options->list, "air, cable, satellite; all when left out");
-    command->add_flag("--tv", options->television, "Only television");
-    command->add_flag("--radio", options->radio, "Only radio");
-    command->add_flag("--data", options->data, "Only data services");
-    command->add_flag("--free", options->free, "Only what is not scrambled");
-    command->add_flag("--all", options->all, "Hidden channels too");
+    Command* command = channel->addCommand("list", "List channels");
+    command->addOption("list", options->list, "air, cable, satellite; all when left out");
+    command->addFlag("--tv", options->television, "Only television");
+    command->addFlag("--radio", options->radio, "Only radio");
+    command->addFlag("--data", options->data, "Only data services");
+    command->addFlag("--free", options->free, "Only what is not scrambled");
+    command->addFlag("--all", options->all, "Hidden channels too");
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -514,28 +514,28 @@ void addChannel(CLI::App& app) {
     });
 
     const char* const kChannel = "As in 5, air/5, air/7.1, 0x04000005 or current";
-    command = channel->add_subcommand("show", "Show all of one channel");
-    command->add_option("channel", options->text, kChannel)->required();
+    command = channel->addCommand("show", "Show all of one channel");
+    command->addOption("channel", options->text, kChannel)->required();
     addJson(command, &options->json);
     command->callback([options] { show(options->text, options->json); });
 
-    command = channel->add_subcommand("find", "List channels by a part of their name");
-    command->add_option("text", options->text, "Part of the name")->required();
+    command = channel->addCommand("find", "List channels by a part of their name");
+    command->addOption("text", options->text, "Part of the name")->required();
     addJson(command, &options->json);
     command->callback([options] { find(options->text, options->json); });
 
     auto changes = std::make_shared<Changes>();
-    command = channel->add_subcommand("set", "Change a channel");
-    command->add_option("channel", changes->channel, kChannel)->required();
-    command->add_option("--name", changes->name, "Its name");
-    command->add_option("--number", changes->number, "Its number, which must be free");
-    CLI::Option* lock = command->add_flag("--lock", changes->lock, "Ask for the password");
-    command->add_flag("--unlock", changes->unlock, "No longer")->excludes(lock);
-    CLI::Option* hide = command->add_flag("--hide", changes->hide, "Leave it out of lists");
-    command->add_flag("--show", changes->unhide, "No longer")->excludes(hide);
-    CLI::Option* skip = command->add_flag("--skip", changes->skip, "Leave it out when zapping");
-    command->add_flag("--no-skip", changes->unskip, "No longer")->excludes(skip);
-    command->add_flag("--current", changes->current, "Make it the current channel");
+    command = channel->addCommand("set", "Change a channel");
+    command->addOption("channel", changes->channel, kChannel)->required();
+    command->addOption("--name", changes->name, "Its name");
+    command->addOption("--number", changes->number, "Its number, which must be free");
+    Option* lock = command->addFlag("--lock", changes->lock, "Ask for the password");
+    command->addFlag("--unlock", changes->unlock, "No longer")->excludes(lock);
+    Option* hide = command->addFlag("--hide", changes->hide, "Leave it out of lists");
+    command->addFlag("--show", changes->unhide, "No longer")->excludes(hide);
+    Option* skip = command->addFlag("--skip", changes->skip, "Leave it out when zapping");
+    command->addFlag("--no-skip", changes->unskip, "No longer")->excludes(skip);
+    command->addFlag("--current", changes->current, "Make it the current channel");
     command->callback([changes] { set(*changes); });
 
     addFavourites(channel);

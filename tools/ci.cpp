@@ -276,9 +276,9 @@ void status(bool asJson) {
 
 }  // namespace
 
-void addCi(CLI::App& app) {
-    CLI::App* ci = app.add_subcommand("ci", "Common Interface slot and its CAM");
-    ci->require_subcommand(1);
+void addCi(Command& app) {
+    Command* ci = app.addCommand("ci", "Common Interface slot and its CAM");
+    ci->requireCommand();
     struct Options {
         std::vector<std::string> answers;
         std::string text;
@@ -287,24 +287,24 @@ void addCi(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = ci->add_subcommand("status", "Slot, CAM, PIN and keys");
+    Command* command = ci->addCommand("status", "Slot, CAM, PIN and keys");
     addJson(command, &options->json);
     command->callback([options] { status(options->json); });
 
-    command = ci->add_subcommand("menu", "Open the CAM's menu and answer it");
-    command->add_option("--answer", options->answers,
-                        "An answer in place of typing it, again for each; then the menu is closed");
+    command = ci->addCommand("menu", "Open the CAM's menu and answer it");
+    command->addOption("--answer", options->answers,
+                       "An answer in place of typing it, again for each; then the menu is closed");
     command->callback([options] { menu(options->answers); });
 
-    command = ci->add_subcommand("pin", "Set the PIN that the television hands to the CAM");
-    command->add_option("digits", options->text, "4 to 8 digits; none to forget it");
+    command = ci->addCommand("pin", "Set the PIN that the television hands to the CAM");
+    command->addOption("digits", options->text, "4 to 8 digits; none to forget it");
     command->callback([options] {
         requireService();
         check(a_qeltvapi_ci_set(kCiSetPin, 0, options->text.data()), "PIN");
     });
 
     const auto simple = [&](const char* name, const char* text, int type) {
-        ci->add_subcommand(name, text)->callback([name, type] {
+        ci->addCommand(name, text)->callback([name, type] {
             requireService();
             check(a_qeltvapi_ci_set(type, 0, nullptr), name);
         });
@@ -313,22 +313,21 @@ void addCi(CLI::App& app) {
     simple("remove", "Take the CAM out of the slot", kCiSetRemove);
     simple("reset", "Reset the CAM", kCiSetReset);
 
-    CLI::App* key = ci->add_subcommand("key", "Key data of the host");
-    key->require_subcommand(1);
-    command = key->add_subcommand("load", "Take key data from a file");
-    command->add_option("path", options->text, "The file, as the television sees it")->required();
-    command->add_option("--kind", options->kind, "Kind of the key data, 0 to 3")
-            ->capture_default_str();
+    Command* key = ci->addCommand("key", "Key data of the host");
+    key->requireCommand();
+    command = key->addCommand("load", "Take key data from a file");
+    command->addOption("path", options->text, "The file, as the television sees it")->required();
+    command->addOption("--kind", options->kind, "Kind of the key data, 0 to 3")->showDefault();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_ci_key_update_with_path_ex(options->text.c_str(), options->kind),
               options->text);
     });
-    key->add_subcommand("activate", "Use what was loaded")->callback([] {
+    key->addCommand("activate", "Use what was loaded")->callback([] {
         requireService();
         check(a_qeltvapi_ci_key_activate(), "activate");
     });
-    key->add_subcommand("erase", "Erase all key data")->callback([] {
+    key->addCommand("erase", "Erase all key data")->callback([] {
         requireService();
         check(a_qeltvapi_ci_key_erase(), "erase");
     });

@@ -126,9 +126,9 @@ void set(const std::string& name, const std::string& value) {
 
 }  // namespace
 
-void addConfig(CLI::App& app) {
-    CLI::App* config = app.add_subcommand("config", "Settings of the television");
-    config->require_subcommand(1);
+void addConfig(Command& app) {
+    Command* config = app.addCommand("config", "Settings of the television");
+    config->requireCommand();
 
     struct Options {
         std::string name, value, prefix;
@@ -137,26 +137,26 @@ void addConfig(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = config->add_subcommand("list", "List the items with their values");
-    command->add_option("prefix", options->prefix, "Only items that begin so, as in \"picture.\"");
-    command->add_flag("--all", options->all, "Hidden items too");
+    Command* command = config->addCommand("list", "List the items with their values");
+    command->addOption("prefix", options->prefix, "Only items that begin so, as in \"picture.\"");
+    command->addFlag("--all", options->all, "Hidden items too");
     addJson(command, &options->json);
     command->callback([options] { list(options->prefix, options->all, options->json); });
 
-    command = config->add_subcommand("get", "Print the value of an item");
-    command->add_option("name", options->name, "The item")->required();
+    command = config->addCommand("get", "Print the value of an item");
+    command->addOption("name", options->name, "The item")->required();
     addJson(command, &options->json);
     command->callback([options] { get(options->name, options->json); });
 
-    command = config->add_subcommand("set", "Store the value of an item");
-    command->add_option("name", options->name, "The item")->required();
-    command->add_option("value", options->value, "Its new value")->required();
+    command = config->addCommand("set", "Store the value of an item");
+    command->addOption("name", options->name, "The item")->required();
+    command->addOption("value", options->value, "Its new value")->required();
     command->callback([options] { set(options->name, options->value); });
 
-    command = config->add_subcommand("reset", "Set items back to their defaults");
-    command->add_option("group", options->group,
-                        "1 picture, 2 sound, 3 channels, 4 parental, 5 system, 6 network, 0 all")
-            ->capture_default_str();
+    command = config->addCommand("reset", "Set items back to their defaults");
+    command->addOption("group", options->group,
+                       "1 picture, 2 sound, 3 channels, 4 parental, 5 system, 6 network, 0 all")
+            ->showDefault();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_config_reset_values(options->group), "reset");

@@ -256,7 +256,7 @@ void show(const std::string& channelText, const std::string& eventText, bool jso
 
 }  // namespace
 
-void addEpg(CLI::App& app) {
+void addEpg(Command& app) {
     struct Options {
         std::string channel, text, date;
         std::vector<std::string> genres;
@@ -265,37 +265,37 @@ void addEpg(CLI::App& app) {
         bool json = false, open = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* epg = app.add_subcommand("epg", "The programme guide");
-    epg->require_subcommand(1);
+    Command* epg = app.addCommand("epg", "The programme guide");
+    epg->requireCommand();
 
-    CLI::App* command = epg->add_subcommand("now", "What is on, and what comes then");
-    command->add_option("channel", options->channel, "Only this one, by number or id");
+    Command* command = epg->addCommand("now", "What is on, and what comes then");
+    command->addOption("channel", options->channel, "Only this one, by number or id");
     addJson(command, &options->json);
     command->callback([options] { now(options->channel, options->json); });
 
-    command = epg->add_subcommand("day", "A day of a channel");
-    command->add_option("channel", options->channel, "Its number or id")->required();
-    command->add_option("date", options->date, "As 2026-03-29; today when left out");
+    command = epg->addCommand("day", "A day of a channel");
+    command->addOption("channel", options->channel, "Its number or id")->required();
+    command->addOption("date", options->date, "As 2026-03-29; today when left out");
     addJson(command, &options->json);
     command->callback([options] { day(options->channel, options->date, options->json); });
 
-    command = epg->add_subcommand("search", "Look for programmes from now on, on all channels");
-    command->add_option("text", options->text, "What the title contains");
-    command->add_option("--genre", options->genres, "film, news, show, sport, children, music...");
-    command->add_option("--age", options->age, "Highest age rating")->check(CLI::Range(0, 18));
-    command->add_flag("--unlocked", options->open, "Not what the rating lock blocks");
-    command->add_option("--limit", options->limit, "At most so many")
-            ->check(CLI::Range(size_t{1}, size_t{UINT16_MAX}))
-            ->capture_default_str();
+    command = epg->addCommand("search", "Look for programmes from now on, on all channels");
+    command->addOption("text", options->text, "What the title contains");
+    command->addOption("--genre", options->genres, "film, news, show, sport, children, music...");
+    command->addOption("--age", options->age, "Highest age rating")->between(0, 18);
+    command->addFlag("--unlocked", options->open, "Not what the rating lock blocks");
+    command->addOption("--limit", options->limit, "At most so many")
+            ->between(size_t{1}, size_t{UINT16_MAX})
+            ->showDefault();
     addJson(command, &options->json);
     command->callback([options] {
         search(options->text, options->genres, options->age, options->open, options->limit,
                options->json);
     });
 
-    command = epg->add_subcommand("show", "All that is known of one programme");
-    command->add_option("channel", options->channel, "Number or id")->required();
-    command->add_option("event", options->text, "Id of the event")->required();
+    command = epg->addCommand("show", "All that is known of one programme");
+    command->addOption("channel", options->channel, "Number or id")->required();
+    command->addOption("event", options->text, "Id of the event")->required();
     addJson(command, &options->json);
     command->callback([options] { show(options->channel, options->text, options->json); });
 }

@@ -7,15 +7,14 @@
 #include "tool.h"
 
 int main(int argc, char** argv) {
-    CLI::App app("Drives the television through the client library.", "qeltvctl");
-    app.require_subcommand(1);
-    app.footer(
+    tool::CommandLine app(
+            "qeltvctl", "Drives the television through the client library.",
             "Exit status: 0 done, 1 refused by the television, 2 wrong usage, 3 television not "
             "reachable.");
+    app.requireCommand();
     bool trace = false;
-    app.add_flag("--trace", trace, "Show the library's trace lines on stderr");
-    // Before the command itself runs.
-    app.parse_complete_callback([&] {
+    app.addFlag("--trace", trace, "Show the library's trace lines on stderr");
+    app.beforeCommand([&] {
         if (!trace) return;
         mTvApiDebug = 1;
         __android_log_set_minimum_priority(ANDROID_LOG_DEBUG);
@@ -51,12 +50,9 @@ int main(int argc, char** argv) {
     }
 
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& e) {
-        return app.exit(e) == 0 ? tool::kDone : tool::kUsage;
+        return app.run(argc, argv) ? tool::kDone : tool::kUsage;
     } catch (const tool::Failure& e) {
         fprintf(stderr, "qeltvctl: %s\n", e.what());
         return e.exit();
     }
-    return tool::kDone;
 }

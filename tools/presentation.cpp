@@ -189,7 +189,7 @@ void printPower(bool json) {
 
 }  // namespace
 
-void addSound(CLI::App& app) {
+void addSound(Command& app) {
     struct Options {
         std::string word, type = kVolumeNames[0];
         uint32_t track = 0;
@@ -197,17 +197,17 @@ void addSound(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = app.add_subcommand("volume", "Show or set the volumes");
-    command->add_option("volume", options->word, "0 to 100, up or down");
-    command->add_option("--type", options->type,
-                        "speaker, headphone, digital, description or bluetooth")
-            ->capture_default_str();
+    Command* command = app.addCommand("volume", "Show or set the volumes");
+    command->addOption("volume", options->word, "0 to 100, up or down");
+    command->addOption("--type", options->type,
+                       "speaker, headphone, digital, description or bluetooth")
+            ->showDefault();
     addJson(command, &options->json);
     command->callback([options] { volume(options->word, options->type, options->json); });
 
-    command = app.add_subcommand("mute", "Mute or unmute the sound");
-    command->add_option("on", options->on, "on or off")->required();
-    command->add_option("--type", options->type, "As in volume")->capture_default_str();
+    command = app.addCommand("mute", "Mute or unmute the sound");
+    command->addOption("on", options->on, "on or off")->required();
+    command->addOption("--type", options->type, "As in volume")->showDefault();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_volctrl_setMute_by_type(numberOf(kVolumeNames, options->type, "volume"),
@@ -215,30 +215,30 @@ void addSound(CLI::App& app) {
               "mute");
     });
 
-    CLI::App* audio = app.add_subcommand("audio", "Sound tracks and effects");
-    audio->require_subcommand(1);
-    command = audio->add_subcommand("list", "List the tracks of what is shown");
+    Command* audio = app.addCommand("audio", "Sound tracks and effects");
+    audio->requireCommand();
+    command = audio->addCommand("list", "List the tracks of what is shown");
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
         printTracks(options->json);
     });
-    command = audio->add_subcommand("select", "Select a track");
-    command->add_option("track", options->track, "Its number")->required();
+    command = audio->addCommand("select", "Select a track");
+    command->addOption("track", options->track, "Its number")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_select_audio(&options->track), "audio");
     });
-    command = audio->add_subcommand("language", "Select a track by language");
-    command->add_option("language", options->word, "As in \"eng\", or next")->required();
+    command = audio->addCommand("language", "Select a track by language");
+    command->addOption("language", options->word, "As in \"eng\", or next")->required();
     command->callback([options] {
         requireService();
         check(options->word == "next" ? a_qeltvapi_audio_info_set_next_lanuage()
                                       : a_qeltvapi_select_default_audio(options->word.c_str()),
               options->word);
     });
-    command = audio->add_subcommand("effect", "Show or set the sound effect");
-    command->add_option("effect", options->word, "Its name or number");
+    command = audio->addCommand("effect", "Show or set the sound effect");
+    command->addOption("effect", options->word, "Its name or number");
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -255,7 +255,7 @@ void addSound(CLI::App& app) {
     });
 }
 
-void addPicture(CLI::App& app) {
+void addPicture(Command& app) {
     struct Options {
         std::string word, path = "main";
         std::vector<int32_t> sides;
@@ -263,10 +263,10 @@ void addPicture(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* picture = app.add_subcommand("picture", "Picture modes and freezing");
-    picture->require_subcommand(1);
-    CLI::App* command = picture->add_subcommand("mode", "Show or set the picture mode");
-    command->add_option("mode", options->word, "Its name or number");
+    Command* picture = app.addCommand("picture", "Picture modes and freezing");
+    picture->requireCommand();
+    Command* command = picture->addCommand("mode", "Show or set the picture mode");
+    command->addOption("mode", options->word, "Its name or number");
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -281,18 +281,18 @@ void addPicture(CLI::App& app) {
                       numberOf(kPictureModes, options->word, "picture mode")),
               options->word);
     });
-    command = picture->add_subcommand("freeze", "Freeze or unfreeze a picture");
-    command->add_option("on", options->on, "on or off")->required();
-    command->add_option("--path", options->path, "main or sub")->capture_default_str();
+    command = picture->addCommand("freeze", "Freeze or unfreeze a picture");
+    command->addOption("on", options->on, "on or off")->required();
+    command->addOption("--path", options->path, "main or sub")->showDefault();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_freeze_set_freeze(options->path.c_str(), options->on), "freeze");
     });
 
-    CLI::App* screen = app.add_subcommand("screen", "Screen modes and overscan");
-    screen->require_subcommand(1);
-    command = screen->add_subcommand("mode", "Show or set the screen mode");
-    command->add_option("mode", options->word, "Its name or number");
+    Command* screen = app.addCommand("screen", "Screen modes and overscan");
+    screen->requireCommand();
+    command = screen->addCommand("mode", "Show or set the screen mode");
+    command->addOption("mode", options->word, "Its name or number");
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -307,9 +307,9 @@ void addPicture(CLI::App& app) {
                       numberOf(kScreenModes, options->word, "screen mode")),
               options->word);
     });
-    command = screen->add_subcommand("overscan", "Show or set the overscan, in thousandths");
-    command->add_option("sides", options->sides, "Top, bottom, left and right")->expected(4);
-    command->add_flag("--keep", options->on, "Keep it for ever");
+    command = screen->addCommand("overscan", "Show or set the overscan, in thousandths");
+    command->addOption("sides", options->sides, "Top, bottom, left and right")->expected(4, 4);
+    command->addFlag("--keep", options->on, "Keep it for ever");
     command->callback([options] {
         requireService();
         if (!options->sides.empty()) {
@@ -325,7 +325,7 @@ void addPicture(CLI::App& app) {
     });
 }
 
-void addPower(CLI::App& app) {
+void addPower(Command& app) {
     struct Options {
         uint32_t line = 0, level = 0, setup = 0;
         std::string reason;
@@ -333,13 +333,13 @@ void addPower(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* power = app.add_subcommand("power", "Standby, wake-up and GPIO lines");
-    power->require_subcommand(1);
-    CLI::App* command = power->add_subcommand("status", "Why it woke up and powered down");
+    Command* power = app.addCommand("power", "Standby, wake-up and GPIO lines");
+    power->requireCommand();
+    Command* command = power->addCommand("status", "Why it woke up and powered down");
     addJson(command, &options->json);
     command->callback([options] { printPower(options->json); });
-    command = power->add_subcommand("down", "Go to standby");
-    command->add_option("--reason", options->reason, "Name or number of the reason to record");
+    command = power->addCommand("down", "Go to standby");
+    command->addOption("--reason", options->reason, "Name or number of the reason to record");
     command->callback([options] {
         requireService();
         if (!options->reason.empty()) {
@@ -349,22 +349,22 @@ void addPower(CLI::App& app) {
         }
         check(c_pcl_set_power_down(), "power");
     });
-    power->add_subcommand("suspend", "Suspend")->callback([] {
+    power->addCommand("suspend", "Suspend")->callback([] {
         requireService();
         check(c_pcl_set_request_suspend(), "power");
     });
-    command = power->add_subcommand("setup", "Set what may wake it");
-    command->add_option("mask", options->setup, "Bit n for wake-up reason n")->required();
+    command = power->addCommand("setup", "Set what may wake it");
+    command->addOption("mask", options->setup, "Bit n for wake-up reason n")->required();
     command->callback([options] {
         requireService();
         check(c_pcl_set_wakeup_setup(options->setup), "power");
     });
-    command = power->add_subcommand("gpio", "Read or set a GPIO line");
-    command->add_option("line", options->line, "0 to 63; those below 16 are inputs")->required();
-    CLI::Option* level = command->add_option("level", options->level, "0 or 1");
+    command = power->addCommand("gpio", "Read or set a GPIO line");
+    command->addOption("line", options->line, "0 to 63; those below 16 are inputs")->required();
+    Option* level = command->addOption("level", options->level, "0 or 1");
     command->callback([options, level] {
         requireService();
-        if (level->count() != 0) {
+        if (level->given()) {
             check(c_pcl_set_gpio(options->line, options->level), "gpio");
             return;
         }

@@ -168,39 +168,39 @@ void changePin() {
 
 }  // namespace
 
-void addRating(CLI::App& app) {
+void addRating(Command& app) {
     struct Options {
         std::string name, value;
         std::vector<std::string> flags;
         bool json = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* rating = app.add_subcommand("rating", "The rating lock and its PIN");
-    rating->require_subcommand(1);
+    Command* rating = app.addCommand("rating", "The rating lock and its PIN");
+    rating->requireCommand();
 
-    CLI::App* command = rating->add_subcommand("show", "Print all settings");
+    Command* command = rating->addCommand("show", "Print all settings");
     addJson(command, &options->json);
     command->callback([options] { show(options->json); });
 
-    command = rating->add_subcommand("set", "Change a setting");
-    command->add_option("setting", options->name, "As \"rating show\" prints it")->required();
-    command->add_option("value", options->value, "Its number; 0 blocks nothing")->required();
+    command = rating->addCommand("set", "Change a setting");
+    command->addOption("setting", options->name, "As \"rating show\" prints it")->required();
+    command->addOption("value", options->value, "Its number; 0 blocks nothing")->required();
     command->callback([options] { set(options->name, options->value); });
 
-    command = rating->add_subcommand("us-tv", "Block these US television ratings, and no others");
-    command->add_option("ratings", options->flags, "As TV-14, TV-PG-V, none");
+    command = rating->addCommand("us-tv", "Block these US television ratings, and no others");
+    command->addOption("ratings", options->flags, "As TV-14, TV-PG-V, none");
     command->callback([options] { setUsTv(options->flags); });
 
-    command = rating->add_subcommand("current", "The rating of what is on");
+    command = rating->addCommand("current", "The rating of what is on");
     addJson(command, &options->json);
     command->callback([options] { current(options->json); });
 
-    CLI::App* pin = rating->add_subcommand("pin", "The PIN, which is read from the input");
-    pin->require_subcommand(1);
-    pin->add_subcommand("check", "Have a PIN judged; a right one unlocks what is on")
+    Command* pin = rating->addCommand("pin", "The PIN, which is read from the input");
+    pin->requireCommand();
+    pin->addCommand("check", "Have a PIN judged; a right one unlocks what is on")
             ->callback(checkPin);
-    pin->add_subcommand("change", "Read the old and the new PIN")->callback(changePin);
-    pin->add_subcommand("ask", "Have the applications show the dialog")->callback([] {
+    pin->addCommand("change", "Read the old and the new PIN")->callback(changePin);
+    pin->addCommand("ask", "Have the applications show the dialog")->callback([] {
         requireService();
         check(a_qeltvapi_PWDDLG_show(), "dialog");
     });

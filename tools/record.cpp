@@ -339,70 +339,70 @@ void showTimeshift(bool asJson) {
 
 }  // namespace
 
-void addRecord(CLI::App& app) {
-    CLI::App* record = app.add_subcommand("record", "Recordings and bookings");
-    record->require_subcommand(1);
+void addRecord(Command& app) {
+    Command* record = app.addCommand("record", "Recordings and bookings");
+    record->requireCommand();
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = record->add_subcommand("start", "Record a channel");
-    command->add_option("channel", options->channel, "Channel id; the one being watched without");
-    command->add_option("--seconds", options->seconds, "End after this time");
-    command->add_option("--file", options->file, "Name of the file");
-    command->add_option("--programme", options->programme, "Name of the programme");
-    command->add_option("--rate", options->rate, "KiB per second");
+    Command* command = record->addCommand("start", "Record a channel");
+    command->addOption("channel", options->channel, "Channel id; the one being watched without");
+    command->addOption("--seconds", options->seconds, "End after this time");
+    command->addOption("--file", options->file, "Name of the file");
+    command->addOption("--programme", options->programme, "Name of the programme");
+    command->addOption("--rate", options->rate, "KiB per second");
     addJson(command, &options->json);
     command->callback([options] { startRecording(*options); });
 
-    command = record->add_subcommand("stop", "End a recording");
-    command->add_option("recording", options->handle, "Which; the newest that runs without");
+    command = record->addCommand("stop", "End a recording");
+    command->addOption("recording", options->handle, "Which; the newest that runs without");
     command->callback([options] { stopRecording(*options); });
 
-    command = record->add_subcommand("status", "Disk, bookings and a recording");
-    command->add_option("recording", options->handle, "Which; the newest that runs without");
+    command = record->addCommand("status", "Disk, bookings and a recording");
+    command->addOption("recording", options->handle, "Which; the newest that runs without");
     addJson(command, &options->json);
     command->callback([options] { showStatus(*options); });
 
-    command = record->add_subcommand("schedule", "Book a recording, or list what is booked");
-    CLI::Option* channel = command->add_option("channel", options->channel, "Channel id");
-    CLI::Option* start = command->add_option(
-            "start", options->start, "\"2026-11-21 20:15\", UTC seconds, or +SECONDS from now");
-    CLI::Option* seconds = command->add_option("seconds", options->seconds, "Length");
+    command = record->addCommand("schedule", "Book a recording, or list what is booked");
+    Option* channel = command->addOption("channel", options->channel, "Channel id");
+    Option* start = command->addOption("start", options->start,
+                                       "\"2026-11-21 20:15\", UTC seconds, or +SECONDS from now");
+    Option* seconds = command->addOption("seconds", options->seconds, "Length");
     channel->needs(start);
     start->needs(seconds);
-    command->add_option("--repeat", options->repeat, "once, daily or weekly")
-            ->check(CLI::IsMember({"once", "daily", "weekly"}));
-    command->add_option("--programme", options->programme, "Name of the programme");
-    command->add_option("--rate", options->rate, "KiB per second");
-    command->add_flag("--force", options->force, "Even with another booking in the way");
+    command->addOption("--repeat", options->repeat, "once, daily or weekly")
+            ->among({"once", "daily", "weekly"});
+    command->addOption("--programme", options->programme, "Name of the programme");
+    command->addOption("--rate", options->rate, "KiB per second");
+    command->addFlag("--force", options->force, "Even with another booking in the way");
     addJson(command, &options->json);
-    command->callback([options, channel] { schedule(*options, channel->count() > 0); });
+    command->callback([options, channel] { schedule(*options, channel->given()); });
 
-    command = record->add_subcommand("unschedule", "Delete a booking");
-    command->add_option("number", options->index, "Number of the booking")->required();
+    command = record->addCommand("unschedule", "Delete a booking");
+    command->addOption("number", options->index, "Number of the booking")->required();
     command->callback([options] { unschedule(options->index); });
 
-    command = record->add_subcommand("list", "List what has been recorded");
+    command = record->addCommand("list", "List what has been recorded");
     addJson(command, &options->json);
     command->callback([options] { listRecordings(options->json); });
 
-    command = record->add_subcommand("delete", "Delete a recording");
-    command->add_option("index", options->index, "Place in the list")->required();
+    command = record->addCommand("delete", "Delete a recording");
+    command->addOption("index", options->index, "Place in the list")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_mmp_pvr_browser_delete_file_by_index(options->index),
               "item " + std::to_string(options->index));
     });
 
-    command = record->add_subcommand("disk", "Set limits of the television's own disk");
-    command->add_option("--limit", options->limit, "MiB that recordings may take, 0 for no limit")
+    command = record->addCommand("disk", "Set limits of the television's own disk");
+    command->addOption("--limit", options->limit, "MiB that recordings may take, 0 for no limit")
             ->required();
-    command->add_option("--rate", options->rate, "KiB per second of recordings");
+    command->addOption("--rate", options->rate, "KiB per second of recordings");
     command->callback([options] { setDisk(*options); });
 }
 
-void addTimeshift(CLI::App& app) {
-    CLI::App* timeshift = app.add_subcommand("timeshift", "Pause and rewind what is broadcast");
-    timeshift->require_subcommand(1);
+void addTimeshift(Command& app) {
+    Command* timeshift = app.addCommand("timeshift", "Pause and rewind what is broadcast");
+    timeshift->requireCommand();
     struct Shift {
         std::string path;
         int64_t mib = 0;
@@ -412,23 +412,23 @@ void addTimeshift(CLI::App& app) {
     };
     auto options = std::make_shared<Shift>();
 
-    CLI::App* command = timeshift->add_subcommand("device", "Register the device of the buffer");
-    command->add_option("path", options->path, "Directory, as the television sees it")->required();
-    command->add_option("mib", options->mib, "Size of the buffer; 1 MiB holds a second")
+    Command* command = timeshift->addCommand("device", "Register the device of the buffer");
+    command->addOption("path", options->path, "Directory, as the television sees it")->required();
+    command->addOption("mib", options->mib, "Size of the buffer; 1 MiB holds a second")
             ->required()
-            ->check(CLI::Range(int64_t{1}, int64_t{1} << 30));
+            ->between(int64_t{1}, int64_t{1} << 30);
     command->callback([options] {
         requireService();
         check(a_qeltvapi_timeshift_registerDevice(options->path.c_str(), options->mib << 20),
               options->path);
     });
 
-    command = timeshift->add_subcommand("status", "Device, buffer and position");
+    command = timeshift->addCommand("status", "Device, buffer and position");
     addJson(command, &options->json);
     command->callback([options] { showTimeshift(options->json); });
 
     const auto simple = [&](const char* name, const char* text, int (*function)()) {
-        timeshift->add_subcommand(name, text)->callback([name, function] {
+        timeshift->addCommand(name, text)->callback([name, function] {
             requireService();
             check(function(), name);
         });
@@ -437,33 +437,32 @@ void addTimeshift(CLI::App& app) {
     simple("play", "Go on as broadcast", a_qeltvapi_timeshift_play);
     simple("pause", "Stand still", a_qeltvapi_timeshift_pause);
 
-    command = timeshift->add_subcommand("stop", "Stop, and go back to what is broadcast");
-    command->add_flag("--keep", options->keep, "Keep what the buffer holds");
+    command = timeshift->addCommand("stop", "Stop, and go back to what is broadcast");
+    command->addFlag("--keep", options->keep, "Keep what the buffer holds");
     command->callback([options] {
         requireService();
         check(options->keep ? a_qeltvapi_timeshift_stop_ex(kStopKeep) : a_qeltvapi_timeshift_stop(),
               "stop");
     });
 
-    command = timeshift->add_subcommand("seek", "Go to a position");
-    command->add_option("seconds", options->seconds, "Since the start of the timeshift")
+    command = timeshift->addCommand("seek", "Go to a position");
+    command->addOption("seconds", options->seconds, "Since the start of the timeshift")
             ->required()
-            ->check(CLI::Range(0.0, 4.0e6));
+            ->between(0.0, 4.0e6);
     command->callback([options] {
         requireService();
         check(a_qeltvapi_timeshift_seek(static_cast<uint32_t>(options->seconds * 1000)), "seek");
     });
 
-    command = timeshift->add_subcommand("speed", "Play faster, slower or backward");
-    command->add_option("percent", options->percent, "200 twice as fast, -100 backward")
-            ->required();
+    command = timeshift->addCommand("speed", "Play faster, slower or backward");
+    command->addOption("percent", options->percent, "200 twice as fast, -100 backward")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_timeshift_trickplay(static_cast<uint32_t>(options->percent)), "speed");
     });
 
-    command = timeshift->add_subcommand("auto", "Start by itself when there is a device");
-    command->add_option("on", options->on, "on or off")->required();
+    command = timeshift->addCommand("auto", "Start by itself when there is a device");
+    command->addOption("on", options->on, "on or off")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_timeshift_set_auto_record(options->on), "auto");

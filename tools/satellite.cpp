@@ -263,76 +263,75 @@ void clearKeys(uint32_t record, bool all) {
 
 }  // namespace
 
-void addSatellite(CLI::App& app) {
-    CLI::App* satellite = app.add_subcommand("satellite", "Satellites and the dish");
-    satellite->require_subcommand(1);
+void addSatellite(Command& app) {
+    Command* satellite = app.addCommand("satellite", "Satellites and the dish");
+    satellite->requireCommand();
     struct Options {
         std::string satellite;
         bool json = false;
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = satellite->add_subcommand("list", "List the satellites");
+    Command* command = satellite->addCommand("list", "List the satellites");
     addJson(command, &options->json);
     command->callback([options] { list(options->json); });
 
-    command = satellite->add_subcommand("show", "Show a satellite and its transponders");
-    command->add_option("satellite", options->satellite, "Its record or position, as in 19.2E")
+    command = satellite->addCommand("show", "Show a satellite and its transponders");
+    command->addOption("satellite", options->satellite, "Its record or position, as in 19.2E")
             ->required();
     addJson(command, &options->json);
     command->callback([options] { show(options->satellite, options->json); });
 
     auto changes = std::make_shared<SatelliteChanges>();
-    command = satellite->add_subcommand("set", "Change how a satellite is received");
-    command->add_option("satellite", changes->satellite, "Its record or position, as in 19.2E")
+    command = satellite->addCommand("set", "Change how a satellite is received");
+    command->addOption("satellite", changes->satellite, "Its record or position, as in 19.2E")
             ->required();
-    command->add_option("--name", changes->name, "Its name");
-    command->add_option("--position", changes->position, "As in 19.2E");
-    command->add_option("--low", changes->low, "Low oscillator of the LNB in kHz");
-    command->add_option("--high", changes->high, "High oscillator in kHz");
-    command->add_option("--border", changes->border, "Frequency between the bands in kHz");
-    command->add_option("--port", changes->port, "Input of the DiSEqC switch, 0 for none")
-            ->check(CLI::Range(0, 16));
-    CLI::Option* on = command->add_flag("--on", changes->on, "Receive it");
-    command->add_flag("--off", changes->off, "Do not")->excludes(on);
+    command->addOption("--name", changes->name, "Its name");
+    command->addOption("--position", changes->position, "As in 19.2E");
+    command->addOption("--low", changes->low, "Low oscillator of the LNB in kHz");
+    command->addOption("--high", changes->high, "High oscillator in kHz");
+    command->addOption("--border", changes->border, "Frequency between the bands in kHz");
+    command->addOption("--port", changes->port, "Input of the DiSEqC switch, 0 for none")
+            ->between(0, 16);
+    Option* on = command->addFlag("--on", changes->on, "Receive it");
+    command->addFlag("--off", changes->off, "Do not")->excludes(on);
     command->callback([changes] { set(*changes); });
 }
 
-void addBiss(CLI::App& app) {
-    CLI::App* biss = app.add_subcommand("biss", "BISS keys of satellite feeds");
-    biss->require_subcommand(1);
+void addBiss(Command& app) {
+    Command* biss = app.addCommand("biss", "BISS keys of satellite feeds");
+    biss->requireCommand();
     struct Options {
         uint32_t record = 0;
         bool json = false, showKeys = false, all = false;
     };
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = biss->add_subcommand("list", "List the keys");
-    command->add_flag("--show-keys", options->showKeys, "The keys themselves too");
+    Command* command = biss->addCommand("list", "List the keys");
+    command->addFlag("--show-keys", options->showKeys, "The keys themselves too");
     addJson(command, &options->json);
     command->callback([options] { listKeys(options->showKeys, options->json); });
 
     auto changes = std::make_shared<KeyChanges>();
-    command = biss->add_subcommand("set", "Store a key; prints its record");
-    command->add_option("record", changes->record, "The record to change; a new one when left out");
-    CLI::Option* current =
-            command->add_flag("--current", changes->current, "For the current channel");
-    command->add_option("--frequency", changes->frequency, "Of the transponder, in kHz")
+    command = biss->addCommand("set", "Store a key; prints its record");
+    command->addOption("record", changes->record, "The record to change; a new one when left out");
+    Option* current = command->addFlag("--current", changes->current, "For the current channel");
+    command->addOption("--frequency", changes->frequency, "Of the transponder, in kHz")
             ->excludes(current);
-    command->add_option("--position", changes->position, "Of the satellite, as in 19.2E");
-    command->add_option("--polarisation", changes->polarisation, "H, V, L or R");
-    command->add_option("--symbol-rate", changes->symbolRate, "Symbols per second");
-    command->add_option("--service", changes->service, "Service id, 0 for all of the transponder")
-            ->check(CLI::Range(0, 65535));
-    command->add_option("--key", changes->key,
-                        "12 or 16 hexadecimal digits; \"-\" reads them from the input");
-    CLI::Option* on = command->add_flag("--on", changes->on, "Use it");
-    command->add_flag("--off", changes->off, "Do not use it")->excludes(on);
+    command->addOption("--position", changes->position, "Of the satellite, as in 19.2E");
+    command->addOption("--polarisation", changes->polarisation, "H, V, L or R");
+    command->addOption("--symbol-rate", changes->symbolRate, "Symbols per second");
+    command->addOption("--service", changes->service, "Service id, 0 for all of the transponder")
+            ->between(0, 65535);
+    command->addOption("--key", changes->key,
+                       "12 or 16 hexadecimal digits; \"-\" reads them from the input");
+    Option* on = command->addFlag("--on", changes->on, "Use it");
+    command->addFlag("--off", changes->off, "Do not use it")->excludes(on);
     command->callback([changes] { setKeyRecord(*changes); });
 
-    command = biss->add_subcommand("clear", "Delete a key, or all");
-    command->add_option("record", options->record, "The record");
-    command->add_flag("--all", options->all, "All of them");
+    command = biss->addCommand("clear", "Delete a key, or all");
+    command->addOption("record", options->record, "The record");
+    command->addFlag("--all", options->all, "All of them");
     command->callback([options] { clearKeys(options->record, options->all); });
 }
 

@@ -184,35 +184,35 @@ void list(bool json) {
 
 }  // namespace
 
-void addScan(CLI::App& app) {
+void addScan(Command& app) {
     struct Options {
         std::string mode = "full";
         double mhz = 0;
         bool clear = false, json = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* scanning = app.add_subcommand("scan", "Look for channels");
-    scanning->require_subcommand(0, 1);
-    scanning->add_option("mode", options->mode, "full, air, cable or satellite")
-            ->check(CLI::IsMember({"full", "air", "cable", "satellite"}))
-            ->capture_default_str();
-    scanning->add_option("--mhz", options->mhz, "Only the transponders at this frequency")
-            ->check(CLI::Range(1.0, 4.0e6));
-    scanning->add_flag("--clear", options->clear, "Remove what is not found any more");
+    Command* scanning = app.addCommand("scan", "Look for channels");
+    scanning->allowOneCommand();
+    scanning->addOption("mode", options->mode, "full, air, cable or satellite")
+            ->among({"full", "air", "cable", "satellite"})
+            ->showDefault();
+    scanning->addOption("--mhz", options->mhz, "Only the transponders at this frequency")
+            ->between(1.0, 4.0e6);
+    scanning->addFlag("--clear", options->clear, "Remove what is not found any more");
     addJson(scanning, &options->json);
-    CLI::App* cancel = scanning->add_subcommand("cancel", "End the scan that runs");
+    Command* cancel = scanning->addCommand("cancel", "End the scan that runs");
     cancel->callback([] {
         requireService();
         check(a_qeltvapi_cancel_scan(), "cancel");
     });
-    CLI::App* state = scanning->add_subcommand("status", "Tell what the last scan does or did");
+    Command* state = scanning->addCommand("status", "Tell what the last scan does or did");
     addJson(state, &options->json);
     state->callback([options] { status(options->json); });
-    CLI::App* transponders = scanning->add_subcommand("transponders", "List what is scanned");
+    Command* transponders = scanning->addCommand("transponders", "List what is scanned");
     addJson(transponders, &options->json);
     transponders->callback([options] { list(options->json); });
     scanning->callback([options, scanning] {
-        if (!scanning->get_subcommands().empty()) return;
+        if (scanning->commandGiven()) return;
         uint64_t argument = options->mode == "air"         ? kScanAir
                             : options->mode == "cable"     ? kScanCable
                             : options->mode == "satellite" ? kScanSatellite

@@ -94,9 +94,9 @@ void requireNotifications() {
     }
 }
 
-void addService(CLI::App& app) {
-    CLI::App* group = app.add_subcommand("service", "The television's process itself");
-    group->require_subcommand(1);
+void addService(Command& app) {
+    Command* group = app.addCommand("service", "The television's process itself");
+    group->requireCommand();
 
     struct Options {
         double timeout = 10;
@@ -106,19 +106,19 @@ void addService(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
 
-    group->add_subcommand("ping", "Ask whether it is alive")->callback(ping);
+    group->addCommand("ping", "Ask whether it is alive")->callback(ping);
 
-    CLI::App* command = group->add_subcommand("wait", "Wait until it is there");
-    command->add_option("--timeout", options->timeout, "Seconds")->capture_default_str();
+    Command* command = group->addCommand("wait", "Wait until it is there");
+    command->addOption("--timeout", options->timeout, "Seconds")->showDefault();
     command->callback([options] { waitFor(options->timeout); });
 
-    group->add_subcommand("dump", "Print clients, calls and faults as JSON")->callback([] {
+    group->addCommand("dump", "Print clients, calls and faults as JSON")->callback([] {
         printf("%s", control({"dump"}).c_str());
     });
 
-    command = group->add_subcommand("fault", "Have calls of a method go wrong");
-    command->add_option("method", options->method, "Name of the method, * for all")->required();
-    command->add_option("fault", options->fault, "die, lose, code N, delay MS or none")
+    command = group->addCommand("fault", "Have calls of a method go wrong");
+    command->addOption("method", options->method, "Name of the method, * for all")->required();
+    command->addOption("fault", options->fault, "die, lose, code N, delay MS or none")
             ->required()
             ->expected(1, 2);
     command->callback([options] {
@@ -127,29 +127,29 @@ void addService(CLI::App& app) {
         control(words);
     });
 
-    command = group->add_subcommand("plug", "Plug a source into an input, or take it out");
-    command->add_option("input", options->method, "Number of the input")->required();
-    command->add_option("on", options->kind, "on or off")->required();
+    command = group->addCommand("plug", "Plug a source into an input, or take it out");
+    command->addOption("input", options->method, "Number of the input")->required();
+    command->addOption("on", options->kind, "on or off")->required();
     command->callback([options] { control({"plug", options->method, options->kind}); });
 
-    command = group->add_subcommand("reception", "Weaken the signals of the aerial");
-    command->add_option("percent", options->method, "Of what they are")->required();
-    command->add_option("frequency", options->kind, "Only this one, in kHz");
+    command = group->addCommand("reception", "Weaken the signals of the aerial");
+    command->addOption("percent", options->method, "Of what they are")->required();
+    command->addOption("frequency", options->kind, "Only this one, in kHz");
     command->callback([options] {
         std::vector<std::string> words{"reception", options->method};
         if (!options->kind.empty()) words.push_back(options->kind);
         control(words);
     });
 
-    command = group->add_subcommand("raise", "Raise a notification");
-    command->add_option("method", options->method, "Method of the callback object")->required();
-    command->add_option("values", options->values, "Its arguments, a JSON array")->required();
-    command->add_option("--times", options->times, "How often")->capture_default_str();
+    command = group->addCommand("raise", "Raise a notification");
+    command->addOption("method", options->method, "Method of the callback object")->required();
+    command->addOption("values", options->values, "Its arguments, a JSON array")->required();
+    command->addOption("--times", options->times, "How often")->showDefault();
     command->callback([options] {
         control({"raise", options->method, options->values, std::to_string(options->times)});
     });
 
-    group->add_subcommand("die", "End it as a crash would")->callback([] {
+    group->addCommand("die", "End it as a crash would")->callback([] {
         requireService();
         try {
             control({"die"});

@@ -209,36 +209,35 @@ void listSubtitles(bool asJson) {
 
 }  // namespace
 
-void addTeletext(CLI::App& app) {
+void addTeletext(Command& app) {
     auto options = std::make_shared<Options>();
-    CLI::App* command = app.add_subcommand("teletext", "Show a page of teletext");
-    command->add_option("page", options->page, "100 to 899; the one that is on without");
-    command->add_option("--subpage", options->subpage, "Stay on this subpage")
-            ->check(CLI::Range(0U, 0xffffU));
-    command->add_flag("--plain", options->plain, "Without colours");
-    command->add_flag("--top", options->top, "The tree of pages instead");
+    Command* command = app.addCommand("teletext", "Show a page of teletext");
+    command->addOption("page", options->page, "100 to 899; the one that is on without");
+    command->addOption("--subpage", options->subpage, "Stay on this subpage")->between(0U, 0xffffU);
+    command->addFlag("--plain", options->plain, "Without colours");
+    command->addFlag("--top", options->top, "The tree of pages instead");
     addJson(command, &options->json);
     command->callback([options] { show(*options); });
 }
 
-void addSubtitle(CLI::App& app) {
-    CLI::App* subtitle = app.add_subcommand("subtitle", "Subtitles");
-    subtitle->require_subcommand(1);
+void addSubtitle(Command& app) {
+    Command* subtitle = app.addCommand("subtitle", "Subtitles");
+    subtitle->requireCommand();
     auto options = std::make_shared<Options>();
 
-    CLI::App* command = subtitle->add_subcommand("list", "List what there is");
+    Command* command = subtitle->addCommand("list", "List what there is");
     addJson(command, &options->json);
     command->callback([options] { listSubtitles(options->json); });
 
-    command = subtitle->add_subcommand("play", "Show a subtitle");
-    command->add_option("number", options->number, "Which; 0 for none")->required();
+    command = subtitle->addCommand("play", "Show a subtitle");
+    command->addOption("number", options->number, "Which; 0 for none")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_subtitle_play(options->number),
               "subtitle " + std::to_string(options->number));
     });
 
-    subtitle->add_subcommand("next", "Go to the next subtitle, or to none after the last")
+    subtitle->addCommand("next", "Go to the next subtitle, or to none after the last")
             ->callback([] {
                 requireService();
                 check(a_qeltvapi_subtitle_set_next(), "next");

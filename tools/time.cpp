@@ -140,40 +140,40 @@ void julian(const std::string& text) {
 
 }  // namespace
 
-void addTime(CLI::App& app) {
+void addTime(Command& app) {
     struct Options {
         std::string first, second;
         bool json = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* time = app.add_subcommand("time", "Clock, time zone and sleep timer");
-    time->require_subcommand(1);
+    Command* time = app.addCommand("time", "Clock, time zone and sleep timer");
+    time->requireCommand();
 
-    CLI::App* command = time->add_subcommand("show", "Print all of it");
+    Command* command = time->addCommand("show", "Print all of it");
     addJson(command, &options->json);
     command->callback([options] { show(options->json); });
 
-    command = time->add_subcommand("set", "Set the clock, which must not follow anything");
-    command->add_option("date", options->first, "As 2026-03-29")->required();
-    command->add_option("time", options->second, "As 14:30 or 14:30:15")->required();
+    command = time->addCommand("set", "Set the clock, which must not follow anything");
+    command->addOption("date", options->first, "As 2026-03-29")->required();
+    command->addOption("time", options->second, "As 14:30 or 14:30:15")->required();
     command->callback([options] { set(options->first, options->second); });
 
-    command = time->add_subcommand("source", "Choose what the clock follows");
-    command->add_option("source", options->first, "manual, broadcast or network")
+    command = time->addCommand("source", "Choose what the clock follows");
+    command->addOption("source", options->first, "manual, broadcast or network")
             ->required()
-            ->check(CLI::IsMember({"manual", "broadcast", "network"}));
+            ->among({"manual", "broadcast", "network"});
     command->callback([options] { setSource(options->first); });
 
-    command = time->add_subcommand("zone", "Set the time zone");
-    command->add_option("zone", options->first, "As +01:00, or seconds")->required();
+    command = time->addCommand("zone", "Set the time zone");
+    command->addOption("zone", options->first, "As +01:00, or seconds")->required();
     command->callback([options] { setZone(options->first); });
 
-    command = time->add_subcommand("sleep", "Set the sleep timer");
-    command->add_option("time", options->first, "As 30m, 90s, 2h, or off")->required();
+    command = time->addCommand("sleep", "Set the sleep timer");
+    command->addOption("time", options->first, "As 30m, 90s, 2h, or off")->required();
     command->callback([options] { setSleep(options->first); });
 
-    command = time->add_subcommand("julian", "Convert a Modified Julian Date, either way");
-    command->add_option("date", options->first, "As 61003, or 2026-03-29")->required();
+    command = time->addCommand("julian", "Convert a Modified Julian Date, either way");
+    command->addOption("date", options->first, "As 61003, or 2026-03-29")->required();
     command->callback([options] { julian(options->first); });
 }
 

@@ -44,8 +44,8 @@ void printTable(const std::vector<std::vector<std::string>>& rows) {
     }
 }
 
-void addJson(CLI::App* command, bool* json) {
-    command->add_flag("--json", *json, "Print JSON, for scripts");
+void addJson(Command* command, bool* json) {
+    command->addFlag("--json", *json, "Print JSON, for scripts");
 }
 
 }  // namespace tool

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "command_line.h"
 
 /** What the commands of qeltvctl share. A family's commands stand in a file of their own. */
 namespace tool {
@@ -55,33 +56,33 @@ class Room {
 void printTable(const std::vector<std::vector<std::string>>& rows);
 
 /** Adds "--json" to a command. */
-void addJson(CLI::App* command, bool* json);
+void addJson(Command* command, bool* json);
 
 /** Prints the tree of commands as JSON, for the manual and the completion of shells. */
-void printCommands(const CLI::App& app);
+void printCommands(const CommandLine& app);
 
-void addAlert(CLI::App& app);
-void addBiss(CLI::App& app);
-void addCall(CLI::App& app);
-void addChannel(CLI::App& app);
-void addCi(CLI::App& app);
-void addConfig(CLI::App& app);
-void addEpg(CLI::App& app);
-void addInput(CLI::App& app);
-void addPicture(CLI::App& app);
-void addPower(CLI::App& app);
-void addRecord(CLI::App& app);
-void addRating(CLI::App& app);
-void addScan(CLI::App& app);
-void addSatellite(CLI::App& app);
-void addService(CLI::App& app);
-void addTime(CLI::App& app);
-void addUpgrade(CLI::App& app);
-void addSound(CLI::App& app);
-void addSubtitle(CLI::App& app);
-void addTeletext(CLI::App& app);
-void addTimeshift(CLI::App& app);
-void addTune(CLI::App& app);
-void addWatch(CLI::App& app);
+void addAlert(Command& app);
+void addBiss(Command& app);
+void addCall(Command& app);
+void addChannel(Command& app);
+void addCi(Command& app);
+void addConfig(Command& app);
+void addEpg(Command& app);
+void addInput(Command& app);
+void addPicture(Command& app);
+void addPower(Command& app);
+void addRecord(Command& app);
+void addRating(Command& app);
+void addScan(Command& app);
+void addSatellite(Command& app);
+void addService(Command& app);
+void addTime(Command& app);
+void addUpgrade(Command& app);
+void addSound(Command& app);
+void addSubtitle(Command& app);
+void addTeletext(Command& app);
+void addTimeshift(Command& app);
+void addTune(Command& app);
+void addWatch(Command& app);
 
 }  // namespace tool

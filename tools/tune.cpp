@@ -280,29 +280,29 @@ void listInputs(bool asJson) {
 
 }  // namespace
 
-void addTune(CLI::App& app) {
+void addTune(Command& app) {
     auto options = std::make_shared<TuneOptions>();
-    CLI::App* command = app.add_subcommand("tune", "Select a channel and wait until it plays");
-    command->add_option("channel", options->what, "Its number (12, 7.1), or up, down, last");
-    command->add_option("--id", options->id, "Its channel id");
-    command->add_option("--service", options->service, "Its service id (program number)");
-    command->add_option("--frequency", options->kHz, "Tune to a frequency in kHz, to no channel");
-    command->add_option("--path", options->path, "main or sub")->capture_default_str();
-    command->add_flag("--banner", options->banner, "Show the banner");
-    command->add_option("--wait", options->wait, "Seconds; 0 not at all")
-            ->check(CLI::NonNegativeNumber)
-            ->capture_default_str();
+    Command* command = app.addCommand("tune", "Select a channel and wait until it plays");
+    command->addOption("channel", options->what, "Its number (12, 7.1), or up, down, last");
+    command->addOption("--id", options->id, "Its channel id");
+    command->addOption("--service", options->service, "Its service id (program number)");
+    command->addOption("--frequency", options->kHz, "Tune to a frequency in kHz, to no channel");
+    command->addOption("--path", options->path, "main or sub")->showDefault();
+    command->addFlag("--banner", options->banner, "Show the banner");
+    command->addOption("--wait", options->wait, "Seconds; 0 not at all")
+            ->notNegative()
+            ->showDefault();
     command->callback([options] { tune(*options); });
 
     auto asJson = std::make_shared<bool>(false);
-    command = app.add_subcommand("status", "Show what the television shows");
+    command = app.addCommand("status", "Show what the television shows");
     addJson(command, asJson.get());
     command->callback([asJson] { printStatus(*asJson); });
 }
 
-void addInput(CLI::App& app) {
-    CLI::App* group = app.add_subcommand("input", "Inputs: the sockets and what is plugged in");
-    group->require_subcommand(1);
+void addInput(Command& app) {
+    Command* group = app.addCommand("input", "Inputs: the sockets and what is plugged in");
+    group->requireCommand();
     struct Options {
         std::string input, path = "main", text;
         int32_t label = 0;
@@ -311,21 +311,20 @@ void addInput(CLI::App& app) {
     };
     auto options = std::make_shared<Options>();
     const auto add = [&](const char* name, const char* about) {
-        CLI::App* command = group->add_subcommand(name, about);
-        command->add_option("input", options->input, "Number or name, as in \"HDMI 1\"")
-                ->required();
+        Command* command = group->addCommand(name, about);
+        command->addOption("input", options->input, "Number or name, as in \"HDMI 1\"")->required();
         return command;
     };
 
-    CLI::App* command = group->add_subcommand("list", "List the inputs");
+    Command* command = group->addCommand("list", "List the inputs");
     addJson(command, &options->json);
     command->callback([options] { listInputs(options->json); });
 
     command = add("select", "Show an input");
-    command->add_option("--path", options->path, "main or sub")->capture_default_str();
-    command->add_option("--wait", options->wait, "Seconds; 0 not at all")
-            ->check(CLI::NonNegativeNumber)
-            ->capture_default_str();
+    command->addOption("--path", options->path, "main or sub")->showDefault();
+    command->addOption("--wait", options->wait, "Seconds; 0 not at all")
+            ->notNegative()
+            ->showDefault();
     command->callback([options] {
         requireService();
         pathNumber(options->path);
@@ -336,7 +335,7 @@ void addInput(CLI::App& app) {
     });
 
     command = add("label", "Give an input a label");
-    command->add_option("label", options->label, "0 none, 8 the user's own name")->required();
+    command->addOption("label", options->label, "0 none, 8 the user's own name")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(inputOf(options->input),
@@ -345,7 +344,7 @@ void addInput(CLI::App& app) {
     });
 
     command = add("name", "Give an input a name of one's own");
-    command->add_option("name", options->text, "The name")->required();
+    command->addOption("name", options->text, "The name")->required();
     command->callback([options] {
         requireService();
         const int32_t id = inputOf(options->input);
@@ -356,7 +355,7 @@ void addInput(CLI::App& app) {
     });
 
     command = add("block", "Block an input while parental.input_lock is on");
-    command->add_option("on", options->on, "on or off")->required();
+    command->addOption("on", options->on, "on or off")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_inputsource_set_source_blockstatus_bysourceid(inputOf(options->input),
@@ -365,7 +364,7 @@ void addInput(CLI::App& app) {
     });
 
     command = add("detect", "Change to an input by itself when something is plugged in");
-    command->add_option("on", options->on, "on or off")->required();
+    command->addOption("on", options->on, "on or off")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_inputsource_set_source_autodetectstatus_bysourceid(inputOf(options->input),

@@ -189,59 +189,59 @@ void schedule() {
 
 }  // namespace
 
-void addUpgrade(CLI::App& app) {
+void addUpgrade(Command& app) {
     struct Options {
         uint32_t item = kItemFirmware;
         std::string source = "https://updates.example/firmware", target = "/data/firmware";
         bool json = false, reboot = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* upgrade = app.add_subcommand("upgrade", "Software of the television");
-    upgrade->require_subcommand(1);
-    const auto addItem = [&](CLI::App* command) {
-        command->add_option("--item", options->item, "Index of the item")->capture_default_str();
+    Command* upgrade = app.addCommand("upgrade", "Software of the television");
+    upgrade->requireCommand();
+    const auto addItem = [&](Command* command) {
+        command->addOption("--item", options->item, "Index of the item")->showDefault();
     };
 
-    CLI::App* command = upgrade->add_subcommand("info", "Versions, and what can be upgraded");
+    Command* command = upgrade->addCommand("info", "Versions, and what can be upgraded");
     addJson(command, &options->json);
     command->callback([options] { info(options->json); });
 
-    command = upgrade->add_subcommand("check", "Look for a newer version");
+    command = upgrade->addCommand("check", "Look for a newer version");
     addItem(command);
     command->callback([options] { checkForUpdate(options->item); });
 
-    command = upgrade->add_subcommand("run", "Check, download and install");
+    command = upgrade->addCommand("run", "Check, download and install");
     addItem(command);
-    command->add_flag("--reboot", options->reboot, "Reboot into it too");
+    command->addFlag("--reboot", options->reboot, "Reboot into it too");
     command->callback([options] { run(options->item, options->reboot); });
 
-    command = upgrade->add_subcommand("download", "Only download");
+    command = upgrade->addCommand("download", "Only download");
     addItem(command);
-    command->add_option("--from", options->source, "Where from")->capture_default_str();
-    command->add_option("--to", options->target, "File on the television")->capture_default_str();
+    command->addOption("--from", options->source, "Where from")->showDefault();
+    command->addOption("--to", options->target, "File on the television")->showDefault();
     command->callback([options] { download(options->item, options->source, options->target); });
 
-    command = upgrade->add_subcommand("cancel", "End a download that runs");
+    command = upgrade->addCommand("cancel", "End a download that runs");
     addItem(command);
     command->callback([options] {
         requireService();
         check(a_qeltvapi_upgrade_cancel_download_firmware(options->item), "cancel");
     });
 
-    CLI::App* oad = upgrade->add_subcommand("air", "The download that a channel carries");
-    oad->require_subcommand(1);
-    oad->add_subcommand("schedule", "When and where it is broadcast")->callback(schedule);
-    oad->add_subcommand("detect", "Jump to the channel and look")->callback([] {
+    Command* oad = upgrade->addCommand("air", "The download that a channel carries");
+    oad->requireCommand();
+    oad->addCommand("schedule", "When and where it is broadcast")->callback(schedule);
+    oad->addCommand("detect", "Jump to the channel and look")->callback([] {
         overAir(a_qeltvapi_oad_start_jump_channel, "detection",
                 {kOadFound, kOadNothingNew, kOadStopped, kOadDownloading});
     });
-    oad->add_subcommand("download", "Download what was found")->callback([] {
+    oad->addCommand("download", "Download what was found")->callback([] {
         overAir(a_qeltvapi_oad_start_download, "download", {kOadDownloaded, kOadStopped});
     });
-    oad->add_subcommand("flash", "Write it")->callback([] {
+    oad->addCommand("flash", "Write it")->callback([] {
         overAir(a_qeltvapi_oad_start_flash, "flash", {kOadFlashed, kOadStopped});
     });
-    oad->add_subcommand("restart", "Restart into it")->callback([] {
+    oad->addCommand("restart", "Restart into it")->callback([] {
         overAir(a_qeltvapi_oad_accept_restart, "restart", {kOadIdle, kOadStopped});
     });
 }

@@ -199,7 +199,7 @@ void watch(const std::vector<std::string>& wanted, bool json, uint64_t count, do
 
 }  // namespace
 
-void addWatch(CLI::App& app) {
+void addWatch(Command& app) {
     struct Options {
         std::vector<std::string> kinds;
         bool json = false, list = false;
@@ -207,11 +207,11 @@ void addWatch(CLI::App& app) {
         double seconds = 0;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* command = app.add_subcommand("watch", "Print notifications as they come");
-    command->add_option("kind", options->kinds, "Only these kinds; see --list");
-    command->add_flag("--list", options->list, "List the kinds");
-    command->add_option("--count", options->count, "End after this many");
-    command->add_option("--seconds", options->seconds, "End after this time");
+    Command* command = app.addCommand("watch", "Print notifications as they come");
+    command->addOption("kind", options->kinds, "Only these kinds; see --list");
+    command->addFlag("--list", options->list, "List the kinds");
+    command->addOption("--count", options->count, "End after this many");
+    command->addOption("--seconds", options->seconds, "End after this time");
     addJson(command, &options->json);
     command->callback([options] {
         if (options->list) {
