@@ -59,6 +59,8 @@ int IonPool::allocate(size_t size) {
         close(fresh);
         // Opening a file under a lease signals the holder, by default with SIGIO, which kills.
         fcntl(buffer.file, F_SETSIG, SIGURG);
+        // Where there are no leases no buffer would ever come back.
+        if (!unused(buffer.file)) return buffer.file;
         buffer.size = size;
         buffer.mapping = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, buffer.file, 0);
         if (buffer.mapping == MAP_FAILED) return buffer.file;
