@@ -10,15 +10,18 @@
 #include <cstdint>
 #include <mutex>
 
+#include "hw_qeltvapi_state.h"
+
 /**
- * Watches the service, keeps the callback object registered with it and brings both back after
- * a restart. One instance per process, made by getInstance().
+ * Watches the service, keeps the callback object registered with it and registers it again after
+ * a restart. One instance per process, created by getInstance(); whoever uses it holds a reference
+ * of its own, so it outlives its release at the end of the process as long as a thread is in it.
  */
 class TvApiDeathRecipient : public android::hardware::hidl_death_recipient {
   public:
     explicit TvApiDeathRecipient(unsigned long long cookie);
 
-    /** The one instance, made on the first call. */
+    /** The one instance, created on the first call; null after the library has released it. */
     static android::sp<TvApiDeathRecipient> getInstance();
 
     void serviceDied(uint64_t cookie,
@@ -41,7 +44,7 @@ class TvApiDeathRecipient : public android::hardware::hidl_death_recipient {
 
     uint64_t cookie() const { return mCookie; }
 
-    static android::sp<TvApiDeathRecipient> mRecipient;
+    static qeltvapi::Cell<TvApiDeathRecipient> mRecipient;
 
   private:
     void startReconnect();

@@ -40,14 +40,13 @@ function(use_source_relative_file_macro target)
         "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=" "-fmacro-prefix-map=${from_build}/=")
 endfunction()
 
-# Binds TARGET, a shared library, to its own functions at link time, and with DATA to its own data:
-# looking them up is most of what the start of a program takes. DATA is for libraries without
-# variables that programs write. The sanitizers tell types apart by address, so they need one of each.
+# Binds TARGET, a shared library, to its own symbols at link time: looking them up is most of what the
+# start of a program takes. For libraries without variables that programs write. The sanitizers tell
+# types apart by address, so they need one of each.
 function(bind_own_symbols target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "DATA" "" "")
-    if(arg_DATA AND NOT QELTV_SANITIZE)
-        target_link_options(${target} PRIVATE -Wl,-Bsymbolic)
-    else()
+    if(QELTV_SANITIZE)
         target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
+    else()
+        target_link_options(${target} PRIVATE -Wl,-Bsymbolic)
     endif()
 endfunction()

@@ -4,6 +4,12 @@
  *
  * Everything here may be called from any thread. Applications that only call the flat functions
  * need none of it; the family headers beside this one are plain C.
+ *
+ * The library is never unloaded: dlclose() leaves it mapped, because its threads are in it. It
+ * releases its proxies and its death recipient while the process ends, after main() and the
+ * application's own handlers. Other threads may go on calling until the end. Calls under way
+ * complete; later ones find no service. Notifications can arrive until the end too, so what their
+ * functions use must not be destroyed before.
  */
 #ifndef HW_QELTVAPI_COMMON_H
 #define HW_QELTVAPI_COMMON_H
@@ -32,23 +38,24 @@
 #pragma GCC visibility push(default)
 
 /**
- * The debug switch, one byte. Not 0: the functions write their trace lines. Set once per process,
- * when the file "/data/tvapi_a_hidl_client_debug" exists at the first access to the service;
- * never cleared by the library.
+ * The debug switch, one byte. While it is not 0 the functions write their trace lines. The library
+ * sets it once per process, when the file "/data/tvapi_a_hidl_client_debug" exists at the first
+ * access to the service, and never clears it.
  */
 extern std::atomic<unsigned char> mTvApiDebug;
 
 /**
- * Hands out the cached proxy of an interface, instance "default".
+ * Returns the cached proxy of an interface, instance "default".
  *
- * The first call, and the first after the service has died, asks the service manager and may
- * block for that long; a missing service is not remembered. The main interface's proxy is also
- * watched for the death of the service: a death is only noticed if getQelTvApiService() was called,
- * by the process itself or in any function of the main interface, since that service started. After
- * a death that was noticed the fourteen other proxies are fetched anew;
+ * The first call, and the first after the service has died, fetches the proxy from the service
+ * manager and may block for that long. A missing service is not remembered. The main interface's
+ * proxy is also linked to the death recipient: a death is only noticed if getQelTvApiService() was
+ * called, by the process itself or in any function of the main interface, since that service
+ * started. After a death that was noticed the fourteen other proxies are fetched anew;
  * getQelTvApiChannelListService() keeps the one that it has.
  *
- * @return a strong reference, null when the service or this interface is not there
+ * @return a strong reference; null when the service or this interface is missing, and once the
+ *         library has released its proxies at the end of the process
  */
 android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi> getQelTvApiService();
 android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiConfig> getQelTvApiConfigService();
@@ -69,13 +76,13 @@ android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCI> getQelTvApiCIServi
 android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCec> getQelTvApiCecService();
 
 /**
- * Asks for the library's callback object to be registered with the service. Returns at once: a
- * worker thread registers. Needed once per process: a death of the service that is noticed (see
- * above; a registration by itself has nothing watched) is followed by a registration of the
- * library's own.
+ * Queues the registration of the library's callback object with the service. Returns at once: a
+ * worker thread registers. One call per process suffices: after a death of the service that is
+ * noticed (see above; a registration does not link the death recipient) the library registers the
+ * object again.
  *
  * @return 0 when the request is queued; -1 when one is waiting already, which then serves this
- *         call too
+ *         call too, and once the library has released its death recipient at the end of the process
  */
 int registerCallbackHandler();
 
@@ -90,7 +97,7 @@ int registerCallbackHandler();
     __android_log_print(ANDROID_LOG_DEBUG, tag, "<%s:%d> " format, __func__, int{(line)}, \
                         ##__VA_ARGS__)
 
-/** As QELTVAPI_LOG and QELTVAPI_LOG_AT, but only while the debug switch is on. */
+/** Like QELTVAPI_LOG and QELTVAPI_LOG_AT, but only while the debug switch is on. */
 #define QELTVAPI_TRACE(tag, format, ...) QELTVAPI_TRACE_AT(tag, __LINE__, format, ##__VA_ARGS__)
 #define QELTVAPI_TRACE_AT(tag, line, format, ...)               \
     do {                                                        \
@@ -100,13 +107,13 @@ int registerCallbackHandler();
     } while (false)
 
 /**
- * Takes the value of a direct result. A lost reply leaves `out` as it is and is logged, whatever
- * the debug switch, under the one tag that belongs to the type (not to the caller).
+ * Stores the value of a direct result. A transport failure leaves `out` untouched and is logged
+ * regardless of the debug switch, under the one tag that belongs to the type (not to the caller).
  *
  * Instances: int, bool, unsigned short, unsigned int, unsigned char, short.
  *
  * @param ret what the proxy's method returned
- * @param out [out] the value; untouched when the reply was lost
+ * @param out [out] the value; untouched after a transport failure
  */
 template <class T>
 void STATUS_CHECK(android::hardware::Return<T> ret, T& out);

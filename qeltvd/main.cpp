@@ -2,13 +2,14 @@
 
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
+#include <signal.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 #include "BroadcastService.h"
 #include "BrowserService.h"
@@ -24,6 +25,7 @@
 #include "RatingService.h"
 #include "RecordService.h"
 #include "ScanService.h"
+#include "StateLock.h"
 #include "TimeService.h"
 #include "TimeshiftService.h"
 #include "layouts/codes.h"
@@ -33,13 +35,13 @@ namespace {
 
 using android::sp;
 
-/** Where the television keeps its state when it is not told. */
+/** Where the television keeps its state when it is not told; "" where this user has no home. */
 std::string defaultState() {
     if (const char* state = getenv("XDG_STATE_HOME"); state != nullptr && *state == '/') {
         return std::string(state) + "/qeltvd";
     }
     const char* home = getenv("HOME");
-    return std::string(home != nullptr && *home == '/' ? home : "/tmp") + "/.local/state/qeltvd";
+    return home != nullptr && *home == '/' ? std::string(home) + "/.local/state/qeltvd" : "";
 }
 
 /** Publishes a service with what the switchboard needs to know of its interface. */
@@ -65,9 +67,15 @@ void raiseDescriptorLimit() {
     }
 }
 
+/** A reader that is gone and a file that may not grow are errors of a write, not of the process. */
+void ignoreSignalsOfWrites() {
+    signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN);
+}
+
 void serve(const std::string& state) {
     raiseDescriptorLimit();
-    std::filesystem::create_directories(state);
+    const StateLock lock(state);
     Television tv(state);
     try {
         tv.store.probe();
@@ -109,6 +117,14 @@ int main(int argc, char** argv) {
     app.add_flag("--verbose", verbose, "Log debug lines too");
     CLI11_PARSE(app, argc, argv);
 
+    if (state.empty()) {
+        fprintf(stderr,
+                "qeltvd: neither XDG_STATE_HOME nor HOME names a directory for what the television"
+                " keeps; name one with --state\n");
+        return 2;
+    }
+    umask(077);
+    qeltvd::ignoreSignalsOfWrites();
     __android_log_set_minimum_priority(verbose ? ANDROID_LOG_DEBUG : ANDROID_LOG_INFO);
     try {
         qeltvd::serve(state);

@@ -10,7 +10,8 @@
 namespace hidlhost {
 
 const Settings& Settings::get() {
-    static const Settings settings = [] {
+    // Never destroyed: threads read it while the process ends.
+    static const Settings& settings = *new Settings([] {
         Settings read;
         if (const char* text = getenv("QELTV_CALL_TIMEOUT_MS"); text != nullptr && *text != '\0') {
             char* end;
@@ -23,7 +24,7 @@ const Settings& Settings::get() {
             }
         }
         return read;
-    }();
+    }());
     return settings;
 }
 

@@ -227,7 +227,8 @@ std::vector<Region> matching(const std::string& pattern) {
     for (const auto& file :
          fs::directory_iterator(fs::path(scanTables()) / pattern.substr(0, slash), ignored)) {
         const std::string name = pattern.substr(0, slash + 1) + file.path().filename().string();
-        if (fnmatch(pattern.c_str(), name.c_str(), FNM_PERIOD | FNM_PATHNAME) == 0) {
+        if (file.is_regular_file(ignored) &&
+            fnmatch(pattern.c_str(), name.c_str(), FNM_PERIOD | FNM_PATHNAME) == 0) {
             names.push_back(name);
         }
     }

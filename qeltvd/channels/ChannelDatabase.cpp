@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <set>
 #include <unordered_map>
@@ -674,7 +675,14 @@ void ChannelDatabase::load() {
             if (name == "mode") state->mode = word;
             const size_t dot = name.find('.');
             if (dot == std::string::npos) continue;
-            List& of = list(std::stol(name.substr(dot + 1)));
+            uint16_t id = 0;
+            const char* const end = name.data() + name.size();
+            const auto [rest, error] = std::from_chars(name.data() + dot + 1, end, id);
+            if (error != std::errc() || rest != end) {
+                ALOGW("the channel state \"%s\" is of no list and ignored", name.c_str());
+                continue;
+            }
+            List& of = list(id);
             const std::string what = name.substr(0, dot);
             if (what == "version") of.version = word;
             if (what == "pump") of.pumpVersion = word;

@@ -63,7 +63,7 @@ Notifier::~Notifier() {
     }
 }
 
-void Notifier::add(const sp<Callback>& callback) {
+void Notifier::add(const sp<Callback>& callback, int pid) {
     auto client = std::make_shared<Client>();
     {
         std::lock_guard<std::mutex> guard(mLock);
@@ -76,17 +76,12 @@ void Notifier::add(const sp<Callback>& callback) {
             }
         }
         client->id = mNextId++;
+        client->pid = pid;
         client->callback = callback;
         client->death = new Death(this);
         mClients.push_back(client);
     }
     // Without the lock: a death may be told at once, from another thread.
-    int pid = -1;
-    (void)callback->getDebugInfo([&](const auto& info) { pid = info.pid; }).isOk();
-    {
-        std::lock_guard<std::mutex> guard(mLock);
-        client->pid = pid;
-    }
     const auto linked = callback->linkToDeath(client->death, client->id);
     if (!linked.isOk() || !linked) {
         forget(client->id);

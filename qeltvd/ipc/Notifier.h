@@ -31,7 +31,7 @@ class Notifier {
     ~Notifier();
 
     /** Takes a client's object; the same object again is still one client. */
-    void add(const android::sp<Callback>& callback);
+    void add(const android::sp<Callback>& callback, int pid);
 
     static constexpr int kEveryProcess = 0;
     /** Queues a notification for every client, or for those of one process. */

@@ -38,7 +38,8 @@ constexpr int64_t kRateLimitKib = 1 << 20;
 constexpr uint32_t kLongest = 24 * 3600;
 constexpr int64_t kDay = 24 * 3600;
 constexpr char kRegisterFile[] = ".qeltv-disk";
-constexpr char kDeleting[] = ".deleting";
+/** Begins the name of a file that is being deleted; no recording's begins with a dot. */
+constexpr char kDeleting[] = ".qeltv-deleting.";
 constexpr char kDiskKey[] = "recorder.disk_id";
 
 /** The text of a field that need not be terminated. */
@@ -53,49 +54,17 @@ void fill(char (&field)[N], const std::string& text) {
     memcpy(field, text.data(), std::min(text.size(), N - 1));
 }
 
-bool isFileName(const std::string& name) {
-    return !name.empty() && name.size() <= 200 && name[0] != '.' &&
-           std::all_of(name.begin(), name.end(), [](char c) {
-               return c != '/' && static_cast<unsigned char>(c) >= ' ' && c != 0x7f;
-           });
-}
-
-bool isDirectory(const std::string& path) {
+bool exists(int directory, const std::string& name) {
     struct stat info {};
-    return !path.empty() && path[0] == '/' && stat(path.c_str(), &info) == 0 &&
-           S_ISDIR(info.st_mode);
+    return fstatat(directory, name.c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 bool exists(const std::string& path) {
-    struct stat info {};
-    return lstat(path.c_str(), &info) == 0;
+    return exists(AT_FDCWD, path);
 }
 
-/** Makes that a file is there, or gone, outlive a crash. */
-void syncDirectory(const std::string& path) {
-    const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) return;
-    fsync(fd);
-    ::close(fd);
-}
-
-/** Writes whole; false leaves errno. */
-bool writeAll(int fd, const uint8_t* data, size_t size) {
-    while (size > 0) {
-        const ssize_t written = write(fd, data, size);
-        if (written < 0) {
-            if (errno == EINTR) continue;
-            return false;
-        }
-        data += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
-bool endsWith(const std::string& text, const std::string& end) {
-    return text.size() >= end.size() &&
-           text.compare(text.size() - end.size(), end.size(), end) == 0;
+bool isDirectory(const std::string& path) {
+    return static_cast<bool>(openDirectory(path));
 }
 
 int64_t period(uint32_t repeat) {
@@ -159,6 +128,15 @@ struct Recorder::Disk {
     bool present;
 };
 
+struct Recorder::Place {
+    Descriptor directory;
+    std::string name;
+
+    /** -1 where there is no file. */
+    off_t size() const { return sizeOfFile(directory.get(), name); }
+    void remove() const { unlinkat(directory.get(), name.c_str(), 0); }
+};
+
 struct Recorder::Recording {
     uint32_t handle = 0;
     RecordedChannel channel;
@@ -196,10 +174,9 @@ Recorder::Recorder(Store& store, Settings& settings, Notifier& notifier,
           mSettings(settings),
           mNotifier(notifier),
           mChannels(std::move(channels)),
-          mClock(clock) {
-    std::error_code error;
-    std::filesystem::create_directories(directory, error);
-    if (error) throw StoreError(directory + ": " + error.message());
+          mClock(clock),
+          mOwnDisk(std::filesystem::absolute(directory).string()) {
+    claimDirectory(directory);
     mStore.execute(
             "CREATE TABLE IF NOT EXISTS recordings (id INTEGER PRIMARY KEY AUTOINCREMENT,"
             " path TEXT NOT NULL UNIQUE, disk INTEGER NOT NULL, channel INTEGER NOT NULL,"
@@ -215,25 +192,41 @@ Recorder::Recorder(Store& store, Settings& settings, Notifier& notifier,
             " path TEXT NOT NULL, bytes INTEGER NOT NULL, rate INTEGER NOT NULL)");
     {
         // Where the television's own disk is depends on where the state is.
+        Store::Transaction transaction(mStore);
+        Store::Statement(
+                mStore,
+                "UPDATE recordings SET path = ?1 || substr(recordings.path, length(own.path) + 1)"
+                " FROM (SELECT path FROM recorder_disks WHERE disk = 0) AS own"
+                " WHERE disk = 0 AND own.path <> ?1"
+                " AND substr(recordings.path, 1, length(own.path) + 1) = own.path || '/'")
+                .bind(mOwnDisk)
+                .run();
         Store::Statement(mStore,
                          "INSERT INTO recorder_disks VALUES (0, ?, ?, ?)"
                          " ON CONFLICT (disk) DO UPDATE SET path = excluded.path"
                          " WHERE path <> excluded.path")
-                .bind(std::filesystem::absolute(directory).string())
+                .bind(mOwnDisk)
                 .bind(kDefaultLimit)
                 .bind(int64_t{kDefaultRate})
                 .run();
+        transaction.commit();
+    }
+    {
         Store::Statement rows(mStore, "SELECT disk, path, bytes, rate FROM recorder_disks");
         while (rows.step()) {
             const std::string path = rows.text(1);
             mDisks.push_back(std::make_unique<Disk>(
                     Disk{static_cast<uint32_t>(rows.integer(0)), path, rows.integer(2),
-                         static_cast<uint32_t>(rows.integer(3)), isDirectory(path)}));
+                         static_cast<uint32_t>(rows.integer(3)), false}));
         }
     }
     // What a full disk leaves unfinished is finished at a later start.
     stored([this] {
+        for (const auto& disk : mDisks) disk->present = static_cast<bool>(openDisk(disk->path));
         recover();
+        Store::Statement(mStore, "UPDATE bookings SET state = 0 WHERE state = ?")
+                .bind(int64_t{kBookingRuns})
+                .run();
         return kOk;
     });
     mThread = std::thread([this] { run(); });
@@ -251,8 +244,28 @@ Recorder::~Recorder() {
     }
 }
 
-/** Finishes what the last run of the television has left unfinished. */
+Descriptor Recorder::openDisk(const std::string& path) const {
+    Descriptor directory = openDirectory(path);
+    if (!directory || path == mOwnDisk || registered(directory.get(), true) == kOk) {
+        return directory;
+    }
+    return Descriptor();
+}
+
+std::optional<Recorder::Place> Recorder::placeOf(const std::string& path) const {
+    const size_t slash = path.rfind('/');
+    if (slash == std::string::npos || !isFileName(path.substr(slash + 1))) return std::nullopt;
+    Descriptor directory = openDisk(path.substr(0, slash));
+    if (!directory) return std::nullopt;
+    return Place{std::move(directory), path.substr(slash + 1)};
+}
+
 void Recorder::recover() {
+    recoverRecordings();
+    for (const auto& disk : mDisks) recoverDeletions(*disk);
+}
+
+void Recorder::recoverRecordings() {
     struct Cut {
         int64_t id;
         std::string path;
@@ -265,14 +278,25 @@ void Recorder::recover() {
         while (rows.step()) cuts.push_back({rows.integer(0), rows.text(1), rows.integer(2)});
     }
     for (const Cut& cut : cuts) {
-        struct stat info {};
-        const bool there = stat(cut.path.c_str(), &info) == 0;
-        const int64_t whole = there ? info.st_size / kPacket * kPacket : 0;
-        if (there && whole != info.st_size && truncate(cut.path.c_str(), whole) != 0) {
-            ALOGW("%s cannot be cut: %s", cut.path.c_str(), strerror(errno));
+        const bool open = std::any_of(mOpen.begin(), mOpen.end(), [&](const auto& each) {
+            return each.second->item == cut.id;
+        });
+        if (open) continue;
+        const auto place = placeOf(cut.path);
+        if (!place) {
+            ALOGW("%s was cut off and waits for its disk", cut.path.c_str());
+            continue;
+        }
+        const int64_t size = place->size();
+        const int64_t whole = std::max<int64_t>(0, size) / kPacket * kPacket;
+        if (size > whole) {
+            const Descriptor file = makeFile(place->directory.get(), place->name);
+            if (!file || ftruncate(file.get(), whole) != 0) {
+                ALOGW("%s cannot be cut: %s", cut.path.c_str(), strerror(errno));
+            }
         }
         if (whole == 0) {
-            if (there) unlink(cut.path.c_str());
+            if (size >= 0) place->remove();
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(cut.id).run();
             continue;
         }
@@ -286,22 +310,27 @@ void Recorder::recover() {
                 .bind(cut.id)
                 .run();
     }
-    Store::Statement(mStore, "UPDATE bookings SET state = 0 WHERE state = ?")
-            .bind(int64_t{kBookingRuns})
-            .run();
+}
 
-    for (const auto& disk : mDisks) {
-        std::error_code ignored;
-        for (const auto& entry : std::filesystem::directory_iterator(disk->path, ignored)) {
-            const std::string path = entry.path().string();
-            if (!endsWith(path, kDeleting)) continue;
-            const std::string original = path.substr(0, path.size() - strlen(kDeleting));
-            Store::Statement row(mStore, "SELECT id FROM recordings WHERE path = ?");
-            if (row.bind(original).step()) {
-                rename(path.c_str(), original.c_str());
-            } else {
-                unlink(path.c_str());
-            }
+void Recorder::recoverDeletions(const Disk& disk) {
+    const Descriptor directory = openDisk(disk.path);
+    if (!directory) return;
+    std::vector<std::string> names;
+    DIR* const entries =
+            fdopendir(openat(directory.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (entries == nullptr) return;
+    while (const dirent* entry = readdir(entries)) names.emplace_back(entry->d_name);
+    closedir(entries);
+    for (const std::string& aside : names) {
+        if (aside.compare(0, strlen(kDeleting), kDeleting) != 0) continue;
+        const std::string name = aside.substr(strlen(kDeleting));
+        if (!isFileName(name) || sizeOfFile(directory.get(), aside) < 0) continue;
+        Store::Statement row(mStore, "SELECT id FROM recordings WHERE path = ?");
+        if (!row.bind(disk.path + "/" + name).step()) {
+            unlinkat(directory.get(), aside.c_str(), 0);
+        } else if (renameat2(directory.get(), aside.c_str(), directory.get(), name.c_str(),
+                             RENAME_NOREPLACE) != 0) {
+            ALOGW("%s/%s cannot be renamed: %s", disk.path.c_str(), aside.c_str(), strerror(errno));
         }
     }
 }
@@ -473,7 +502,9 @@ int32_t Recorder::store(Recording& r) {
         mWake.notify_one();
         return code;
     }
-    if (r.written == 0) unlink(r.path.c_str());
+    if (r.written == 0) {
+        if (const auto place = placeOf(r.path)) place->remove();
+    }
     {
         std::lock_guard<std::mutex> guard(mLock);
         r.status = r.error != kErrorNone ? kRecordingFailed : kRecordingStopped;
@@ -628,7 +659,9 @@ int32_t Recorder::startLocked(Recording& r) {
         return code;
     };
     Disk* const disk = this->disk(r.disk);
-    if (disk == nullptr || !disk->present) return refuse(kErrorDiskGone, kRefused);
+    const Descriptor directory =
+            disk != nullptr && disk->present ? openDisk(disk->path) : Descriptor();
+    if (!directory) return refuse(kErrorDiskGone, kRefused);
     if (tunerBusy(r.channel.stream)) return refuse(kErrorTunerBusy, kRefused);
     const uint32_t rate = r.rate != 0 ? r.rate : disk->rate;
     if (makeRoom(*disk, rate) < kPacket) return refuse(kErrorDiskFull, kStorage);
@@ -645,12 +678,12 @@ int32_t Recorder::startLocked(Recording& r) {
             name += isalnum(static_cast<unsigned char>(c)) ? c : '_';
         const std::string base = name;
         name += ".ts";
-        for (int i = 2; exists(disk->path + "/" + name); ++i) {
+        for (int i = 2; exists(directory.get(), name); ++i) {
             name = base + "-" + std::to_string(i) + ".ts";
         }
     }
     const std::string path = disk->path + "/" + name;
-    if (exists(path)) return refuse(kErrorWrite, kRefused);
+    if (exists(directory.get(), name)) return refuse(kErrorWrite, kRefused);
 
     // The list knows of the file before it is there, so that none is ever forgotten.
     int64_t item = 0;
@@ -677,7 +710,8 @@ int32_t Recorder::startLocked(Recording& r) {
         return kOk;
     });
     if (code != kOk) return refuse(kErrorWrite, code);
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    const int fd = openat(directory.get(), name.c_str(),
+                          O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (fd < 0) {
         const int failure = errno;
         ALOGE("%s: %s", path.c_str(), strerror(failure));
@@ -687,7 +721,7 @@ int32_t Recorder::startLocked(Recording& r) {
         });
         return refuse(failure == ENOSPC ? kErrorDiskFull : kErrorWrite, kStorage);
     }
-    syncDirectory(disk->path);
+    fsync(directory.get());
     {
         std::lock_guard<std::mutex> guard(mLock);
         r.name = name;
@@ -858,15 +892,20 @@ int32_t Recorder::setDisk(uint32_t handle, const std::string& path, const DiskRe
         return kOk;
     });
     if (code != kOk) return code;
-    std::lock_guard<std::mutex> guard(mLock);
-    const Disk disk{record.disk, where, static_cast<int64_t>(limit), rate, true};
-    if (known != nullptr) {
-        *known = disk;
-    } else {
-        mDisks.push_back(std::make_unique<Disk>(disk));
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        const Disk disk{record.disk, where, static_cast<int64_t>(limit), rate, true};
+        if (known != nullptr) {
+            *known = disk;
+        } else {
+            mDisks.push_back(std::make_unique<Disk>(disk));
+        }
+        if (recording != nullptr) recording->disk = record.disk;
     }
-    if (recording != nullptr) recording->disk = record.disk;
-    return kOk;
+    return stored([this] {
+        recover();
+        return kOk;
+    });
 }
 
 int32_t Recorder::command(uint32_t command, uint32_t value) {
@@ -877,13 +916,19 @@ int32_t Recorder::command(uint32_t command, uint32_t value) {
             Disk* const disk = this->disk(value);
             if (disk == nullptr) return kNotFound;
             const bool there = command == kCommandDiskInserted;
-            if (there && !isDirectory(disk->path)) return kRefused;
+            if (there && !openDisk(disk->path)) return kRefused;
             {
                 std::lock_guard<std::mutex> guard(mLock);
                 disk->present = there;
             }
-            if (!there) writeDue();
-            return kOk;
+            if (!there) {
+                writeDue();
+                return kOk;
+            }
+            return stored([this] {
+                recover();
+                return kOk;
+            });
         }
         case kCommandStandby: {
             int32_t code = kOk;
@@ -994,8 +1039,10 @@ int64_t Recorder::makeRoom(const Disk& disk, int64_t wanted) {
         for (const RecordedItem& item : all) {
             if (item.retention == 0 || item.start + item.retention * kDay > mClock.now()) continue;
             if (item.path.compare(0, disk.path.size() + 1, disk.path + "/") != 0) continue;
+            const auto place = placeOf(item.path);
+            if (!place) continue;
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(item.id).run();
-            unlink(item.path.c_str());
+            place->remove();
             ALOGI("%s went to make room", item.path.c_str());
             free = freeBytes(disk);
             if (free >= wanted) break;
@@ -1006,7 +1053,8 @@ int64_t Recorder::makeRoom(const Disk& disk, int64_t wanted) {
 }
 
 int32_t Recorder::registerDisk(const std::string& path) {
-    if (!isDirectory(path)) return kNotFound;
+    const Descriptor directory = openDirectory(path);
+    if (!directory) return kNotFound;
     std::string id;
     const int32_t code = stored([&] {
         id = mSettings.text(kDiskKey);
@@ -1018,24 +1066,27 @@ int32_t Recorder::registerDisk(const std::string& path) {
         return kOk;
     });
     if (code != kOk) return code;
-    const std::string file = path + "/" + kRegisterFile;
-    const int fd =
-            ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644);
-    if (fd < 0) return kStorage;
-    const bool written =
-            writeAll(fd, reinterpret_cast<const uint8_t*>(id.data()), id.size()) && fsync(fd) == 0;
-    ::close(fd);
-    if (!written) unlink(file.c_str());
-    syncDirectory(path);
+    const Descriptor file = makeFile(directory.get(), kRegisterFile);
+    // Another user's file, a link, a pipe or a device in its place stays.
+    if (!file) return errno == EINVAL || errno == EPERM ? kRefused : kStorage;
+    const bool written = ftruncate(file.get(), 0) == 0 &&
+                         writeAll(file.get(), id.data(), id.size()) && fsync(file.get()) == 0;
+    if (!written) unlinkat(directory.get(), kRegisterFile, 0);
+    fsync(directory.get());
     return written ? kOk : kStorage;
 }
 
 int32_t Recorder::checkDisk(const std::string& path, bool ours) const {
-    const int fd = ::open((path + "/" + kRegisterFile).c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (fd < 0) return kNotFound;
+    const Descriptor directory = openDirectory(path);
+    return directory ? registered(directory.get(), ours) : kNotFound;
+}
+
+/** Whether a directory has a register file, and this television's if it has to be ours. */
+int32_t Recorder::registered(int directory, bool ours) const {
+    const Descriptor file = openFile(directory, kRegisterFile, O_RDONLY);
+    if (!file) return kNotFound;
     char id[128];
-    const ssize_t size = read(fd, id, sizeof(id));
-    ::close(fd);
+    const ssize_t size = read(file.get(), id, sizeof(id));
     if (size <= 0) return kNotFound;
     if (!ours) return kOk;
     return stored([&]() -> int32_t {
@@ -1048,8 +1099,11 @@ int32_t Recorder::measureDisk(const std::string& path, uint32_t mib) {
     if (mib > 256) return kBadValue;
     if (!isDirectory(path)) return kNotFound;
     std::string file = path + "/.qeltv-speed-XXXXXX";
-    const int fd = mkostemp(file.data(), O_CLOEXEC);
+    const Descriptor descriptor(mkostemp(file.data(), O_CLOEXEC));
+    const int fd = descriptor.get();
     if (fd < 0) return kStorage;
+    // Without a name nothing is left behind by a crash.
+    unlink(file.c_str());
     const std::vector<uint8_t> block(1 << 20, 0x47);
     const uint32_t blocks = mib != 0 ? mib : 4;
     const auto begin = SteadyClock::now();
@@ -1058,8 +1112,6 @@ int32_t Recorder::measureDisk(const std::string& path, uint32_t mib) {
     done = done && fdatasync(fd) == 0;
     const auto took =
             std::chrono::duration_cast<std::chrono::microseconds>(SteadyClock::now() - begin);
-    ::close(fd);
-    unlink(file.c_str());
     if (!done) return kStorage;
     const int64_t rate = int64_t{blocks} * 1024 * 1000000 / std::max<int64_t>(1, took.count());
     return static_cast<int32_t>(std::min<int64_t>(rate, std::numeric_limits<int32_t>::max()));
@@ -1227,16 +1279,20 @@ int32_t Recorder::deleteItem(uint32_t index) {
         const auto item = itemAt(index);
         if (!item) return kNotFound;
         // Out of the way first, so that it can come back when the list cannot be written.
-        const std::string aside = item->path + kDeleting;
-        const bool moved = rename(item->path.c_str(), aside.c_str()) == 0;
-        if (!moved && errno != ENOENT) return kStorage;
+        const auto place = placeOf(item->path);
+        const bool there = place && place->size() >= 0;
+        const int directory = there ? place->directory.get() : -1;
+        const std::string aside = there ? kDeleting + place->name : "";
+        if (there && renameat(directory, place->name.c_str(), directory, aside.c_str()) != 0) {
+            return kStorage;
+        }
         try {
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(item->id).run();
         } catch (const StoreError&) {
-            if (moved) rename(aside.c_str(), item->path.c_str());
+            if (there) renameat(directory, aside.c_str(), directory, place->name.c_str());
             throw;
         }
-        if (moved) unlink(aside.c_str());
+        if (there) unlinkat(directory, aside.c_str(), 0);
         return kOk;
     });
 }

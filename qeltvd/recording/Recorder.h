@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Clock.h"
+#include "Files.h"
 #include "Notifier.h"
 #include "Settings.h"
 #include "Store.h"
@@ -128,11 +129,15 @@ class Recorder {
 
   private:
     struct Disk;
+    struct Place;
     struct Recording;
     using Lock = std::unique_lock<std::mutex>;
     using Handles = std::map<uint32_t, std::shared_ptr<Recording>>;
 
+    /** Finishes what the last run of the television has left unfinished on disks that are there. */
     void recover();
+    void recoverRecordings();
+    void recoverDeletions(const Disk& disk);
     void run();
     void writeDue();
     void startBookings();
@@ -150,6 +155,11 @@ class Recorder {
     bool tunerBusy(uint32_t stream) const;
     std::optional<layouts::ScheduleRecord> bookingAt(uint32_t index) const;
     bool conflictsWithBookings(const layouts::ScheduleRecord& record, uint32_t stream) const;
+    /** The directory of a disk, where it is there and is one of this television's. */
+    Descriptor openDisk(const std::string& path) const;
+    int32_t registered(int directory, bool ours) const;
+    /** Where a recording's file is; nothing where that is on no disk of this television's. */
+    std::optional<Place> placeOf(const std::string& path) const;
     void notify(int32_t type, uint64_t first, uint64_t second);
     static int64_t usedBytes(const Disk& disk);
     static int64_t freeBytes(const Disk& disk);
@@ -160,6 +170,8 @@ class Recorder {
     Notifier& mNotifier;
     const ChannelLookup mChannels;
     const Clock& mClock;
+    /** The directory of disk 0, which needs no register file. */
+    const std::string mOwnDisk;
 
     // Held for whole operations, writing included; readers need only the other one.
     std::mutex mOperation;

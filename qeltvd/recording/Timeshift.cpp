@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Files.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -39,23 +40,25 @@ std::chrono::milliseconds ms(int64_t value) {
 
 /** Makes the buffer's file of a size; the error that keeps it from being there. */
 int32_t makeBuffer(const std::string& directory, int64_t size) {
+    const Descriptor disk = openDirectory(directory);
     struct statvfs info {};
-    if (statvfs(directory.c_str(), &info) != 0) return kErrorDiskGone;
-    const std::string file = directory + "/" + Timeshift::kBufferFile;
-    const int fd = open(file.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
-    if (fd < 0) return kErrorWrite;
+    if (!disk || fstatvfs(disk.get(), &info) != 0) return kErrorDiskGone;
+    const Descriptor file = makeFile(disk.get(), Timeshift::kBufferFile);
+    if (!file) {
+        ALOGE("%s/%s: %s", directory.c_str(), Timeshift::kBufferFile, strerror(errno));
+        return kErrorWrite;
+    }
     struct stat before {};
-    fstat(fd, &before);
+    fstat(file.get(), &before);
     const auto room =
             static_cast<int64_t>(info.f_bavail * info.f_frsize) + int64_t{before.st_blocks} * 512;
     int32_t error = kErrorNone;
     if (size > room) {
         error = kErrorDiskFull;
-    } else if (ftruncate(fd, size) != 0) {
+    } else if (ftruncate(file.get(), size) != 0) {
         error = errno == ENOSPC || errno == EFBIG ? kErrorDiskFull : kErrorWrite;
     }
-    close(fd);
-    if (error != kErrorNone) unlink(file.c_str());
+    if (error != kErrorNone) unlinkat(disk.get(), Timeshift::kBufferFile, 0);
     return error;
 }
 

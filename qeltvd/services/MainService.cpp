@@ -2,6 +2,7 @@
 
 #include "MainService.h"
 
+#include <hwbinder/IPCThreadState.h>
 #include <log/log.h>
 #include <unistd.h>
 
@@ -49,18 +50,6 @@ long long numberIn(const std::string& word, long long minimum, long long maximum
     return number;
 }
 
-void writeAll(int fd, const std::string& text) {
-    for (size_t done = 0; done < text.size();) {
-        const ssize_t written = write(fd, text.data() + done, text.size() - done);
-        if (written < 0) {
-            if (errno == EINTR) continue;
-            ALOGW("the answer of a command cannot be written: %s", strerror(errno));
-            return;
-        }
-        done += static_cast<size_t>(written);
-    }
-}
-
 }  // namespace
 
 MainService::MainService(Television& tv, Switchboard& switchboard)
@@ -68,7 +57,10 @@ MainService::MainService(Television& tv, Switchboard& switchboard)
 
 MainService::Return<void> MainService::a_hidl_registerCallbackHandler(
         const android::sp<IQelTvApiCallback>& callback) {
-    if (callback != nullptr) mTv.notifier.add(callback);
+    // The transaction has the pid; a call of the object could wait for the client without a limit.
+    if (callback != nullptr) {
+        mTv.notifier.add(callback, android::hardware::IPCThreadState::self()->getCallingPid());
+    }
     return Void();
 }
 
@@ -83,7 +75,9 @@ MainService::Return<void> MainService::debug(const hidl_handle& fd,
     } catch (const std::exception& e) {
         answer = std::string("error: ") + e.what() + "\n";
     }
-    writeAll(handle->data[0], answer);
+    if (!mWriter.write(handle->data[0], answer)) {
+        ALOGW("the answer of a command cannot be written: %s", strerror(errno));
+    }
     return Void();
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ClientWriter.h"
 #include "Defaults.h"
 #include "Switchboard.h"
 #include "Television.h"
@@ -380,6 +381,7 @@ class MainService : public IQelTvApiDefault {
 
     Television& mTv;
     Switchboard& mSwitchboard;
+    ClientWriter mWriter;
 };
 
 }  // namespace qeltvd

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -23,11 +25,17 @@ class StoreError : public std::runtime_error {
 /**
  * The television's database: one SQLite file, its own thread of control at a time. What a
  * statement has stored when it returns outlives a crash of the process and of the machine. A full
- * disk keeps nothing from being read; a second process finds the file locked.
+ * disk keeps nothing from being read. Nothing is stored any more once the file or its log has been
+ * cut, replaced or removed by others.
  */
 class Store {
   public:
-    /** Opens or makes the file. ":memory:" keeps nothing. @throws StoreError */
+    /**
+     * Opens or makes the file, which is open to this user alone. One that is damaged is set aside
+     * under another name and a fresh one begun. ":memory:" keeps nothing.
+     *
+     * @throws std::runtime_error where the file is another user's or cannot be used
+     */
     explicit Store(const std::string& path);
     ~Store();
     Store(const Store&) = delete;
@@ -92,9 +100,33 @@ class Store {
     };
 
   private:
+    /** A file as it was when the store last wrote. */
+    struct Witness {
+        std::string path;
+        dev_t device = 0;
+        ino_t node = 0;
+        off_t size = 0;
+
+        /** How the file differs; "" where it is the same and no shorter. */
+        std::string change() const;
+        void take();
+    };
+
+    bool isFile() const { return !mFile.path.empty(); }
+    /** Makes the file belong to this user alone. */
+    void claim() const;
+    /** Opens the file; gives what is damaged in it, "" for nothing. */
+    std::string open();
+    void close();
+    void setAside(const std::string& damage) const;
+    /** Before a change. @throws StoreError where it would be lost */
+    void verify();
+    /** After a change. */
+    void witness();
     [[noreturn]] void fail(const char* what) const;
 
     const std::string mPath;
+    Witness mFile, mLog;
     sqlite3* mDatabase = nullptr;
     std::recursive_mutex mLock;
     std::unordered_multimap<std::string, sqlite3_stmt*> mPrepared;  // none of them in use

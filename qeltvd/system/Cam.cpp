@@ -6,13 +6,13 @@
 #include <fcntl.h>
 #include <log/log.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
 #include <random>
 
+#include "Files.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -446,20 +446,17 @@ int32_t Cam::writeKey(uint32_t kind, const Bytes& data) {
 
 int32_t Cam::readKey(uint32_t kind, const std::string& path) {
     if (kind >= kCiKeyKinds) return kBadValue;
-    // Without waiting for a writer, should it be a pipe.
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0) return errno == ENOENT || errno == ENOTDIR ? kNotFound : kRefused;
-    struct stat info {};
-    Bytes data;
-    bool whole = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) &&
-                 info.st_size <= int64_t{kCiKeyMaximum};
-    if (whole) {
-        data.resize(static_cast<size_t>(info.st_size));
-        const ssize_t got = read(fd, data.data(), data.size());
-        whole = got >= 0 && static_cast<size_t>(got) == data.size();
+    const Descriptor file = openFile(AT_FDCWD, path, O_RDONLY);
+    if (!file) {
+        if (errno == EINVAL) return kBadValue;
+        return errno == ENOENT || errno == ENOTDIR ? kNotFound : kRefused;
     }
-    close(fd);
-    return whole ? writeKey(kind, data) : kBadValue;
+    // One byte more than there may be, so that a file that is too long shows.
+    Bytes data(kCiKeyMaximum + 1);
+    const ssize_t size = read(file.get(), data.data(), data.size());
+    if (size < 0) return kBadValue;
+    data.resize(static_cast<size_t>(size));
+    return writeKey(kind, data);
 }
 
 int32_t Cam::readDeviceKey(uint32_t kind) {

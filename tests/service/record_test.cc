@@ -423,4 +423,75 @@ TEST(RecordingAfterACrash, WhatWasAcknowledgedIsThereAndBookingsStillStart) {
     EXPECT_EQ(1, qeltvctl({"record", "stop"}).status);
 }
 
+TEST(RecordingAfterACrash, NamesAndDisksThatAreAwayLoseNoRecording) {
+    Daemon television;
+    television.start();
+    const auto call = [](std::vector<std::string> words) {
+        words.insert(words.begin(), "call");
+        words[1] = "a_qeltvapi_" + words[1];
+        words.push_back("--json");
+        const Ended ended = qeltvctl(words);
+        EXPECT_EQ(0, ended.status) << words[1] << ": " << ended.err;
+        return std::to_string(nlohmann::json::parse(ended.out)["result"].get<int>());
+    };
+    const auto paths = [] {
+        std::vector<std::string> all;
+        for (const auto& each : nlohmann::json::parse(qeltvctl({"record", "list", "--json"}).out)) {
+            all.push_back(each["path"]);
+        }
+        return all;
+    };
+    const std::string own = television.statePath() + "/recordings/";
+    const TemporaryDirectory place;
+    const std::string disk = place.path() + "/disk", away = place.path() + "/away";
+    ASSERT_EQ(0, mkdir(disk.c_str(), 0700));
+    const std::string kDiskOne = "0100000000000000000000000000000000000000";
+    call({"record_create_register_file", disk});
+    call({"record_pvr_set_disk", "0", disk, kDiskOne});
+
+    // A name is only a name, also where it looks like a file that is being deleted.
+    const std::vector<std::string> kNames = {"film.deleting", "film.ts.deleting", "film.ts"};
+    for (const std::string& name : kNames) {
+        const std::string handle = call({"record_pvr_open", "67108865"});
+        call({"record_pvr_set_recording_file_name", handle, name});
+        call({"record_pvr_set_mode", handle, "2", "16", "1024"});
+        call({"record_pvr_start", handle});
+        ASSERT_TRUE(eventually([&] { return call({"record_pvr_get_status", handle}) == "2"; }));
+        call({"record_pvr_close", handle});
+    }
+    const std::string cut = call({"record_pvr_open", "67108865"});
+    call({"record_pvr_set_disk", cut, disk, kDiskOne});
+    call({"record_pvr_set_recording_file_name", cut, "cut.ts"});
+    call({"record_pvr_start", cut});
+    ASSERT_TRUE(eventually([&] {
+        return call({"record_pvr_get_recording_file_size", cut}) != "0";
+    }));
+    television.kill();
+
+    // Two deletions that a crash has interrupted, of which one had not been stored.
+    ASSERT_EQ(0, rename((own + "film.ts").c_str(), (own + ".qeltv-deleting.film.ts").c_str()));
+    std::ofstream(own + ".qeltv-deleting.gone.ts") << "x";
+    // Where the disk was there is an empty directory.
+    ASSERT_EQ(0, rename(disk.c_str(), away.c_str()));
+    ASSERT_EQ(0, mkdir(disk.c_str(), 0700));
+    for (int start = 0; start < 2; ++start) {
+        television.start();
+        EXPECT_EQ((std::vector<std::string>{own + kNames[0], own + kNames[1], own + kNames[2]}),
+                  paths());
+        for (const std::string& name : kNames) {
+            EXPECT_TRUE(std::ifstream(own + name).good()) << name;
+        }
+        EXPECT_FALSE(std::ifstream(own + ".qeltv-deleting.gone.ts").good());
+        if (start == 0) television.kill();
+    }
+    // It comes back.
+    ASSERT_EQ(0, rmdir(disk.c_str()));
+    ASSERT_EQ(0, rename(away.c_str(), disk.c_str()));
+    call({"pvr_set_event", std::to_string(kCommandDiskInserted), "1"});
+    ASSERT_EQ(4u, paths().size());
+    EXPECT_EQ(disk + "/cut.ts", paths()[3]);
+    const Ended list = qeltvctl({"record", "list"});
+    EXPECT_NE(std::string::npos, list.out.find("power lost")) << list.out;
+}
+
 }  // namespace

@@ -114,25 +114,4 @@ TEST_F(Tool, FaultsHitTheMethodTheyAreSetFor) {
                  "qeltvctl: picture.contrast: the television did not answer\n");
 }
 
-TEST_F(Tool, ADamagedStoreIsReportedAndLeftAlone) {
-    television.kill();
-    const std::string path = television.statePath() + "/television.db";
-    // A crash leaves what is newest in the log, from which the store would be mended.
-    unlink((path + "-wal").c_str());
-    unlink((path + "-shm").c_str());
-    FILE* file = fopen(path.c_str(), "w");
-    ASSERT_NE(nullptr, file);
-    fputs("this is no database, and much longer than the head of one would be", file);
-    fclose(file);
-    const Ended ended =
-            runProgram({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", television.statePath()});
-    EXPECT_EQ(1, ended.status);
-    EXPECT_EQ(0u, ended.err.find("qeltvd: " + path + ": ")) << ended.err;
-    file = fopen(path.c_str(), "r");
-    char begin[8] = "";
-    ASSERT_NE(nullptr, fgets(begin, sizeof(begin), file));
-    fclose(file);
-    EXPECT_STREQ("this is", begin);
-}
-
 }  // namespace

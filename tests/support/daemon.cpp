@@ -85,9 +85,14 @@ Ended runProgram(const std::vector<std::string>& arguments) {
     return ended;
 }
 
-Ended qeltvctl(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), QELTV_BUILD_DIR "/tools/qeltvctl");
+Ended runBuilt(std::vector<std::string> arguments) {
+    arguments.front() = QELTV_BUILD_DIR "/" + arguments.front();
     return runProgram(emulated(std::move(arguments)));
+}
+
+Ended qeltvctl(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "tools/qeltvctl");
+    return runBuilt(std::move(arguments));
 }
 
 std::string controlTelevision(const android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi>& tv,

@@ -20,6 +20,9 @@ struct Ended {
 /** Runs a program to its end, its arguments as given (the first is its path). */
 Ended runProgram(const std::vector<std::string>& arguments);
 
+/** As runProgram(), for a program of this build: the first word is its path in the build tree. */
+Ended runBuilt(std::vector<std::string> arguments);
+
 /** Runs qeltvctl of this build against the television in this process's runtime directory. */
 Ended qeltvctl(std::vector<std::string> arguments);
 
