@@ -13,7 +13,7 @@ set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/qeltvapi")
 set(runtime_include_dir "${CMAKE_INSTALL_INCLUDEDIR}/hidlhost")
 install(DIRECTORY include/ DESTINATION "${include_dir}" FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host/include/ DESTINATION "${runtime_include_dir}" FILES_MATCHING PATTERN "*.h")
-foreach(package android.hidl.base@1.0 android.hidl.manager@1.0)
+foreach(package android.hidl.base@1.0 android.hidl.manager@1.0 android.hidl.safe_union@1.0)
     install(DIRECTORY "${CMAKE_BINARY_DIR}/hidl/${package}/" DESTINATION "${runtime_include_dir}"
         FILES_MATCHING PATTERN "*.h")
 endforeach()

@@ -4,8 +4,11 @@
 #include <hwbinder/Parcel.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "Codec.h"
+#include "Fork.h"
+#include "Node.h"
 #include "Peer.h"
 #include "Watcher.h"
 
@@ -70,7 +73,7 @@ status_t BHwBinder::onTransact(uint32_t, const Parcel&, Parcel*, uint32_t, Trans
 }
 
 BpHwBinder::BpHwBinder(std::shared_ptr<hidlhost::Peer> peer, uint64_t id)
-        : mPeer(std::move(peer)), mId(id) {
+        : mPeer(std::move(peer)), mGeneration(hidlhost::generation()), mId(id) {
     // A weak reference may outlive the last strong one: onLastStrongRef() ends the object's use.
 }
 
@@ -80,37 +83,64 @@ BpHwBinder* BpHwBinder::remoteBinder() {
     return this;
 }
 
+const std::shared_ptr<hidlhost::Peer>& BpHwBinder::peer() {
+    if (mGeneration.load(std::memory_order_acquire) != hidlhost::generation()) adopt();
+    return mPeer;
+}
+
+void BpHwBinder::adopt() {
+    std::string name;
+    std::shared_ptr<hidlhost::Peer> older;  // until after the lock
+    {
+        std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
+        name = mPeer->name();
+    }
+    const std::shared_ptr<hidlhost::Peer> peer = hidlhost::Node::process().peer(name);
+    const bool held = peer->watch() == OK && peer->acquire(mId, true) == OK;
+    {
+        std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
+        if (mGeneration != hidlhost::generation()) {
+            mReceived = 0;  // the parent's count
+            older = std::exchange(mPeer, peer);
+            mGeneration.store(hidlhost::generation(), std::memory_order_release);
+        }
+    }
+    peer->adopted(this, held ? 1 : 0);
+}
+
 void BpHwBinder::setKnownAs(const std::string& interface) {
     if (isKnownAs(interface.c_str())) return;
-    std::lock_guard<std::mutex> lock(mMutex);
+    std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
     mKnownAs.push_back(interface);
 }
 
 bool BpHwBinder::isKnownAs(const char* interface) {
-    std::lock_guard<std::mutex> lock(mMutex);
+    std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
     return std::find(mKnownAs.begin(), mKnownAs.end(), interface) != mKnownAs.end();
 }
 
 void BpHwBinder::onLastStrongRef(const void*) {
     std::vector<Obituary> dropped;
     {
-        std::lock_guard<std::mutex> lock(mMutex);
+        std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
         dropped.swap(mObituaries);
     }
-    mPeer->proxyGone(this);
+    if (mGeneration == hidlhost::generation()) mPeer->proxyGone(this);
 }
 
 status_t BpHwBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags,
                               TransactCallback callback) {
-    status_t status = mPeer->call(mId, code, data, reply, flags);
+    status_t status = peer()->call(mId, code, data, reply, flags);
     if (status == OK && callback != nullptr && reply != nullptr) callback(*reply);
     return status;
 }
 
 status_t BpHwBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t) {
     if (recipient == nullptr) return BAD_VALUE;
+    const hidlhost::UnderForeignLock locked;
+    peer();  // so that a death is noticed
     hidlhost::Watcher::get().startDeferred();
-    std::lock_guard<std::mutex> lock(mMutex);
+    std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
     if (mObituariesSent) return DEAD_OBJECT;
     mObituaries.push_back({recipient, cookie});
     return OK;
@@ -118,8 +148,9 @@ status_t BpHwBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cook
 
 status_t BpHwBinder::unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie, uint32_t,
                                    wp<DeathRecipient>* outRecipient) {
+    const hidlhost::UnderForeignLock locked;
     sp<DeathRecipient> dropped;
-    std::lock_guard<std::mutex> lock(mMutex);
+    std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
     if (mObituariesSent) return DEAD_OBJECT;
     for (auto obituary = mObituaries.begin(); obituary != mObituaries.end(); ++obituary) {
         bool matches = recipient == nullptr ? obituary->cookie == cookie
@@ -136,7 +167,7 @@ status_t BpHwBinder::unlinkToDeath(const wp<DeathRecipient>& recipient, void* co
 void BpHwBinder::sendObituary() {
     std::vector<Obituary> obituaries;
     {
-        std::lock_guard<std::mutex> lock(mMutex);
+        std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
         if (mObituariesSent) return;
         mObituariesSent = true;
         obituaries.swap(mObituaries);

@@ -10,7 +10,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "Threads.h"
+#include "Fork.h"
 
 namespace hidlhost {
 namespace {

@@ -10,6 +10,8 @@
 #include <utils/Errors.h>
 #include <utils/misc.h>
 
+#include "Fork.h"
+
 namespace android {
 
 std::string statusToString(status_t status) {
@@ -61,7 +63,6 @@ namespace {
 
 // Never destroyed: libraries may report while the process ends.
 struct SyspropCallbacks {
-    std::mutex mutex;
     std::multimap<int, sysprop_change_callback, std::greater<int>> byPriority;
 };
 
@@ -74,7 +75,8 @@ SyspropCallbacks& syspropCallbacks() {
 
 void add_sysprop_change_callback(sysprop_change_callback callback, int priority) {
     SyspropCallbacks& callbacks = syspropCallbacks();
-    std::lock_guard<std::mutex> lock(callbacks.mutex);
+    std::lock_guard<std::mutex> lock(
+            hidlhost::processMutex(hidlhost::ProcessLock::kSystemProperties));
     callbacks.byPriority.emplace(priority, callback);
 }
 
@@ -82,7 +84,8 @@ void report_sysprop_change() {
     SyspropCallbacks& callbacks = syspropCallbacks();
     std::vector<sysprop_change_callback> toCall;
     {
-        std::lock_guard<std::mutex> lock(callbacks.mutex);
+        std::lock_guard<std::mutex> lock(
+                hidlhost::processMutex(hidlhost::ProcessLock::kSystemProperties));
         for (const auto& [priority, callback] : callbacks.byPriority) toCall.push_back(callback);
     }
     for (sysprop_change_callback callback : toCall) callback();

@@ -9,10 +9,10 @@
 
 #include <hwbinder/Binder.h>
 
+#include "Fork.h"
 #include "Gate.h"
 #include "ObjectTable.h"
 #include "Server.h"
-#include "Threads.h"
 
 /**
  * The transport.
@@ -38,10 +38,11 @@
  * Locks. Node::mMutex guards the peers that a node knows, ObjectTable::mMutex its
  * objects, Server::mMutex its connections; Peer::mMutex the sockets and proxies
  * of one peer; Peer::mLivenessMutex and Peer::mOnewayMutex the order of what is sent on the
- * liveness and the oneway connection; BpHwBinder::mMutex its recipients; Gate::mMutex who waits at
- * the gate. The first of a peer's may be taken while one of its others is held, a HandedOver's
- * while the oneway one is; besides that no lock is taken while another is held. None is held while
- * a call waits for its reply or foreign code runs, destructors of objects and proxies included.
+ * liveness and the oneway connection; Gate::mMutex who waits at the gate; a process lock (Fork.h)
+ * the recipients of all proxies. The first of a peer's may be taken while one of its others is
+ * held, a HandedOver's while the oneway one is; besides that no lock is taken while another is
+ * held. None is held while a call waits for its reply or foreign code runs, destructors of objects
+ * and proxies included.
  */
 namespace hidlhost {
 

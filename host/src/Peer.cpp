@@ -78,6 +78,13 @@ constexpr size_t kMaxIdle = 15;  // and the one used last
 Peer::Peer(std::shared_ptr<Node> node, std::string name)
         : mNode(std::move(node)), mName(std::move(name)) {}
 
+Peer::~Peer() {
+    if (!mNode->inherited()) return;
+    // Their numbers are those of other files in this process.
+    for (auto& socket : mSockets) (void)socket.second.release();
+    if (mLiveness != nullptr) (void)mLiveness->release();
+}
+
 status_t Peer::open(uint32_t role, unique_fd* socket) {
     if (mDead || mNode->dead() || mNode->inherited()) return DEAD_OBJECT;
     if (registry::directory().empty()) return android::PERMISSION_DENIED;
@@ -350,6 +357,7 @@ void Peer::died() {
         }
         mIdle.clear();
         for (const auto& proxy : mProxies) weak.push_back(proxy.second);
+        weak.insert(weak.end(), mOlderProxies.begin(), mOlderProxies.end());
     }
     {
         std::lock_guard<std::mutex> lock(mOnewayMutex);
@@ -399,6 +407,22 @@ sp<BpHwBinder> Peer::proxy(uint64_t id, uint32_t count) {
         proxy->sendObituary();
     }
     return proxy;
+}
+
+void Peer::adopted(BpHwBinder* proxy, uint32_t count) {
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        const auto found = mProxies.find(proxy->id());
+        if (found == mProxies.end()) {
+            mProxies[proxy->id()] = proxy;
+        } else if (found->second != proxy) {
+            mOlderProxies.emplace_back(proxy);
+        }
+        proxy->mReceived += count;
+    }
+    if (count != 0) return;
+    // As the proxy may be in use under any lock, its recipients are called elsewhere.
+    Watcher::get().post([dead = sp<BpHwBinder>(proxy)] { dead->sendObituary(); });
 }
 
 void Peer::proxyGone(BpHwBinder* proxy) {

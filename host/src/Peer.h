@@ -24,6 +24,7 @@ class Patience;
 class Peer : public std::enable_shared_from_this<Peer> {
   public:
     Peer(std::shared_ptr<Node> node, std::string name);
+    ~Peer();
 
     Node& node() const { return *mNode; }
     const std::string& name() const { return mName; }
@@ -32,6 +33,8 @@ class Peer : public std::enable_shared_from_this<Peer> {
     /** The proxy of an object that has arrived `count` times more. */
     android::sp<android::hardware::BpHwBinder> proxy(uint64_t id, uint32_t count);
     void proxyGone(android::hardware::BpHwBinder* proxy);
+    /** Takes over a proxy of the parent's, with the references that its adoption has taken. */
+    void adopted(android::hardware::BpHwBinder* proxy, uint32_t count);
 
     /** Takes a reference; with `confirmed` only returns once the peer has counted it. */
     android::status_t acquire(uint64_t id, bool confirmed);
@@ -81,6 +84,8 @@ class Peer : public std::enable_shared_from_this<Peer> {
     /** Of calls and oneway calls, whether in use or not. */
     std::unordered_map<int, android::base::unique_fd> mSockets;
     std::unordered_map<uint64_t, android::wp<android::hardware::BpHwBinder>> mProxies;
+    /** The parent's of objects of which this process has found a proxy of its own before. */
+    std::vector<android::wp<android::hardware::BpHwBinder>> mOlderProxies;
 
     std::mutex mLivenessMutex;
     Socket mLiveness;

@@ -1,9 +1,11 @@
+#define LOG_TAG "hidlhost"
+
 #include <hwbinder/IPCThreadState.h>
 #include <hwbinder/ProcessState.h>
 
-#include <condition_variable>
-#include <mutex>
+#include <atomic>
 
+#include <log/log.h>
 #include <unistd.h>
 
 #include "Node.h"
@@ -36,16 +38,25 @@ size_t ProcessState::getMaxThreads() {
 
 namespace {
 thread_local bool tUsed = false;
+std::atomic<bool> gShutDown{false};
 }  // namespace
 
 IPCThreadState* IPCThreadState::self() {
     static IPCThreadState state;  // what differs between threads is kept with them
+    if (gShutDown) {
+        ALOGW("IPCThreadState::self() is null after shutdown(); the device's callers crash on it");
+        return nullptr;
+    }
     tUsed = true;
     return &state;
 }
 
 IPCThreadState* IPCThreadState::selfOrNull() {
-    return tUsed ? self() : nullptr;
+    return tUsed && !gShutDown ? self() : nullptr;
+}
+
+void IPCThreadState::shutdown() {
+    gShutDown = true;
 }
 
 pid_t IPCThreadState::getCallingPid() const {
@@ -69,10 +80,7 @@ bool IPCThreadState::isOnlyBinderThread() const {
 void IPCThreadState::joinThreadPool(bool) {
     hidlhost::Node::process().gate().join();
     // Calls run on the threads of their connections; the caller's part is to stay.
-    static std::mutex& mutex = *new std::mutex;
-    static std::condition_variable& never = *new std::condition_variable;
-    std::unique_lock<std::mutex> lock(mutex);
-    for (;;) never.wait(lock);
+    for (;;) pause();
 }
 
 }  // namespace hardware

@@ -6,6 +6,7 @@
 #include <android/hidl/base/1.0/IBase.h>
 #include <hidl/HidlBinderSupport.h>
 
+#include "Fork.h"
 #include "Services.h"
 
 using android::BAD_VALUE;
@@ -38,7 +39,6 @@ constexpr uint32_t kDebug = baseCode('D', 'B', 'G');
 constexpr uint32_t kHashes = baseCode('H', 'S', 'H');
 
 struct Names {
-    std::mutex mutex;
     std::map<std::string, std::shared_ptr<RawHost>> hosts;
 
     static Names& get() {
@@ -47,7 +47,7 @@ struct Names {
     }
     /** Returns what was there. */
     std::shared_ptr<RawHost> put(const std::string& key, std::shared_ptr<RawHost> host) {
-        std::lock_guard<std::mutex> lock(mutex);
+        std::lock_guard<std::mutex> lock(processMutex(ProcessLock::kRawServices));
         std::shared_ptr<RawHost>& slot = hosts[key];
         slot.swap(host);
         if (slot == nullptr) hosts.erase(key);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Fork.h"
 #include "Socket.h"
 
 using android::OK;
@@ -30,7 +32,11 @@ namespace {
 
 constexpr char kServicePrefix[] = "service.";
 constexpr char kSocketPrefix[] = "node.";
+constexpr char kLockFile[] = "lock";
+constexpr char kNodeCharacters[] = "0123456789abcdef-";
 constexpr char kFormat[] = "hidlhost 1";
+/** For the lock; others hold it for less than a millisecond. */
+constexpr std::chrono::milliseconds kLongestWait{200};
 
 std::string fromEnvironment() {
     if (const char* set = getenv("QELTV_RUNTIME_DIR"); set != nullptr && *set != '\0') return set;
@@ -49,6 +55,12 @@ std::string chosenDirectory() {
     }
     while (path.size() > 1 && path.back() == '/') path.pop_back();
     return path;
+}
+
+/** Empty until one is usable. */
+std::string& usableDirectory() {
+    static std::string& directory = *new std::string;
+    return directory;
 }
 
 /** What keeps the directory from being used; empty where nothing does. */
@@ -123,23 +135,6 @@ bool readEntry(const std::string& path, Entry* entry) {
     return true;
 }
 
-/** Held while entries are replaced or removed, so that no removal hits a newer entry. */
-class Lock {
-  public:
-    Lock() {
-        mFile = open(filePath("lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-        if (mFile >= 0) flock(mFile, LOCK_EX);
-    }
-    ~Lock() {
-        if (mFile >= 0) close(mFile);
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-
-  private:
-    int mFile;
-};
-
 template <typename Visitor>
 void forEachFile(const char* prefix, Visitor visit) {
     if (directory().empty()) return;
@@ -157,12 +152,17 @@ void forEachFile(const char* prefix, Visitor visit) {
 
 }  // namespace
 
+std::string lockFile() {
+    std::lock_guard<std::mutex> lock(processMutex(ProcessLock::kDirectory));
+    const std::string& usable = usableDirectory();
+    return usable.empty() ? "" : usable + "/" + kLockFile;
+}
+
 const std::string& directory() {
     // Looked at again as long as it is not usable: it may be put right in the meantime.
-    static std::mutex& mutex = *new std::mutex;
-    static std::string& usable = *new std::string;
     static std::string& complaint = *new std::string;
-    std::lock_guard<std::mutex> lock(mutex);
+    std::lock_guard<std::mutex> lock(processMutex(ProcessLock::kDirectory));
+    std::string& usable = usableDirectory();
     if (!usable.empty()) return usable;
     std::string path = chosenDirectory();
     std::string reason = makeDirectory(path);
@@ -179,9 +179,43 @@ std::string socketPath(const std::string& node) {
     return filePath(kSocketPrefix + node);
 }
 
+bool isSocket(const char* file) {
+    const size_t length = strlen(kSocketPrefix);
+    return strncmp(file, kSocketPrefix, length) == 0 && file[length] != '\0' &&
+           file[length + strspn(file + length, kNodeCharacters)] == '\0';
+}
+
 bool isNodeName(const std::string& text) {
     return !text.empty() && text.size() <= 64 &&
-           text.find_first_not_of("0123456789abcdef-") == std::string::npos;
+           text.find_first_not_of(kNodeCharacters) == std::string::npos;
+}
+
+Lock::Lock() {
+    const std::string path = filePath(kLockFile);
+    mFile = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (mFile < 0) {
+        // Without the directory there are no entries either.
+        if (errno != ENOENT) ALOGW("%s cannot be opened: %s", path.c_str(), strerror(errno));
+        return;
+    }
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + kLongestWait;
+    while (flock(mFile, LOCK_EX | LOCK_NB) < 0) {
+        if (Clock::now() >= deadline) {
+            ALOGW("%s is held by another process; going on without it", path.c_str());
+            close(mFile);
+            mFile = -1;
+            return;
+        }
+        usleep(1000);
+    }
+}
+
+Lock::~Lock() {
+    if (mFile < 0) return;
+    // A child that has the same open file would keep the lock otherwise.
+    flock(mFile, LOCK_UN);
+    close(mFile);
 }
 
 status_t publish(const std::string& interface, const std::string& instance, const Entry& entry) {
@@ -218,7 +252,7 @@ void withdraw(const std::string& interface, const std::string& instance, const E
     std::string path = filePath(fileName(interface, instance));
     Lock lock;
     Entry now;
-    if (readEntry(path, &now) && now == entry) unlink(path.c_str());
+    if (lock.held() && readEntry(path, &now) && now == entry) unlink(path.c_str());
 }
 
 void withdrawNode(const std::string& node) {
@@ -226,6 +260,7 @@ void withdrawNode(const std::string& node) {
     {
         Lock lock;
         forEachFile(kServicePrefix, [&](const std::string& name, const std::string&) {
+            if (!lock.held()) return;
             Entry entry;
             if (readEntry(filePath(name), &entry) && entry.node == node) {
                 unlink(filePath(name).c_str());
@@ -235,21 +270,32 @@ void withdrawNode(const std::string& node) {
     unlink(socketPath(node).c_str());
 }
 
-std::vector<std::pair<std::string, std::string>> list() {
-    std::vector<std::pair<std::string, std::string>> names;
-    forEachFile(kServicePrefix, [&](const std::string&, const std::string& rest) {
-        std::string both = unescaped(rest);
-        size_t slash = both.find('/');
-        if (slash != std::string::npos) {
-            names.emplace_back(both.substr(0, slash), both.substr(slash + 1));
-        }
+bool nameOfFile(const std::string& file, Name* name) {
+    const size_t length = strlen(kServicePrefix);
+    if (file.compare(0, length, kServicePrefix) != 0) return false;
+    const std::string both = unescaped(file.substr(length));
+    const size_t slash = both.find('/');
+    if (slash == std::string::npos) return false;
+    *name = {both.substr(0, slash), both.substr(slash + 1)};
+    return true;
+}
+
+int32_t processOf(const std::string& node) {
+    return static_cast<int32_t>(strtol(node.c_str(), nullptr, 10));
+}
+
+std::vector<Name> list() {
+    std::vector<Name> names;
+    forEachFile(kServicePrefix, [&](const std::string& file, const std::string&) {
+        Name name;
+        if (nameOfFile(file, &name)) names.push_back(std::move(name));
     });
     return names;
 }
 
 void sweep() {
     forEachFile(kSocketPrefix, [](const std::string& name, const std::string& node) {
-        pid_t pid = static_cast<pid_t>(atoi(node.c_str()));
+        const pid_t pid = processOf(node);
         if (pid <= 0 || kill(pid, 0) == 0 || errno != ESRCH) return;
         // The number may mean nothing here and still be somebody's, in another container.
         android::base::unique_fd socket;

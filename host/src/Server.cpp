@@ -16,6 +16,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "Fork.h"
 #include "Node.h"
 #include "NodeMapper.h"
 #include "Peer.h"
@@ -83,13 +84,18 @@ Server::Server(Node& node) : mNode(node) {}
 
 namespace {
 
+/** Of the process that has names, and 1. */
+std::atomic<uint64_t> gNamed{0};
+
 /** The names of a process that ends in good order go with it. */
 void withdrawAtExit() {
-    static const bool registered = [] {
-        // In a child this is the child's own node, which has no names until it makes some.
-        return atexit([] { registry::withdrawNode(Node::process().name()); }) == 0;
-    }();
-    (void)registered;
+    if (gNamed.exchange(uint64_t{generation()} + 1) != 0) return;
+    atexit([] {
+        // A child has no names until it makes some.
+        if (gNamed == uint64_t{generation()} + 1) {
+            registry::withdrawNode(Node::process().name());
+        }
+    });
 }
 
 }  // namespace
@@ -433,6 +439,7 @@ class Answer {
     Answer(Node& node, Connection* connection) : mNode(node), mConnection(connection) {}
 
     void send(const Parcel& reply, status_t status) {
+        if (mNode.inherited()) endStrayChild();
         if (mSent) return;
         mSent = true;
         MessageHeader header = {};
@@ -536,6 +543,7 @@ bool Server::call(Connection* connection, const MessageHeader& header, BlockPtr 
         status = target->onTransact(header.code, data, &reply, header.flags & kFlagOneway,
                                     std::move(callback));
     }
+    if (mNode.inherited()) endStrayChild();
     if (!oneway) answer.send(reply, status);
     trace.finish(oneway ? nullptr : &reply, answer.sent() ? status : OK);
 

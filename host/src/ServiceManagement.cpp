@@ -11,16 +11,28 @@
 #include <hidl/HidlTransportSupport.h>
 #include <log/log.h>
 
+#include "Fork.h"
+#include "Manifest.h"
 #include "Peer.h"
 #include "Services.h"
 
 using ::android::hidl::base::V1_0::BnHwBase;
 using ::android::hidl::base::V1_0::BpHwBase;
+using ::android::hidl::base::V1_0::DebugInfo;
 using ::android::hidl::base::V1_0::IBase;
 using ::android::hidl::manager::V1_0::IServiceManager;
 using ::android::hidl::manager::V1_0::IServiceNotification;
 
 namespace hidlhost {
+namespace {
+
+constexpr char kManagersName[] = "default";
+
+bool isServiceManager(const std::string& interface, const std::string& instance) {
+    return interface == IServiceManager::descriptor && instance == kManagersName;
+}
+
+}  // namespace
 
 android::status_t registerService(Node& node, const std::string& interface,
                                   const std::string& instance,
@@ -48,12 +60,19 @@ void unregisterService(Node& node, const std::string& interface, const std::stri
     node.objects().release(entry.object, registrationHolder(interface, instance), 1);
 }
 
+std::vector<std::pair<std::string, std::string>> listServices() {
+    auto names = registry::list();
+    names.emplace_back(IServiceManager::descriptor, kManagersName);
+    return names;
+}
+
 std::string registrationHolder(const std::string& interface, const std::string& instance) {
     return "name:" + interface + "/" + instance;
 }
 
 android::sp<android::hardware::IBinder> findService(const std::string& interface,
                                                     const std::string& instance) {
+    const UnderForeignLock locked;
     Node& node = Node::process();
     // A second try finds what has replaced an entry in the meantime.
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -99,14 +118,16 @@ struct DirectoryServiceManager : public IServiceManager {
 
     Return<Transport> getTransport(const hidl_string& fqName, const hidl_string& name) override {
         hidlhost::registry::Entry entry;
-        return hidlhost::registry::find(fqName, name, &entry) ? Transport::HWBINDER
-                                                              : Transport::EMPTY;
+        return hidlhost::isServiceManager(fqName, name) ||
+                               hidlhost::registry::find(fqName, name, &entry)
+                       ? Transport::HWBINDER
+                       : Transport::EMPTY;
     }
 
     Return<void> list(list_cb callback) override {
         std::vector<hidl_string> names;
-        for (const auto& entry : hidlhost::registry::list()) {
-            names.push_back(entry.first + "/" + entry.second);
+        for (const auto& name : hidlhost::listServices()) {
+            names.push_back(name.first + "/" + name.second);
         }
         callback(names);
         return Void();
@@ -123,6 +144,32 @@ struct DirectoryServiceManager : public IServiceManager {
                                           const sp<IServiceNotification>& listener) override {
         return hidlhost::notifyOfRegistrations(fqName, name, listener);
     }
+
+    Return<void> debugDump(debugDump_cb callback) override {
+        std::vector<InstanceDebugInfo> infos;
+        for (const auto& name : hidlhost::listServices()) {
+            InstanceDebugInfo info = {};
+            info.interfaceName = name.first;
+            info.instanceName = name.second;
+            hidlhost::registry::Entry entry;
+            if (hidlhost::isServiceManager(name.first, name.second)) {
+                info.pid = details::getPidIfSharable();
+            } else if (hidlhost::registry::find(name.first, name.second, &entry)) {
+                info.pid = hidlhost::registry::processOf(entry.node);
+            } else {
+                continue;  // withdrawn meanwhile
+            }
+            info.arch = DebugInfo::Architecture::UNKNOWN;
+            infos.push_back(info);
+        }
+        callback(infos);
+        return Void();
+    }
+
+    /** The manager is in the client's own process, so that there is nobody to record it for. */
+    Return<void> registerPassthroughClient(const hidl_string&, const hidl_string&) override {
+        return Void();
+    }
 };
 
 }  // namespace
@@ -134,8 +181,8 @@ sp<IServiceManager> defaultServiceManager() {
 
 std::vector<std::string> getAllHalInstanceNames(const std::string& descriptor) {
     std::vector<std::string> names;
-    for (const auto& entry : hidlhost::registry::list()) {
-        if (entry.first == descriptor) names.push_back(entry.second);
+    for (const auto& name : hidlhost::listServices()) {
+        if (name.first == descriptor) names.push_back(name.second);
     }
     return names;
 }
@@ -143,9 +190,26 @@ std::vector<std::string> getAllHalInstanceNames(const std::string& descriptor) {
 namespace details {
 
 sp<IBase> getRawServiceInternal(const std::string& descriptor, const std::string& instance,
-                                bool /* retry */, bool /* getStub */) {
-    sp<IBinder> binder = hidlhost::findService(descriptor, instance);
+                                bool retry, bool getStub) {
+    if (getStub) return hidlhost::loadImplementation(descriptor, instance);
+    if (hidlhost::isServiceManager(descriptor, instance)) return defaultServiceManager();
+    sp<IBinder> binder;
+    const auto found = [&] {
+        binder = hidlhost::findService(descriptor, instance);
+        return binder != nullptr;
+    };
+    if (!found() && retry && hidlhost::Manifest::get().lists(descriptor, instance)) {
+        hidlhost::waitForRegistration(descriptor + "/" + instance + ", which QELTV_MANIFEST lists",
+                                      found);
+    }
     return fromBinder<IBase, BpHwBase, BnHwBase>(binder);
+}
+
+void waitForHwService(const std::string& interface, const std::string& instanceName) {
+    hidlhost::waitForRegistration(interface + "/" + instanceName, [&] {
+        return hidlhost::isServiceManager(interface, instanceName) ||
+               hidlhost::findService(interface, instanceName) != nullptr;
+    });
 }
 
 status_t registerAsServiceInternal(const sp<IBase>& service, const std::string& name) {

@@ -97,9 +97,10 @@ std::ostream& operator<<(std::ostream& os, const Status& status) {
 namespace details {
 
 return_status& return_status::operator=(return_status&& other) noexcept {
-    if (this == &other) return *this;
     if (!mCheckedStatus) onUnchecked();
-    takeFrom(other);
+    if (this == &other) return *this;
+    mStatus = std::exchange(other.mStatus, Status());
+    mCheckedStatus = std::exchange(other.mCheckedStatus, true);
     return *this;
 }
 

@@ -1,12 +1,13 @@
 #include "Threads.h"
 
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 
 #include <pthread.h>
+
+#include "Fork.h"
 
 namespace hidlhost {
 namespace {
@@ -18,7 +19,6 @@ constexpr size_t kStackSize = sizeof(void*) == 8 ? 2 * 1024 * 1024 : 512 * 1024;
 constexpr size_t kMaxParked = 4;
 constexpr std::chrono::seconds kParkedFor{10};
 
-std::atomic<uint32_t> gGeneration{0};
 FAST_THREAD_LOCAL ThreadState tState;
 
 struct Job {
@@ -126,18 +126,6 @@ class Threads {
 
 bool startThread(const char* name, std::function<void()> body) {
     return Threads::get().start({name, std::move(body)});
-}
-
-uint32_t generation() {
-    return gGeneration.load(std::memory_order_relaxed);
-}
-
-void onFork(void (*task)()) {
-    static const bool counting = [] {
-        return pthread_atfork(nullptr, nullptr, [] { ++gGeneration; }) == 0;
-    }();
-    (void)counting;
-    pthread_atfork(nullptr, nullptr, task);
 }
 
 ThreadState& threadState() {

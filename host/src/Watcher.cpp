@@ -19,6 +19,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "Fork.h"
 #include "Threads.h"
 
 using android::base::unique_fd;
@@ -27,6 +28,21 @@ namespace hidlhost {
 namespace {
 using Clock = std::chrono::steady_clock;
 constexpr uint64_t kWakeUp = 0;
+
+/** Of the watcher that has threads, for the children to close. */
+std::atomic<int> gEpoll{-1};
+std::atomic<int> gWakeUp{-1};
+
+[[maybe_unused]] const bool sCloses = [] {
+    onFork([] {
+        for (std::atomic<int>* file : {&gEpoll, &gWakeUp}) {
+            const int inherited = file->exchange(-1);
+            if (inherited >= 0) close(inherited);
+        }
+    });
+    return true;
+}();
+
 }  // namespace
 
 struct Watcher::State {
@@ -136,6 +152,8 @@ void Watcher::post(std::function<void()> task) {
 void Watcher::State::start() {
     if (watching) return;
     watching = true;
+    gEpoll = epoll.get();
+    gWakeUp = wakeUp.get();
     startThread("hidl-watch", [this] { watch(); });
 }
 
@@ -208,6 +226,7 @@ void Watcher::State::watch() {
 }
 
 void Watcher::State::run() {
+    const uint32_t own = generation();
     std::unique_lock<std::mutex> lock(taskMutex);
     for (;;) {
         taskAdded.wait(lock, [this] { return !tasks.empty(); });
@@ -215,6 +234,7 @@ void Watcher::State::run() {
         tasks.pop_front();
         lock.unlock();
         task();
+        if (generation() != own) endStrayChild();
         task = nullptr;
         lock.lock();
     }

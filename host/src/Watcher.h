@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "Threads.h"
+#include "Fork.h"
 
 namespace hidlhost {
 

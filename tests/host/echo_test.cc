@@ -238,6 +238,11 @@ TEST_P(EchoTest, Unions) {
     ASSERT_EQ(back.size(), 3u);
     EXPECT_EQ(back[0].list(), list.list());
     EXPECT_EQ(back[2].text(), "a word");
+
+    Maybe nothing, some;
+    some.numbers({INT64_MIN, 7});
+    const hidl_vec<Maybe> maybes{nothing, some, nothing};
+    EXPECT_EQ(echoed<>(&IEcho::echoMaybes, maybes), maybes);
 }
 
 TEST_P(EchoTest, HandlesArriveAsDescriptorsOfTheSameFile) {

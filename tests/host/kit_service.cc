@@ -80,6 +80,7 @@ class Echo : public IEcho {
     ECHO_RESULT(echoBits, Bits)
     ECHO_RESULT(echoChoice, Choice)
     ECHO_RESULT(echoChoices, hidl_vec<Choice>)
+    ECHO_RESULT(echoMaybes, hidl_vec<Maybe>)
     ECHO_RESULT(echoHandle, hidl_handle)
     ECHO_RESULT(echoHandles, hidl_vec<hidl_handle>)
     ECHO_OBJECT(echoListener, IListener)
@@ -232,6 +233,9 @@ class Service : public IServiceChild {
         return Void();
     }
     Return<void> childPush(uint32_t sequence) override { return push(sequence + 1000); }
+    Return<bool> finds(const hidl_string& instance) override {
+        return IListener::getService(instance) != nullptr;
+    }
 
   private:
     sp<IListener> listener() {

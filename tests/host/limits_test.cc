@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <future>
 #include <string>
 #include <vector>
@@ -345,12 +344,3 @@ TEST_F(Limits, WithoutDescriptorsClientsAreTurnedAwayAtOnce) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    char directory[] = "/tmp/limits-XXXXXX";
-    if (mkdtemp(directory) == nullptr || setenv("QELTV_RUNTIME_DIR", directory, 1) != 0) return 1;
-    const int result = RUN_ALL_TESTS();
-    std::filesystem::remove_all(directory);
-    return result;
-}

@@ -8,7 +8,6 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <filesystem>
 #include <future>
 #include <mutex>
 #include <numeric>
@@ -558,13 +557,3 @@ TEST_F(RuntimeTest, ADirectoryThatOthersMayEnterIsRefused) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    ::testing::InitGoogleTest(&argc, argv);
-    // Before anything reads it; short, because it becomes part of a socket's name.
-    char directory[] = "/tmp/kit-XXXXXX";
-    if (mkdtemp(directory) == nullptr || setenv("QELTV_RUNTIME_DIR", directory, 1) != 0) return 1;
-    int result = RUN_ALL_TESTS();
-    std::filesystem::remove_all(directory);
-    return result;
-}

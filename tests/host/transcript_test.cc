@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -202,12 +201,3 @@ TEST_F(Transcript, AServiceReadsTheseBytesAndSendsThatAnswer) {
 }
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    char directory[] = "/tmp/transcript-XXXXXX";
-    if (mkdtemp(directory) == nullptr || setenv("QELTV_RUNTIME_DIR", directory, 1) != 0) return 1;
-    const int result = RUN_ALL_TESTS();
-    std::filesystem::remove_all(directory);
-    return result;
-}

@@ -23,6 +23,7 @@
 #include <hidl/Status.h>
 #include <hidl/TaskRunner.h>
 #include <hidlhost/test/kit/1.0/types.h>
+#include <hwbinder/IPCThreadState.h>
 
 namespace {
 
@@ -45,6 +46,7 @@ using ::android::hardware::Void;
 using ::android::hardware::details::TaskRunner;
 using ::hidlhost::test::kit::V1_0::Choice;
 using ::hidlhost::test::kit::V1_0::Colour;
+using ::hidlhost::test::kit::V1_0::Maybe;
 using ::hidlhost::test::kit::V1_0::Named;
 using ::hidlhost::test::kit::V1_0::Tree;
 
@@ -214,6 +216,27 @@ TEST(Vector, IsBuiltFromListsVectorsAndIterators) {
     EXPECT_LT((hidl_vec<int>{1, 2}), (hidl_vec<int>{1, 3}));
 }
 
+TEST(Vector, AnIteratorsValueMayNeedAnExplicitConversion) {
+    struct Celsius {
+        explicit operator int32_t() const { return degrees; }
+        int32_t degrees;
+    };
+    const std::list<Celsius> measured{{-4}, {21}};
+    EXPECT_EQ(hidl_vec<int32_t>(measured.begin(), measured.end()), (hidl_vec<int32_t>{-4, 21}));
+    const std::vector<int64_t> wide{1, 0x100000002};
+    EXPECT_EQ(hidl_vec<uint8_t>(wide.begin(), wide.end()), (hidl_vec<uint8_t>{1, 2}));
+}
+
+TEST(Vector, DataIsNotNullOnceAVectorHasASize) {
+    EXPECT_EQ(hidl_vec<int32_t>().data(), nullptr);
+    EXPECT_NE(hidl_vec<int32_t>(0).data(), nullptr);
+    hidl_vec<hidl_string> texts{"one"};
+    texts.resize(0);
+    EXPECT_NE(texts.data(), nullptr);
+    EXPECT_EQ(hidl_vec<hidl_string>(texts).data(), nullptr);
+    delete[] texts.releaseData();
+}
+
 TEST(Vector, CopiesAreDeepAndMovesTakeTheElements) {
     hidl_vec<hidl_vec<hidl_string>> table{{"a", "b"}, {}, {"c"}};
     hidl_vec<hidl_vec<hidl_string>> copy(table);
@@ -331,6 +354,27 @@ TEST(Generated, EnumerationsListTheirValues) {
     EXPECT_EQ(::hidlhost::test::kit::V1_0::toString<Colour>(uint8_t{9}), "NONE | RED | 0x8 (0x9)");
 }
 
+TEST(Generated, HexadecimalNumbersLookAsOnADevice) {
+    using ::android::hardware::details::toHexString;
+    EXPECT_EQ(toHexString(0u), "0");
+    EXPECT_EQ(toHexString(uint8_t{200}), "0xc8");
+    EXPECT_EQ(toHexString(int8_t{-1}), "0xffffffff");
+    EXPECT_EQ(toHexString(int16_t{-1}), "0xffff");
+    EXPECT_EQ(toHexString(int64_t{-1}), "0xffffffffffffffff");
+    EXPECT_EQ(toHexString(uint32_t{0xbeef}, false), "beef");
+    EXPECT_EQ(::hidlhost::test::kit::V1_0::toString<Colour>(uint8_t{0}), "NONE (0)");
+}
+
+TEST(Generated, ASafeUnionMayHoldNothing) {
+    Maybe maybe;
+    EXPECT_EQ(maybe.getDiscriminator(), Maybe::hidl_discriminator::nothing);
+    EXPECT_EQ(toString(maybe), "{.nothing = {}}");
+    maybe.numbers({1, -1});
+    EXPECT_NE(maybe, Maybe());
+    maybe.nothing(::android::hidl::safe_union::V1_0::Monostate());
+    EXPECT_EQ(maybe, Maybe());
+}
+
 TEST(Generated, ASafeUnionGivesOnlyTheMemberItHolds) {
     Choice choice;
     EXPECT_EQ(choice.getDiscriminator(), Choice::hidl_discriminator::nothing);
@@ -394,18 +438,35 @@ TEST(ReturnDeathTest, AFailureThatNobodyLooksAtEndsTheProcess) {
             "not checked");
 }
 
-TEST(Return, LookingInAnyWayIsEnough) {
+TEST(Return, AnAnswerToAnyQuestionOfFailureChecksIt) {
     EXPECT_FALSE(failed().isOk());
     EXPECT_TRUE(failed().isDeadObject());
-    EXPECT_NE(failed().description().find("DEAD_OBJECT"), std::string::npos);
     EXPECT_EQ(failed().withDefault(3), 3);
     Return<void> timeout = Status::fromStatusT(TIMED_OUT);
     EXPECT_FALSE(timeout.isDeadObject());
+    EXPECT_NE(timeout.description().find("TIMED_OUT"), std::string::npos);
+    EXPECT_FALSE(timeout.isOk());
     timeout = failed();
     Return<void> moved = std::move(timeout);
     EXPECT_TRUE(moved.isDeadObject());
     moved = Void();
     EXPECT_TRUE(moved.isOk());
+}
+
+// Code that passes here must not end the process on a device.
+TEST(ReturnDeathTest, NeitherADescriptionNorADeniedDeathChecksAFailure) {
+    EXPECT_DEATH((void)failed().description(), "not checked.*DEAD_OBJECT");
+    EXPECT_DEATH((void)Return<void>(Status::fromStatusT(TIMED_OUT)).isDeadObject(),
+                 "not checked.*TIMED_OUT");
+    EXPECT_DEATH((void)Return<void>(Status::fromExceptionCode(Status::EX_SECURITY)).isDeadObject(),
+                 "not checked.*EX_SECURITY");
+    EXPECT_DEATH(
+            {
+                Return<int32_t> first = failed();
+                Return<int32_t> second = std::move(first);
+                (void)second.description();
+            },
+            "not checked");
 }
 
 TEST(Return, CarriesValuesOfEveryShape) {
@@ -433,6 +494,22 @@ TEST(ReturnDeathTest, AProcessMayDemandThatSuccessIsLookedAtToo) {
                 (void)Return<int32_t>(1);
             },
             "not checked");
+}
+
+TEST(ThreadStateDeathTest, IsNullAfterItsShutdown) {
+    using ::android::hardware::IPCThreadState;
+    EXPECT_EQ(IPCThreadState::selfOrNull(), nullptr);
+    EXPECT_EQ(IPCThreadState::self()->getCallingPid(), getpid());
+    EXPECT_EQ(IPCThreadState::selfOrNull(), IPCThreadState::self());
+    // For the process as a whole, which is why it happens in another one.
+    EXPECT_EXIT(
+            {
+                IPCThreadState::shutdown();
+                const bool null = IPCThreadState::self() == nullptr &&
+                                  IPCThreadState::selfOrNull() == nullptr;
+                _exit(null ? 0 : 1);
+            },
+            ::testing::ExitedWithCode(0), "after shutdown");
 }
 
 TEST(StatusCodes, TransportErrorsAndExceptionsStayApart) {

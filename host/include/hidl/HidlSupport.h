@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -196,7 +197,11 @@ struct hidl_vec {
     hidl_vec(InputIterator first, InputIterator last) : hidl_vec() {
         auto count = std::distance(first, last);
         if (count < 0) details::logAlwaysFatal("hidl_vec: the end stands before the beginning");
-        copyFrom(first, static_cast<size_t>(count));
+        resize(static_cast<size_t>(count));
+        for (T& element : *this) {
+            element = static_cast<T>(*first);
+            ++first;
+        }
     }
 
     ~hidl_vec() { release(); }
@@ -251,10 +256,10 @@ struct hidl_vec {
     T& operator[](size_t index) { return mBuffer.get()[index]; }
     const T& operator[](size_t index) const { return mBuffer.get()[index]; }
 
-    /** Keeps what fits; new elements have their type's initial value. */
+    /** Keeps what fits; new elements have their type's initial value. data() is not null after. */
     void resize(size_t size) {
         checkSize(size);
-        T* fresh = size == 0 ? nullptr : new T[size]();
+        T* fresh = new T[size]();
         T* old = mBuffer;
         size_t kept = std::min(size, static_cast<size_t>(mSize));
         for (size_t i = 0; i < kept; ++i) {
@@ -312,7 +317,7 @@ struct hidl_vec {
     /** Copies into an object without elements. */
     template <typename Iterator>
     void copyFrom(Iterator first, size_t size) {
-        resize(size);
+        if (size != 0) resize(size);
         for (size_t i = 0; i < size; ++i, ++first) mBuffer.get()[i] = *first;
     }
 
@@ -528,16 +533,21 @@ void destructElement(T (*elements)[SIZE]) {
     for (T& element : *elements) destructElement(&element);
 }
 
+/**
+ * As a stream with std::hex writes it: zero has no prefix, and a negative number has the digits of
+ * its width. Numbers of 8 bits are widened to 32 first, so that int8_t(-1) is 0xffffffff.
+ */
 template <typename T>
-std::string toHexString(T value) {
-    static const char kDigits[] = "0123456789abcdef";
-    auto rest = static_cast<uint64_t>(static_cast<std::make_unsigned_t<T>>(value));
-    std::string digits;
-    do {
-        digits.insert(digits.begin(), kDigits[rest & 15]);
-        rest >>= 4;
-    } while (rest != 0);
-    return "0x" + digits;
+std::string toHexString(T value, bool prefix = true) {
+    std::ostringstream text;
+    if (prefix) text << std::showbase;
+    text << std::hex;
+    if constexpr (sizeof(T) == 1) {
+        text << static_cast<int32_t>(value);
+    } else {
+        text << value;
+    }
+    return text.str();
 }
 
 }  // namespace details

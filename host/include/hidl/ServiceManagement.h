@@ -23,7 +23,7 @@ struct IServiceManager;
 
 namespace hardware {
 
-/** The names of this runtime; an object of the calling process. */
+/** The names of this runtime; an object of the calling process, which is registered nowhere. */
 sp<::android::hidl::manager::V1_0::IServiceManager> defaultServiceManager();
 
 /** The instances under which somebody serves the interface. */
@@ -32,12 +32,18 @@ std::vector<std::string> getAllHalInstanceNames(const std::string& descriptor);
 namespace details {
 
 /**
- * The object registered under the names, null at once where there is none. `retry` and `getStub`
- * have no effect: nothing is waited for, and nothing is loaded into the process.
+ * The object registered under the names.
+ *
+ * @param retry   whether to wait for a name that QELTV_MANIFEST lists; any other is null at once
+ * @param getStub whether to load an implementation into this process instead: the function
+ *                HIDL_FETCH_IFoo of package@version-impl.so, null where there is none
  */
 sp<::android::hidl::base::V1_0::IBase> getRawServiceInternal(const std::string& descriptor,
                                                              const std::string& instance,
                                                              bool retry, bool getStub);
+
+/** Waits until somebody serves the instance, with a line in the log for each second. */
+void waitForHwService(const std::string& interface, const std::string& instanceName);
 
 /** Registers the object for its interface and all ancestors but IBase, in place of any other. */
 status_t registerAsServiceInternal(const sp<::android::hidl::base::V1_0::IBase>& service,

@@ -87,8 +87,8 @@ namespace details {
 
 /**
  * The part of a Return that does not depend on its type. A failed one that ends, or is assigned to,
- * without anyone having looked at it aborts the process, and so does taking the value of a failed
- * one. isOk(), isDeadObject() and description() count as looking.
+ * unchecked aborts the process, and so does taking the value of a failed one. isOk() checks it,
+ * isDeadObject() checks it where it returns true, and nothing else does.
  */
 class return_status {
   public:
@@ -96,7 +96,9 @@ class return_status {
     return_status(const Status& status) : mStatus(status) {}
     return_status(const return_status&) = delete;
     return_status& operator=(const return_status&) = delete;
-    return_status(return_status&& other) noexcept { takeFrom(other); }
+    return_status(return_status&& other) noexcept
+            : mStatus(std::exchange(other.mStatus, Status())),
+              mCheckedStatus(std::exchange(other.mCheckedStatus, true)) {}
     return_status& operator=(return_status&& other) noexcept;
     ~return_status() {
         if (UNLIKELY(!mCheckedStatus)) onUnchecked();
@@ -106,17 +108,17 @@ class return_status {
         mCheckedStatus = true;
         return mStatus.isOk();
     }
-    /** Whether the process that hosts the object has gone. */
+    /**
+     * Whether the process that hosts the object has gone. False is no check: a caller that expects
+     * this failure only does not survive the others.
+     */
     bool isDeadObject() const {
-        mCheckedStatus = true;
-        return mStatus.transactionError() == DEAD_OBJECT;
-    }
-    std::string description() const {
-        mCheckedStatus = true;
-        return mStatus.description();
+        const bool dead = mStatus.transactionError() == DEAD_OBJECT;
+        if (dead) mCheckedStatus = true;
+        return dead;
     }
 
-    /** Does not count as looking. */
+    std::string description() const { return mStatus.description(); }
     bool isOkUnchecked() const { return mStatus.isOk(); }
 
     /** Ends the process when the call failed; generated stubs ask it of their implementation. */
@@ -129,12 +131,6 @@ class return_status {
     template <typename T>
     friend class ::android::hardware::Return;
 
-    void takeFrom(return_status& other) {
-        mStatus = std::move(other.mStatus);
-        mCheckedStatus = other.mCheckedStatus;
-        other.mStatus = Status();
-        other.mCheckedStatus = true;
-    }
     void onUnchecked() const;
     [[noreturn]] void onValueOfFailure() const;
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 
 #include <hidl/SynchronizedQueue.h>
 
@@ -13,7 +13,8 @@ namespace details {
 
 /**
  * Runs tasks one after the other on a thread of its own. The thread outlives the runner until the
- * tasks already taken are done, so that a task may drop the last reference to the runner's owner.
+ * tasks already taken are done, so that a task may drop the last reference to the runner's owner. A
+ * child that fork() makes has a thread of its own and none of its parent's tasks.
  */
 class TaskRunner {
   public:
@@ -31,10 +32,15 @@ class TaskRunner {
     bool push(const Task& task);
 
   private:
-    static void run(const std::shared_ptr<SynchronizedQueue<Task>>& queue);
+    using Queue = SynchronizedQueue<Task>;
 
-    std::shared_ptr<SynchronizedQueue<Task>> mQueue;
-    std::once_flag mRunning;
+    static void run(const std::shared_ptr<Queue>& queue);
+
+    size_t mLimit = 0;
+    // What follows is guarded by a lock of the process.
+    std::shared_ptr<Queue> mQueue;
+    bool mRunning = false;
+    uint32_t mGeneration = 0;
 };
 
 }  // namespace details

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -31,7 +31,11 @@ class BpHwBinder : public IBinder {
 
     BpHwBinder* remoteBinder() override;
 
-    const std::shared_ptr<hidlhost::Peer>& peer() const { return mPeer; }
+    /**
+     * The process that hosts the object, as this one knows it. A child that has the proxy from its
+     * parent takes a reference of its own to the object at its first use.
+     */
+    const std::shared_ptr<hidlhost::Peer>& peer();
     uint64_t id() const { return mId; }
 
     /** The service is registered as this interface, so that it need not be asked. */
@@ -53,12 +57,16 @@ class BpHwBinder : public IBinder {
         void* cookie;
     };
 
-    const std::shared_ptr<hidlhost::Peer> mPeer;
+    void adopt();
+
+    std::shared_ptr<hidlhost::Peer> mPeer;
+    /** The generation of the process that mPeer belongs to; written after it. */
+    std::atomic<uint32_t> mGeneration;
     const uint64_t mId;
     /** How often the object has arrived, which is what its release gives back. Peer's lock. */
     uint32_t mReceived = 0;
 
-    std::mutex mMutex;
+    // With the process lock of all proxies, because it is free in every child.
     bool mObituariesSent = false;
     std::vector<Obituary> mObituaries;
     std::vector<std::string> mKnownAs;

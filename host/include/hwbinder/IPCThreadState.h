@@ -11,9 +11,12 @@ namespace hardware {
 /** The calling thread as the server of a transaction. */
 class IPCThreadState {
   public:
+    /** Null, with a warning in the log, after shutdown(). */
     static IPCThreadState* self();
-    /** Null where self() was never called on this thread. */
+    /** Null where self() was never called on this thread, and after shutdown(). */
     static IPCThreadState* selfOrNull();
+    /** Ends the use of this class in the process. Transactions and served calls do not need it. */
+    static void shutdown();
 
     /** Who made the call that this thread serves; this process itself outside of a call. */
     pid_t getCallingPid() const;
