@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by ./run, ./test and the scripts beside this file; the caller stands in the source tree.
 
 say() { printf '%s\n' "$*"; }
@@ -7,12 +8,17 @@ die() {
     exit 1
 }
 
+# Used by the scripts that source this one.
+# shellcheck disable=SC2034
 packages_build=(clang lld cmake ninja-build ccache hidl-gen android-libutils-dev
     android-libcutils-dev android-liblog-dev android-libbase-dev libsqlite3-dev libcli11-dev
     nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev dtv-scan-tables
     pkg-config libhowardhinnant-date-dev libsodium-dev python3)
+# shellcheck disable=SC2034
 packages_armhf=(g++-arm-linux-gnueabihf qemu-user googletest)
-packages_checks=(g++ clang-format binutils blueprint-tools doxygen pkg-config abigail-tools)
+# shellcheck disable=SC2034
+packages_checks=(g++ clang-format binutils blueprint-tools doxygen pkg-config abigail-tools
+    shellcheck)
 
 # sanitizer_package: the sanitizers' runtime has clang's version in its name.
 sanitizer_package() {
@@ -36,8 +42,9 @@ need() {
     [ -n "$missing" ] || return 0
     command -v apt-get >/dev/null || die "missing packages, and no apt-get to install them: $missing"
     if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [ -t 0 ]; } ||
+        if ! command -v sudo >/dev/null || { ! sudo -n true 2>/dev/null && [ ! -t 0 ]; }; then
             die "missing packages, and no right to install them: $missing"
+        fi
         sudo=(sudo)
     fi
     say "installing: $missing"
