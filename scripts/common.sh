@@ -37,7 +37,7 @@ missing_packages() {
 
 # need NAME...: installs the packages that are not there. Touches the network only when one is not.
 need() {
-    local missing sudo=() log
+    local missing sudo=() quiet=() log
     missing=$(missing_packages "$@")
     [ -n "$missing" ] || return 0
     command -v apt-get >/dev/null || die "missing packages, and no apt-get to install them: $missing"
@@ -48,11 +48,13 @@ need() {
         sudo=(sudo)
     fi
     say "installing: $missing"
+    [ -t 1 ] || quiet=(-q)
     log=$(mktemp)
     # The package lists are fetched only when the ones at hand do not do.
     # shellcheck disable=SC2086
-    if ! apt_install $missing >"$log" 2>&1 &&
-        ! { "${sudo[@]}" apt-get -q update && apt_install $missing; } >"$log" 2>&1; then
+    if ! logged "$log" apt_get install --no-install-recommends $missing &&
+        ! { logged "$log" apt_get update &&
+            logged "$log" apt_get install --no-install-recommends $missing; }; then
         grep '^E:' "$log" >&2
         rm -f "$log"
         die "cannot install the missing packages: $(missing_packages "$@")"
@@ -60,9 +62,17 @@ need() {
     rm -f "$log"
 }
 
-apt_install() {
-    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 \
-        install --no-install-recommends "$@"
+# apt_get COMMAND...: with sudo and quiet as need() sets them.
+apt_get() {
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get "${quiet[@]}" -y \
+        -o DPkg::Lock::Timeout=300 "$@"
+}
+
+# logged LOG COMMAND...: the command's output goes to a terminal if there is one, otherwise to LOG.
+logged() {
+    local log=$1
+    shift
+    if [ -t 1 ]; then "$@"; else "$@" >"$log" 2>&1; fi
 }
 
 # configure PRESET [-DNAME=VALUE...]: quiet unless it fails.
@@ -76,9 +86,17 @@ configure() {
     }
 }
 
-# build PRESET [TARGET...]
-build() {
-    local preset=$1
+# compile PRESET [TARGET...]: shows its progress on a terminal; elsewhere quiet unless it fails.
+compile() {
+    local preset=$1 log=build/build-$1.log
     shift
-    cmake --build --preset "$preset" ${1:+--target "$@"} || die "cannot build build/$preset"
+    logged "$log" cmake --build --preset "$preset" ${1:+--target "$@"} && return
+    # Where ninja stops on a failure, what it printed before is of no use.
+    [ -t 1 ] || sed -n '/^FAILED: \|^ninja: error/,$p' "$log" >&2
+    return 1
+}
+
+# build PRESET [TARGET...]: as compile(), and ends the script if it fails.
+build() {
+    compile "$@" || die "cannot build build/$1"
 }
