@@ -48,7 +48,9 @@ std::string defaultState() {
 template <class I, class Default, size_t N>
 void publish(Switchboard& switchboard, const char* interface, const char* const (&methods)[N],
              const sp<I>& service) {
-    const auto withCode = [](int32_t code) -> I* { return new Default(code, true); };
+    const auto withCode = [](int32_t code, bool everywhere) -> I* {
+        return new Default(code, everywhere);
+    };
     if (!switchboard.publish<I>(interface, {methods, methods + N}, service, withCode)) {
         throw std::runtime_error(std::string(interface) + " cannot be registered");
     }

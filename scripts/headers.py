@@ -91,6 +91,11 @@ def split_parameters(text):
     return [tuple(part.strip().rsplit(" ", 1)) for part in parts if part.strip()]
 
 
+def value_type(kind):
+    """The type of a value that a parameter of this type refers to."""
+    return re.sub(r"^const |&$", "", kind).strip()
+
+
 def generated_methods(text):
     """The methods of an interface in the header that hidl-gen writes; `answers` are the parameters
     of the result callback, None where there is none."""

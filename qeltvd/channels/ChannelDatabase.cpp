@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "Guarded.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
 #include "layouts/channel_ids.h"
@@ -511,7 +512,7 @@ class ChannelDatabase::Edit {
         }
         mEditing.unlock();
         for (const ChannelChange& change : mChanges) {
-            for (const Listener& listener : listeners) listener(change);
+            callAll("following a change of the channels", listeners, change);
         }
     }
 

@@ -1,6 +1,7 @@
 #include "ChannelRecords.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace qeltvd {
 namespace {

@@ -1,10 +1,5 @@
 #pragma once
 
-#include <hidl/HidlSupport.h>
-
-#include <cstring>
-#include <optional>
-
 #include "ChannelDatabase.h"
 #include "layouts/channel_records.h"
 
@@ -23,23 +18,5 @@ Multiplex unpack(const multiplex_record_t& record);
 Satellite unpack(const satellite_record_t& record);
 Network unpack(const network_record_t& record);
 BissKey unpack(const biss_record_t& record);
-
-using Bytes = android::hardware::hidl_vec<uint8_t>;
-
-template <class Record>
-Bytes bytesOf(const Record& record) {
-    Bytes bytes(sizeof(record));
-    memcpy(bytes.data(), &record, sizeof(record));
-    return bytes;
-}
-
-/** A record that has arrived; nothing when its size is another one. */
-template <class Record>
-std::optional<Record> recordOf(const Bytes& bytes) {
-    if (bytes.size() != sizeof(Record)) return std::nullopt;
-    Record record;
-    memcpy(&record, bytes.data(), sizeof(record));
-    return record;
-}
 
 }  // namespace qeltvd

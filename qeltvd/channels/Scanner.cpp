@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <map>
 
+#include "Guarded.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
 #include "layouts/codes.h"
@@ -35,7 +36,9 @@ bool wanted(const Multiplex& multiplex, const Scanner::Range& range) {
 }  // namespace
 
 Scanner::Scanner(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier)
-        : mChannels(channels), mConfig(config), mNotifier(notifier) {}
+        : mChannels(channels), mConfig(config), mNotifier(notifier) {
+    mThread = std::thread([this] { run(); });
+}
 
 Scanner::~Scanner() {
     {
@@ -43,7 +46,7 @@ Scanner::~Scanner() {
         mStop = true;
     }
     mChanged.notify_all();
-    if (mThread.joinable()) mThread.join();
+    mThread.join();
 }
 
 std::vector<Scanner::Stop> Scanner::stops() const {
@@ -97,15 +100,14 @@ int32_t Scanner::start(uint64_t argument, bool exclusive) {
     const bool whole = chosen.size() == all.size() ||
                        (mode != kScanFrequency && mRange.first == 0 && mRange.last == UINT32_MAX &&
                         mRange.modulations == 0 && mRange.plan == 0);
-    if (mThread.joinable()) mThread.join();
     mStatus = {};
     mStatus.state = kScanRuns;
     mStatus.count = static_cast<int32_t>(chosen.size());
-    const Range range = mRange;
+    mJob = Job{std::move(chosen), mRange, exclusive, whole};
     mRange = {};
     mRunning = true;
     tell(kScanStarted, mStatus.count);
-    mThread = std::thread(&Scanner::run, this, std::move(chosen), range, exclusive, whole);
+    mChanged.notify_all();
     return kOk;
 }
 
@@ -165,7 +167,7 @@ int32_t Scanner::take(const Stop& stop, bool noRadio, std::vector<Found>* found)
     }
     Merged merged;
     const auto list = static_cast<uint16_t>(stop.region.medium);
-    const int32_t code = stored([&] { return mChannels.merge(list, {here}, false, &merged); });
+    const int32_t code = mChannels.merge(list, {here}, false, &merged);
     if (code != kOk) return code;
     found->push_back(std::move(here));
     std::lock_guard<std::mutex> guard(mLock);
@@ -182,9 +184,7 @@ int32_t Scanner::removeOthers(const std::vector<Stop>& stops, const std::vector<
     }
     for (const auto& [list, all] : lists) {
         Merged merged;
-        const int32_t code = stored([&, &list = list, &all = all] {
-            return mChannels.merge(list, all, true, &merged);
-        });
+        const int32_t code = mChannels.merge(list, all, true, &merged);
         if (code != kOk) return code;
         std::lock_guard<std::mutex> guard(mLock);
         mStatus.removed += static_cast<int32_t>(merged.removed);
@@ -192,29 +192,45 @@ int32_t Scanner::removeOthers(const std::vector<Stop>& stops, const std::vector<
     return kOk;
 }
 
-void Scanner::run(std::vector<Stop> stops, Range range, bool exclusive, bool whole) {
-    std::vector<Found> found;
-    int32_t code = kOk;
-    for (size_t i = 0; i < stops.size() && code == kOk; ++i) {
-        const auto kHz = static_cast<uint32_t>(stops[i].multiplex.frequencyHz / 1000);
+void Scanner::run() {
+    for (;;) {
+        Job job;
+        {
+            std::unique_lock<std::mutex> guard(mLock);
+            mChanged.wait(guard, [&] { return mStop || mJob; });
+            if (mStop) return;
+            job = std::move(*mJob);
+            mJob.reset();
+        }
+        scan(job);
+    }
+}
+
+int32_t Scanner::search(const Job& job, std::vector<Found>* found) {
+    for (size_t i = 0; i < job.stops.size(); ++i) {
+        const Stop& stop = job.stops[i];
+        const auto kHz = static_cast<uint32_t>(stop.multiplex.frequencyHz / 1000);
         {
             std::lock_guard<std::mutex> guard(mLock);
             mStatus.index = static_cast<int32_t>(i);
             mStatus.kHz = kHz;
-            mStatus.transponder = stops[i].multiplex.name;
+            mStatus.transponder = stop.multiplex.name;
         }
-        if (!tune()) break;
-        code = take(stops[i], range.noRadio, &found);
-        if (code != kOk) break;
+        if (!tune()) return kOk;
+        const int32_t code = take(stop, job.range.noRadio, found);
+        if (code != kOk) return code;
         std::lock_guard<std::mutex> guard(mLock);
-        mStatus.percent = static_cast<int32_t>((i + 1) * 100 / stops.size());
+        mStatus.percent = static_cast<int32_t>((i + 1) * 100 / job.stops.size());
         tell(kScanProgress, mStatus.percent, kHz, mStatus.television, mStatus.radio);
     }
-    if (code == kOk && found.size() == stops.size() && exclusive && whole) {
-        code = removeOthers(stops, found);
-    }
+    return job.exclusive && job.whole ? removeOthers(job.stops, *found) : kOk;
+}
+
+void Scanner::scan(const Job& job) {
+    std::vector<Found> found;
+    int32_t code = kRefused;
+    guarded("the scan", [&] { code = stored([&] { return search(job, &found); }); });
     std::lock_guard<std::mutex> guard(mLock);
-    // The last that is done here, for who waits for the lock to join.
     mRunning = false;
     mChanged.notify_all();
     if (code != kOk) {
@@ -224,16 +240,14 @@ void Scanner::run(std::vector<Stop> stops, Range range, bool exclusive, bool who
         return;
     }
     // One that is cancelled in its last moment has found everything all the same.
-    const bool complete = found.size() == stops.size();
+    const bool complete = found.size() == job.stops.size();
     mStatus.state = complete ? kScanDone : kScanStopped;
     tell(complete ? kScanComplete : kScanCancelled, mStatus.television, mStatus.radio,
          mStatus.added, mStatus.removed);
 }
 
 void Scanner::tell(int32_t type, int64_t a1, int64_t a2, int64_t a3, int64_t a4) const {
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_scan_callback_fct, type, uint64_t{0},
-                     static_cast<uint64_t>(a1), static_cast<uint64_t>(a2),
-                     static_cast<uint64_t>(a3), static_cast<uint64_t>(a4));
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_scan_callback_fct, type, {a1, a2, a3, a4});
 }
 
 }  // namespace qeltvd

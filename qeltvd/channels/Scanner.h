@@ -63,7 +63,17 @@ class Scanner {
     std::vector<Stop> stops() const;
 
   private:
-    void run(std::vector<Stop> stops, Range range, bool exclusive, bool whole);
+    struct Job {
+        std::vector<Stop> stops;
+        Range range;
+        bool exclusive;
+        bool whole;
+    };
+
+    void run();
+    void scan(const Job& job);
+    /** Goes through the transponders; gives a code. @throws StoreError */
+    int32_t search(const Job& job, std::vector<Found>* found);
     /** Waits as a tuner does for its lock; false when the scan is to end. */
     bool tune();
     int32_t take(const Stop& stop, bool noRadio, std::vector<Found>* found);
@@ -82,6 +92,7 @@ class Scanner {
     Status mStatus;
     bool mStop = false;
     bool mRunning = false;
+    std::optional<Job> mJob;
     std::thread mThread;
 };
 

@@ -234,14 +234,14 @@ const char* nameOfGenre(uint8_t genre) {
     return genre < sizeof(kNames) / sizeof(kNames[0]) ? kNames[genre] : "";
 }
 
-Guide::Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, Ratings& ratings,
-             Notifier& notifier)
+Guide::Guide(Timers& timers, ChannelDatabase& channels, Clock& clock, PinLock& pin,
+             Ratings& ratings, Notifier& notifier)
         : mChannels(channels),
           mClock(clock),
           mRatings(ratings),
           mNotifier(notifier),
           mLastLook(clock.now()),
-          mAlarm([this] { ring(); }) {
+          mAlarm(timers, "following the programme", [this] { ring(); }) {
     clock.addListener([this] {
         refresh();
         callListener();
@@ -401,8 +401,7 @@ void Guide::unlock() {
 }
 
 void Guide::blockingChanged() {
-    mNotifier.notify(&Notifier::Callback::a_hidl_event_update_nfy_fct, int32_t{kBlockingChanged},
-                     uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, kBlockingChanged, {0});
     callListener();
 }
 
@@ -423,10 +422,8 @@ int32_t Guide::setWindow(Window window) {
         std::lock_guard<std::mutex> guard(mLock);
         mWindow = window;
     }
-    mNotifier.notify(&Notifier::Callback::a_hidl_event_update_nfy_fct, int32_t{kWindowChanged},
-                     uint64_t{0}, static_cast<uint64_t>(window.channels.size()),
-                     static_cast<uint64_t>(window.start), static_cast<uint64_t>(window.end),
-                     uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, kWindowChanged,
+                    {window.channels.size(), window.start, window.end});
     refresh();
     return kOk;
 }
@@ -471,9 +468,8 @@ void Guide::arm(bool told) {
         next = std::min(next, event->end());
         if (told && event->start > last) tell(channelId);
         if (told && event->start > last && current && channelId == current->channelId) {
-            mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_banner_callback,
-                             int32_t{kBannerChanged}, uint64_t{0}, uint64_t{kBannerSimple},
-                             static_cast<uint64_t>(int64_t{-1}), uint64_t{0}, uint64_t{0});
+            mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_banner_callback, kBannerChanged,
+                            {kBannerSimple, int64_t{-1}});
         }
     }
     for (const uint32_t channelId : shown) {
@@ -486,9 +482,8 @@ void Guide::arm(bool told) {
 void Guide::tell(uint32_t channelId) const {
     const auto now = present(channelId);
     const auto then = following(channelId);
-    mNotifier.notify(&Notifier::Callback::a_hidl_event_update_nfy_fct, int32_t{kPresentChanged},
-                     uint64_t{0}, uint64_t{channelId}, uint64_t{now ? now->id : 0u},
-                     uint64_t{then ? then->id : 0u}, uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, kPresentChanged,
+                    {channelId, now ? now->id : 0u, then ? then->id : 0u});
 }
 
 AtscGuide::AtscGuide(const Guide& guide, const ChannelDatabase& channels, const Clock& clock,
@@ -600,9 +595,8 @@ int32_t AtscGuide::tableOf(const Event& event) const {
 }
 
 void AtscGuide::tell(uint32_t channelId, size_t count, int32_t table) const {
-    mNotifier.notify(&Notifier::Callback::a_hidl_event_event_atsc_nfy_fct, int32_t{kAtscLoaded},
-                     uint64_t{0}, uint64_t{channelId}, static_cast<uint64_t>(count),
-                     static_cast<uint64_t>(int64_t{table}), uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_event_event_atsc_nfy_fct, kAtscLoaded,
+                    {channelId, count, int64_t{table}});
 }
 
 }  // namespace qeltvd

@@ -57,7 +57,7 @@ const char* nameOfGenre(uint8_t genre);
 /** The programme guide of all channels, and the window of it that applications show. */
 class Guide {
   public:
-    Guide(ChannelDatabase& channels, Clock& clock, PinLock& pin, Ratings& ratings,
+    Guide(Timers& timers, ChannelDatabase& channels, Clock& clock, PinLock& pin, Ratings& ratings,
           Notifier& notifier);
 
     /**

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "Guarded.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -89,7 +90,7 @@ int32_t PinLock::check(const std::string& pin) {
         tell(right ? layouts::kPinAccepted : layouts::kPinRejected);
     }
     if (!right) return layouts::kPinWrong;
-    for (const auto& listener : mListeners) listener();
+    callAll("following the PIN", mListeners);
     return layouts::kPinRight;
 }
 
@@ -129,10 +130,8 @@ int64_t PinLock::delayLeftMs(Time now) const {
 }
 
 void PinLock::tell(int32_t type) const {
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_pwddlg_callback_fct, type, uint64_t{0},
-                     static_cast<uint64_t>(mWrong),
-                     static_cast<uint64_t>(delayLeftMs(Alarm::Clock::now())), uint64_t{0},
-                     uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_pwddlg_callback_fct, type,
+                    {mWrong, delayLeftMs(Alarm::Clock::now())});
 }
 
 }  // namespace qeltvd

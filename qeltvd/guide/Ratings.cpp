@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Guarded.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -216,7 +217,7 @@ void Ratings::addListener(std::function<void()> listener) {
 }
 
 void Ratings::changed() const {
-    for (const auto& listener : mListeners) listener();
+    callAll("following the ratings", mListeners);
 }
 
 uint8_t Ratings::get(Setting setting) const {
@@ -277,10 +278,9 @@ int32_t Ratings::store(bool on) {
         return int32_t{kOk};
     });
     if (code == kOk && on != there) {
-        mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_rating_op_vchip_callback_fct,
-                         int32_t{on ? kVchipReceived : kVchipRemoved}, uint64_t{0},
-                         uint64_t{kTable.region}, uint64_t{kTable.version},
-                         uint64_t{kTable.dimensions}, uint64_t{0});
+        mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_rating_op_vchip_callback_fct,
+                        on ? kVchipReceived : kVchipRemoved,
+                        {kTable.region, kTable.version, kTable.dimensions});
     }
     return code;
 }

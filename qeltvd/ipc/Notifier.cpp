@@ -6,34 +6,18 @@
 #include <log/log.h>
 
 #include <algorithm>
+#include <array>
+#include <condition_variable>
+#include <deque>
+#include <system_error>
+#include <thread>
+
+#include "Guarded.h"
 
 namespace qeltvd {
 
 using android::sp;
 using android::wp;
-
-struct Notifier::Client {
-    uint64_t id = 0;
-    int pid = -1;
-    sp<Callback> callback;
-    sp<Death> death;
-
-    std::mutex lock;
-    std::condition_variable arrived;
-    std::deque<Notification> queue;
-    bool gone = false;
-    bool overflowing = false;
-    size_t registrations = 1;
-    size_t delivered = 0;
-    size_t lost = 0;
-
-    void leave() {
-        std::lock_guard<std::mutex> guard(lock);
-        gone = true;
-        queue.clear();
-        arrived.notify_one();
-    }
-};
 
 class Notifier::Death : public android::hardware::hidl_death_recipient {
   public:
@@ -55,101 +39,214 @@ class Notifier::Death : public android::hardware::hidl_death_recipient {
     Notifier* mNotifier;
 };
 
+/** A client process: its objects, and what waits for them. */
+struct Notifier::Process {
+    struct Object {
+        uint64_t id;
+        sp<Callback> callback;
+        sp<Death> death;
+        size_t registrations = 1;
+        size_t delivered = 0;
+        size_t lost = 0;
+        /** The first notification after its registration. */
+        uint64_t first;
+    };
+    struct Entry {
+        uint64_t number;
+        std::shared_ptr<const Notification> notification;
+        size_t bytes;
+    };
+
+    explicit Process(int pid) : pid(pid) {}
+
+    const int pid;
+
+    std::mutex lock;
+    std::condition_variable arrived;
+    // Guarded by lock.
+    std::vector<std::shared_ptr<Object>> objects;
+    std::deque<Entry> queue;
+    size_t bytes = 0;
+    uint64_t posted = 0;
+    bool gone = false;
+    bool overflowing = false;
+    /** Nothing more is done on the thread. */
+    bool ended = false;
+
+    std::thread thread;
+
+    void post(const std::shared_ptr<const Notification>& notification, size_t size) {
+        std::lock_guard<std::mutex> guard(lock);
+        const uint64_t number = posted++;
+        if (queue.size() >= kQueueLimit || (bytes + size > kQueueBytes && !queue.empty())) {
+            for (const auto& object : objects) ++object->lost;
+            if (!overflowing) {
+                overflowing = true;
+                ALOGW("process %d does not take its notifications; the newest are lost", pid);
+            }
+            return;
+        }
+        queue.push_back({number, notification, size});
+        bytes += size;
+        arrived.notify_one();
+    }
+
+    void leave() {
+        std::lock_guard<std::mutex> guard(lock);
+        gone = true;
+        objects.clear();
+        queue.clear();
+        bytes = 0;
+        arrived.notify_one();
+    }
+
+    void deliver() {
+        std::unique_lock<std::mutex> guard(lock);
+        for (;;) {
+            arrived.wait(guard, [&] { return gone || !queue.empty(); });
+            if (gone) break;
+            const Entry entry = std::move(queue.front());
+            queue.pop_front();
+            bytes -= entry.bytes;
+            if (queue.empty()) overflowing = false;
+            std::array<std::shared_ptr<Object>, kObjectLimit> listeners;
+            std::copy(objects.begin(), objects.end(), listeners.begin());
+            for (const auto& object : listeners) {
+                if (object == nullptr || object->first > entry.number) continue;
+                guard.unlock();
+                bool taken = false;
+                guarded("a notification",
+                        [&] { taken = (*entry.notification)(*object->callback); });
+                guard.lock();
+                ++(taken ? object->delivered : object->lost);
+            }
+        }
+        ended = true;
+    }
+};
+
+Notifier::Notifier() = default;
+
 Notifier::~Notifier() {
-    std::lock_guard<std::mutex> guard(mLock);
-    for (const auto& client : mClients) {
-        client->death->detach();
-        client->leave();
+    std::list<std::unique_ptr<Process>> processes;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        processes.splice(processes.end(), mProcesses);
+        processes.splice(processes.end(), mLeft);
+    }
+    for (const auto& process : processes) {
+        std::vector<std::shared_ptr<Process::Object>> objects;
+        {
+            std::lock_guard<std::mutex> guard(process->lock);
+            objects = process->objects;
+        }
+        for (const auto& object : objects) object->death->detach();
+        process->leave();
+        process->thread.join();
     }
 }
 
 void Notifier::add(const sp<Callback>& callback, int pid) {
-    auto client = std::make_shared<Client>();
+    join();
+    sp<Death> death = new Death(this);
+    uint64_t id = 0;
     {
         std::lock_guard<std::mutex> guard(mLock);
-        for (const auto& known : mClients) {
+        auto found = std::find_if(mProcesses.begin(), mProcesses.end(),
+                                  [&](const auto& process) { return process->pid == pid; });
+        if (found == mProcesses.end()) {
+            found = mProcesses.insert(mProcesses.end(), std::make_unique<Process>(pid));
+            try {
+                (*found)->thread = std::thread([process = found->get()] { process->deliver(); });
+            } catch (const std::system_error& e) {
+                ALOGE("process %d gets no notifications: no thread for them: %s", pid, e.what());
+                mProcesses.erase(found);
+                return;
+            }
+        }
+        Process& process = **found;
+        std::lock_guard<std::mutex> processGuard(process.lock);
+        for (const auto& known : process.objects) {
             // Each arrival of an object has a proxy of its own.
             if (android::hardware::interfacesEqual(known->callback, callback)) {
-                std::lock_guard<std::mutex> clientGuard(known->lock);
                 ++known->registrations;
                 return;
             }
         }
-        client->id = mNextId++;
-        client->pid = pid;
-        client->callback = callback;
-        client->death = new Death(this);
-        mClients.push_back(client);
+        if (process.objects.size() >= kObjectLimit) {
+            ALOGE("process %d has registered %zu callback objects; another one is refused", pid,
+                  process.objects.size());
+            return;
+        }
+        id = mNextId++;
+        auto object = std::make_shared<Process::Object>();
+        object->id = id;
+        object->callback = callback;
+        object->death = death;
+        object->first = process.posted;
+        process.objects.push_back(std::move(object));
     }
-    // Without the lock: a death may be told at once, from another thread.
-    const auto linked = callback->linkToDeath(client->death, client->id);
-    if (!linked.isOk() || !linked) {
-        forget(client->id);
-        return;
-    }
-    std::thread(deliver, client).detach();
+    // Without the lock: a death may be notified at once, from another thread.
+    const auto linked = callback->linkToDeath(death, id);
+    if (!linked.isOk() || !linked) forget(id);
 }
 
 void Notifier::forget(uint64_t id) {
-    std::shared_ptr<Client> client;
-    {
-        std::lock_guard<std::mutex> guard(mLock);
-        const auto found = std::find_if(mClients.begin(), mClients.end(),
-                                        [&](const auto& known) { return known->id == id; });
-        if (found == mClients.end()) return;
-        client = *found;
-        mClients.erase(found);
-    }
-    client->leave();
-    ALOGI("client %llu (process %d) is gone", static_cast<unsigned long long>(id), client->pid);
-}
-
-void Notifier::post(const Notification& notification, int pid) {
+    // Its proxy is released outside of the locks.
+    std::shared_ptr<Process::Object> gone;
     std::lock_guard<std::mutex> guard(mLock);
-    for (const auto& client : mClients) {
-        if (pid != kEveryProcess && client->pid != pid) continue;
-        std::lock_guard<std::mutex> clientGuard(client->lock);
-        if (client->queue.size() >= kQueueLimit) {
-            ++client->lost;
-            if (!client->overflowing) {
-                client->overflowing = true;
-                ALOGW("client %llu (process %d) does not take its notifications; the newest are "
-                      "lost",
-                      static_cast<unsigned long long>(client->id), client->pid);
-            }
-            continue;
+    for (auto process = mProcesses.begin(); process != mProcesses.end(); ++process) {
+        bool last = false;
+        {
+            std::lock_guard<std::mutex> processGuard((*process)->lock);
+            auto& objects = (*process)->objects;
+            const auto object = std::find_if(objects.begin(), objects.end(),
+                                             [&](const auto& each) { return each->id == id; });
+            if (object == objects.end()) continue;
+            gone = *object;
+            objects.erase(object);
+            last = objects.empty();
         }
-        client->queue.push_back(notification);
-        client->arrived.notify_one();
+        ALOGI("client %llu (process %d) is gone", static_cast<unsigned long long>(id),
+              (*process)->pid);
+        if (last) {
+            (*process)->leave();
+            mLeft.splice(mLeft.end(), mProcesses, process);
+        }
+        return;
     }
 }
 
-void Notifier::deliver(const std::shared_ptr<Client>& client) {
-    std::unique_lock<std::mutex> guard(client->lock);
-    for (;;) {
-        client->arrived.wait(guard, [&] { return client->gone || !client->queue.empty(); });
-        if (client->gone) return;
-        const Notification notification = std::move(client->queue.front());
-        client->queue.pop_front();
-        if (client->queue.empty()) client->overflowing = false;
-        guard.unlock();
-        const bool taken = notification(*client->callback);
-        guard.lock();
-        if (taken) {
-            ++client->delivered;
-        } else {
-            ++client->lost;
+/** Joins the threads of processes that have left, as far as they have ended. */
+void Notifier::join() {
+    std::lock_guard<std::mutex> guard(mLock);
+    mLeft.remove_if([](const std::unique_ptr<Process>& process) {
+        {
+            std::lock_guard<std::mutex> processGuard(process->lock);
+            if (!process->ended) return false;
         }
+        process->thread.join();
+        return true;
+    });
+}
+
+void Notifier::post(Notification notification, int pid, size_t bytes) {
+    const auto shared = std::make_shared<const Notification>(std::move(notification));
+    std::lock_guard<std::mutex> guard(mLock);
+    for (const auto& process : mProcesses) {
+        if (pid == kEveryProcess || process->pid == pid) process->post(shared, bytes);
     }
 }
 
 std::vector<Notifier::ClientInfo> Notifier::clients() const {
     std::lock_guard<std::mutex> guard(mLock);
     std::vector<ClientInfo> infos;
-    for (const auto& client : mClients) {
-        std::lock_guard<std::mutex> clientGuard(client->lock);
-        infos.push_back({client->id, client->pid, client->registrations, client->delivered,
-                         client->lost, client->queue.size()});
+    for (const auto& process : mProcesses) {
+        std::lock_guard<std::mutex> processGuard(process->lock);
+        for (const auto& object : process->objects) {
+            infos.push_back({object->id, process->pid, object->registrations, object->delivered,
+                             object->lost, process->queue.size()});
+        }
     }
     return infos;
 }

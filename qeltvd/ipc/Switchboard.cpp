@@ -12,6 +12,8 @@
 #include <mutex>
 #include <thread>
 
+#include "CodedError.h"
+
 namespace qeltvd {
 
 using android::sp;
@@ -20,13 +22,11 @@ using android::hardware::BHwBinder;
 using android::hardware::IBinder;
 using android::hardware::Parcel;
 
-namespace {}  // namespace
-
 /** One interface: between the wire and the generated stub of the service. */
 class Switchboard::Line : public BHwBinder {
   public:
     Line(std::string interface, std::vector<std::string> methods, sp<BHwBinder> stub,
-         std::function<sp<BHwBinder>(int32_t)> withCode)
+         std::function<sp<BHwBinder>(int32_t, bool)> withCode)
             : mInterface(std::move(interface)),
               mMethods(std::move(methods)),
               mStub(std::move(stub)),
@@ -51,7 +51,7 @@ class Switchboard::Line : public BHwBinder {
                 serve(mStub, code, data, reply, flags, [](Parcel&) {});
                 return android::FAILED_TRANSACTION;
             case Fault::kCode:
-                return serve(mWithCode(static_cast<int32_t>(fault->value)), code, data, reply,
+                return serve(mWithCode(static_cast<int32_t>(fault->value), true), code, data, reply,
                              flags, callback);
             case Fault::kDelay:
                 std::this_thread::sleep_for(std::chrono::milliseconds(fault->value));
@@ -94,18 +94,58 @@ class Switchboard::Line : public BHwBinder {
 
     status_t serve(const sp<BHwBinder>& stub, uint32_t code, const Parcel& data, Parcel* reply,
                    uint32_t flags, const TransactCallback& callback) {
+        bool answered = false;
+        const TransactCallback answer = [&](Parcel& results) {
+            answered = true;
+            callback(results);
+        };
+        int32_t failure = kRefused;
         try {
-            return stub->onTransact(code, data, reply, flags, callback);
+            return stub->onTransact(code, data, reply, flags, answer);
+        } catch (const CodedError& e) {
+            failure = e.code();
+            ALOGE("%s: %s", nameOf(code), e.what());
         } catch (const std::exception& e) {
-            ALOGE("%s: %s", mInterface.c_str(), e.what());
+            ALOGE("%s: %s", nameOf(code), e.what());
+        } catch (...) {
+            ALOGE("%s: unknown exception", nameOf(code));
+        }
+        if (answered) return android::OK;
+        return fail(failure, code, data, flags, callback);
+    }
+
+    /** Answers a call with a code in place of the service, which has not answered it. */
+    status_t fail(int32_t failure, uint32_t code, const Parcel& data, uint32_t flags,
+                  const TransactCallback& callback) {
+        try {
+            data.setDataPosition(0);
+            // What the service has begun to write is not a part of the answer.
+            Parcel results;
+            bool answered = false;
+            const status_t status =
+                    mWithCode(failure, false)
+                            ->onTransact(code, data, &results, flags, [&](Parcel& written) {
+                                answered = true;
+                                callback(written);
+                            });
+            // A method without results leaves its answer to the caller of the stub.
+            if (status == android::OK && !answered) callback(results);
+            return status;
+        } catch (const std::exception& e) {
+            ALOGE("%s cannot be answered: %s", nameOf(code), e.what());
             return android::FAILED_TRANSACTION;
         }
+    }
+
+    const char* nameOf(uint32_t code) const {
+        const size_t index = code - FIRST_CALL_TRANSACTION;
+        return index < mMethods.size() ? mMethods[index].c_str() : mInterface.c_str();
     }
 
     const std::string mInterface;
     const std::vector<std::string> mMethods;
     const sp<BHwBinder> mStub;
-    const std::function<sp<BHwBinder>(int32_t)> mWithCode;
+    const std::function<sp<BHwBinder>(int32_t code, bool everywhere)> mWithCode;
     std::vector<std::atomic<uint64_t>> mCalls;
     mutable std::mutex mLock;
     // Guarded by mLock.
@@ -121,8 +161,8 @@ void Switchboard::intercept(const std::string& descriptor, const std::string& in
     const auto makeStub = constructors.get(descriptor, nullptr);
     // Called once for the service that is published.
     constructors.set(descriptor, [=](void* object) -> sp<IBinder> {
-        const auto withCodeStub = [=](int32_t code) {
-            return sp<BHwBinder>(makeStub(withCode(code))->localBinder());
+        const auto withCodeStub = [=](int32_t code, bool everywhere) {
+            return sp<BHwBinder>(makeStub(withCode(code, everywhere))->localBinder());
         };
         const sp<Line> line =
                 new Line(interface, methods, makeStub(object)->localBinder(), withCodeStub);

@@ -29,7 +29,8 @@ struct Fault {
 };
 
 /**
- * The way of every call to its service: counts it, and does to it what a test has asked for.
+ * The way of every call to its service: counts it, does to it what a test has asked for, and
+ * answers for a service that throws, so that an exception ends a call and not the process.
  */
 class Switchboard {
   public:
@@ -42,14 +43,17 @@ class Switchboard {
      * @param interface name without package
      * @param methods   its methods in declaration order
      * @param service   serves the calls
-     * @param withCode  makes an object that answers every method with a code
+     * @param withCode  makes an object that answers every method that has a code with one, or
+     *                  every method
      * @return whether it is registered
      */
     template <class I>
     bool publish(const std::string& interface, std::vector<std::string> methods,
-                 const android::sp<I>& service, I* (*withCode)(int32_t)) {
+                 const android::sp<I>& service, I* (*withCode)(int32_t, bool)) {
         intercept(I::descriptor, interface, std::move(methods),
-                  [withCode](int32_t code) -> void* { return withCode(code); });
+                  [withCode](int32_t code, bool everywhere) -> void* {
+                      return withCode(code, everywhere);
+                  });
         return service->registerAsService("default") == android::OK;
     }
 
@@ -72,7 +76,7 @@ class Switchboard {
 
   private:
     class Line;
-    using MakeObject = std::function<void*(int32_t)>;
+    using MakeObject = std::function<void*(int32_t code, bool everywhere)>;
 
     void intercept(const std::string& descriptor, const std::string& interface,
                    std::vector<std::string> methods, MakeObject withCode);

@@ -18,11 +18,6 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
 import headers
 
-def value_type(kind):
-    """The type of a value that a parameter of this type refers to."""
-    return re.sub(r"^const |&$", "", kind).strip()
-
-
 def default_class(interface, methods):
     out = [f"class {interface}Default : public {interface} {{",
            "  public:",
@@ -32,8 +27,8 @@ def default_class(interface, methods):
         types = [kind for kind, _ in parameters]
         if answers is not None:
             types.append(f"{name}_cb cb")
-            values = [f"{value_type(kind)}{{}}" for kind, _ in answers]
-            if value_type(answers[-1][0]) == "int32_t":
+            values = [f"{headers.value_type(kind)}{{}}" for kind, _ in answers]
+            if headers.value_type(answers[-1][0]) == "int32_t":
                 values[-1] = "mCode"
             body = f"cb({', '.join(values)}); return ::android::hardware::Void();"
         elif result == "void":
@@ -53,7 +48,7 @@ def raise_source(callback, methods):
            "namespace qeltvd {", "", "namespace {", "", f"using Callback = {callback};",
            "using Call = bool (*)(Callback&, const nlohmann::json&);", ""]
     for name, _, parameters, answers in methods:
-        arguments = [f"json_value<{value_type(kind)}>(v.at({i}))"
+        arguments = [f"json_value<{headers.value_type(kind)}>(v.at({i}))"
                      for i, (kind, _) in enumerate(parameters)]
         if answers is not None:
             arguments.append(f"[]({', '.join(kind for kind, _ in answers)}) {{}}")

@@ -16,6 +16,7 @@
 #include <limits>
 #include <random>
 
+#include "Guarded.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -339,12 +340,11 @@ void Recorder::run() {
     Lock operation(mOperation);
     while (!mEnds) {
         mChanged = false;
-        writeDue();
-        stored([&] {
-            startBookings();
-            return kOk;
-        });
-        mWake.wait_until(operation, nextWake(), [&] { return mEnds || mChanged; });
+        auto wake = SteadyClock::now() + kTurn;
+        const bool written = guarded("writing the recordings", [&] { writeDue(); });
+        const bool started = guarded("starting the bookings", [&] { startBookings(); });
+        if (written && started) wake = nextWake();
+        mWake.wait_until(operation, wake, [&] { return mEnds || mChanged; });
     }
 }
 
@@ -1298,8 +1298,7 @@ int32_t Recorder::deleteItem(uint32_t index) {
 }
 
 void Recorder::notify(int32_t type, uint64_t first, uint64_t second) {
-    mNotifier.notify(&Notifier::Callback::a_hidl_record_pvr_status_nfy_fct, type, uint64_t{0},
-                     first, second);
+    mNotifier.event(&Notifier::Callback::a_hidl_record_pvr_status_nfy_fct, type, {first, second});
 }
 
 }  // namespace qeltvd

@@ -64,12 +64,12 @@ int32_t makeBuffer(const std::string& directory, int64_t size) {
 
 }  // namespace
 
-Timeshift::Timeshift(Settings& settings, Notifier& notifier)
+Timeshift::Timeshift(Timers& timers, Settings& settings, Notifier& notifier)
         : mSettings(settings),
           mNotifier(notifier),
           mAutoRecord(settings.number(kAutoKey, 0) != 0),
           mPlayBeforeFull(settings.number(kPlayKey, 1) != 0),
-          mAlarm([this] { update(); }) {
+          mAlarm(timers, "the timeshift", [this] { update(); }) {
     const std::string path = settings.text(kPathKey);
     if (!path.empty()) registerDevice(path, settings.number(kSizeKey, 0));
 }
@@ -340,8 +340,7 @@ void Timeshift::update() {
 }
 
 void Timeshift::tell(int32_t type, int64_t first, int64_t second) {
-    mNotifier.notify(&Notifier::Callback::a_hidl_timeshift_jni_callback_fct, type, uint64_t{0},
-                     static_cast<uint64_t>(first), static_cast<uint64_t>(second));
+    mNotifier.event(&Notifier::Callback::a_hidl_timeshift_jni_callback_fct, type, {first, second});
 }
 
 }  // namespace qeltvd

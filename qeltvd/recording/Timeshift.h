@@ -25,7 +25,7 @@ class Timeshift {
     static constexpr char kBufferFile[] = "timeshift.buffer";
 
     /** Goes on with the device that was registered last. @throws StoreError */
-    Timeshift(Settings& settings, Notifier& notifier);
+    Timeshift(Timers& timers, Settings& settings, Notifier& notifier);
 
     int32_t registerDevice(const std::string& path, int64_t size);
     /** Percent. */

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Blocks.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 
@@ -173,9 +174,8 @@ BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_ch
 
 BroadcastService::Return<int32_t>
 BroadcastService::a_hidl_qeltvapi_broadcast_set_favorite_icon_on_banner(bool show) {
-    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
-                        static_cast<int32_t>(kBroadcastFavouriteIcon), uint64_t{0}, uint64_t{show},
-                        uint64_t{0}, uint64_t{0}, uint64_t{0});
+    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
+                       kBroadcastFavouriteIcon, {show});
     return kOk;
 }
 
@@ -282,10 +282,9 @@ BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_ch
         const String& name, const HIDL_QELTVAPI_CHANGE_FREQ_T& freq) {
     const auto path = Presentation::pathOf(name);
     if (!path) return kNotFound;
-    FrequencyHead head;
-    static_assert(sizeof(head) == sizeof(freq.head));
-    memcpy(&head, freq.head.data(), sizeof(head));
-    return mTv.presentation.changeFrequency(*path, freq.word1, head.system, head.polarisation);
+    const auto head = recordOf<FrequencyHead>(freq.head.data(), sizeof(freq.head));
+    if (!head) return kBadValue;
+    return mTv.presentation.changeFrequency(*path, freq.word1, head->system, head->polarisation);
 }
 
 BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_ana_channel_fine_tune(
@@ -350,7 +349,7 @@ BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_c
 BroadcastService::Return<int32_t>
 BroadcastService::a_hidl_qeltvapi_broadcast_transfer_external_ui_status(
         const HIDL_QELTVAPI_EXTERNAL_UI_STATUS_T& ui) {
-    if (ui.status < 0 || ui.status > 31) return kBadValue;
+    if (!isSound(ui) || ui.status < 0 || ui.status > 31) return kBadValue;
     const uint32_t bit = 1u << ui.status;
     if (ui.on) {
         mExternalUi |= bit;

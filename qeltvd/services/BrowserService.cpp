@@ -6,6 +6,7 @@
 #include <functional>
 #include <limits>
 
+#include "Blocks.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -39,13 +40,6 @@ std::string fileOf(const RecordedItem& item) {
 
 uint32_t startOf(const RecordedItem& item) {
     return static_cast<uint32_t>(item.start);
-}
-
-template <class T>
-hidl_vec<uint8_t> bytesOf(const T& record) {
-    hidl_vec<uint8_t> bytes(sizeof(record));
-    memcpy(bytes.data(), &record, sizeof(record));
-    return bytes;
 }
 
 template <size_t N>

@@ -55,12 +55,9 @@ void replyRecords(const std::vector<T>& all, uint32_t first, uint32_t count, con
     const size_t from = std::min<size_t>(first, all.size());
     const size_t some = std::min<size_t>(count, all.size() - from);
     using Record = decltype(pack(std::declval<T>()));
-    Bytes bytes(some * sizeof(Record));
-    for (size_t i = 0; i < some; ++i) {
-        const Record record = pack(all[from + i]);
-        memcpy(bytes.data() + i * sizeof(record), &record, sizeof(record));
-    }
-    reply(bytes, some == 0 && count != 0 ? kNotFound : kOk);
+    std::vector<Record> records;
+    for (size_t i = 0; i < some; ++i) records.push_back(pack(all[from + i]));
+    reply(bytesOf(records), some == 0 && count != 0 ? kNotFound : kOk);
 }
 
 template <class T, class Wanted, class Reply>
@@ -353,9 +350,8 @@ Return<int32_t> Service::a_hidl_qeltvapi_bisskey_set_key_for_current_channel() {
     if (!current) return kRefused;
     const auto key = mChannels.bissKeyFor(*current);
     if (!key) return kNotFound;
-    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
-                        int32_t{CHANNEL_BISS_IN_USE}, uint64_t{0}, uint64_t{current->list},
-                        uint64_t{current->channelId}, uint64_t{0}, uint64_t{key->recordId});
+    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
+                       CHANNEL_BISS_IN_USE, {current->list, current->channelId, 0, key->recordId});
     return kOk;
 }
 

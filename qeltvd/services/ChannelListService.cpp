@@ -82,12 +82,11 @@ void ChannelListService::notify(const ChannelChange& change) {
     const uint64_t count = change.records.size();
     const uint64_t single = count == 1 ? change.records.front() : 0;
     const auto update = [&](int32_t type, uint64_t a, uint64_t b, uint64_t c, uint64_t d) {
-        mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
-                            type, uint64_t{0}, a, b, c, d);
+        mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
+                           type, {a, b, c, d});
     };
     const auto records = [&](int32_t type) {
-        Bytes ids(change.records.size() * sizeof(uint32_t));
-        memcpy(ids.data(), change.records.data(), ids.size());
+        const Bytes ids = bytesOf(change.records);
         mTv.notifier.notify(
                 &IQelTvApiCallback::a_hidl_qeltvapi_tvprovider_channellist_update_callback_fct,
                 type, uint64_t{0}, list, count, ids, version);
@@ -105,9 +104,8 @@ void ChannelListService::notify(const ChannelChange& change) {
             break;
         case ChannelChange::kList:
             update(CHANNEL_UPDATE_LIST, list, mChannels.count(change.list), version, 0);
-            mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_svlid_update_callback_fct,
-                                int32_t{CHANNEL_UPDATE_LIST}, uint64_t{0}, list, version,
-                                uint64_t{mChannels.count(change.list)}, uint64_t{0});
+            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_svlid_update_callback_fct,
+                               CHANNEL_UPDATE_LIST, {list, version, mChannels.count(change.list)});
             break;
         case ChannelChange::kCurrent:
             update(CHANNEL_UPDATE_CURRENT, list, change.channelId, version, 0);
@@ -120,25 +118,22 @@ void ChannelListService::notify(const ChannelChange& change) {
             break;
         case ChannelChange::kMultiplexes:
         case ChannelChange::kNetworks:
-            mTv.notifier.notify(
-                    &IQelTvApiCallback::a_hidl_qeltvapi_tslid_update_callback_fct,
-                    int32_t{change.kind == ChannelChange::kMultiplexes ? CHANNEL_UPDATE_STREAMS
-                                                                       : CHANNEL_UPDATE_NETWORKS},
-                    uint64_t{0}, list, count, version, single);
+            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_tslid_update_callback_fct,
+                               change.kind == ChannelChange::kMultiplexes ? CHANNEL_UPDATE_STREAMS
+                                                                          : CHANNEL_UPDATE_NETWORKS,
+                               {list, count, version, single});
             break;
         case ChannelChange::kSatellites:
-            mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_satllist_update_callback_fct,
-                                int32_t{CHANNEL_UPDATE_CHANGED}, uint64_t{0}, list, count, version,
-                                single);
+            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_satllist_update_callback_fct,
+                               CHANNEL_UPDATE_CHANGED, {list, count, version, single});
             break;
         case ChannelChange::kBissKeys:
-            mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
-                                int32_t{CHANNEL_UPDATE_CHANGED}, uint64_t{0}, list, count, version,
-                                single);
+            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
+                               CHANNEL_UPDATE_CHANGED, {list, count, version, single});
             break;
         case ChannelChange::kListMode:
-            mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_listMode_update_callback_fct,
-                                int32_t{CHANNEL_UPDATE_CHANGED}, uint64_t{0}, list, uint64_t{0});
+            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_listMode_update_callback_fct,
+                               CHANNEL_UPDATE_CHANGED, {list});
             break;
     }
 }
@@ -446,11 +441,10 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_get_channel_rf_info(uint32_
     const auto pair = pairOf(channel(list, channelId));
     if (!pair) return kNotFound;
     const Multiplex& multiplex = pair->second;
-    mTv.notifier.notify(
-            &IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
-            int32_t{CHANNEL_UPDATE_RF}, uint64_t{0}, uint64_t{list},
-            uint64_t{pair->first.channelId}, multiplex.frequencyHz / 1000,
-            uint64_t{static_cast<uint64_t>(multiplex.system) << 16 | multiplex.rfChannel});
+    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
+                       CHANNEL_UPDATE_RF,
+                       {list, pair->first.channelId, multiplex.frequencyHz / 1000,
+                        static_cast<uint64_t>(multiplex.system) << 16 | multiplex.rfChannel});
     return kOk;
 }
 
@@ -717,13 +711,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_recs_by_mask(
                         channels.push_back(pack(channel, multiplex));
                         streams.push_back(pack(multiplex));
                     });
-    Bytes svl(channels.size() * sizeof(channel_record_t));
-    Bytes tsl(streams.size() * sizeof(multiplex_record_t));
-    if (!channels.empty()) {
-        memcpy(svl.data(), channels.data(), svl.size());
-        memcpy(tsl.data(), streams.data(), tsl.size());
-    }
-    reply(svl, tsl, channels.empty() && count != 0 ? kNotFound : kOk);
+    reply(bytesOf(channels), bytesOf(streams), channels.empty() && count != 0 ? kNotFound : kOk);
     return Void();
 }
 

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "Blocks.h"
 #include "ChannelRecords.h"
 #include "DatabaseLocks.h"
 #include "Defaults.h"

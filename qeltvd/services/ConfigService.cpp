@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Blocks.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -144,10 +145,7 @@ ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android
 ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_video_resolution(
         a_hidl_qeltvapi_config_get_video_resolution_cb reply) {
     const layouts::VideoSource video = mTv.presentation.video(Presentation::kMain);
-    const uint32_t words[] = {video.width, video.height, video.frameRate, video.interlaced};
-    hidl_vec<uint8_t> record(sizeof(words));
-    memcpy(record.data(), words, sizeof(words));
-    reply(record, kOk);
+    reply(wordBytes({video.width, video.height, video.frameRate, video.interlaced}), kOk);
     return Void();
 }
 

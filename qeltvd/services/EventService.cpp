@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Blocks.h"
 #include "layouts/codes.h"
 
 namespace qeltvd {
@@ -214,7 +215,7 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_rating_map(
 
 EventService::Return<int32_t> EventService::a_hidl_qeltvapi_event_set_query_parameter(
         const HIDL_EVENT_QUERY_PARAM_T& param) {
-    if (param.second != 0 && param.second < param.first) return kBadValue;
+    if (!isSound(param) || (param.second != 0 && param.second < param.first)) return kBadValue;
     mTv.guide.setParameters(
             {param.first, param.second, param.third, param.a1, param.a2, param.b1, param.b2});
     return kOk;
@@ -227,7 +228,7 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_query_event_id_by
     std::vector<uint32_t> channels;
     const auto id = static_cast<uint32_t>(channel);
     int32_t code = kOk;
-    if (filter.count > filter.list.size()) {
+    if (!isSound(filter) || filter.count > filter.list.size()) {
         code = kBadValue;
     } else if (id != kEveryChannel && !mTv.channels.byChannelId(id)) {
         code = kNotFound;
@@ -272,9 +273,7 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_general_info(
     general.episode = found->episode;
     copyText(general.language, "eng");
     copyText(general.title, titleOf(*found));
-    Block block(sizeof(general));
-    memcpy(block.data(), &general, sizeof(general));
-    reply(block, kOk);
+    reply(bytesOf(general), kOk);
     return Void();
 }
 

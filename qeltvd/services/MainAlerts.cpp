@@ -1,5 +1,4 @@
-#include <cstring>
-
+#include "Blocks.h"
 #include "MainService.h"
 #include "layouts/codes.h"
 
@@ -23,9 +22,7 @@ Words cut(const std::vector<int32_t>& answer, const Words& room) {
 template <class T>
 std::optional<T> entryFrom(const Words& words) {
     if (words.size() < sizeof(T) / sizeof(int32_t)) return std::nullopt;
-    T entry;
-    memcpy(&entry, words.data(), sizeof(entry));
-    return entry;
+    return recordOf<T>(words.data(), sizeof(T));
 }
 
 }  // namespace

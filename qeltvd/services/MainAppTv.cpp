@@ -12,9 +12,8 @@ using namespace layouts;
 using android::hardware::Void;
 
 void MainService::tellApplication(AppTvEvent event, uint64_t first, uint64_t second) {
-    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_apptv_register_callback_fct,
-                        static_cast<HIDL_QELTVAPI_APPTV_CALLBACK_TYPE_T>(event), uint64_t{0}, first,
-                        second, uint64_t{0}, uint64_t{0});
+    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_apptv_register_callback_fct,
+                       static_cast<HIDL_QELTVAPI_APPTV_CALLBACK_TYPE_T>(event), {first, second});
 }
 
 int32_t MainService::unblock(const std::string& path, bool unlocked) {

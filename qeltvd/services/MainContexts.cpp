@@ -78,7 +78,7 @@ MainService::Return<void> MainService::a_hidl_c_svctx_get_64(uint32_t ctx, uint3
 MainService::Return<void> MainService::a_hidl_c_svctx_get_video_src_resolution(
         uint32_t ctx, a_hidl_c_svctx_get_video_src_resolution_cb reply) {
     const auto path = mTv.presentation.pathOfContext(ctx);
-    reply(path ? recordBytes(mTv.presentation.video(*path)) : Bytes(), path ? kOk : kNotFound);
+    reply(path ? bytesOf(mTv.presentation.video(*path)) : Bytes(), path ? kOk : kNotFound);
     return Void();
 }
 
@@ -90,23 +90,19 @@ MainService::Return<int32_t> MainService::a_hidl_c_svctx_select_svc(uint32_t ctx
     if (!path) return kNotFound;
     const bool banner = (v & kSelectWithBanner) != 0;
     mTv.presentation.setTag(ctx, tag);
-    if (req.specific.size() == sizeof(SelectChannel)) {
-        SelectChannel wanted;
-        memcpy(&wanted, req.specific.data(), sizeof(wanted));
-        uint32_t channel = wanted.channel;
+    if (const auto wanted = recordOf<SelectChannel>(req.specific)) {
+        uint32_t channel = wanted->channel;
         if (channel == 0) {
             const auto found =
-                    mTv.channels.byTriplet(static_cast<uint16_t>(wanted.list), wanted.networkId,
-                                           wanted.streamId, wanted.serviceId);
+                    mTv.channels.byTriplet(static_cast<uint16_t>(wanted->list), wanted->networkId,
+                                           wanted->streamId, wanted->serviceId);
             if (!found) return kNotFound;
             channel = found->channelId;
         }
         return mTv.presentation.select(*path, channel, banner);
     }
-    if (req.specific.size() == sizeof(SelectInput)) {
-        SelectInput wanted;
-        memcpy(&wanted, req.specific.data(), sizeof(wanted));
-        return mTv.presentation.changeSource(*path, static_cast<int32_t>(wanted.source));
+    if (const auto wanted = recordOf<SelectInput>(req.specific)) {
+        return mTv.presentation.changeSource(*path, static_cast<int32_t>(wanted->source));
     }
     // Analogue services, which there are none of, have 192 bytes.
     if (req.specific.size() != 0) return kRefused;
@@ -132,10 +128,9 @@ MainService::Return<int32_t> MainService::a_hidl_c_svctx_set_stream_attr_64(uint
     if (!path) return kNotFound;
     if (stream > kStreamSubtitle || attr > 0xff) return kBadValue;
     if (stream == kStreamAudio && attr == kStreamTrack) {
-        uint32_t track = 0;
-        if (data.size() != sizeof(track)) return kBadValue;
-        memcpy(&track, data.data(), sizeof(track));
-        const int32_t code = mTv.presentation.selectTrack(*path, track);
+        const auto track = recordOf<uint32_t>(data);
+        if (!track) return kBadValue;
+        const int32_t code = mTv.presentation.selectTrack(*path, *track);
         if (code != kOk) return code;
     }
     return mTv.presentation.setBlock(ctx, kContextStreamAttribute | stream << 8 | attr, data);
@@ -153,7 +148,7 @@ MainService::Return<void> MainService::a_hidl_c_svctx_get_conn_attr(
     Bytes data;
     switch (code) {
         case kConnectionAll:
-            data = recordBytes(all);
+            data = bytesOf(all);
             break;
         case kConnectionLocked:
             data = wordBytes({all.status == kTuningLocked || all.status == kTuningPlays});
@@ -210,7 +205,7 @@ MainService::Return<void> MainService::a_hidl_c_svctx_get_audio_info(
         uint32_t ctx, a_hidl_c_svctx_get_audio_info_cb reply) {
     const auto path = mTv.presentation.pathOfContext(ctx);
     const auto track = path ? currentTrack(*path) : std::nullopt;
-    reply(track ? recordBytes(*track) : Bytes(), !path ? kNotFound : track ? kOk : kRefused);
+    reply(track ? bytesOf(*track) : Bytes(), !path ? kNotFound : track ? kOk : kRefused);
     return Void();
 }
 
@@ -223,13 +218,13 @@ MainService::Return<void> MainService::a_hidl_c_svctx_generic_get_info(
     if (!path) {
         result = kNotFound;
     } else if (code == kInfoVideo) {
-        data = recordBytes(mTv.presentation.video(*path));
+        data = bytesOf(mTv.presentation.video(*path));
     } else if (code == kInfoAudio) {
         const auto track = currentTrack(*path);
-        if (track) data = recordBytes(*track);
+        if (track) data = bytesOf(*track);
         result = track ? kOk : kRefused;
     } else if (code == kInfoConnection) {
-        data = recordBytes(mTv.presentation.connection(*path));
+        data = bytesOf(mTv.presentation.connection(*path));
     } else {
         const auto block = mTv.presentation.block(ctx, kInfoKey | code);
         if (block) data = *block;

@@ -71,7 +71,7 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_crnt_ov
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_crnt_overscan(
         a_hidl_qeltvapi_screenmode_get_crnt_overscan_cb reply) {
-    reply(recordBytes(mTv.picture.overscan()), kOk);
+    reply(bytesOf(mTv.picture.overscan()), kOk);
     return Void();
 }
 
@@ -148,9 +148,9 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_data(
     const VideoSource video = mTv.presentation.video(Presentation::kMain);
     Bytes data;
     if (id == kVideoDataSource) {
-        data = recordBytes(video);
+        data = bytesOf(video);
     } else if (id == kVideoDataRange) {
-        data = recordBytes(dataRange(video));
+        data = bytesOf(dataRange(video));
     } else if (id == kVideoDataUser) {
         data = mTv.picture.userData();
     } else {

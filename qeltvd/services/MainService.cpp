@@ -86,7 +86,8 @@ std::string MainService::command(const std::vector<std::string>& words) {
     if (words[0] == "raise" && (words.size() == 3 || words.size() == 4)) {
         const auto raised = notification(words[1], nlohmann::json::parse(words[2]));
         const long long times = words.size() == 4 ? numberIn(words[3], 1, 1'000'000) : 1;
-        for (long long i = 0; i < times; ++i) mTv.notifier.post(raised);
+        for (long long i = 0; i < times; ++i)
+            mTv.notifier.post(raised, Notifier::kEveryProcess, words[2].size());
         return "";
     }
     if (words[0] == "fault" && (words.size() == 3 || words.size() == 4)) {

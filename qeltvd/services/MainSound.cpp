@@ -28,9 +28,7 @@ std::optional<AudioTrack> current(const std::vector<AudioTrack>& tracks) {
 /** No more records than there is room for. */
 MainService::Bytes records(const std::vector<AudioTrack>& tracks, uint32_t room) {
     const size_t count = std::min<size_t>(tracks.size(), room);
-    MainService::Bytes bytes(count * sizeof(AudioTrack));
-    if (count != 0) memcpy(bytes.data(), tracks.data(), bytes.size());
-    return bytes;
+    return bytesAs<Bytes>(tracks.data(), count);
 }
 
 std::string description(const AudioTrack& track) {
@@ -231,7 +229,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_available_
 MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_audio_info(
         a_hidl_qeltvapi_get_current_audio_info_cb reply) {
     const auto track = current(tracksOfMain(false));
-    reply(track ? recordBytes(*track) : Bytes(), track ? kOk : kRefused);
+    reply(track ? bytesOf(*track) : Bytes(), track ? kOk : kRefused);
     return Void();
 }
 
@@ -247,7 +245,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_ad_info(
         a_hidl_qeltvapi_get_current_ad_info_cb reply) {
     for (const AudioTrack& track : tracksOfMain(false)) {
         if (track.purpose != kAudioDescription) continue;
-        reply(recordBytes(track), kOk);
+        reply(bytesOf(track), kOk);
         return Void();
     }
     reply({}, kNotFound);
@@ -283,7 +281,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_inputsourc
 MainService::Return<void> MainService::a_hidl_qeltvapi_get_inputsource_current_audio_info(
         a_hidl_qeltvapi_get_inputsource_current_audio_info_cb reply) {
     const auto track = current(tracksOfMain(true));
-    reply(track ? recordBytes(*track) : Bytes(), track ? kOk : kRefused);
+    reply(track ? bytesOf(*track) : Bytes(), track ? kOk : kRefused);
     return Void();
 }
 

@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "Blocks.h"
 #include "MainService.h"
 #include "layouts/codes.h"
 
@@ -10,13 +11,6 @@ using android::hardware::Void;
 using namespace layouts;
 
 namespace {
-
-template <class T>
-hidl_vec<uint8_t> bytesOf(const T& record) {
-    hidl_vec<uint8_t> bytes(sizeof(record));
-    memcpy(bytes.data(), &record, sizeof(record));
-    return bytes;
-}
 
 hidl_vec<uint8_t> table(const std::vector<TopEntry>& entries) {
     const auto count = static_cast<uint32_t>(entries.size());
@@ -144,9 +138,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_html_agent_exchange_data(
     std::vector<int32_t> words(data.size() / sizeof(int32_t));
     if (!words.empty()) memcpy(words.data(), data.data(), words.size() * sizeof(int32_t));
     const std::vector<int32_t> answer = mTv.agent.exchange(words);
-    hidl_vec<uint8_t> bytes(answer.size() * sizeof(int32_t));
-    memcpy(bytes.data(), answer.data(), bytes.size());
-    reply(bytes, answer[0]);
+    reply(bytesOf(answer), answer[0]);
     return Void();
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Blocks.h"
 #include "MainService.h"
 #include "SharedBlock.h"
 #include "Uart.h"
@@ -30,15 +31,18 @@ MainService::Return<void> MainService::a_hidl_c_iom_open_uart(uint32_t type, uin
                                                               const hidl_handle& setting,
                                                               uint64_t tag,
                                                               a_hidl_c_iom_open_uart_cb reply) {
-    uart_setting_t wanted{};
     const SharedBlock block(setting);
-    if (type != kUartType || !block.holds(sizeof(wanted)) || !block.read(&wanted, sizeof(wanted))) {
+    Bytes bytes(sizeof(uart_setting_t));
+    const bool arrived = type == kUartType && block.holds(bytes.size()) &&
+                         block.read(bytes.data(), bytes.size());
+    const auto wanted = arrived ? recordOf<uart_setting_t>(bytes) : std::nullopt;
+    if (!wanted) {
         reply(0, kBadValue);
         return Void();
     }
     uint32_t handle = 0;
     const int32_t code =
-            mTv.uart.open(name, IPCThreadState::self()->getCallingPid(), tag, wanted, &handle);
+            mTv.uart.open(name, IPCThreadState::self()->getCallingPid(), tag, *wanted, &handle);
     reply(handle, code);
     return Void();
 }
@@ -59,9 +63,8 @@ MainService::Return<void> MainService::a_hidl_c_iom_get(uint32_t handle, uint16_
     std::vector<uint8_t> answer;
     int32_t code = kBadValue;
     const auto take = [&](const auto& record) {
-        const auto* bytes = reinterpret_cast<const uint8_t*>(&record);
         if (code == kOk && size < sizeof(record)) code = kBadValue;
-        if (code == kOk) answer.assign(bytes, bytes + sizeof(record));
+        if (code == kOk) answer = bytesAs<std::vector<uint8_t>>(&record, 1);
     };
     if (op == UART_OP_DATA) {
         code = mTv.uart.receive(handle, std::min(size, kBlockLimit), &answer);
@@ -91,10 +94,8 @@ MainService::Return<int32_t> MainService::a_hidl_c_iom_set(uint32_t handle, uint
         case UART_OP_DATA:
             return mTv.uart.send(handle, data.data(), data.size());
         case UART_OP_SETTING: {
-            uart_setting_t setting;
-            if (data.size() != sizeof(setting)) return kBadValue;
-            memcpy(&setting, data.data(), sizeof(setting));
-            return mTv.uart.setSetting(handle, setting);
+            const auto setting = recordOf<uart_setting_t>(data.data(), data.size());
+            return setting ? mTv.uart.setSetting(handle, *setting) : kBadValue;
         }
         case UART_OP_FLUSH:
             return mTv.uart.flush(handle);

@@ -1,7 +1,6 @@
 #define LOG_TAG "qeltvd"
 
-#include <cstring>
-
+#include "Blocks.h"
 #include "MainService.h"
 #include "layouts/codes.h"
 
@@ -147,11 +146,9 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_upgrade_check_update(u
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_upgrade_set(
         uint32_t a, const hidl_vec<uint8_t>& first, uint32_t b, const hidl_vec<uint8_t>& second) {
-    uint32_t values[2];
-    if (first.size() != sizeof(values[0]) || second.size() != sizeof(values[1])) return kBadValue;
-    memcpy(&values[0], first.data(), sizeof(values[0]));
-    memcpy(&values[1], second.data(), sizeof(values[1]));
-    return mTv.upgrade.set(a, values[0], b, values[1]);
+    const auto one = recordOf<uint32_t>(first);
+    const auto other = recordOf<uint32_t>(second);
+    return one && other ? mTv.upgrade.set(a, *one, b, *other) : kBadValue;
 }
 
 }  // namespace qeltvd

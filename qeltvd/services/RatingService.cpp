@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Blocks.h"
 #include "layouts/codes.h"
 
 namespace qeltvd {
@@ -42,6 +43,7 @@ RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_sett
 
 RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_tv_setting_info(
         const HIDL_RATING_US_TV_SETTING_T& setting) {
+    if (!isSound(setting)) return kBadValue;
     Ratings::UsTv flags{};
     for (size_t i = 0; i < 16; ++i) flags[i] = setting.block[i];
     flags[16] = setting.extra1;
@@ -152,10 +154,7 @@ RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_a
 /** 64 bytes also when there is no table, all zero then. */
 RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_info(
         a_hidl_qeltvapi_rating_get_op_vchip_info_cb reply) {
-    const auto table = mTv.ratings.vchipTable();
-    hidl_vec<uint8_t> bytes(sizeof(table));
-    memcpy(bytes.data(), &table, sizeof(table));
-    reply(bytes, mTv.ratings.vchipAvailable() ? kOk : kNotFound);
+    reply(bytesOf(mTv.ratings.vchipTable()), mTv.ratings.vchipAvailable() ? kOk : kNotFound);
     return Void();
 }
 

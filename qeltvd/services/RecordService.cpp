@@ -1,7 +1,6 @@
 #include "RecordService.h"
 
-#include <cstring>
-
+#include "Blocks.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 
@@ -10,19 +9,6 @@ namespace qeltvd {
 using android::hardware::hidl_vec;
 using android::hardware::Void;
 using namespace layouts;
-
-namespace {
-
-/** The record in bytes that came from elsewhere; nothing when their number is wrong. */
-template <class T>
-std::optional<T> recordFrom(const uint8_t* data, size_t size) {
-    if (size != sizeof(T)) return std::nullopt;
-    T record;
-    memcpy(&record, data, sizeof(T));
-    return record;
-}
-
-}  // namespace
 
 RecordService::RecordService(Television& tv)
         : IQelTvApiRecordDefault(kUnsupported, false), mTv(tv) {}
@@ -144,7 +130,7 @@ RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_record_pvr_get_cur
 /** The code of a booking that is stored is its number. */
 RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_set_schedule_record(
         const Bytes& record, uint32_t value) {
-    const auto booking = recordFrom<ScheduleRecord>(record.data(), record.size());
+    const auto booking = recordOf<ScheduleRecord>(record);
     return booking ? mTv.recorder.book(*booking, value) : kBadValue;
 }
 
@@ -152,26 +138,21 @@ RecordService::Return<void> RecordService::a_hidl_qeltvapi_get_schedule_record(
         uint32_t index, a_hidl_qeltvapi_get_schedule_record_cb reply) {
     ScheduleRecord record{};
     const int32_t code = mTv.recorder.booking(index, &record);
-    Bytes bytes;
-    if (code == kOk) {
-        bytes.resize(sizeof(record));
-        memcpy(bytes.data(), &record, sizeof(record));
-    }
-    reply(bytes, code);
+    reply(code == kOk ? bytesOf(record) : Bytes(), code);
     return Void();
 }
 
 RecordService::Return<bool> RecordService::a_hidl_qeltvapi_record_pvr_chk_src_conflict(
         const Bytes& first, const Bytes& second) {
-    const auto a = recordFrom<SourceRecord>(first.data(), first.size());
-    const auto b = recordFrom<SourceRecord>(second.data(), second.size());
+    const auto a = recordOf<SourceRecord>(first);
+    const auto b = recordOf<SourceRecord>(second);
     return a && b && mTv.recorder.conflict(*a, *b);
 }
 
 RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_record_pvr_set_disk(
         uint32_t recording, const String& path, const HIDL_PVR_DISK_T& disk) {
-    const auto record = recordFrom<DiskRecord>(disk.bytes.data(), sizeof(DiskRecord));
-    return mTv.recorder.setDisk(recording, path, *record);
+    const auto record = recordOf<DiskRecord>(disk.bytes.data(), sizeof(disk.bytes));
+    return record ? mTv.recorder.setDisk(recording, path, *record) : kBadValue;
 }
 
 RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_record_pvr_open_ex(uint32_t value,

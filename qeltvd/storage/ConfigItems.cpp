@@ -1,5 +1,8 @@
+#define LOG_TAG "qeltvd"
+
 #include "ConfigItems.h"
 
+#include "Guarded.h"
 #include "layouts/codes.h"
 
 namespace qeltvd {
@@ -175,9 +178,10 @@ int32_t ConfigItems::setText(const std::string& name, const std::string& value, 
 
 int32_t ConfigItems::reset(uint32_t selector) {
     if (selector > kNetwork) return kNotFound;
-    std::vector<std::string> names;
+    std::vector<Item> items;
     {
         Store::Transaction transaction(mStore);
+        std::vector<std::string> names;
         {
             Store::Statement row(mStore,
                                  "SELECT name FROM config WHERE (? = 0 OR grp = ?)"
@@ -192,11 +196,12 @@ int32_t ConfigItems::reset(uint32_t selector) {
                 .bind(int64_t{selector})
                 .bind(int64_t{selector})
                 .run();
+        for (const std::string& name : names) {
+            if (const auto item = find(kAnyGroup, name)) items.push_back(*item);
+        }
         transaction.commit();
     }
-    for (const std::string& name : names) {
-        if (const auto item = find(kAnyGroup, name)) changed(*item, false);
-    }
+    for (const Item& item : items) changed(item, false);
     return kOk;
 }
 
@@ -211,7 +216,7 @@ void ConfigItems::changed(const Item& item, bool quiet) const {
         std::lock_guard<std::mutex> guard(mLock);
         listeners = mListeners;
     }
-    for (const Listener& listener : listeners) listener(item, quiet);
+    callAll("following a configuration item", listeners, item, quiet);
 }
 
 int32_t ConfigItems::value(const std::string& name) const {

@@ -185,8 +185,14 @@ void Store::probe() {
 void Store::execute(const char* sql) {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     verify();
+    settle();
     if (sqlite3_exec(mDatabase, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail("store");
     witness();
+}
+
+void Store::settle() {
+    if (mTransactions != 0 || sqlite3_get_autocommit(mDatabase) != 0) return;
+    if (sqlite3_exec(mDatabase, "ROLLBACK", nullptr, nullptr, nullptr) != SQLITE_OK) fail("store");
 }
 
 int Store::changes() const {
@@ -199,6 +205,7 @@ int64_t Store::lastId() const {
 
 Store::Statement::Statement(Store& store, const char* sql)
         : mStore(store), mLock(store.mLock), mText(sql) {
+    store.settle();
     const auto prepared = store.mPrepared.find(mText);
     if (prepared != store.mPrepared.end()) {
         mStatement = prepared->second;
@@ -270,9 +277,11 @@ Store::Blob Store::Statement::blob(int column) const {
 
 Store::Transaction::Transaction(Store& store) : mStore(store), mLock(store.mLock) {
     store.execute("BEGIN IMMEDIATE");
+    ++mStore.mTransactions;
 }
 
 Store::Transaction::~Transaction() {
+    --mStore.mTransactions;
     if (!mDone) sqlite3_exec(mStore.mDatabase, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

@@ -6,10 +6,11 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <unordered_map>
 #include <vector>
+
+#include "CodedError.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -17,9 +18,9 @@ struct sqlite3_stmt;
 namespace qeltvd {
 
 /** The store could not be read or written: disk full, no access, damaged. */
-class StoreError : public std::runtime_error {
+class StoreError : public CodedError {
   public:
-    using std::runtime_error::runtime_error;
+    explicit StoreError(const std::string& what) : CodedError(kStorage, what) {}
 };
 
 /**
@@ -124,11 +125,18 @@ class Store {
     /** After a change. */
     void witness();
     [[noreturn]] void fail(const char* what) const;
+    /**
+     * Takes back a transaction whose rollback has failed: it would take up what is stored next,
+     * and lose it. @throws StoreError
+     */
+    void settle();
 
     const std::string mPath;
     Witness mFile, mLog;
     sqlite3* mDatabase = nullptr;
     std::recursive_mutex mLock;
+    // Guarded by mLock.
+    int mTransactions = 0;
     std::unordered_multimap<std::string, sqlite3_stmt*> mPrepared;  // none of them in use
 };
 

@@ -11,13 +11,13 @@ namespace qeltvd {
 
 using namespace layouts;
 
-Alerts::Alerts(Store& store, Notifier& notifier, const ChannelDatabase& channels,
+Alerts::Alerts(Store& store, Timers& timers, Notifier& notifier, const ChannelDatabase& channels,
                std::function<int32_t(uint32_t)> goTo)
         : mStore(store),
           mNotifier(notifier),
           mChannels(channels),
           mGoTo(std::move(goTo)),
-          mAlarm([this] { update(); }) {
+          mAlarm(timers, "ending an alert", [this] { update(); }) {
     mStore.execute("CREATE TABLE IF NOT EXISTS ews_monitors (area INTEGER PRIMARY KEY)");
     Store::Statement rows(mStore, "SELECT area FROM ews_monitors ORDER BY area");
     while (rows.step()) mMonitors.push_back(static_cast<int32_t>(rows.integer(0)));
@@ -154,10 +154,9 @@ std::vector<WarningEntry> Alerts::warnings(int32_t area) const {
 }
 
 void Alerts::tellAlert(int32_t event) {
-    mNotifier.notify(
-            &Notifier::Callback::a_hidl_qeltvapi_eas_callback_fct, event, uint64_t{0},
-            static_cast<uint64_t>(mAlert.type), static_cast<uint64_t>(mAlert.channelChange),
-            uint64_t{static_cast<uint32_t>(mAlert.channel)}, static_cast<uint64_t>(mAlert.area));
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_eas_callback_fct, event,
+                    {mAlert.type, mAlert.channelChange, static_cast<uint32_t>(mAlert.channel),
+                     mAlert.area});
 }
 
 /** Everybody is told of a warning; those with monitors only where one of them is concerned. */

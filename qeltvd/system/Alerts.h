@@ -22,7 +22,7 @@ class Alerts {
     static constexpr int32_t kLongest = 24 * 3600;
 
     /** @param goTo see Television::goTo(); called in a lock of this. @throws StoreError */
-    Alerts(Store& store, Notifier& notifier, const ChannelDatabase& channels,
+    Alerts(Store& store, Timers& timers, Notifier& notifier, const ChannelDatabase& channels,
            std::function<int32_t(uint32_t channelId)> goTo);
 
     /** The alert that is on; of type kAlertNone when none is. */

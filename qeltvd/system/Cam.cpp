@@ -9,9 +9,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <random>
 
+#include "Blocks.h"
 #include "Files.h"
 #include "Stored.h"
 #include "layouts/codes.h"
@@ -57,18 +59,6 @@ std::string narrow(const std::u16string& text) {
     std::string digits;
     for (const char16_t c : text) digits += c < 0x80 ? static_cast<char>(c) : '?';
     return digits;
-}
-
-template <class T>
-Cam::Bytes bytesOf(const T* values, size_t count) {
-    Cam::Bytes bytes(count * sizeof(T));
-    memcpy(bytes.data(), values, bytes.size());
-    return bytes;
-}
-
-template <class T>
-Cam::Bytes bytesOf(T value) {
-    return bytesOf(&value, 1);
 }
 
 }  // namespace
@@ -118,12 +108,13 @@ std::optional<Cam::Bytes> Cam::get(int32_t type) const {
     switch (type) {
         case kCiGetSlotState: {
             const uint32_t state = !mInserted ? kCiEmpty : mPowered ? kCiReady : kCiOff;
-            return bytesOf(state);
+            return bytesAs<Bytes>(&state, 1);
         }
         case kCiGetCamName:
-            return ready() ? bytesOf(kName, strlen(kName)) : Bytes();
+            return ready() ? bytesAs<Bytes>(kName, strlen(kName)) : Bytes();
         case kCiGetCamNameUtf16:
-            return ready() ? bytesOf(kNameUtf16, std::u16string(kNameUtf16).size()) : Bytes();
+            return ready() ? bytesAs<Bytes>(kNameUtf16, std::u16string(kNameUtf16).size())
+                           : Bytes();
         case kCiGetDialogue: {
             uint32_t kind = kCiMenuDialogue;
             switch (mScreen) {
@@ -142,15 +133,15 @@ std::optional<Cam::Bytes> Cam::get(int32_t type) const {
                     kind = kCiEnquiryDialogue;
             }
             const uint32_t words[] = {kind, mDialogue};
-            return bytesOf(words, 2);
+            return bytesAs<Bytes>(words, 2);
         }
         case kCiGetCaSystems:
-            return ready() ? bytesOf(kCaSystems, std::size(kCaSystems)) : Bytes();
+            return ready() ? bytesAs<Bytes>(kCaSystems, std::size(kCaSystems)) : Bytes();
         case kCiGetSlots:
             return Bytes{1};
         case kCiGetLanguage: {
             Bytes language = mSettings.bytes(kLanguageKey);
-            return language.empty() ? bytesOf("eng", 4) : language;
+            return language.empty() ? bytesAs<Bytes>("eng", 4) : language;
         }
         case kCiGetPower:
             return Bytes{static_cast<uint8_t>(mPowered)};
@@ -189,10 +180,8 @@ int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size)
             closeDialogue();
             return kOk;
         case kCiSetMenuAnswer: {
-            uint32_t words[2];
-            if (size != sizeof(words)) return kBadValue;
-            memcpy(words, data, sizeof(words));
-            return answerMenu(words[0], words[1]);
+            const auto words = recordOf<std::array<uint32_t, 2>>(data, size);
+            return words ? answerMenu((*words)[0], (*words)[1]) : kBadValue;
         }
         case kCiSetReset:
             if (!ready()) return kRefused;
@@ -509,7 +498,8 @@ int32_t Cam::describeKeys(std::u16string* text) const {
 }
 
 void Cam::tellSlot(int32_t cond) {
-    tell(cond, bytesOf(uint32_t{0}));
+    const uint32_t slot = 0;
+    tell(cond, bytesAs<Bytes>(&slot, 1));
 }
 
 void Cam::tell(int32_t cond, const Bytes& data) {

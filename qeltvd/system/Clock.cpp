@@ -9,6 +9,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "Guarded.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -177,9 +178,8 @@ int32_t Clock::setSource(int32_t source) {
             return kOk;
         });
     }
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_sync_source_callback_fct,
-                     int32_t{layouts::kSyncSourceChanged}, uint64_t{0},
-                     static_cast<uint64_t>(source));
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_sync_source_callback_fct,
+                    layouts::kSyncSourceChanged, {source});
     if (jumps) jumped();
     if (zoneJumps) zoneChanged();
     return kOk;
@@ -233,10 +233,10 @@ int64_t Clock::offset() const {
 
 int32_t Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> newOffset) {
     const Manual wanted{newZone.value_or(zone()), newOffset.value_or(offset())};
-    if (std::abs(wanted.zone) > layouts::kZoneMaximum ||
-        std::abs(wanted.offset) > layouts::kZoneMaximum) {
-        return kBadValue;
-    }
+    const auto possible = [](int64_t value) {
+        return value >= -layouts::kZoneMaximum && value <= layouts::kZoneMaximum;
+    };
+    if (!possible(wanted.zone) || !possible(wanted.offset)) return kBadValue;
     const int32_t code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
         if (mSource == layouts::kSyncBroadcast) return kRefused;
@@ -267,15 +267,17 @@ std::optional<int64_t> Clock::nextChange() const {
 }
 
 void Clock::jumped() const {
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct,
-                     int32_t{layouts::kTimeChanged}, uint64_t{0}, static_cast<uint64_t>(now()));
-    for (const auto& listener : mListeners) listener();
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, layouts::kTimeChanged,
+                    {now()});
+    callAll("following the clock", mListeners);
 }
 
 void Clock::zoneChanged() const {
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct,
-                     int32_t{layouts::kZoneChanged}, uint64_t{0},
-                     static_cast<uint64_t>(zone() + offset()));
+    // The change has been stored; the place of the zone may not be readable now.
+    guarded("the notification of the time zone", [this] {
+        mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, layouts::kZoneChanged,
+                        {zone() + offset()});
+    });
 }
 
 std::optional<Dtg> Clock::utcRecord(int64_t utc) const {
@@ -343,7 +345,8 @@ std::optional<Dtg> Clock::fromModifiedJulian(uint32_t day) {
     return record(kJulianEpoch + date::days(day), layouts::kDtgUtc);
 }
 
-SleepTimer::SleepTimer(Notifier& notifier) : mNotifier(notifier), mAlarm([this] { ring(); }) {}
+SleepTimer::SleepTimer(Timers& timers, Notifier& notifier)
+        : mNotifier(notifier), mAlarm(timers, "the sleep timer", [this] { ring(); }) {}
 
 void SleepTimer::addListener(std::function<void()> listener) {
     mListeners.push_back(std::move(listener));
@@ -401,12 +404,11 @@ void SleepTimer::ring() {
         mValue = 0;
         tell(layouts::kSleepExpired, 0);
     }
-    for (const auto& listener : mListeners) listener();
+    callAll("going to sleep", mListeners);
 }
 
 void SleepTimer::tell(int32_t type, int32_t value) const {
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_sleep_timer_callback_fct, type,
-                     uint64_t{0}, static_cast<uint64_t>(value));
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_sleep_timer_callback_fct, type, {value});
 }
 
 }  // namespace qeltvd

@@ -97,7 +97,7 @@ class Clock {
 /** The sleep timer. It is not kept: a set that is switched on has none. */
 class SleepTimer {
   public:
-    explicit SleepTimer(Notifier& notifier);
+    SleepTimer(Timers& timers, Notifier& notifier);
 
     /** Called when it fires, on its thread; before serving only. */
     void addListener(std::function<void()> listener);

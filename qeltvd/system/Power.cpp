@@ -1,5 +1,8 @@
+#define LOG_TAG "qeltvd"
+
 #include "Power.h"
 
+#include "Guarded.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -77,7 +80,7 @@ void Power::addListener(std::function<void(bool)> listener) {
 }
 
 void Power::changed(bool standby) const {
-    for (const auto& listener : mListeners) listener(standby);
+    callAll("following the power", mListeners, standby);
 }
 
 int32_t Power::powerDown(PowerEvent how) {

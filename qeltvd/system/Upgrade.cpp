@@ -72,8 +72,11 @@ bool runs(UpgradeState state) {
 
 }  // namespace
 
-Upgrade::Upgrade(Store& store, Notifier& notifier)
-        : mSettings(store), mNotifier(notifier), mAlarm([this] { step(); }) {}
+Upgrade::Upgrade(Store& store, Timers& timers, Notifier& notifier)
+        : mStore(store),
+          mSettings(store),
+          mNotifier(notifier),
+          mAlarm(timers, "the upgrade", [this] { step(); }) {}
 
 Upgrade::Kept Upgrade::kept(uint32_t item) const {
     return static_cast<Kept>(mSettings.number(setting(item, "kept"), kNothing));
@@ -189,10 +192,14 @@ int32_t Upgrade::set(uint32_t a, uint32_t first, uint32_t b, uint32_t second) {
     });
 }
 
-void Upgrade::installedElsewhere(uint32_t item, const std::string& version) {
+void Upgrade::installedElsewhere(uint32_t item, const std::string& version,
+                                 const std::function<void()>& store) {
     std::lock_guard<std::recursive_mutex> guard(mLock);
+    Store::Transaction transaction(mStore);
     mSettings.set(setting(item, "version"), version);
     if (!newer(item)) keep(item, kNothing);
+    store();
+    transaction.commit();
 }
 
 void Upgrade::enter(UpgradeState state) {
@@ -250,12 +257,15 @@ void Upgrade::advance() {
             }
             return;
         }
-        case kUpgradeRebooting:
+        case kUpgradeRebooting: {
+            Store::Transaction transaction(mStore);
             mSettings.set(setting(mItem, "result"), int64_t{kResultSuccess});
             mSettings.set(setting(mItem, "version"), std::string(kPackages[mItem].version));
             keep(mItem, kNothing);
+            transaction.commit();
             finish(kUpgradeDone, 100);
             return;
+        }
         default:
             return;
     }
@@ -266,9 +276,9 @@ void Upgrade::tell(int32_t type, int32_t value) const {
                      static_cast<int32_t>(mItem), value, uint64_t{0});
 }
 
-OverAirDownload::OverAirDownload(Store& store, Notifier& notifier, const Clock& clock,
-                                 const ChannelDatabase& channels, Upgrade& upgrade,
-                                 std::function<int32_t(uint32_t)> goTo)
+OverAirDownload::OverAirDownload(Store& store, Timers& timers, Notifier& notifier,
+                                 const Clock& clock, const ChannelDatabase& channels,
+                                 Upgrade& upgrade, std::function<int32_t(uint32_t)> goTo)
         : mSettings(store),
           mNotifier(notifier),
           mClock(clock),
@@ -276,7 +286,8 @@ OverAirDownload::OverAirDownload(Store& store, Notifier& notifier, const Clock& 
           mGoTo(std::move(goTo)),
           mUpgrade(upgrade),
           mState(static_cast<OadState>(mSettings.number("oad.kept", kOadIdle))),
-          mAlarm([this] { step(); }) {}
+          mAutomatic(mSettings.number("oad.automatic", 0) != 0),
+          mAlarm(timers, "the over-air download", [this] { step(); }) {}
 
 int64_t OverAirDownload::nextTime() const {
     const int64_t now = mClock.now();
@@ -299,10 +310,6 @@ std::optional<uint32_t> OverAirDownload::carrier() const {
         }
     }
     return std::nullopt;
-}
-
-bool OverAirDownload::automatic() const {
-    return mSettings.number("oad.automatic", 0) != 0;
 }
 
 bool OverAirDownload::isNew() const {
@@ -418,8 +425,10 @@ int32_t OverAirDownload::acceptSchedule() {
 }
 
 int32_t OverAirDownload::setAutomatic(bool on) {
+    std::lock_guard<std::recursive_mutex> guard(mLock);
     return stored([&] {
         mSettings.set("oad.automatic", int64_t{on});
+        mAutomatic = on;
         return int32_t{kOk};
     });
 }
@@ -450,55 +459,66 @@ int32_t OverAirDownload::powerOnStatus() const {
 
 void OverAirDownload::step() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
+    const OadState begun = mState;
     try {
-        switch (mState) {
-            case kOadDetecting:
-                if (!isNew()) {
-                    rest(kOadNothingNew);
-                    mState = kOadIdle;
-                    return;
-                }
-                rest(kOadFound);
-                if (automatic()) enter(kOadDownloading, kStepTime);
-                return;
-            case kOadScheduled:
-                enter(kOadDownloading, kStepTime);
-                return;
-            case kOadDownloading:
-            case kOadFlashing: {
-                mPercent += kStep;
-                if (mPercent < 100) {
-                    tell(mState);
-                    mAlarm.in(kStepTime);
-                    return;
-                }
-                const auto next = mState == kOadDownloading ? kOadDownloaded : kOadFlashed;
-                mSettings.set("oad.kept", int64_t{next});
-                rest(next);
-                return;
-            }
-            case kOadRestarting:
-                mUpgrade.installedElsewhere(kItemFirmware, kOadVersion);
-                mSettings.set("oad.version", std::string(kOadVersion));
-                mSettings.set("oad.kept", int64_t{kOadIdle});
-                mUpdated = true;
-                rest(kOadIdle);
-                return;
-            default:
-                if (mReminds) tell(kOadReminder);
-                mReminds = false;
-                return;
-        }
+        advance();
     } catch (const StoreError& e) {
         ALOGE("%s", e.what());
         rest(kOadStopped);
-        mState = kOadIdle;
+        // The step can be taken again from where it began.
+        mState = begun == kOadDownloading  ? kOadFound
+                 : begun == kOadFlashing   ? kOadDownloaded
+                 : begun == kOadRestarting ? kOadFlashed
+                                           : kOadIdle;
+    }
+}
+
+/** One step further; nothing has changed when it cannot be stored. */
+void OverAirDownload::advance() {
+    switch (mState) {
+        case kOadDetecting:
+            if (!isNew()) {
+                rest(kOadNothingNew);
+                mState = kOadIdle;
+                return;
+            }
+            rest(kOadFound);
+            if (mAutomatic) enter(kOadDownloading, kStepTime);
+            return;
+        case kOadScheduled:
+            enter(kOadDownloading, kStepTime);
+            return;
+        case kOadDownloading:
+        case kOadFlashing: {
+            mPercent += kStep;
+            if (mPercent < 100) {
+                tell(mState);
+                mAlarm.in(kStepTime);
+                return;
+            }
+            const auto next = mState == kOadDownloading ? kOadDownloaded : kOadFlashed;
+            mSettings.set("oad.kept", int64_t{next});
+            rest(next);
+            return;
+        }
+        case kOadRestarting:
+            mUpgrade.installedElsewhere(kItemFirmware, kOadVersion, [this] {
+                mSettings.set("oad.version", std::string(kOadVersion));
+                mSettings.set("oad.kept", int64_t{kOadIdle});
+            });
+            mUpdated = true;
+            rest(kOadIdle);
+            return;
+        default:
+            if (mReminds) tell(kOadReminder);
+            mReminds = false;
+            return;
     }
 }
 
 void OverAirDownload::tell(int32_t type) const {
     mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_oad_callback_fct, type, uint64_t{0},
-                     android::hardware::hidl_string(kOadVersion), mPercent, automatic(),
+                     android::hardware::hidl_string(kOadVersion), mPercent, mAutomatic,
                      int32_t{mState});
 }
 

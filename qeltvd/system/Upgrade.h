@@ -18,13 +18,13 @@ namespace qeltvd {
 
 /**
  * Software upgrade over the network. One item at a time goes through checking, download,
- * installation and reboot, on a thread of its own and with its progress told; versions, what is
+ * installation and reboot, step by step and with a notification of each; versions, what is
  * downloaded or installed, and results are kept.
  */
 class Upgrade {
   public:
     /** @throws StoreError */
-    Upgrade(Store& store, Notifier& notifier);
+    Upgrade(Store& store, Timers& timers, Notifier& notifier);
 
     struct Item {
         std::string kind;
@@ -52,8 +52,12 @@ class Upgrade {
     int32_t start(uint32_t item, bool reboot);
     int32_t set(uint32_t a, uint32_t first, uint32_t b, uint32_t second);
 
-    /** Another way of installing has brought a version. @throws StoreError */
-    void installedElsewhere(uint32_t item, const std::string& version);
+    /**
+     * Stores that another way of installing has brought a version, together with what `store`
+     * stores: both or nothing. @throws StoreError
+     */
+    void installedElsewhere(uint32_t item, const std::string& version,
+                            const std::function<void()>& store);
 
   private:
     /** What is kept of an item. */
@@ -69,6 +73,7 @@ class Upgrade {
     void finish(layouts::UpgradeState state, int32_t value);
     void tell(int32_t type, int32_t value) const;
 
+    Store& mStore;
     Settings mSettings;
     Notifier& mNotifier;
 
@@ -87,7 +92,7 @@ class Upgrade {
 class OverAirDownload {
   public:
     /** @param goTo see Television::goTo(); called in a lock of this. @throws StoreError */
-    OverAirDownload(Store& store, Notifier& notifier, const Clock& clock,
+    OverAirDownload(Store& store, Timers& timers, Notifier& notifier, const Clock& clock,
                     const ChannelDatabase& channels, Upgrade& upgrade,
                     std::function<int32_t(uint32_t channelId)> goTo);
 
@@ -111,11 +116,11 @@ class OverAirDownload {
   private:
     int64_t nextTime() const;
     std::optional<uint32_t> carrier() const;
-    bool automatic() const;
     bool isNew() const;
     void enter(layouts::OadState state, std::chrono::milliseconds next);
     void rest(layouts::OadState state);
     void step();
+    void advance();
     void tell(int32_t type) const;
 
     Settings mSettings;
@@ -128,6 +133,7 @@ class OverAirDownload {
     mutable std::recursive_mutex mLock;
     // Guarded by mLock.
     layouts::OadState mState;
+    bool mAutomatic;
     int32_t mPercent = 0;
     bool mReminds = false;
     /** Since the television came up. */

@@ -43,28 +43,29 @@ struct Television {
     const std::string directory;
     Store store;
     Notifier notifier;
+    Timers timers;
     ConfigItems config;
     ChannelDatabase channels;
 
     Clock clock{store, notifier, config};
     Ratings ratings{store, notifier, config};
     PinLock pin{store, notifier};
-    Guide guide{channels, clock, pin, ratings, notifier};
+    Guide guide{timers, channels, clock, pin, ratings, notifier};
     AtscGuide atsc{guide, channels, clock, notifier};
     Scanner scanner{channels, config, notifier};
-    Upgrade upgrade{store, notifier};
-    OverAirDownload overAir{store,   notifier,
-                            clock,   channels,
-                            upgrade, [this](uint32_t channelId) {
-                                return goTo(channelId); }};
+    Upgrade upgrade{store, timers, notifier};
+    OverAirDownload overAir{
+            store, timers, notifier, clock, channels, upgrade, [this](uint32_t channelId) {
+                return goTo(channelId);
+            }};
     Uart uart{notifier};
 
     Settings settings{store};
     Recorder recorder{store, settings, notifier, directory + "/recordings", lookupIn(channels),
                       clock};
-    Timeshift timeshift{settings, notifier};
+    Timeshift timeshift{timers, settings, notifier};
     Cam cam{store, settings, notifier, directory};
-    Alerts alerts{store, notifier, channels,
+    Alerts alerts{store, timers, notifier, channels,
                   [this](uint32_t channelId) { return goTo(channelId); }};
     Captions captions{settings, notifier};
     Teletext teletext{notifier, channels, clock};
@@ -74,11 +75,12 @@ struct Television {
     Sound sound{store, notifier};
     Picture picture{store, notifier};
     Power power{store, notifier};
-    SleepTimer sleepTimer{notifier};
-    Presentation presentation{notifier, config, channels, guide, inputs, sound, power, [this] {
-                                  const auto name = cam.get(layouts::kCiGetCamName);
-                                  return name ? std::string(name->begin(), name->end()) : "";
-                              }};
+    SleepTimer sleepTimer{timers, notifier};
+    Presentation presentation{
+            timers, notifier, config, channels, guide, inputs, sound, power, [this] {
+                const auto name = cam.get(layouts::kCiGetCamName);
+                return name ? std::string(name->begin(), name->end()) : "";
+            }};
 
   private:
     /** Looks into the channel data, which has to outlive the lookup. */

@@ -98,9 +98,8 @@ int32_t Captions::playSubtitle(uint32_t number) {
     if (number == mSubtitle) return kOk;
     mSubtitle = number;
     const SubtitleEntry entry = number != 0 ? kSubtitles[number - 1] : SubtitleEntry{};
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_subtitle_callback, kSubtitleChanged,
-                     uint64_t{0}, uint64_t{number}, static_cast<uint64_t>(entry.language),
-                     static_cast<uint64_t>(entry.kind), uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_subtitle_callback, kSubtitleChanged,
+                    {number, entry.language, entry.kind});
     return kOk;
 }
 

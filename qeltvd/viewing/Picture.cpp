@@ -58,9 +58,8 @@ Picture::Picture(Store& store, Notifier& notifier)
 void Picture::tell(VideoEvent event, const std::vector<uint64_t>& values) {
     std::array<uint64_t, 6> all{};
     std::copy_n(values.begin(), std::min(values.size(), all.size()), all.begin());
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct,
-                     static_cast<int32_t>(event), uint64_t{0}, all[0], all[1], all[2], all[3],
-                     all[4], all[5]);
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, event,
+                    {all[0], all[1], all[2], all[3], all[4], all[5]});
 }
 
 /** Standard, vivid, film, sport, game, photo, user. */

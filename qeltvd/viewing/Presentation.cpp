@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "Stored.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 
@@ -43,9 +44,9 @@ AudioTrack track(uint32_t number, uint32_t pid, const std::string& language, Aud
 
 }  // namespace
 
-Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatabase& channels,
-                           Guide& guide, Inputs& inputs, Sound& sound, Power& power,
-                           std::function<std::string()> camName)
+Presentation::Presentation(Timers& timers, Notifier& notifier, ConfigItems& config,
+                           ChannelDatabase& channels, Guide& guide, Inputs& inputs, Sound& sound,
+                           Power& power, std::function<std::string()> camName)
         : mNotifier(notifier),
           mConfig(config),
           mChannels(channels),
@@ -53,7 +54,8 @@ Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatab
           mInputs(inputs),
           mSound(sound),
           mPower(power),
-          mCamName(std::move(camName)) {
+          mCamName(std::move(camName)),
+          mAlarm(timers, "the presentation", [this] { ring(); }) {
     for (uint32_t path = 0; path < kPaths; ++path) mContexts[contextOfPath(path)] = {path, {}, {}};
     mPaths[kSub].region = {6500, 6500, 3000, 3000};
     mInputs.setListener([this](int32_t source, bool on) { inputChanged(source, on); });
@@ -65,7 +67,6 @@ Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatab
     mPower.addListener([this](bool standby) {
         if (standby) stopAll();
     });
-    mThread = std::thread([this] { run(); });
     if (changeSource(kMain, mConfig.value("system.power_on_source")) != kOk) {
         ALOGW("nothing to show: no channels");
     }
@@ -74,12 +75,6 @@ Presentation::Presentation(Notifier& notifier, ConfigItems& config, ChannelDatab
 Presentation::~Presentation() {
     mInputs.setListener(nullptr);
     mGuide.setListener(nullptr);
-    {
-        std::lock_guard<std::mutex> guard(mLock);
-        mEnding = true;
-        mChanged.notify_all();
-    }
-    mThread.join();
 }
 
 std::optional<uint32_t> Presentation::pathOf(const std::string& name) {
@@ -260,7 +255,7 @@ void Presentation::begin(uint32_t path) {
     shown.due = Clock::now() + kLockTime;
     watchProgrammes(path);
     tell(path, kBroadcastSelecting);
-    mChanged.notify_all();
+    schedule();
 }
 
 void Presentation::advance(uint32_t path) {
@@ -340,7 +335,7 @@ void Presentation::review() {
                 break;
         }
     }
-    mChanged.notify_all();
+    schedule();
 }
 
 void Presentation::tell(uint32_t path, BroadcastEvent event) {
@@ -348,10 +343,8 @@ void Presentation::tell(uint32_t path, BroadcastEvent event) {
     const uint32_t channel =
             shown.source == Inputs::kTuner && shown.channel ? shown.channel->channelId : 0;
     if (shown.source == Inputs::kTuner) {
-        mNotifier.notify(&Callback::a_hidl_qeltvapi_broadcast_callback_fct,
-                         static_cast<int32_t>(event), uint64_t{0}, uint64_t{channel},
-                         uint64_t{path}, static_cast<uint64_t>(shown.error),
-                         uint64_t{shown.banner});
+        mNotifier.event(&Callback::a_hidl_qeltvapi_broadcast_callback_fct, event,
+                        {channel, path, shown.error, shown.banner});
     }
     for (const auto& [handle, context] : mContexts) {
         if (context.path != path) continue;
@@ -368,16 +361,14 @@ void Presentation::tell(uint32_t path, BroadcastEvent event) {
 
 void Presentation::broadcast(BroadcastEvent event, uint64_t first, uint64_t second,
                              uint64_t third) {
-    mNotifier.notify(&Callback::a_hidl_qeltvapi_broadcast_callback_fct, static_cast<int32_t>(event),
-                     uint64_t{0}, first, second, third, uint64_t{0});
+    mNotifier.event(&Callback::a_hidl_qeltvapi_broadcast_callback_fct, event,
+                    {first, second, third});
 }
 
 void Presentation::tellVideo(uint32_t path) {
     const VideoSource video = videoOf(mPaths[path]);
-    mNotifier.notify(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct,
-                     static_cast<int32_t>(kVideoFormat), uint64_t{0}, uint64_t{path},
-                     uint64_t{video.width}, uint64_t{video.height}, uint64_t{video.frameRate},
-                     uint64_t{video.interlaced}, uint64_t{0});
+    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, kVideoFormat,
+                    {path, video.width, video.height, video.frameRate, video.interlaced});
     for (const auto& [handle, component] : mComponents) {
         if (component.path == path) tellSource(handle, component);
     }
@@ -391,26 +382,34 @@ void Presentation::tellSource(uint32_t handle, const Component& component) {
                      static_cast<uint32_t>(what), *component.tag, video.width, video.height);
 }
 
-void Presentation::run() {
-    std::unique_lock<std::mutex> lock(mLock);
-    while (!mEnding) {
+/** Sets the alarm for the step or the digits that are due first. */
+void Presentation::schedule() {
+    std::optional<Clock::time_point> next = mDigitsDue;
+    for (const Path& path : mPaths) {
+        if (path.due && (!next || *path.due < *next)) next = path.due;
+    }
+    if (next) {
+        mAlarm.set(*next);
+    } else {
+        mAlarm.clear();
+    }
+}
+
+void Presentation::ring() {
+    bool digits = false;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
         const auto now = Clock::now();
-        std::optional<Clock::time_point> next = mDigitsDue;
         for (uint32_t path = 0; path < kPaths; ++path) {
             if (mPaths[path].due && *mPaths[path].due <= now) advance(path);
-            const auto due = mPaths[path].due;
-            if (due && (!next || *due < *next)) next = due;
         }
-        if (mDigitsDue && *mDigitsDue <= now) {
-            lock.unlock();
-            finishDigits();
-            lock.lock();
-        } else if (next) {
-            mChanged.wait_until(lock, *next);
-        } else {
-            mChanged.wait(lock);
-        }
+        digits = mDigitsDue && *mDigitsDue <= now;
+        if (!digits) schedule();
     }
+    if (!digits) return;
+    finishDigits();
+    std::lock_guard<std::mutex> guard(mLock);
+    schedule();
 }
 
 // What may be seen
@@ -716,7 +715,7 @@ int32_t Presentation::addDigit(char digit) {
         const size_t point = mDigits.find('.');
         complete = point == std::string::npos ? mDigits.size() == kMaximumDigits
                                               : mDigits.size() - point - 1 == kMinorDigits;
-        mChanged.notify_all();
+        schedule();
     }
     if (complete) finishDigits();
     return kOk;
@@ -732,8 +731,10 @@ void Presentation::finishDigits() {
         const auto [major, minor] = numbersIn(digits);
         broadcast(kBroadcastDigits, minor != 0 ? major << 16 | minor : major, digits.size(), 1);
     }
-    const auto [major, minor] = numbersIn(digits);
-    if (selectNumber(kMain, major, minor, true) != kOk) {
+    const auto numbers = numbersIn(digits);
+    const int32_t code =
+            stored([&] { return selectNumber(kMain, numbers.first, numbers.second, true); });
+    if (code == kNotFound) {
         ALOGI("no channel has the number %s", digits.c_str());
     }
 }
@@ -777,8 +778,7 @@ int32_t Presentation::key(int32_t key) {
         default:
             break;
     }
-    mNotifier.notify(&Callback::a_hidl_qeltvapi_util_nousedkey_callback, key, uint64_t{0},
-                     uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0});
+    mNotifier.event(&Callback::a_hidl_qeltvapi_util_nousedkey_callback, key, {0});
     return kOk;
 }
 
@@ -790,9 +790,8 @@ int32_t Presentation::setFrozen(uint32_t path, bool frozen) {
     if (frozen && shown.status != kTuningPlays) return kRefused;
     if (shown.frozen == frozen) return kOk;
     shown.frozen = frozen;
-    mNotifier.notify(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct,
-                     static_cast<int32_t>(kVideoFreeze), uint64_t{0}, uint64_t{path},
-                     uint64_t{frozen}, uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0});
+    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, kVideoFreeze,
+                    {path, frozen});
     return kOk;
 }
 
@@ -805,9 +804,8 @@ int32_t Presentation::setMuted(uint32_t path, bool muted) {
     std::lock_guard<std::mutex> guard(mLock);
     if (mPaths[path].muted == muted) return kOk;
     mPaths[path].muted = muted;
-    mNotifier.notify(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct,
-                     static_cast<int32_t>(kVideoMute), uint64_t{0}, uint64_t{path}, uint64_t{muted},
-                     uint64_t{0}, uint64_t{0}, uint64_t{0}, uint64_t{0});
+    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, kVideoMute,
+                    {path, muted});
     return kOk;
 }
 

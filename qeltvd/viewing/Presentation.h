@@ -2,16 +2,15 @@
 
 #include <array>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "Alarm.h"
 #include "ChannelDatabase.h"
 #include "ConfigItems.h"
 #include "Guide.h"
@@ -35,15 +34,16 @@ struct Reception {
  * What the television shows: two video paths, the one tuner that they share, and the service
  * contexts and stream components that look at them.
  *
- * A selection answers at once and goes on by itself, on a thread of this object: the tuner locks,
+ * A selection answers at once and goes on by itself, on the thread of the timers: the tuner locks,
  * the decoders start, or one of them fails; every step is notified. All functions may be called on
  * any thread. Functions that take a path number expect 0 or 1.
  */
 class Presentation {
   public:
     /** @param camName the name of the CAM, empty while none works; called in a lock of this */
-    Presentation(Notifier& notifier, ConfigItems& config, ChannelDatabase& channels, Guide& guide,
-                 Inputs& inputs, Sound& sound, Power& power, std::function<std::string()> camName);
+    Presentation(Timers& timers, Notifier& notifier, ConfigItems& config, ChannelDatabase& channels,
+                 Guide& guide, Inputs& inputs, Sound& sound, Power& power,
+                 std::function<std::string()> camName);
     ~Presentation();
 
     static constexpr uint32_t kMain = 0;
@@ -173,7 +173,7 @@ class Presentation {
     int32_t watchSource(uint32_t component, uint64_t tag);
 
   private:
-    using Clock = std::chrono::steady_clock;
+    using Clock = Alarm::Clock;
 
     struct Path {
         int32_t source = Inputs::kTuner;
@@ -233,8 +233,10 @@ class Presentation {
                    uint64_t third = 0);
     int32_t startOn(uint32_t path, int32_t source, layouts::VideoResource resource);
 
+    void schedule();
+
     // Without it.
-    void run();
+    void ring();
     void inputChanged(int32_t source, bool on);
     void channelsChanged(const ChannelChange& change);
     int32_t addDigit(char digit);
@@ -250,7 +252,6 @@ class Presentation {
     const std::function<std::string()> mCamName;
 
     mutable std::mutex mLock;
-    std::condition_variable mChanged;
     // Guarded by mLock.
     std::array<Path, layouts::kPaths> mPaths;
     std::map<uint32_t, Context> mContexts;
@@ -263,9 +264,7 @@ class Presentation {
     std::map<uint32_t, uint32_t> mStrengths;
     int32_t mTvMode = layouts::kTvNormal;
     uint32_t mAudioFocus = kMain;
-    bool mEnding = false;
-
-    std::thread mThread;
+    Alarm mAlarm;
 };
 
 }  // namespace qeltvd

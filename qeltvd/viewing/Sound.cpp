@@ -53,9 +53,8 @@ Sound::Sound(Store& store, Notifier& notifier) : mSettings(store), mNotifier(not
 }
 
 void Sound::tell(AudioEvent event, uint64_t first, uint64_t second) {
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_audio_update_nfy_fct,
-                     static_cast<int32_t>(event), uint64_t{0}, first, second, uint64_t{0},
-                     uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_audio_update_nfy_fct, event,
+                    {first, second});
 }
 
 int32_t Sound::volume(int32_t type) const {

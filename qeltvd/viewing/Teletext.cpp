@@ -200,9 +200,8 @@ int32_t Teletext::setPage(uint32_t record) {
         mNumber = number;
         mSubpage = subpage;
     }
-    mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_teletext_register_msg_callback,
-                     kTeletextPageChanged, uint64_t{0}, uint64_t{record}, uint64_t{count},
-                     uint64_t{0});
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_teletext_register_msg_callback,
+                    kTeletextPageChanged, {record, count});
     return kOk;
 }
 

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -133,6 +134,10 @@ void Daemon::launch() {
         // Killed by the test, with it where that breaks off, and in any case some time.
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         alarm(kDaemonLimit);
+        if (mControl != nullptr) {
+            setenv("LD_PRELOAD", QELTV_HOST_BUILD_DIR "/tests/support/libshortage_preload.so", 1);
+            setenv(kShortageVariable, (mControl->path() + "/state").c_str(), 1);
+        }
         // Built for this machine also when the tests are not.
         become({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", mState.path()});
     }
@@ -149,6 +154,29 @@ void Daemon::start() {
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
+}
+
+ShortageState& Daemon::useShortage() {
+    mControl = std::make_unique<TemporaryDirectory>();
+    const int fd = open((mControl->path() + "/state").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0 || ftruncate(fd, sizeof(ShortageState)) != 0) abort();
+    void* memory = mmap(nullptr, sizeof(ShortageState), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (memory == MAP_FAILED) abort();
+    close(fd);
+    mShortage = static_cast<ShortageState*>(memory);
+    return *mShortage;
+}
+
+bool Daemon::alive() const {
+    siginfo_t ended{};
+    return mPid > 0 &&
+           waitid(P_PID, static_cast<id_t>(mPid), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           ended.si_pid == 0;
+}
+
+Daemon::~Daemon() {
+    kill();
+    if (mShortage != nullptr) munmap(mShortage, sizeof(ShortageState));
 }
 
 void Daemon::kill() {

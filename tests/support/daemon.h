@@ -5,8 +5,11 @@
 #include <sys/types.h>
 #include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApi.h>
 
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "shortage.h"
 
 namespace wire {
 
@@ -44,7 +47,7 @@ class TemporaryDirectory {
 class Daemon {
   public:
     Daemon() = default;
-    ~Daemon() { kill(); }
+    ~Daemon();
 
     /** Starts it, with what it has kept from before, and waits until it serves. */
     void start();
@@ -52,11 +55,17 @@ class Daemon {
     void launch();
     /** kill -9, and waits until it is gone. */
     void kill();
+    /** Has it run short of what the state says from its next start on; see shortage.h. */
+    ShortageState& useShortage();
+    /** Whether it still runs. */
+    bool alive() const;
     pid_t pid() const { return mPid; }
     const std::string& statePath() const { return mState.path(); }
 
   private:
     TemporaryDirectory mState;
+    std::unique_ptr<TemporaryDirectory> mControl;
+    ShortageState* mShortage = nullptr;
     pid_t mPid = -1;
 };
 
