@@ -150,6 +150,7 @@ function(hidl_package target)
     target_compile_features(${target} INTERFACE cxx_std_17)
     target_include_directories(${target} SYSTEM PUBLIC "$<BUILD_INTERFACE:${hidl_INCLUDE}>")
     target_link_libraries(${target} PUBLIC hidlhost ${arg_DEPENDS})
+    bind_own_symbols(${target})
     # The runtime's threads run stubs of the package, so dlclose() leaves it mapped.
     target_link_options(${target} PRIVATE -Wl,-z,nodelete)
 endfunction()

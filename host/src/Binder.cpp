@@ -10,6 +10,7 @@
 #include "Fork.h"
 #include "Node.h"
 #include "Peer.h"
+#include "Watcher.h"
 
 namespace android {
 namespace hardware {
@@ -140,6 +141,7 @@ status_t BpHwBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cook
     // Without the connection that ends with the process its death would go unnoticed.
     const status_t status = peer()->reach();
     if (status != OK) return status;
+    hidlhost::Watcher::get().startDeferred();
     std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
     if (mObituariesSent) return DEAD_OBJECT;
     mObituaries.push_back({recipient, cookie});

@@ -217,6 +217,8 @@ class EventPatience final : public Patience {
  */
 status_t Peer::sendOneway(const MessageHeader& header, Encoded* message, NodeMapper* mapper) {
     status_t status = reach();
+    // Its thread takes the answers.
+    Watcher::get().startDeferred();
     bool sent = false;
     if (status == OK) {
         std::optional<WithoutPlace> outside;
@@ -466,9 +468,11 @@ status_t Peer::call(uint64_t id, uint32_t code, const Parcel& data, Parcel* repl
     Use use = {-1, false};
     if (conversation != nullptr) {
         use.socket = conversation->caller->socket;
+        Watcher::get().startDeferred();
         status = callWithin(*conversation, encoded, &watch, &block);
     } else {
         status = send(encoded, &watch, &use);
+        Watcher::get().startDeferred();
         if (status != OK) {
             mapper.takeBack();
             trace.finish(nullptr, status);
@@ -555,7 +559,8 @@ status_t Peer::watch() {
         mEvents = opened;
     }
     auto self = shared_from_this();
-    Watcher::get().add(opened->socket, [self, opened] { return self->readEvents(opened); });
+    // The first call takes less time when the thread starts while the call is under way.
+    Watcher::get().addDeferred(opened->socket, [self, opened] { return self->readEvents(opened); });
     return OK;
 }
 
