@@ -57,7 +57,7 @@ status_t readFromParcel(Status* status, const Parcel& parcel) {
 }
 
 status_t writeToParcel(const Status& status, Parcel* parcel) {
-    // A failure of the transport is told by failing, not in a message.
+    // A transport failure shows in the status, not in a message.
     if (status.exceptionCode() == Status::EX_TRANSACTION_FAILED) return status.transactionError();
     status_t error = parcel->writeInt32(status.exceptionCode());
     if (error != OK || status.exceptionCode() == Status::EX_NONE) return error;
@@ -109,7 +109,7 @@ sp<IBinder> getOrCreateCachedBinder(IBase* interface) {
     }
     std::string descriptor = details::getDescriptor(interface);
     if (descriptor.empty()) {
-        ALOGE("an object does not tell its interface, so that it cannot be sent");
+        ALOGE("an object does not report its interface, so that it cannot be sent");
         return nullptr;
     }
     auto lock = details::gBnMap->lock();

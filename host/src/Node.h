@@ -44,8 +44,10 @@
  * recipients of all proxies; Gate::mMutex who waits at the gate. Under Peer::mOpening and
  * Peer::mSending the other locks of a peer may be taken; besides that no lock is taken while
  * another is held. Peer::mSending is the only one held while a peer is waited for, which is
- * bounded, and nobody who must not wait takes it. None is held while foreign code runs, destructors
- * of objects and proxies included.
+ * bounded, and nobody who must not wait takes it. An object's mutex for oneway calls is held while
+ * one of them waits at the gate and runs; its threads have no place in the gate and no other lock
+ * when they take it. No other lock is held while foreign code runs, destructors of objects and
+ * proxies included.
  */
 namespace hidlhost {
 

@@ -547,9 +547,9 @@ status_t Peer::acquire(uint64_t id, bool confirmed) {
 
 status_t Peer::watch() {
     if (mDead) return DEAD_OBJECT;
-    if (events() != nullptr) return OK;
+    if (mWatched.load(std::memory_order_acquire)) return OK;
     std::lock_guard<std::mutex> opening(mOpening);
-    if (events() != nullptr) return OK;
+    if (mWatched.load(std::memory_order_relaxed)) return OK;
     auto opened = std::make_shared<Events>();
     const status_t status = open(kEvents, &opened->socket);
     if (status != OK) return status;
@@ -561,6 +561,8 @@ status_t Peer::watch() {
     auto self = shared_from_this();
     // The first call takes less time when the thread starts while the call is under way.
     Watcher::get().addDeferred(opened->socket, [self, opened] { return self->readEvents(opened); });
+    // Not before: who finds the connection open relies on startDeferred() to start its watcher.
+    mWatched.store(true, std::memory_order_release);
     return OK;
 }
 
@@ -605,6 +607,15 @@ void Peer::cut() {
     died();
 }
 
+namespace {
+
+/** The caller may hold any lock, and recipients take locks of their own. */
+void sendObituaryLater(sp<BpHwBinder> proxy) {
+    Watcher::get().post([dead = std::move(proxy)] { dead->sendObituary(); });
+}
+
+}  // namespace
+
 sp<BpHwBinder> Peer::proxy(uint64_t id, uint32_t count) {
     bool reachable = watch() != DEAD_OBJECT;
     sp<BpHwBinder> proxy;
@@ -620,7 +631,7 @@ sp<BpHwBinder> Peer::proxy(uint64_t id, uint32_t count) {
     }
     if (!reachable) {
         died();
-        proxy->sendObituary();
+        sendObituaryLater(proxy);
     }
     return proxy;
 }
@@ -637,8 +648,7 @@ void Peer::adopted(BpHwBinder* proxy, uint32_t count) {
         proxy->mReceived += count;
     }
     if (count != 0) return;
-    // As the proxy may be in use under any lock, its recipients are called elsewhere.
-    Watcher::get().post([dead = sp<BpHwBinder>(proxy)] { dead->sendObituary(); });
+    sendObituaryLater(proxy);
 }
 
 void Peer::proxyGone(BpHwBinder* proxy) {

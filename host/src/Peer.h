@@ -48,7 +48,7 @@ class Peer : public std::enable_shared_from_this<Peer> {
     android::status_t call(uint64_t id, uint32_t code, const android::hardware::Parcel& data,
                            android::hardware::Parcel* reply, uint32_t flags);
 
-    /** Opens the connection whose end tells of the peer's end. */
+    /** Opens the connection that ends with the peer. */
     android::status_t watch();
     /** The same, and forgets a peer that is gone. */
     android::status_t reach();
@@ -117,8 +117,9 @@ class Peer : public std::enable_shared_from_this<Peer> {
     std::vector<android::wp<android::hardware::BpHwBinder>> mOlderProxies;
     std::vector<std::pair<uint64_t, uint32_t>> mReleases;  // still to be sent
 
-    std::mutex mOpening;  // keeps two threads from opening mEvents
-    std::mutex mSending;  // keeps events in order
+    std::mutex mOpening;                // keeps two threads from opening mEvents
+    std::atomic<bool> mWatched{false};  // mEvents has been opened and entered at the watcher
+    std::mutex mSending;                // keeps events in order
     /** Since the last call that the peer was asked to accept. */
     size_t mUnaskedBytes = 0;
     size_t mUnaskedCalls = 0;

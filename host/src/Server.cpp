@@ -254,7 +254,7 @@ bool Server::greet(const std::shared_ptr<Connection>& connection) {
     return true;
 }
 
-/** Gives a connection its role; false where there is none or no room for it. */
+/** Gives a connection its role; false where there is none or the limit is reached. */
 bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
                      uint32_t role) {
     if (role != kCalls && role != kEvents) return false;
@@ -474,7 +474,7 @@ void Server::enqueue(const std::shared_ptr<Connection>& connection, const Messag
         memcpy(kept->bytes, arrived.bytes, arrived.size);
         kept->size = arrived.size;
         kept->descriptors.swap(connection->arriving->descriptors);
-        // The target lives until the call has run, whatever the caller gives back after it.
+        // The target lives until the call has run, regardless of what the caller gives back.
         Target target;
         target.object = mNode.objects().find(header.object, &target.onewayMutex);
         std::shared_ptr<Worker> worker = mMain;

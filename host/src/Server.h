@@ -69,8 +69,7 @@ class Server {
     /** Ends all connections without a word. */
     void cut();
 
-    /** Serves a call that comes back to a waiting thread; false where the connection is done for.
-     */
+    /** Serves a call that comes back to a waiting thread; false where that ends the connection. */
     bool serveWithin(Caller* caller, BlockPtr block);
 
     /** What calls to this node and replies to its own take. */

@@ -29,7 +29,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr uint64_t kWakeUp = 0;
 
-/** Of the watcher that has threads, for the children to close. */
+/** Of the watcher in use, for the children to close. */
 std::atomic<int> gEpoll{-1};
 std::atomic<int> gWakeUp{-1};
 
@@ -72,6 +72,7 @@ struct Watcher::State {
     /** With the mutex held, as enter(). */
     void start();
     void enter(uint64_t key, int socket);
+    void closeInChildren();
     bool finish(uint64_t key, bool arrived);
     void watch();
     int runTimers();
@@ -113,7 +114,7 @@ void Watcher::addDeferred(int socket, std::function<bool()> ready) {
 void Watcher::start() {
     std::lock_guard<std::mutex> lock(mState->mutex);
     mState->start();
-    mDeferred = false;
+    mDeferred = !mState->watching;
 }
 
 void Watcher::once(int socket, uint32_t milliseconds, std::function<void(bool)> ready) {
@@ -143,21 +144,24 @@ void Watcher::post(std::function<void()> task) {
     std::lock_guard<std::mutex> lock(mState->taskMutex);
     mState->tasks.push_back(std::move(task));
     if (!mState->running) {
-        mState->running = true;
-        startThread("hidl-notices", [state = mState] { state->run(); });
+        mState->running = startThread("hidl-notices", [state = mState] { state->run(); });
     }
     mState->taskAdded.notify_one();
 }
 
-void Watcher::State::start() {
-    if (watching) return;
-    watching = true;
+void Watcher::State::closeInChildren() {
     gEpoll = epoll.get();
     gWakeUp = wakeUp.get();
-    startThread("hidl-watch", [this] { watch(); });
+}
+
+void Watcher::State::start() {
+    if (watching) return;
+    closeInChildren();
+    watching = startThread("hidl-watch", [this] { watch(); });
 }
 
 void Watcher::State::enter(uint64_t key, int socket) {
+    closeInChildren();
     epoll_event event = {};
     event.events = EPOLLIN | EPOLLRDHUP;
     event.data.u64 = key;

@@ -1,11 +1,15 @@
 // What a child that a process makes with fork() has of the runtime, and leaves to its parent.
 
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/epoll.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -22,6 +26,13 @@
 #include "kit_objects.h"
 #include "kit_process.h"
 
+// Sanitizers interpose functions of the C library themselves.
+#if defined(__has_feature)
+#if !__has_feature(thread_sanitizer) && !__has_feature(address_sanitizer)
+#define CAN_INTERPOSE 1
+#endif
+#endif
+
 namespace {
 
 using ::android::OK;
@@ -33,6 +44,12 @@ using ::android::hardware::details::TaskRunner;
 using ::android::hidl::base::V1_0::IBase;
 using namespace ::hidlhost::test::kit::V1_0;
 using namespace std::chrono_literals;
+
+/** Whether pthread_create() fails. */
+std::atomic<bool> gNoThreads{false};
+/** Whether the next epoll_ctl() waits for a second before it begins, and whether it has come. */
+enum class Entering { kAtOnce, kWaits, kBegun };
+std::atomic<Entering> gEntering{Entering::kAtOnce};
 
 class Recipient : public hidl_death_recipient {
   public:
@@ -298,4 +315,78 @@ TEST_F(ForkTest, ATaskRunnerWorksInAChild) {
               0);
 }
 
+TEST_F(ForkTest, AChildHasNoDescriptorsOfAParentThatHasOnlyFetchedAService) {
+    start();
+    EXPECT_EQ(
+            endOf(startChild([] {
+                const size_t before = kit::openDescriptors();
+                if (IServiceChild::getService("kit") == nullptr) return 1;
+                return endOf(startChild([&] { return kit::openDescriptors() == before ? 0 : 2; }));
+            })),
+            0);
+}
+
+#ifdef CAN_INTERPOSE
+TEST_F(ForkTest, OnewayCallsAreAcceptedWhileAnotherThreadFetchesTheService) {
+    start();
+    EXPECT_EQ(endOf(startChild([] {
+                  gEntering = Entering::kWaits;
+                  std::thread other([] { IServiceChild::getService("kit"); });
+                  if (!eventually([] { return gEntering == Entering::kBegun; })) return 1;
+                  const sp<IServiceChild> service = IServiceChild::getService("kit");
+                  if (service == nullptr) return 2;
+                  int result = 0;
+                  // More than are sent before the service has to accept one.
+                  for (int call = 0; result == 0 && call < 200; ++call) {
+                      if (!service->childPush(0).isOk()) result = 3;
+                  }
+                  other.join();
+                  return result;
+              })),
+              0);
+}
+
+TEST_F(ForkTest, ADeathIsNoticedWhenTheFirstCallFoundNoThread) {
+    start();
+    int called[2];
+    ASSERT_EQ(pipe(called), 0);
+    const pid_t child = startChild([&] {
+        gNoThreads = true;
+        const sp<IServiceChild> service = IServiceChild::getService("kit");
+        if (service == nullptr || !service->ping().isOk()) return 1;
+        gNoThreads = false;
+        const sp<Recipient> recipient = new Recipient;
+        if (!service->linkToDeath(recipient, 1).withDefault(false)) return 2;
+        if (write(called[1], "", 1) != 1) return 3;
+        return eventually([&] { return recipient->deaths() == 1; }, 10s) ? 0 : 4;
+    });
+    close(called[1]);
+    char byte;
+    EXPECT_EQ(read(called[0], &byte, 1), 1);
+    close(called[0]);
+    mProcess->kill();
+    EXPECT_EQ(endOf(child), 0);
+}
+#endif
+
 }  // namespace
+
+#ifdef CAN_INTERPOSE
+extern "C" __attribute__((visibility("default"))) int pthread_create(
+        pthread_t* thread, const pthread_attr_t* attributes, void* (*body)(void*), void* argument) {
+    static const auto sNext =
+            reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+    return gNoThreads ? EAGAIN : sNext(thread, attributes, body, argument);
+}
+
+extern "C" __attribute__((visibility("default"))) int epoll_ctl(int epoll, int operation, int file,
+                                                                epoll_event* event) {
+    static const auto sNext = reinterpret_cast<decltype(&epoll_ctl)>(dlsym(RTLD_NEXT, "epoll_ctl"));
+    Entering waits = Entering::kWaits;
+    if (event != nullptr && event->data.u64 != 0 &&
+        gEntering.compare_exchange_strong(waits, Entering::kBegun)) {
+        std::this_thread::sleep_for(1s);
+    }
+    return sNext(epoll, operation, file, event);
+}
+#endif
