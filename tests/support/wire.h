@@ -7,6 +7,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "hw_qeltvapi_common.h"
 #include "log_capture.h"
@@ -37,14 +41,29 @@ inline ScriptedService& ready() {
 }
 
 #ifdef QELTV_EMULATOR
+/** Lets death tests start their process anew through the emulator, where there is one. */
+inline void startDeathTestsThroughTheEmulator() {
+    static const bool done = [] {
+        std::istringstream words(QELTV_EMULATOR);
+        std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
+        if (arguments.empty()) return false;
+        for (const std::string& own : testing::internal::GetInjectableArgvs()) {
+            arguments.push_back(own);
+        }
+        testing::internal::SetInjectableArgvs(arguments);
+        return true;
+    }();
+    (void)done;
+}
+
 /**
  * A call whose reply is lost must end the process. It runs in a process that is started anew, with
- * a service of its own; the emulator can only fork, which leaves the call without a connection.
+ * a service of its own.
  */
 template <class F>
 void expectLostReplyEndsTheProcess(const Values& sent, const F& call) {
-    const bool forks = QELTV_EMULATOR[0] != '\0';
-    GTEST_FLAG_SET(death_test_style, forks ? "fast" : "threadsafe");
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    startDeathTestsThroughTheEmulator();
     const auto lose = [&] {
         ScriptedService& service = ScriptedService::instance();
         service.start();
@@ -58,7 +77,7 @@ void expectLostReplyEndsTheProcess(const Values& sent, const F& call) {
         });
         call();
     };
-    EXPECT_DEATH(lose(), forks ? "failed HIDL call" : "failed HIDL call.*FAILED_TRANSACTION");
+    EXPECT_DEATH(lose(), "failed HIDL call.*FAILED_TRANSACTION");
 }
 #endif
 
