@@ -4,6 +4,8 @@
 
 #include <exception>
 
+#include "LogText.h"
+
 namespace qeltvd {
 
 /**
@@ -18,7 +20,7 @@ bool guarded(const char* what, const Task& task) noexcept {
         task();
         return true;
     } catch (const std::exception& e) {
-        ALOGE("%s failed: %s", what, e.what());
+        ALOGE("%s failed: %s", what, logText(e.what()).c_str());
     } catch (...) {
         ALOGE("%s failed with an unknown exception", what);
     }

@@ -13,6 +13,7 @@
 #include <unordered_set>
 
 #include "Guarded.h"
+#include "LogText.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
 #include "layouts/channel_ids.h"
@@ -680,7 +681,7 @@ void ChannelDatabase::load() {
             const char* const end = name.data() + name.size();
             const auto [rest, error] = std::from_chars(name.data() + dot + 1, end, id);
             if (error != std::errc() || rest != end) {
-                ALOGW("the channel state \"%s\" is of no list and ignored", name.c_str());
+                ALOGW("the channel state \"%s\" is of no list and ignored", logText(name).c_str());
                 continue;
             }
             List& of = list(id);

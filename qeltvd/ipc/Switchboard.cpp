@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "CodedError.h"
+#include "LogText.h"
 
 namespace qeltvd {
 
@@ -104,9 +105,9 @@ class Switchboard::Line : public BHwBinder {
             return stub->onTransact(code, data, reply, flags, answer);
         } catch (const CodedError& e) {
             failure = e.code();
-            ALOGE("%s: %s", nameOf(code), e.what());
+            ALOGE("%s: %s", nameOf(code), logText(e.what()).c_str());
         } catch (const std::exception& e) {
-            ALOGE("%s: %s", nameOf(code), e.what());
+            ALOGE("%s: %s", nameOf(code), logText(e.what()).c_str());
         } catch (...) {
             ALOGE("%s: unknown exception", nameOf(code));
         }
@@ -132,7 +133,7 @@ class Switchboard::Line : public BHwBinder {
             if (status == android::OK && !answered) callback(results);
             return status;
         } catch (const std::exception& e) {
-            ALOGE("%s cannot be answered: %s", nameOf(code), e.what());
+            ALOGE("%s cannot be answered: %s", nameOf(code), logText(e.what()).c_str());
             return android::FAILED_TRANSACTION;
         }
     }

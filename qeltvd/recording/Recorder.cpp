@@ -17,6 +17,7 @@
 #include <random>
 
 #include "Guarded.h"
+#include "LogText.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -285,7 +286,7 @@ void Recorder::recoverRecordings() {
         if (open) continue;
         const auto place = placeOf(cut.path);
         if (!place) {
-            ALOGW("%s was cut off and waits for its disk", cut.path.c_str());
+            ALOGW("%s was cut off and waits for its disk", logText(cut.path).c_str());
             continue;
         }
         const int64_t size = place->size();
@@ -293,7 +294,7 @@ void Recorder::recoverRecordings() {
         if (size > whole) {
             const Descriptor file = makeFile(place->directory.get(), place->name);
             if (!file || ftruncate(file.get(), whole) != 0) {
-                ALOGW("%s cannot be cut: %s", cut.path.c_str(), strerror(errno));
+                ALOGW("%s cannot be cut: %s", logText(cut.path).c_str(), strerror(errno));
             }
         }
         if (whole == 0) {
@@ -301,7 +302,7 @@ void Recorder::recoverRecordings() {
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(cut.id).run();
             continue;
         }
-        ALOGI("%s was cut off", cut.path.c_str());
+        ALOGI("%s was cut off", logText(cut.path).c_str());
         Store::Statement(mStore,
                          "UPDATE recordings SET stop_reason = ?, bytes = ?, seconds = ?"
                          " WHERE id = ?")
@@ -331,7 +332,8 @@ void Recorder::recoverDeletions(const Disk& disk) {
             unlinkat(directory.get(), aside.c_str(), 0);
         } else if (renameat2(directory.get(), aside.c_str(), directory.get(), name.c_str(),
                              RENAME_NOREPLACE) != 0) {
-            ALOGW("%s/%s cannot be renamed: %s", disk.path.c_str(), aside.c_str(), strerror(errno));
+            ALOGW("%s/%s cannot be renamed: %s", logText(disk.path).c_str(), logText(aside).c_str(),
+                  strerror(errno));
         }
     }
 }
@@ -365,7 +367,7 @@ SteadyClock::time_point Recorder::nextWake() const {
                             SteadyClock::now() + std::max<SteadyClock::duration>(left, kTurn));
         }
     } catch (const StoreError& e) {
-        ALOGE("%s", e.what());
+        ALOGE("%s", logText(e.what()).c_str());
         wake = std::min(wake, SteadyClock::now() + kRetry);
     }
     return wake;
@@ -433,11 +435,11 @@ bool Recorder::writeOut(Recording& r, int64_t bytes) {
     }
     int failure = r.written - before < bytes ? errno : 0;
     if (failure != 0 && ftruncate(r.fd, r.written) != 0) {
-        ALOGW("%s cannot be cut: %s", r.path.c_str(), strerror(errno));
+        ALOGW("%s cannot be cut: %s", logText(r.path).c_str(), strerror(errno));
     }
     if (fdatasync(r.fd) != 0 && failure == 0) failure = errno;
     if (failure != 0) {
-        ALOGE("%s: %s", r.path.c_str(), strerror(failure));
+        ALOGE("%s: %s", logText(r.path).c_str(), strerror(failure));
         const bool full = failure == ENOSPC || failure == EDQUOT;
         finish(r, full ? kStopDiskFull : kStopDisk, full ? kErrorDiskFull : kErrorWrite);
         return false;
@@ -448,7 +450,7 @@ bool Recorder::writeOut(Recording& r, int64_t bytes) {
 }
 
 int32_t Recorder::finish(Recording& r, uint32_t reason, int32_t error) {
-    if (fdatasync(r.fd) != 0) ALOGE("%s: %s", r.path.c_str(), strerror(errno));
+    if (fdatasync(r.fd) != 0) ALOGE("%s: %s", logText(r.path).c_str(), strerror(errno));
     ::close(r.fd);
     r.fd = -1;
     {
@@ -714,7 +716,7 @@ int32_t Recorder::startLocked(Recording& r) {
                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (fd < 0) {
         const int failure = errno;
-        ALOGE("%s: %s", path.c_str(), strerror(failure));
+        ALOGE("%s: %s", logText(path).c_str(), strerror(failure));
         stored([&] {
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(item).run();
             return kOk;
@@ -734,7 +736,7 @@ int32_t Recorder::startLocked(Recording& r) {
         r.status = kRecordingRuns;
         mCurrent = r.handle;
     }
-    ALOGI("recording %u of channel %u into %s", r.handle, r.channel.id, path.c_str());
+    ALOGI("recording %u of channel %u into %s", r.handle, r.channel.id, logText(path).c_str());
     notify(kRecordingStartedEvent, r.handle, static_cast<uint64_t>(r.booking));
     mChanged = true;
     mWake.notify_one();
@@ -1043,7 +1045,7 @@ int64_t Recorder::makeRoom(const Disk& disk, int64_t wanted) {
             if (!place) continue;
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(item.id).run();
             place->remove();
-            ALOGI("%s went to make room", item.path.c_str());
+            ALOGI("%s went to make room", logText(item.path).c_str());
             free = freeBytes(disk);
             if (free >= wanted) break;
         }

@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "Files.h"
+#include "LogText.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -45,7 +46,7 @@ int32_t makeBuffer(const std::string& directory, int64_t size) {
     if (!disk || fstatvfs(disk.get(), &info) != 0) return kErrorDiskGone;
     const Descriptor file = makeFile(disk.get(), Timeshift::kBufferFile);
     if (!file) {
-        ALOGE("%s/%s: %s", directory.c_str(), Timeshift::kBufferFile, strerror(errno));
+        ALOGE("%s/%s: %s", logText(directory).c_str(), Timeshift::kBufferFile, strerror(errno));
         return kErrorWrite;
     }
     struct stat before {};

@@ -57,6 +57,7 @@ Presentation::Status BroadcastService::tuner() const {
 
 /** Whether numbers have two parts: in list `list`, or where that is 0 in the current one. */
 bool BroadcastService::isAtsc(int32_t list) const {
+    if (list < 0 || list > int32_t{channel_ids::kMaximumList}) return false;
     const auto id = list != 0 ? static_cast<uint16_t>(list) : mTv.presentation.currentList();
     const auto first = mTv.channels.byIndex(id, 0);
     return first && channel_ids::kind(first->channelId) == channel_ids::kTwoParts;

@@ -2,6 +2,7 @@
 
 #include <log/log.h>
 
+#include "LogText.h"
 #include "MainService.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
@@ -36,7 +37,7 @@ std::string MainService::serviceText() const {
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_save_timestamp(const String& tag) {
-    ALOGI("time stamp %s", tag.c_str());
+    ALOGI("time stamp %s", logText({tag.c_str(), tag.size()}).c_str());
     return kOk;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Blocks.h"
 #include "MainService.h"
+#include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 
 namespace qeltvd {
@@ -93,6 +94,7 @@ MainService::Return<int32_t> MainService::a_hidl_c_svctx_select_svc(uint32_t ctx
     if (const auto wanted = recordOf<SelectChannel>(req.specific)) {
         uint32_t channel = wanted->channel;
         if (channel == 0) {
+            if (wanted->list > channel_ids::kMaximumList) return kNotFound;
             const auto found =
                     mTv.channels.byTriplet(static_cast<uint16_t>(wanted->list), wanted->networkId,
                                            wanted->streamId, wanted->serviceId);

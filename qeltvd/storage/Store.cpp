@@ -24,6 +24,9 @@ constexpr char kLog[] = "-wal";
 /** What SQLite has beside the file; of the log's index nothing is on the disk. */
 constexpr const char* kCompanions[] = {kLog, "-journal", "-shm"};
 
+/** Always written, the same number too. */
+constexpr char kWriteSomething[] = "PRAGMA user_version=1";
+
 off_t sizeOf(const std::string& path) {
     return std::max<off_t>(0, sizeOfFile(AT_FDCWD, path));
 }
@@ -137,9 +140,12 @@ void Store::setAside(const std::string& damage) const {
 std::string Store::Witness::change() const {
     if (node == 0) return "";
     struct stat info {};
-    if (lstat(path.c_str(), &info) != 0) return errno == ENOENT ? "removed" : strerror(errno);
-    if (info.st_dev != device || info.st_ino != node) return "replaced";
-    return info.st_size < size ? "cut" : "";
+    if (lstat(path.c_str(), &info) != 0) {
+        return errno == ENOENT ? "was removed"
+                               : std::string("cannot be examined (") + strerror(errno) + ")";
+    }
+    if (info.st_dev != device || info.st_ino != node) return "was replaced";
+    return info.st_size < size ? "was cut" : "";
 }
 
 void Store::Witness::take() {
@@ -150,14 +156,20 @@ void Store::Witness::take() {
     size = info.st_size;
 }
 
-void Store::verify() {
-    if (!isFile()) return;
+std::string Store::foreignChange() const {
+    if (!isFile()) return "";
     for (const Witness* each : {&mFile, &mLog}) {
         const std::string change = each->change();
-        if (change.empty()) continue;
-        throw StoreError(each->path + ": was " + change +
-                         " while the television runs; changes are refused until it starts again");
+        if (!change.empty()) return each->path + ": " + change;
     }
+    return "";
+}
+
+void Store::verify() const {
+    const std::string change = foreignChange();
+    if (change.empty()) return;
+    throw StoreError(change +
+                     " while the television runs; changes are refused until it starts again");
 }
 
 void Store::witness() {
@@ -168,18 +180,24 @@ void Store::witness() {
     }
 }
 
-void Store::fail(const char* what) const {
+StoreError Store::error(const char* what) const {
     std::string text = mPath + ": " + what + ": " + sqlite3_errmsg(mDatabase);
     const int error = sqlite3_system_errno(mDatabase);
     if (sqlite3_errcode(mDatabase) == SQLITE_IOERR && error != 0) {
         text += std::string(" (") + strerror(error) + ")";
     }
-    throw StoreError(text);
+    return StoreError(text);
 }
 
 void Store::probe() {
-    // Always written, the same number too.
-    execute("PRAGMA user_version=1");
+    execute(kWriteSomething);
+}
+
+void Store::retract() {
+    // Each frame of the log is valid only after the one before it, so one new frame is enough, and
+    // it may itself fail to be synchronised.
+    if (!foreignChange().empty()) return;
+    sqlite3_exec(mDatabase, kWriteSomething, nullptr, nullptr, nullptr);
 }
 
 void Store::execute(const char* sql) {
@@ -249,8 +267,11 @@ bool Store::Statement::step() {
         case SQLITE_DONE:
             if (changes) mStore.witness();
             return false;
-        default:
-            mStore.fail("store");
+        default: {
+            const StoreError failure = mStore.error("store");
+            if (changes) mStore.retract();
+            throw failure;
+        }
     }
 }
 
@@ -286,7 +307,13 @@ Store::Transaction::~Transaction() {
 }
 
 void Store::Transaction::commit() {
-    mStore.execute("COMMIT");
+    try {
+        mStore.execute("COMMIT");
+    } catch (const StoreError&) {
+        sqlite3_exec(mStore.mDatabase, "ROLLBACK", nullptr, nullptr, nullptr);
+        mStore.retract();
+        throw;
+    }
     mDone = true;
 }
 

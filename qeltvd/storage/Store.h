@@ -120,11 +120,20 @@ class Store {
     std::string open();
     void close();
     void setAside(const std::string& damage) const;
+    /** What others have done to the file or its log; "" for nothing. */
+    std::string foreignChange() const;
     /** Before a change. @throws StoreError where it would be lost */
-    void verify();
+    void verify() const;
     /** After a change. */
     void witness();
-    [[noreturn]] void fail(const char* what) const;
+    /** What the last call of the database has failed with. */
+    StoreError error(const char* what) const;
+    [[noreturn]] void fail(const char* what) const { throw error(what); }
+    /**
+     * Keeps a change that could not be synchronised from being found in the log at the next start:
+     * overwrites it there.
+     */
+    void retract();
     /**
      * Takes back a transaction whose rollback has failed: it would take up what is stored next,
      * and lose it. @throws StoreError

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "Guarded.h"
+#include "LogText.h"
 #include "Stored.h"
 #include "layouts/codes.h"
 
@@ -46,7 +47,7 @@ const date::time_zone* zoneOf(const std::string& name) {
     try {
         return date::locate_zone(name);
     } catch (const std::exception& e) {
-        ALOGW("no time zone \"%s\": UTC", name.c_str());
+        ALOGW("no time zone \"%s\": UTC", logText(name).c_str());
         return date::locate_zone("Etc/UTC");
     }
 }

@@ -128,6 +128,8 @@ uint16_t Presentation::currentList() const {
 
 std::optional<Channel> Presentation::byNumber(uint16_t list, uint32_t major, uint32_t minor,
                                               bool exact) const {
+    // Each of two parts has 16 bits of the number.
+    if (minor > 0xffff || (minor != 0 && major > 0xffff)) return std::nullopt;
     const uint32_t number = minor != 0 ? major << 16 | minor : major;
     if (auto channel = mChannels.byNumber(list, number)) return channel;
     if (exact) return std::nullopt;

@@ -246,6 +246,8 @@ TEST_F(Presentation, SelectsByEveryKeyAndTellsEveryStep) {
     EXPECT_TRUE(plays(channels[1]));
 
     EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_select_channel_by_chan_num(31999, 0, 0));
+    EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_select_channel_by_chan_num(65536, numbers[2], 0))
+            << "a major number that leaves the minor one alone";
     EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_select_channel_by_chan_id(0, 0));
     EXPECT_EQ(kBadValue,
               a_qeltvapi_broadcast_select_channel(0, static_cast<int32_t>(channels[0]), 2, 0));

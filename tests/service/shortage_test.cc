@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <condition_variable>
 #include <filesystem>
 #include <mutex>
@@ -45,6 +46,7 @@ class Shortage : public WithTelevision {
   protected:
     void TearDown() override {
         shortage.storePercent = 0;
+        shortage.fileCalls = 0;
         shortage.noThreads = 0;
         WithTelevision::TearDown();
     }
@@ -122,6 +124,71 @@ TEST_F(Shortage, WhatIsRefusedForTheStoreHasNotHappenedAndWhatIsNotHasAtEveryRat
     int32_t value = 0;
     EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
     EXPECT_EQ(kept, value);
+}
+
+TEST_F(Shortage, AChangeThatTheDiskRefusesHasNotHappenedAndTheNextOneIsKept) {
+    int32_t kept = 41;
+    ASSERT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+    const auto fail = [&](uint32_t calls, int error, uint32_t grace) {
+        shortage.fileError = error;
+        shortage.fileGrace = grace;
+        shortage.fileCalls = calls;
+    };
+    int refused = 0;
+    for (const int error : {ENOSPC, EIO}) {
+        for (const uint32_t calls : {uint32_t{kFileWrite}, uint32_t{kFileSync}}) {
+            for (const uint32_t grace : {0u, 0u, 1u, 2u, 3u, 3u}) {
+                SCOPED_TRACE(std::to_string(error) + " after " + std::to_string(grace) +
+                             " calls of kind " + std::to_string(calls));
+                const int32_t wanted = (kept + 1) % 90;
+                fail(calls, error, grace);
+                const int code = a_qeltvapi_config_set_value(0, kItem, wanted, 0);
+                if (code == kOk) {
+                    kept = wanted;
+                } else {
+                    EXPECT_EQ(kStorage, code);
+                    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, wanted, 0));
+                }
+                int32_t value = 0;
+                EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+                EXPECT_EQ(kept, value);
+                shortage.fileCalls = 0;
+                if (code != kOk && ++refused % 2 == 0) {
+                    // Ended before anything else is stored.
+                    restart();
+                    EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+                    EXPECT_EQ(kept, value) << "after a restart";
+                }
+                kept = (kept + 1) % 90;
+                EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+            }
+        }
+    }
+    EXPECT_GT(refused, 4);
+
+    fail(kFileWrite | kFileSync | kFileCut, ENOSPC, 0);
+    Values values(7);
+    callEverything(values, [&](const char* method, bool answered) {
+        if (HasFatalFailure()) return;
+        ASSERT_TRUE(television.alive()) << "ended by " << method;
+        ASSERT_TRUE(answered) << method;
+    });
+    shortage.fileCalls = 0;
+    ASSERT_FALSE(HasFatalFailure());
+    kept = 90;
+    EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+    restart();
+    int32_t value = 0;
+    EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+    EXPECT_EQ(kept, value);
+
+    // What others do to the log is no failure of the disk.
+    EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, 42, 0));
+    fail(kFileWrite, ENOSPC, 0);
+    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, 43, 0));
+    shortage.fileCalls = 0;
+    std::filesystem::resize_file(television.statePath() + "/television.db-wal", 0);
+    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, 43, 0));
 }
 
 TEST_F(Shortage, AnOverTheAirDownloadStopsWhereItCannotBeStoredAndGoesOnFromThere) {

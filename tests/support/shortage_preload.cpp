@@ -1,5 +1,6 @@
-// Loaded into a program by LD_PRELOAD: stands before SQLite and the threads of the C library, and
-// has calls of them fail as the test says that has started the program.
+// Loaded into a program by LD_PRELOAD: stands before SQLite, the system calls that SQLite makes and
+// the threads of the C library, and has calls of them fail as the test says that has started the
+// program.
 
 #include <dlfcn.h>
 #include <errno.h>
@@ -8,6 +9,9 @@
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <unistd.h>
+
+#include <cstdio>
+#include <string_view>
 
 #include "shortage.h"
 
@@ -39,6 +43,28 @@ bool statementFails() {
     const uint32_t hash = sCount.fetch_add(1) * 2654435761u;
     if ((hash >> 8) % 100 >= shortage->storePercent) return false;
     ++shortage->failedStatements;
+    return true;
+}
+
+bool isDatabase(int fd) {
+    char link[32], path[4096];
+    snprintf(link, sizeof(link), "/proc/self/fd/%d", fd);
+    const ssize_t size = readlink(link, path, sizeof(path));
+    if (size < 0) return false;
+    const std::string_view name(path, static_cast<size_t>(size));
+    return name.find("/television.db", name.rfind('/')) != name.npos;
+}
+
+/** Sets errno for a call that fails. */
+bool fileCallFails(wire::FileCall call, int fd) {
+    wire::ShortageState* const shortage = state();
+    if (shortage == nullptr || (shortage->fileCalls & call) == 0 || !isDatabase(fd)) return false;
+    if (shortage->fileGrace > 0) {
+        --shortage->fileGrace;
+        return false;
+    }
+    ++shortage->failedFileCalls;
+    errno = shortage->fileError;
     return true;
 }
 
@@ -76,6 +102,28 @@ INTERPOSED int sqlite3_exec(void* database, const char* sql,
     const int result = sNext(database, sql, callback, argument, error);
     tExecutes = false;
     return result;
+}
+
+INTERPOSED ssize_t pwrite64(int fd, const void* data, size_t size, off64_t offset) {
+    static auto* const sNext = next<ssize_t(int, const void*, size_t, off64_t)>("pwrite64");
+    // SQLite calls again for the rest of a write.
+    thread_local bool sHalved = false;
+    if (!fileCallFails(wire::kFileWrite, fd)) {
+        sHalved = false;
+        return sNext(fd, data, size, offset);
+    }
+    sHalved = !sHalved;
+    return sHalved ? sNext(fd, data, size / 2, offset) : -1;
+}
+
+INTERPOSED int fdatasync(int fd) {
+    static auto* const sNext = next<int(int)>("fdatasync");
+    return fileCallFails(wire::kFileSync, fd) ? -1 : sNext(fd);
+}
+
+INTERPOSED int ftruncate64(int fd, off64_t size) noexcept {
+    static auto* const sNext = next<int(int, off64_t)>("ftruncate64");
+    return fileCallFails(wire::kFileCut, fd) ? -1 : sNext(fd, size);
 }
 
 INTERPOSED int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
