@@ -47,6 +47,7 @@ inline void startDeathTestsThroughTheEmulator() {
         std::istringstream words(QELTV_EMULATOR);
         std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
         if (arguments.empty()) return false;
+        arguments.insert(arguments.begin(), "/usr/bin/env");  // which searches the path
         for (const std::string& own : testing::internal::GetInjectableArgvs()) {
             arguments.push_back(own);
         }
