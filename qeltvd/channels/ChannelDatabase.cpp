@@ -22,8 +22,6 @@ namespace qeltvd {
 
 namespace {
 
-constexpr uint16_t kSatelliteList = static_cast<uint16_t>(Medium::kSatellite);
-
 constexpr char kTables[] =
         "CREATE TABLE IF NOT EXISTS channels (list INTEGER, record INTEGER, channel_id INTEGER,"
         " type INTEGER, flags INTEGER, multiplex INTEGER, original_network INTEGER,"
@@ -56,166 +54,7 @@ std::string cut(const std::string& text, size_t limit) {
     return text.substr(0, end);
 }
 
-bool sameReception(const Multiplex& a, const Multiplex& b) {
-    const uint64_t apart = a.frequencyHz > b.frequencyHz ? a.frequencyHz - b.frequencyHz
-                                                         : b.frequencyHz - a.frequencyHz;
-    return apart <= 500000 && mediumOf(a.system) == mediumOf(b.system) &&
-           a.polarisation == b.polarisation && a.satellite == b.satellite;
-}
-
-/** A record of a vector that is ordered by record id, or its end. */
-template <class V>
-auto recordIn(V& records, uint32_t recordId) {
-    // Records are numbered from 1, so most stand where their id says.
-    if (recordId != 0 && recordId <= records.size() && records[recordId - 1].recordId == recordId) {
-        return records.begin() + (recordId - 1);
-    }
-    auto found = std::lower_bound(records.begin(), records.end(), recordId,
-                                  [](const auto& r, uint32_t id) { return r.recordId < id; });
-    return found != records.end() && found->recordId == recordId ? found : records.end();
-}
-
-template <class T>
-std::optional<T> copyOf(const std::vector<T>& records, uint32_t recordId) {
-    const auto found = recordIn(records, recordId);
-    if (found == records.end()) return std::nullopt;
-    return *found;
-}
-
 }  // namespace
-
-bool ChannelQuery::all() const {
-    return filter == CHANNEL_FILTER_HIDDEN && mask == 0 && broadcast == BroadcastType::kAny &&
-           name.empty() && multiplex == 0 && satellite == 0;
-}
-
-bool ChannelQuery::matches(const Channel& channel, const Multiplex& stream) const {
-    if ((channel.flags & mask) != (flags & mask)) return false;
-    if ((filter & CHANNEL_FILTER_HIDDEN) == 0 && (channel.flags & CHANNEL_FLAG_VISIBLE) == 0) {
-        return false;
-    }
-    constexpr uint32_t kTypes =
-            CHANNEL_FILTER_TELEVISION | CHANNEL_FILTER_RADIO | CHANNEL_FILTER_DATA;
-    const uint32_t type = 1u << (static_cast<uint32_t>(channel.type) - 1);
-    if ((filter & kTypes) != 0 && (filter & kTypes & type) == 0) return false;
-    const auto wants = [&](uint32_t condition, uint32_t flag, bool set) {
-        return (filter & condition) == 0 || ((channel.flags & flag) != 0) == set;
-    };
-    return wants(CHANNEL_FILTER_FAVOURITE, CHANNEL_FLAGS_FAVOURITE, true) &&
-           wants(CHANNEL_FILTER_FREE, CHANNEL_FLAG_SCRAMBLED, false) &&
-           wants(CHANNEL_FILTER_SCRAMBLED, CHANNEL_FLAG_SCRAMBLED, true) &&
-           wants(CHANNEL_FILTER_UNLOCKED, CHANNEL_FLAG_LOCKED, false) &&
-           wants(CHANNEL_FILTER_ZAPPING, CHANNEL_FLAG_SKIPPED, false) &&
-           (broadcast == BroadcastType::kAny || broadcast == broadcastTypeOf(stream.system)) &&
-           (name.empty() || name == channel.name) &&
-           (multiplex == 0 || multiplex == channel.multiplex) &&
-           (satellite == 0 || satellite == stream.satellite);
-}
-
-/** What a service list and the lists that go with it hold. */
-struct ChannelDatabase::List {
-    /** By number. */
-    std::vector<Channel> channels;
-    /** By record id. */
-    std::vector<Multiplex> multiplexes;
-    std::vector<Network> networks;
-    uint32_t version = 0;
-    uint32_t pumpVersion = 0;
-    uint32_t nextRecord = 1;
-    uint32_t nextMultiplex = 1;
-    uint32_t nextNetwork = 1;
-
-    std::unordered_map<uint32_t, size_t> byRecord;
-    std::unordered_map<uint32_t, size_t> byId;
-
-    void order() {
-        const auto before = [](const Channel& a, const Channel& b) {
-            return a.number != b.number ? a.number < b.number : a.channelId < b.channelId;
-        };
-        if (!std::is_sorted(channels.begin(), channels.end(), before)) {
-            std::sort(channels.begin(), channels.end(), before);
-        }
-        byRecord.clear();
-        byId.clear();
-        byRecord.reserve(channels.size());
-        byId.reserve(channels.size());
-        for (size_t i = 0; i < channels.size(); ++i) {
-            byRecord[channels[i].recordId] = i;
-            byId[channels[i].channelId] = i;
-        }
-    }
-
-    const Channel* record(uint32_t recordId) const {
-        const auto found = byRecord.find(recordId);
-        return found != byRecord.end() ? &channels[found->second] : nullptr;
-    }
-
-    const Channel* id(uint32_t channelId) const {
-        const auto found = byId.find(channelId);
-        return found != byId.end() ? &channels[found->second] : nullptr;
-    }
-
-    const Multiplex& multiplexOf(const Channel& channel) const {
-        static const Multiplex kNone;
-        const auto found = recordIn(multiplexes, channel.multiplex);
-        return found != multiplexes.end() ? *found : kNone;
-    }
-
-    bool matches(const ChannelQuery& query, const Channel& channel) const {
-        return query.all() || query.matches(channel, multiplexOf(channel));
-    }
-
-    /** 0 when every number is taken. */
-    uint32_t freeNumber() const {
-        uint32_t highest = 0;
-        std::set<uint32_t> taken;
-        for (const Channel& channel : channels) {
-            if (channel.number > channel_ids::kMaximumNumber) continue;
-            highest = std::max(highest, channel.number);
-        }
-        if (highest < channel_ids::kMaximumNumber) return highest + 1;
-        for (const Channel& channel : channels) taken.insert(channel.number);
-        for (uint32_t number = 1; number <= channel_ids::kMaximumNumber; ++number) {
-            if (taken.count(number) == 0) return number;
-        }
-        return 0;
-    }
-};
-
-struct ChannelDatabase::State {
-    struct Reference {
-        uint16_t list = 0;
-        uint32_t recordId = 0;
-    };
-
-    std::map<uint16_t, std::shared_ptr<const List>> lists;
-    std::vector<Satellite> satellites;
-    std::vector<BissKey> keys;
-    std::array<std::vector<Favourite>, kFavouriteLists> favourites;
-    Reference current;
-    Reference second;
-    uint32_t favouriteList = 0;
-    uint32_t mode = CHANNEL_LIST_MODE_BROADCAST;
-
-    const List& list(uint16_t id) const {
-        static const List kEmpty;
-        const auto found = lists.find(id);
-        return found != lists.end() ? *found->second : kEmpty;
-    }
-
-    const Channel* channel(const Reference& reference) const {
-        return reference.recordId != 0 ? list(reference.list).record(reference.recordId) : nullptr;
-    }
-};
-
-struct ChannelDatabase::Snapshot {
-    uint16_t id;
-    /** Of a service list. */
-    std::shared_ptr<const List> list;
-    std::array<std::vector<Favourite>, kFavouriteLists> favourites;
-    /** Of the satellites. */
-    std::vector<Satellite> satellites;
-};
 
 /**
  * One change: works on a copy of what it changes, writes it to the store as it goes, and becomes
@@ -227,15 +66,15 @@ class ChannelDatabase::Edit {
             : mDatabase(database),
               mEditing(database.mEditing),
               mTransaction(std::make_unique<Store::Transaction>(database.mStore)),
-              mState(std::make_shared<State>(*database.state())) {}
+              mState(std::make_shared<ChannelLists>(*database.state())) {}
 
-    State& state() { return *mState; }
+    ChannelLists& state() { return *mState; }
 
     /** A list to be changed. */
-    List& list(uint16_t id) {
+    ChannelList& list(uint16_t id) {
         auto& mine = mLists[id];
         if (mine == nullptr) {
-            mine = std::make_shared<List>(mState->list(id));
+            mine = std::make_shared<ChannelList>(mState->list(id));
             mState->lists[id] = mine;
         }
         return *mine;
@@ -356,7 +195,7 @@ class ChannelDatabase::Edit {
     }
 
     /** Replaces a channel of a list that is being changed, or adds it. */
-    void place(List& list, const Channel& channel) {
+    void place(ChannelList& list, const Channel& channel) {
         storeChannel(channel);
         const auto found = list.byRecord.find(channel.recordId);
         if (found != list.byRecord.end()) {
@@ -370,7 +209,7 @@ class ChannelDatabase::Edit {
     /** Takes channels out of their list and of the favourite lists. */
     void take(uint16_t id, const std::vector<uint32_t>& records) {
         if (records.empty()) return;
-        List& from = list(id);
+        ChannelList& from = list(id);
         const std::unordered_set<uint32_t> gone(records.begin(), records.end());
         from.channels.erase(
                 std::remove_if(from.channels.begin(), from.channels.end(),
@@ -388,7 +227,7 @@ class ChannelDatabase::Edit {
     /** Takes out multiplexes with their channels. */
     void takeMultiplexes(uint16_t id, const std::vector<uint32_t>& records) {
         if (records.empty()) return;
-        List& from = list(id);
+        ChannelList& from = list(id);
         const std::unordered_set<uint32_t> gone(records.begin(), records.end());
         std::vector<uint32_t> channels;
         for (const Channel& channel : from.channels) {
@@ -420,8 +259,8 @@ class ChannelDatabase::Edit {
             recordIn(mState->satellites, multiplex.satellite) == mState->satellites.end()) {
             return kBadValue;
         }
-        multiplex.name = cut(multiplex.name, 127);
-        List& to = list(id);
+        multiplex.name = cut(multiplex.name, kNameLimit);
+        ChannelList& to = list(id);
         if (multiplex.recordId == 0) {
             multiplex.recordId = to.nextMultiplex++;
             to.multiplexes.push_back(multiplex);
@@ -443,7 +282,7 @@ class ChannelDatabase::Edit {
               "DELETE FROM networks WHERE list = ?"}) {
             erase(sql, {id});
         }
-        const List& whole = list(id);
+        const ChannelList& whole = list(id);
         for (const Channel& channel : whole.channels) storeChannel(channel);
         for (const Multiplex& multiplex : whole.multiplexes) storeMultiplex(multiplex);
         for (const Network& network : whole.networks) storeNetwork(network);
@@ -469,7 +308,7 @@ class ChannelDatabase::Edit {
                 changed.back().flags = (channel.flags & ~CHANNEL_FLAGS_FAVOURITE) | wanted;
             }
             if (changed.empty()) continue;
-            List& to = list(id);
+            ChannelList& to = list(id);
             for (const Channel& channel : changed) place(to, channel);
         }
     }
@@ -523,8 +362,8 @@ class ChannelDatabase::Edit {
     }
 
     /** Tells of a current channel that is another one now, has gone or has another number. */
-    void follow(const State::Reference& was, State::Reference& is, const State& before,
-                ChannelChange::Kind kind, const char* name) {
+    void follow(const ChannelLists::Reference& was, ChannelLists::Reference& is,
+                const ChannelLists& before, ChannelChange::Kind kind, const char* name) {
         const Channel* from = before.channel(was);
         const Channel* to = mState->channel(is);
         if (to == nullptr) is = {};
@@ -542,13 +381,13 @@ class ChannelDatabase::Edit {
     // Gone before the transaction ends.
     std::unique_ptr<Store::Statement> mPutChannel;
     std::unique_ptr<Store::Statement> mPutMultiplex;
-    std::shared_ptr<State> mState;
-    std::map<uint16_t, std::shared_ptr<List>> mLists;
+    std::shared_ptr<ChannelLists> mState;
+    std::map<uint16_t, std::shared_ptr<ChannelList>> mLists;
     std::vector<ChannelChange> mChanges;
 };
 
 ChannelDatabase::ChannelDatabase(Store& store, const std::string& region)
-        : mStore(store), mState(std::make_shared<State>()) {
+        : mStore(store), mState(std::make_shared<ChannelLists>()) {
     mStore.execute(kTables);
     load();
     std::optional<std::string> filled;
@@ -565,11 +404,11 @@ ChannelDatabase::ChannelDatabase(Store& store, const std::string& region)
 }
 
 void ChannelDatabase::load() {
-    auto state = std::make_shared<State>();
-    std::map<uint16_t, std::shared_ptr<List>> lists;
-    const auto list = [&](int64_t id) -> List& {
+    auto state = std::make_shared<ChannelLists>();
+    std::map<uint16_t, std::shared_ptr<ChannelList>> lists;
+    const auto list = [&](int64_t id) -> ChannelList& {
         auto& found = lists[static_cast<uint16_t>(id)];
-        if (found == nullptr) found = std::make_shared<List>();
+        if (found == nullptr) found = std::make_shared<ChannelList>();
         return *found;
     };
     {
@@ -669,7 +508,7 @@ void ChannelDatabase::load() {
             const std::string name = row.text(0);
             const int64_t value = row.integer(1);
             const auto word = static_cast<uint32_t>(value);
-            const State::Reference reference{static_cast<uint16_t>(value >> 32), word};
+            const ChannelLists::Reference reference{static_cast<uint16_t>(value >> 32), word};
             if (name == "current") state->current = reference;
             if (name == "second") state->second = reference;
             if (name == "favourite_list") state->favouriteList = word % kFavouriteLists;
@@ -683,7 +522,7 @@ void ChannelDatabase::load() {
                 ALOGW("the channel state \"%s\" is of no list and ignored", name.c_str());
                 continue;
             }
-            List& of = list(id);
+            ChannelList& of = list(id);
             const std::string what = name.substr(0, dot);
             if (what == "version") of.version = word;
             if (what == "pump") of.pumpVersion = word;
@@ -700,13 +539,13 @@ void ChannelDatabase::load() {
     mState = state;
 }
 
-std::shared_ptr<const ChannelDatabase::State> ChannelDatabase::state() const {
+std::shared_ptr<const ChannelLists> ChannelDatabase::state() const {
     std::lock_guard<std::mutex> guard(mLock);
     return mState;
 }
 
-std::shared_ptr<const ChannelDatabase::List> ChannelDatabase::list(uint16_t id) const {
-    static const auto kEmpty = std::make_shared<const List>();
+std::shared_ptr<const ChannelList> ChannelDatabase::list(uint16_t id) const {
+    static const auto kEmpty = std::make_shared<const ChannelList>();
     const auto now = state();
     const auto found = now->lists.find(id);
     return found != now->lists.end() ? found->second : kEmpty;
@@ -717,80 +556,50 @@ void ChannelDatabase::addListener(Listener listener) {
     mListeners.push_back(std::move(listener));
 }
 
-std::vector<uint16_t> ChannelDatabase::lists() const {
-    std::vector<uint16_t> ids;
-    for (const auto& [id, list] : state()->lists) {
-        if (!list->channels.empty() || !list->multiplexes.empty()) ids.push_back(id);
-    }
-    return ids;
+namespace {
+
+std::optional<Channel> copied(const Channel* channel) {
+    return channel != nullptr ? std::optional<Channel>(*channel) : std::nullopt;
 }
 
-size_t ChannelDatabase::count(uint16_t id) const {
-    return list(id)->channels.size();
+}  // namespace
+
+std::vector<uint16_t> ChannelDatabase::lists() const {
+    return state()->ids();
 }
 
 size_t ChannelDatabase::count(uint16_t id, const ChannelQuery& query) const {
-    const auto now = list(id);
-    if (query.all()) return now->channels.size();
-    return static_cast<size_t>(
-            std::count_if(now->channels.begin(), now->channels.end(),
-                          [&](const Channel& c) { return now->matches(query, c); }));
+    return list(id)->count(query);
 }
 
 std::optional<Channel> ChannelDatabase::byChannelId(uint32_t channelId) const {
-    const auto now = list(channel_ids::list(channelId));
-    const Channel* found = now->id(channelId);
-    return found != nullptr ? std::optional<Channel>(*found) : std::nullopt;
+    return copied(list(channel_ids::list(channelId))->id(channelId));
 }
 
 std::optional<Channel> ChannelDatabase::byShortId(uint16_t id, uint16_t channelId) const {
-    const auto now = list(id);
-    const Channel* found = now->id(channel_ids::onePart(id, channelId));
-    if (found != nullptr) return *found;
-    for (const Channel& channel : now->channels) {
-        if ((channel.channelId & 0xffff) == channelId) return channel;
-    }
-    return std::nullopt;
+    return copied(list(id)->shortId(id, channelId));
 }
 
 std::optional<Channel> ChannelDatabase::byRecord(uint16_t id, uint32_t recordId) const {
-    const auto now = list(id);
-    const Channel* found = now->record(recordId);
-    return found != nullptr ? std::optional<Channel>(*found) : std::nullopt;
+    return copied(list(id)->record(recordId));
 }
 
 std::optional<Channel> ChannelDatabase::byNumber(uint16_t id, uint32_t number) const {
-    const auto now = list(id);
-    const auto found =
-            std::lower_bound(now->channels.begin(), now->channels.end(), number,
-                             [](const Channel& channel, uint32_t n) { return channel.number < n; });
-    if (found == now->channels.end() || found->number != number) return std::nullopt;
-    return *found;
+    return copied(list(id)->number(number));
 }
 
 std::optional<Channel> ChannelDatabase::byIndex(uint16_t id, size_t index) const {
-    const auto now = list(id);
-    if (index >= now->channels.size()) return std::nullopt;
-    return now->channels[index];
+    return byIndex(id, {}, index);
 }
 
 std::optional<Channel> ChannelDatabase::byTriplet(uint16_t id, uint16_t networkId,
                                                   uint16_t streamId, uint16_t serviceId) const {
-    const auto now = list(id);
-    for (const Channel& channel : now->channels) {
-        if (channel.originalNetworkId == networkId && channel.streamId == streamId &&
-            channel.serviceId == serviceId) {
-            return channel;
-        }
-    }
-    return std::nullopt;
+    return copied(list(id)->triplet(networkId, streamId, serviceId));
 }
 
 std::optional<Channel> ChannelDatabase::byIndex(uint16_t id, const ChannelQuery& query,
                                                 size_t index) const {
-    std::optional<Channel> found;
-    visit(id, query, index, 1, [&](const Channel& channel, const Multiplex&) { found = channel; });
-    return found;
+    return copied(list(id)->at(index, query));
 }
 
 std::vector<Channel> ChannelDatabase::find(uint16_t id, const ChannelQuery& query, size_t first,
@@ -803,38 +612,12 @@ std::vector<Channel> ChannelDatabase::find(uint16_t id, const ChannelQuery& quer
 
 std::optional<size_t> ChannelDatabase::indexOf(uint32_t channelId,
                                                const ChannelQuery& query) const {
-    const auto now = list(channel_ids::list(channelId));
-    const auto found = now->byId.find(channelId);
-    if (found == now->byId.end()) return std::nullopt;
-    if (query.all()) return found->second;
-    if (!now->matches(query, now->channels[found->second])) return std::nullopt;
-    return static_cast<size_t>(std::count_if(
-            now->channels.begin(), now->channels.begin() + static_cast<ptrdiff_t>(found->second),
-            [&](const Channel& c) { return now->matches(query, c); }));
+    return list(channel_ids::list(channelId))->indexOf(channelId, query);
 }
 
 std::optional<Channel> ChannelDatabase::next(uint32_t channelId, const ChannelQuery& query,
                                              bool backwards) const {
-    const auto now = list(channel_ids::list(channelId));
-    const auto& all = now->channels;
-    if (all.empty()) return std::nullopt;
-    const uint32_t number = channel_ids::number(channelId);
-    // Where the channel stands, or would.
-    const auto from = static_cast<size_t>(
-            std::lower_bound(all.begin(), all.end(), std::make_pair(number, channelId),
-                             [](const Channel& c, const std::pair<uint32_t, uint32_t>& n) {
-                                 return std::make_pair(c.number, c.channelId) < n;
-                             }) -
-            all.begin());
-    const bool there = from < all.size() && all[from].channelId == channelId;
-    for (size_t step = 0; step < all.size(); ++step) {
-        const size_t index =
-                backwards ? from + 2 * all.size() - 1 - step : from + step + (there ? 1 : 0);
-        const Channel& channel = all[index % all.size()];
-        if (channel.channelId != channelId && now->matches(query, channel)) return channel;
-    }
-    if (there && now->matches(query, all[from])) return all[from];
-    return std::nullopt;
+    return copied(list(channel_ids::list(channelId))->next(channelId, query, backwards));
 }
 
 std::optional<ChannelDatabase::Pair> ChannelDatabase::pair(uint32_t channelId) const {
@@ -847,24 +630,7 @@ std::optional<ChannelDatabase::Pair> ChannelDatabase::pair(uint32_t channelId) c
 size_t ChannelDatabase::visit(
         uint16_t id, const ChannelQuery& query, size_t first, size_t limit,
         const std::function<void(const Channel&, const Multiplex&)>& take) const {
-    const auto now = list(id);
-    const auto& all = now->channels;
-    size_t taken = 0;
-    if (query.all()) {
-        for (size_t i = first; i < all.size() && taken < limit; ++i, ++taken) {
-            take(all[i], now->multiplexOf(all[i]));
-        }
-        return taken;
-    }
-    size_t index = 0;
-    for (const Channel& channel : all) {
-        if (taken >= limit) break;
-        const Multiplex& multiplex = now->multiplexOf(channel);
-        if (!query.matches(channel, multiplex) || index++ < first) continue;
-        take(channel, multiplex);
-        ++taken;
-    }
-    return taken;
+    return list(id)->visit(query, first, limit, take);
 }
 
 int32_t ChannelDatabase::setFlags(uint16_t id, uint32_t recordId, uint32_t mask, uint32_t flags,
@@ -888,7 +654,7 @@ int32_t ChannelDatabase::setFlagsOfAll(uint16_t id, const ChannelQuery& query, u
     Edit edit(*this);
     ChannelChange change{ChannelChange::kChannels, id};
     std::vector<Channel> changed;
-    const List& before = edit.state().list(id);
+    const ChannelList& before = edit.state().list(id);
     for (const Channel& channel : before.channels) {
         const uint32_t wanted = (channel.flags & ~mask) | (flags & mask);
         if (channel.flags == wanted || !before.matches(query, channel)) continue;
@@ -897,7 +663,7 @@ int32_t ChannelDatabase::setFlagsOfAll(uint16_t id, const ChannelQuery& query, u
         change.records.push_back(channel.recordId);
     }
     if (changed.empty()) return kOk;
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     for (const Channel& channel : changed) edit.place(list, channel);
     edit.tell(std::move(change));
     edit.commit();
@@ -920,7 +686,7 @@ int32_t ChannelDatabase::put(const Channel& given, bool quiet, uint32_t* recordI
     Channel channel = given;
     const uint16_t id = channel.list;
     if (id == 0 || id > channel_ids::kMaximumList) return kBadValue;
-    const List& before = edit.state().list(id);
+    const ChannelList& before = edit.state().list(id);
     if (stream != nullptr) {
         if (stream->list != id) return kBadValue;
         const int32_t code = edit.putMultiplex(*stream, quiet, &channel.multiplex);
@@ -931,9 +697,9 @@ int32_t ChannelDatabase::put(const Channel& given, bool quiet, uint32_t* recordI
     if (channel.type < ServiceType::kTelevision || channel.type > ServiceType::kData) {
         return kBadValue;
     }
-    channel.name = cut(channel.name, 127);
-    channel.provider = cut(channel.provider, 63);
-    channel.language = cut(channel.language, 3);
+    channel.name = cut(channel.name, kNameLimit);
+    channel.provider = cut(channel.provider, kProviderLimit);
+    channel.language = cut(channel.language, kLanguageLimit);
     // A non-PSIP id is not told by its number alone.
     const bool kept = channel.channelId != 0 && channel_ids::isNonPsip(channel.channelId) &&
                       channel_ids::list(channel.channelId) == id &&
@@ -941,7 +707,7 @@ int32_t ChannelDatabase::put(const Channel& given, bool quiet, uint32_t* recordI
     if (!kept) channel.channelId = channel_ids::ofNumber(id, channel.number);
     const Channel* holder = before.id(channel.channelId);
 
-    List& to = edit.list(id);
+    ChannelList& to = edit.list(id);
     if (channel.recordId == 0) {
         if (channel.channelId == 0 || holder != nullptr) {
             channel.number = to.freeNumber();
@@ -978,7 +744,7 @@ int32_t ChannelDatabase::remove(uint16_t id, const std::vector<uint32_t>& record
 
 int32_t ChannelDatabase::removeAll(uint16_t id, const ChannelQuery& query, bool streams) {
     Edit edit(*this);
-    const List& before = edit.state().list(id);
+    const ChannelList& before = edit.state().list(id);
     std::vector<uint32_t> channels;
     std::unordered_set<uint32_t> touched;
     std::unordered_set<uint32_t> used;
@@ -1020,7 +786,7 @@ int32_t ChannelDatabase::swap(uint32_t channelId, uint32_t otherId) {
     Channel first = *one, second = *two;
     std::swap(first.channelId, second.channelId);
     std::swap(first.number, second.number);
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     edit.place(list, first);
     edit.place(list, second);
     edit.tell({ChannelChange::kChannels, id, 0, {first.recordId, second.recordId}});
@@ -1032,7 +798,7 @@ int32_t ChannelDatabase::moveBefore(uint32_t channelId, uint32_t beforeId) {
     const uint16_t id = channel_ids::list(channelId);
     if (id != channel_ids::list(beforeId)) return kBadValue;
     Edit edit(*this);
-    const List& before = edit.state().list(id);
+    const ChannelList& before = edit.state().list(id);
     const auto moved = before.byId.find(channelId);
     const auto target = before.byId.find(beforeId);
     if (moved == before.byId.end() || target == before.byId.end()) return kNotFound;
@@ -1053,7 +819,7 @@ int32_t ChannelDatabase::moveBefore(uint32_t channelId, uint32_t beforeId) {
         range[i].channelId = at(low + i)->channelId;
         change.records.push_back(range[i].recordId);
     }
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     for (const Channel& channel : range) edit.place(list, channel);
     edit.tell(std::move(change));
     edit.commit();
@@ -1066,7 +832,7 @@ int32_t ChannelDatabase::moveToEnd(uint32_t channelId) {
     const Channel* found = edit.state().list(id).id(channelId);
     if (found == nullptr) return kNotFound;
     Channel channel = *found;
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     channel.number = list.freeNumber();
     if (channel.number == 0) return kRefused;
     channel.channelId = channel_ids::onePart(id, channel.number);
@@ -1100,7 +866,7 @@ int32_t ChannelDatabase::slide(uint16_t id, uint32_t fromNumber, int32_t offset)
         channel.channelId = channel_ids::onePart(id, channel.number);
         change.records.push_back(channel.recordId);
     }
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     for (const Channel& channel : moved) edit.place(list, channel);
     edit.tell(std::move(change));
     edit.commit();
@@ -1111,7 +877,7 @@ int32_t ChannelDatabase::merge(uint16_t id, const std::vector<Found>& found, boo
                                Merged* merged) {
     if (id == 0 || id > channel_ids::kMaximumList) return kBadValue;
     Edit edit(*this);
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     Merged result;
     std::unordered_set<uint32_t> seenMultiplexes;
     std::unordered_set<uint32_t> seenChannels;
@@ -1130,7 +896,7 @@ int32_t ChannelDatabase::merge(uint16_t id, const std::vector<Found>& found, boo
     for (const Found& each : found) {
         Multiplex multiplex = each.multiplex;
         multiplex.list = id;
-        multiplex.name = cut(multiplex.name, 127);
+        multiplex.name = cut(multiplex.name, kNameLimit);
         const auto known =
                 std::find_if(list.multiplexes.begin(), list.multiplexes.end(),
                              [&](const Multiplex& m) { return sameReception(m, multiplex); });
@@ -1156,9 +922,9 @@ int32_t ChannelDatabase::merge(uint16_t id, const std::vector<Found>& found, boo
             channel.multiplex = multiplex.recordId;
             channel.originalNetworkId = multiplex.originalNetworkId;
             channel.streamId = multiplex.streamId;
-            channel.name = cut(channel.name, 127);
-            channel.provider = cut(channel.provider, 63);
-            channel.language = cut(channel.language, 3);
+            channel.name = cut(channel.name, kNameLimit);
+            channel.provider = cut(channel.provider, kProviderLimit);
+            channel.language = cut(channel.language, kLanguageLimit);
             channel.flags &= ~(CHANNEL_FLAGS_FAVOURITE | CHANNEL_FLAG_RENAMED);
             if (was != nullptr) {
                 // The user's: number, visibility, lock, skipping, favourites, name.
@@ -1220,22 +986,21 @@ int32_t ChannelDatabase::merge(uint16_t id, const std::vector<Found>& found, boo
 
 std::optional<Channel> ChannelDatabase::current() const {
     const auto now = state();
-    const Channel* channel = now->channel(now->current);
-    return channel != nullptr ? std::optional<Channel>(*channel) : std::nullopt;
+    return copied(now->channel(now->current));
 }
 
 std::optional<Channel> ChannelDatabase::secondCurrent() const {
     const auto now = state();
-    const Channel* channel = now->channel(now->second);
-    return channel != nullptr ? std::optional<Channel>(*channel) : std::nullopt;
+    return copied(now->channel(now->second));
 }
 
 int32_t ChannelDatabase::setCurrent(uint32_t channelId) {
     Edit edit(*this);
     const Channel* channel = edit.state().list(channel_ids::list(channelId)).id(channelId);
     if (channel == nullptr && channelId != 0) return kNotFound;
-    edit.state().current = channel != nullptr ? State::Reference{channel->list, channel->recordId}
-                                              : State::Reference{};
+    edit.state().current = channel != nullptr
+                                   ? ChannelLists::Reference{channel->list, channel->recordId}
+                                   : ChannelLists::Reference{};
     edit.commit();
     return kOk;
 }
@@ -1244,8 +1009,9 @@ int32_t ChannelDatabase::setSecondCurrent(uint32_t channelId) {
     Edit edit(*this);
     const Channel* channel = edit.state().list(channel_ids::list(channelId)).id(channelId);
     if (channel == nullptr && channelId != 0) return kNotFound;
-    edit.state().second = channel != nullptr ? State::Reference{channel->list, channel->recordId}
-                                             : State::Reference{};
+    edit.state().second = channel != nullptr
+                                  ? ChannelLists::Reference{channel->list, channel->recordId}
+                                  : ChannelLists::Reference{};
     edit.commit();
     return kOk;
 }
@@ -1270,7 +1036,7 @@ int32_t ChannelDatabase::putMultiplex(const Multiplex& multiplex, bool quiet, ui
 
 int32_t ChannelDatabase::removeMultiplexes(uint16_t id, const std::vector<uint32_t>& recordIds) {
     Edit edit(*this);
-    const List& before = edit.state().list(id);
+    const ChannelList& before = edit.state().list(id);
     for (const uint32_t record : recordIds) {
         if (recordIn(before.multiplexes, record) == before.multiplexes.end()) return kNotFound;
     }
@@ -1294,7 +1060,7 @@ int32_t ChannelDatabase::putSatellite(const Satellite& given, bool quiet, uint32
         satellite.name.empty()) {
         return kBadValue;
     }
-    satellite.name = cut(satellite.name, 127);
+    satellite.name = cut(satellite.name, kNameLimit);
     Edit edit(*this);
     auto& all = edit.state().satellites;
     if (satellite.recordId == 0) {
@@ -1319,7 +1085,7 @@ int32_t ChannelDatabase::removeSatellite(uint32_t recordId) {
     const auto concerned = [&](uint32_t satellite) {
         return satellite != 0 && (recordId == 0 || satellite == recordId);
     };
-    List& list = edit.list(kSatelliteList);
+    ChannelList& list = edit.list(kSatelliteList);
     std::vector<uint32_t> multiplexes;
     for (const Multiplex& multiplex : list.multiplexes) {
         if (concerned(multiplex.satellite)) multiplexes.push_back(multiplex.recordId);
@@ -1355,13 +1121,13 @@ int32_t ChannelDatabase::putNetwork(const Network& given, bool quiet, uint32_t* 
     Network network = given;
     const uint16_t id = network.list;
     if (id == 0 || id > channel_ids::kMaximumList) return kBadValue;
-    network.name = cut(network.name, 127);
+    network.name = cut(network.name, kNameLimit);
     Edit edit(*this);
     if (network.satellite != 0 &&
         recordIn(edit.state().satellites, network.satellite) == edit.state().satellites.end()) {
         return kBadValue;
     }
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     if (network.recordId == 0) {
         network.recordId = list.nextNetwork++;
         list.networks.push_back(network);
@@ -1379,11 +1145,11 @@ int32_t ChannelDatabase::putNetwork(const Network& given, bool quiet, uint32_t* 
 
 int32_t ChannelDatabase::removeNetwork(uint16_t id, uint32_t recordId) {
     Edit edit(*this);
-    const List& before = edit.state().list(id);
+    const ChannelList& before = edit.state().list(id);
     if (recordId != 0 && recordIn(before.networks, recordId) == before.networks.end()) {
         return kNotFound;
     }
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     if (recordId == 0) {
         list.networks.clear();
     } else {
@@ -1400,22 +1166,13 @@ int32_t ChannelDatabase::removeNetwork(uint16_t id, uint32_t recordId) {
     return kOk;
 }
 
-std::vector<ChannelDatabase::Favourite> ChannelDatabase::favourites(uint32_t index) const {
+std::vector<Favourite> ChannelDatabase::favourites(uint32_t index) const {
     return index < kFavouriteLists ? state()->favourites[index] : std::vector<Favourite>();
 }
 
 std::vector<Channel> ChannelDatabase::favouriteChannels(uint32_t index, uint16_t only,
                                                         const ChannelQuery& query) const {
-    std::vector<Channel> found;
-    if (index >= kFavouriteLists) return found;
-    const auto now = state();
-    for (const Favourite& favourite : now->favourites[index]) {
-        if (only != 0 && favourite.list != only) continue;
-        const List& list = now->list(favourite.list);
-        const Channel* channel = list.record(favourite.recordId);
-        if (channel != nullptr && list.matches(query, *channel)) found.push_back(*channel);
-    }
-    return found;
+    return state()->favouriteChannels(index, only, query);
 }
 
 int32_t ChannelDatabase::setFavourites(uint32_t index, const std::vector<Favourite>& favourites) {
@@ -1494,27 +1251,13 @@ int32_t ChannelDatabase::removeBissKey(uint32_t recordId) {
 
 std::optional<BissKey> ChannelDatabase::bissKeyFor(const Channel& channel) const {
     const auto now = state();
-    const Multiplex& multiplex = now->list(channel.list).multiplexOf(channel);
-    const auto satellite = recordIn(now->satellites, multiplex.satellite);
-    if (satellite == now->satellites.end()) return std::nullopt;
-    const BissKey* best = nullptr;
-    for (const BissKey& key : now->keys) {
-        const uint64_t hertz = uint64_t{key.frequencyKHz} * 1000;
-        const uint64_t apart = hertz > multiplex.frequencyHz ? hertz - multiplex.frequencyHz
-                                                             : multiplex.frequencyHz - hertz;
-        if (!key.enabled || key.key.empty() || apart > 2000000 ||
-            key.position != satellite->position || key.polarisation != multiplex.polarisation) {
-            continue;
-        }
-        if (key.serviceId == channel.serviceId) return key;
-        if (key.serviceId == 0 && best == nullptr) best = &key;
-    }
-    return best != nullptr ? std::optional<BissKey>(*best) : std::nullopt;
+    const BissKey* key = now->keyFor(channel);
+    return key != nullptr ? std::optional<BissKey>(*key) : std::nullopt;
 }
 
 int32_t ChannelDatabase::clear(uint16_t id, bool streams) {
     Edit edit(*this);
-    List& list = edit.list(id);
+    ChannelList& list = edit.list(id);
     list.channels.clear();
     if (streams) {
         list.multiplexes.clear();
@@ -1540,7 +1283,7 @@ void ChannelDatabase::fill(Edit& edit, const std::string& configured) {
     const auto all = regions(configured);
     for (const Region& region : all) ids.insert(static_cast<uint16_t>(region.medium));
     for (const uint16_t id : ids) {
-        List& list = edit.list(id);
+        ChannelList& list = edit.list(id);
         list.channels.clear();
         list.multiplexes.clear();
         list.networks.clear();
@@ -1551,13 +1294,13 @@ void ChannelDatabase::fill(Edit& edit, const std::string& configured) {
     std::map<uint16_t, std::vector<Channel>> services;
     for (const Region& region : all) {
         const auto id = static_cast<uint16_t>(region.medium);
-        List& list = edit.list(id);
+        ChannelList& list = edit.list(id);
         uint32_t satellite = 0;
         if (region.medium == Medium::kSatellite) {
             satellite = static_cast<uint32_t>(edit.state().satellites.size() + 1);
             Satellite record;
             record.recordId = satellite;
-            record.name = cut(region.satellite, 127);
+            record.name = cut(region.satellite, kNameLimit);
             record.position = region.position;
             // A switch has four inputs; what is beyond needs a motor.
             record.switchPort = static_cast<uint8_t>(satellite <= 4 ? satellite : 0);
@@ -1566,7 +1309,7 @@ void ChannelDatabase::fill(Edit& edit, const std::string& configured) {
         }
         const uint32_t network = list.nextNetwork++;
         list.networks.push_back({id, network, region.multiplexes.front().networkId, satellite,
-                                 cut(region.name, 127)});
+                                 cut(region.name, kNameLimit)});
         for (const Multiplex& transponder : region.multiplexes) {
             if (transponder.list != id) continue;
             Multiplex multiplex = transponder;
@@ -1581,7 +1324,7 @@ void ChannelDatabase::fill(Edit& edit, const std::string& configured) {
         }
     }
     for (auto& [id, found] : services) {
-        List& list = edit.list(id);
+        ChannelList& list = edit.list(id);
         std::stable_sort(found.begin(), found.end(),
                          [](const Channel& a, const Channel& b) { return a.type < b.type; });
         std::unordered_set<uint32_t> taken;
@@ -1617,21 +1360,22 @@ void ChannelDatabase::fill(Edit& edit, const std::string& configured) {
     edit.tell({ChannelChange::kSatellites, kSatelliteList});
 }
 
-std::shared_ptr<const ChannelDatabase::Snapshot> ChannelDatabase::snapshot(uint16_t id) const {
+std::shared_ptr<const ChannelSnapshot> ChannelDatabase::snapshot(uint16_t id) const {
     const auto now = state();
     const auto found = now->lists.find(id);
-    return std::make_shared<Snapshot>(
-            Snapshot{id,
-                     found != now->lists.end() ? found->second : std::make_shared<const List>(),
-                     now->favourites,
-                     {}});
+    return std::make_shared<ChannelSnapshot>(ChannelSnapshot{
+            id,
+            found != now->lists.end() ? found->second : std::make_shared<const ChannelList>(),
+            now->favourites,
+            {}});
 }
 
-std::shared_ptr<const ChannelDatabase::Snapshot> ChannelDatabase::satelliteSnapshot() const {
-    return std::make_shared<Snapshot>(Snapshot{kSatelliteList, nullptr, {}, state()->satellites});
+std::shared_ptr<const ChannelSnapshot> ChannelDatabase::satelliteSnapshot() const {
+    return std::make_shared<ChannelSnapshot>(
+            ChannelSnapshot{kSatelliteList, nullptr, {}, state()->satellites});
 }
 
-int32_t ChannelDatabase::restore(const Snapshot& snapshot) {
+int32_t ChannelDatabase::restore(const ChannelSnapshot& snapshot) {
     Edit edit(*this);
     if (snapshot.list == nullptr) {
         edit.erase("DELETE FROM satellites", {});
@@ -1639,7 +1383,7 @@ int32_t ChannelDatabase::restore(const Snapshot& snapshot) {
         for (const Satellite& satellite : snapshot.satellites) edit.storeSatellite(satellite);
         edit.tell({ChannelChange::kSatellites, kSatelliteList});
     } else {
-        List& list = edit.list(snapshot.id);
+        ChannelList& list = edit.list(snapshot.id);
         list.channels = snapshot.list->channels;
         list.multiplexes = snapshot.list->multiplexes;
         list.networks = snapshot.list->networks;
@@ -1672,7 +1416,7 @@ int32_t ChannelDatabase::restore(const Snapshot& snapshot) {
     return kOk;
 }
 
-uint16_t ChannelDatabase::listOf(const Snapshot& snapshot) {
+uint16_t ChannelDatabase::listOf(const ChannelSnapshot& snapshot) {
     return snapshot.id;
 }
 

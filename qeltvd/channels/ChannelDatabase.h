@@ -9,80 +9,14 @@
 #include <utility>
 #include <vector>
 
+#include "ChannelChange.h"
+#include "ChannelLists.h"
+#include "ChannelQuery.h"
 #include "LineUp.h"
 #include "Store.h"
 #include "layouts/channel_records.h"
 
 namespace qeltvd {
-
-/** What has changed, told to listeners after it is stored. */
-struct ChannelChange {
-    enum Kind {
-        /** Channels of a list are new, edited, renumbered; `records` are their record ids. */
-        kChannels,
-        /** Channels of a list are gone; `records` are the record ids that they had. */
-        kChannelsRemoved,
-        /** A list was filled, emptied or put back as a whole. */
-        kList,
-        /** Another channel is the current one, or there is none any more; `channelId`. */
-        kCurrent,
-        kSecondCurrent,
-        /** A favourite list; `list` is its index. */
-        kFavourites,
-        kMultiplexes,
-        kSatellites,
-        kNetworks,
-        kBissKeys,
-        /** `list` is the new mode. */
-        kListMode,
-    };
-    Kind kind;
-    uint16_t list = 0;
-    uint32_t channelId = 0;
-    std::vector<uint32_t> records = {};
-    /** The caller asked that clients are not told; the television's own parts still are. */
-    bool quiet = false;
-};
-
-/** What channels are looked for; conditions that are left alone hold for every channel. */
-struct ChannelQuery {
-    /** CHANNEL_FILTER_ bits; without CHANNEL_FILTER_HIDDEN hidden channels are left out. */
-    uint32_t filter = CHANNEL_FILTER_HIDDEN;
-    /** The flags under the mask have these values. */
-    uint32_t mask = 0;
-    uint32_t flags = 0;
-    BroadcastType broadcast = BroadcastType::kAny;
-    /** Not empty: the whole name. */
-    std::string name = {};
-    /** Not 0: record ids of the multiplex, of the satellite. */
-    uint32_t multiplex = 0;
-    uint32_t satellite = 0;
-
-    /** Those that a viewer zaps through. */
-    static ChannelQuery zapping() { return {CHANNEL_FILTER_ZAPPING}; }
-    static ChannelQuery filtered(uint32_t filter) { return {filter}; }
-    static ChannelQuery masked(uint32_t mask, uint32_t flags) {
-        return {CHANNEL_FILTER_HIDDEN, mask, flags};
-    }
-
-    bool all() const;
-    bool matches(const Channel& channel, const Multiplex& multiplex) const;
-};
-
-/** A BISS key and what it is for. */
-struct BissKey {
-    uint32_t recordId = 0;
-    uint32_t frequencyKHz = 0;
-    uint32_t symbolRate = 0;
-    /** 0: every service of the transponder. */
-    uint16_t serviceId = 0;
-    /** Of the satellite, tenths of a degree. */
-    int16_t position = 0;
-    Polarisation polarisation = Polarisation::kNone;
-    bool enabled = true;
-    /** Empty or 8 bytes. Never logged. */
-    std::vector<uint8_t> key = {};
-};
 
 /** What a scan has found on one multiplex. Ids and numbers 0: the database gives them. */
 struct Found {
@@ -113,9 +47,6 @@ struct Merged {
  */
 class ChannelDatabase {
   public:
-    /** The four favourite lists that a set has. */
-    static constexpr uint32_t kFavouriteLists = 4;
-
     /**
      * Opens the data, and fills it from the line-up of a region when there is none or the region
      * is not the one that it was filled from. @throws StoreError
@@ -135,8 +66,7 @@ class ChannelDatabase {
 
     /** Ids of the lists that have channels or multiplexes, ascending. */
     std::vector<uint16_t> lists() const;
-    size_t count(uint16_t list) const;
-    size_t count(uint16_t list, const ChannelQuery& query) const;
+    size_t count(uint16_t list, const ChannelQuery& query = {}) const;
 
     std::optional<Channel> byChannelId(uint32_t channelId) const;
     /** By an id of which only the low 16 bits are known. */
@@ -249,13 +179,6 @@ class ChannelDatabase {
 
     // Favourite lists: record ids of channels in the order that the user gave them.
 
-    struct Favourite {
-        uint16_t list;
-        uint32_t recordId;
-        bool operator==(const Favourite& o) const {
-            return list == o.list && recordId == o.recordId;
-        }
-    };
     std::vector<Favourite> favourites(uint32_t favouriteList) const;
     /** The channels of a favourite list that a query finds (list 0: of every service list). */
     std::vector<Channel> favouriteChannels(uint32_t favouriteList, uint16_t list,
@@ -283,13 +206,12 @@ class ChannelDatabase {
     int32_t reload(const std::string& region);
 
     /** A list with its multiplexes, networks and favourites as it is now; for restore(). */
-    struct Snapshot;
-    std::shared_ptr<const Snapshot> snapshot(uint16_t list) const;
+    std::shared_ptr<const ChannelSnapshot> snapshot(uint16_t list) const;
     /** The satellites as they are now. */
-    std::shared_ptr<const Snapshot> satelliteSnapshot() const;
-    int32_t restore(const Snapshot& snapshot);
+    std::shared_ptr<const ChannelSnapshot> satelliteSnapshot() const;
+    int32_t restore(const ChannelSnapshot& snapshot);
     /** Id of the list that it is of. */
-    static uint16_t listOf(const Snapshot& snapshot);
+    static uint16_t listOf(const ChannelSnapshot& snapshot);
 
     /** kListMode of the layouts. */
     uint32_t listMode() const;
@@ -301,12 +223,10 @@ class ChannelDatabase {
     int32_t setPumpVersion(uint16_t list, uint32_t version);
 
   private:
-    struct List;
-    struct State;
     class Edit;
 
-    std::shared_ptr<const State> state() const;
-    std::shared_ptr<const List> list(uint16_t list) const;
+    std::shared_ptr<const ChannelLists> state() const;
+    std::shared_ptr<const ChannelList> list(uint16_t list) const;
     void load();
     void fill(Edit& edit, const std::string& configured);
 
@@ -315,7 +235,7 @@ class ChannelDatabase {
     std::mutex mEditing;
     mutable std::mutex mLock;
     // Guarded by mLock; what it points at never changes.
-    std::shared_ptr<const State> mState;
+    std::shared_ptr<const ChannelLists> mState;
     std::vector<Listener> mListeners;
 };
 

@@ -12,8 +12,6 @@ using android::hardware::Void;
 template <class T>
 using Return = android::hardware::Return<T>;
 using Service = ChannelListService;
-using Favourite = ChannelDatabase::Favourite;
-using Favourites = std::vector<Favourite>;
 
 namespace {
 
@@ -31,7 +29,7 @@ Favourites::iterator placeOf(Favourites& favourites, const Channel& channel) {
 
 int32_t ChannelListService::changeFavourites(uint32_t favouriteList,
                                              const std::function<int32_t(Favourites*)>& change) {
-    if (favouriteList >= ChannelDatabase::kFavouriteLists) return kNotFound;
+    if (favouriteList >= kFavouriteLists) return kNotFound;
     // Read, changed and written as one.
     std::lock_guard<std::mutex> guard(mFavouriteLock);
     Favourites favourites = mChannels.favourites(favouriteList);
@@ -171,8 +169,8 @@ Return<int32_t> Service::a_hidl_qeltvapi_favoritelist_swap_favoritelist_by_index
 Return<void> Service::a_hidl_qeltvapi_favorite_list_get_svl_handle_by_favorite_list_idx(
         uint32_t favouriteList, uint32_t list,
         a_hidl_qeltvapi_favorite_list_get_svl_handle_by_favorite_list_idx_cb reply) {
-    const bool known = favouriteList < ChannelDatabase::kFavouriteLists && list != 0 &&
-                       list <= channel_ids::kMaximumList;
+    const bool known =
+            favouriteList < kFavouriteLists && list != 0 && list <= channel_ids::kMaximumList;
     reply(known ? CHANNEL_HANDLE_FAVOURITE << 16 | favouriteList << 8 | list : 0,
           known ? kOk : kNotFound);
     return Void();

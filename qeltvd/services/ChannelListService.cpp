@@ -742,7 +742,7 @@ Return<uint8_t> Service::a_hidl_qeltvapi_channellist_is_exist_by_channel_number(
 
 // Snapshots
 
-uint32_t ChannelListService::keep(std::shared_ptr<const ChannelDatabase::Snapshot> snapshot,
+uint32_t ChannelListService::keep(std::shared_ptr<const ChannelSnapshot> snapshot,
                                   bool satellites) {
     std::lock_guard<std::mutex> guard(mLock);
     if (mSnapshots.size() >= kSnapshotLimit) {
@@ -758,7 +758,7 @@ uint32_t ChannelListService::keep(std::shared_ptr<const ChannelDatabase::Snapsho
 }
 
 int32_t ChannelListService::restore(uint32_t handle, bool satellites) {
-    std::shared_ptr<const ChannelDatabase::Snapshot> snapshot;
+    std::shared_ptr<const ChannelSnapshot> snapshot;
     {
         std::lock_guard<std::mutex> guard(mLock);
         const auto found = mSnapshots.find(handle);

@@ -337,13 +337,12 @@ class ChannelListService : public IQelTvApiChannelListDefault {
                  const ChannelQuery& query, size_t first) const;
     int64_t fill(const Handle& svl, const Handle& tsl, uint64_t count,
                  const std::vector<Channel>& channels) const;
-    uint32_t keep(std::shared_ptr<const ChannelDatabase::Snapshot> snapshot, bool satellites);
+    uint32_t keep(std::shared_ptr<const ChannelSnapshot> snapshot, bool satellites);
     int32_t restore(uint32_t handle, bool satellites);
     int32_t release(uint32_t handle, bool satellites);
 
-    int32_t changeFavourites(
-            uint32_t favouriteList,
-            const std::function<int32_t(std::vector<ChannelDatabase::Favourite>*)>& change);
+    int32_t changeFavourites(uint32_t favouriteList,
+                             const std::function<int32_t(std::vector<Favourite>*)>& change);
     std::vector<Channel> favourites(uint32_t favouriteList, uint32_t list, uint32_t mask,
                                     uint32_t value) const;
 
@@ -353,7 +352,7 @@ class ChannelListService : public IQelTvApiChannelListDefault {
     std::mutex mLock;
     // Guarded by mLock.
     struct KeptSnapshot {
-        std::shared_ptr<const ChannelDatabase::Snapshot> snapshot;
+        std::shared_ptr<const ChannelSnapshot> snapshot;
         bool satellites;
         pid_t owner;
     };
