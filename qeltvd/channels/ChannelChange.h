@@ -5,7 +5,15 @@
 
 namespace qeltvd {
 
-/** What has changed, told to listeners after it is stored. */
+/** Who is notified of a change. */
+enum class Audience {
+    /** The television's own parts and its clients. */
+    kEveryone,
+    /** The television's own parts. */
+    kTelevision,
+};
+
+/** What has changed; listeners are notified after it is stored. */
 struct ChannelChange {
     enum Kind {
         /** Channels of a list are new, edited, renumbered; `records` are their record ids. */
@@ -30,8 +38,7 @@ struct ChannelChange {
     uint16_t list = 0;
     uint32_t channelId = 0;
     std::vector<uint32_t> records = {};
-    /** The caller asked that clients are not told; the television's own parts still are. */
-    bool quiet = false;
+    Audience audience = Audience::kEveryone;
 };
 
 }  // namespace qeltvd

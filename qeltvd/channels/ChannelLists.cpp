@@ -114,7 +114,7 @@ std::optional<size_t> ChannelList::indexOf(uint32_t channelId, const ChannelQuer
 }
 
 const Channel* ChannelList::next(uint32_t channelId, const ChannelQuery& query,
-                                 bool backwards) const {
+                                 Direction direction) const {
     if (channels.empty()) return nullptr;
     const uint32_t number = channel_ids::number(channelId);
     // Where the channel stands, or would.
@@ -126,8 +126,9 @@ const Channel* ChannelList::next(uint32_t channelId, const ChannelQuery& query,
             channels.begin());
     const bool there = from < channels.size() && channels[from].channelId == channelId;
     for (size_t step = 0; step < channels.size(); ++step) {
-        const size_t index =
-                backwards ? from + 2 * channels.size() - 1 - step : from + step + (there ? 1 : 0);
+        const size_t index = direction == Direction::kBackwards
+                                     ? from + 2 * channels.size() - 1 - step
+                                     : from + step + (there ? 1 : 0);
         const Channel& channel = channels[index % channels.size()];
         if (channel.channelId != channelId && matches(query, channel)) return &channel;
     }
@@ -185,6 +186,13 @@ std::vector<uint16_t> ChannelLists::ids() const {
 
 const Channel* ChannelLists::channel(const Reference& reference) const {
     return reference.recordId != 0 ? list(reference.list).record(reference.recordId) : nullptr;
+}
+
+const Channel* ChannelLists::channel(uint32_t id, uint32_t channelId) const {
+    if (id == 0 || id > channel_ids::kMaximumList) return nullptr;
+    const auto in = static_cast<uint16_t>(id);
+    if (channelId <= 0xffff) return list(in).shortId(in, static_cast<uint16_t>(channelId));
+    return channel_ids::list(channelId) == in ? list(in).id(channelId) : nullptr;
 }
 
 std::vector<Channel> ChannelLists::favouriteChannels(uint32_t index, uint16_t only,

@@ -53,6 +53,8 @@ struct Favourite {
 using Favourites = std::vector<Favourite>;
 using FavouriteLists = std::array<Favourites, kFavouriteLists>;
 
+enum class Direction { kForwards, kBackwards };
+
 /** A record of a vector that is ordered by record id, or its end. */
 template <class V>
 auto recordIn(V& records, uint32_t recordId) {
@@ -115,7 +117,7 @@ struct ChannelList {
     size_t count(const ChannelQuery& query) const;
     std::optional<size_t> indexOf(uint32_t channelId, const ChannelQuery& query) const;
     /** See ChannelDatabase::next(). */
-    const Channel* next(uint32_t channelId, const ChannelQuery& query, bool backwards) const;
+    const Channel* next(uint32_t channelId, const ChannelQuery& query, Direction direction) const;
     /** See ChannelDatabase::visit(). */
     size_t visit(const ChannelQuery& query, size_t first, size_t limit,
                  const std::function<void(const Channel&, const Multiplex&)>& take) const;
@@ -139,12 +141,16 @@ struct ChannelLists {
     Reference second;
     uint32_t favouriteList = 0;
     uint32_t mode = CHANNEL_LIST_MODE_BROADCAST;
+    /** The configured region that filled the lists; nothing before they are filled. */
+    std::optional<std::string> region;
 
     /** An empty list when there is none. */
     const ChannelList& list(uint16_t id) const;
     /** Ids of the lists that have channels or multiplexes, ascending. */
     std::vector<uint16_t> ids() const;
     const Channel* channel(const Reference& reference) const;
+    /** By its id, or by the low 16 bits of its id. */
+    const Channel* channel(uint32_t list, uint32_t channelId) const;
     /** The channels of a favourite list that a query finds; list 0: of every service list. */
     std::vector<Channel> favouriteChannels(uint32_t favouriteList, uint16_t list,
                                            const ChannelQuery& query) const;
@@ -154,6 +160,9 @@ struct ChannelLists {
 
 /** A service list with its favourites, or the satellites, as they were at one moment. */
 struct ChannelSnapshot {
+    enum class Kind { kServiceList, kSatellites };
+    Kind kind;
+    /** The list that it is of. */
     uint16_t id;
     /** Of a service list, else null. */
     std::shared_ptr<const ChannelList> list;

@@ -178,8 +178,13 @@ void Store::fail(const char* what) const {
 }
 
 void Store::probe() {
+    int64_t version = 0;
+    {
+        Statement row(*this, "PRAGMA user_version");
+        if (row.step()) version = row.integer(0);
+    }
     // Always written, the same number too.
-    execute("PRAGMA user_version=1");
+    execute(("PRAGMA user_version=" + std::to_string(version)).c_str());
 }
 
 void Store::execute(const char* sql) {
