@@ -137,17 +137,23 @@ const Channel* ChannelList::next(uint32_t channelId, const ChannelQuery& query,
 
 size_t ChannelList::visit(const ChannelQuery& query, size_t first, size_t limit,
                           const std::function<void(const Channel&, const Multiplex&)>& take) const {
+    // Neighbours often share a multiplex.
+    const Multiplex* last = nullptr;
+    const auto multiplexNear = [&](const Channel& channel) -> const Multiplex& {
+        if (last == nullptr || last->recordId != channel.multiplex) last = &multiplexOf(channel);
+        return *last;
+    };
     size_t taken = 0;
     if (query.all()) {
         for (size_t i = first; i < channels.size() && taken < limit; ++i, ++taken) {
-            take(channels[i], multiplexOf(channels[i]));
+            take(channels[i], multiplexNear(channels[i]));
         }
         return taken;
     }
     size_t index = 0;
     for (const Channel& channel : channels) {
         if (taken >= limit) break;
-        const Multiplex& multiplex = multiplexOf(channel);
+        const Multiplex& multiplex = multiplexNear(channel);
         if (!query.matches(channel, multiplex) || index++ < first) continue;
         take(channel, multiplex);
         ++taken;
