@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "ChannelEdit.h"
 #include "ChannelFill.h"
 #include "Guarded.h"
 #include "Stored.h"

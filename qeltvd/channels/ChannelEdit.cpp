@@ -50,7 +50,7 @@ bool isGood(const ChannelLists&, const BissKey& k) {
 
 template <class Record>
 void cutName(Record& record) {
-    record.name = cut(record.name, kNameLimit);
+    record.name = channel_editing::cut(record.name, kNameLimit);
 }
 void cutName(BissKey&) {}
 
@@ -71,7 +71,7 @@ ChannelChange changeOf(const BissKey&) {
 
 }  // namespace
 
-std::string cut(const std::string& text, size_t limit) {
+std::string channel_editing::cut(const std::string& text, size_t limit) {
     if (text.size() <= limit) return text;
     size_t end = limit;
     while (end > 0 && (static_cast<uint8_t>(text[end]) & 0xc0) == 0x80) --end;

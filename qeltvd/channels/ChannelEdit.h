@@ -13,8 +13,12 @@
 
 namespace qeltvd {
 
+namespace channel_editing {
+
 /** Cuts a text to a number of bytes, never within a character. */
 std::string cut(const std::string& text, size_t limit);
+
+}  // namespace channel_editing
 
 /**
  * One change of the lists: works on a copy of what it changes and writes it to the store as it

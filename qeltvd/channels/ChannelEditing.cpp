@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "ChannelEdit.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 

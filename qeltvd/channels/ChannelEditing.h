@@ -4,9 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "ChannelEdit.h"
+#include "ChannelChange.h"
+#include "ChannelLists.h"
+#include "ChannelQuery.h"
 
 namespace qeltvd {
+
+class ChannelEdit;
 
 /** Whether multiplexes go with the channels on them. */
 enum class Streams { kKeep, kRemove };

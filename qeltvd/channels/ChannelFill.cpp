@@ -9,6 +9,7 @@
 #include <set>
 #include <unordered_set>
 
+#include "ChannelEdit.h"
 #include "ServiceGenerator.h"
 #include "layouts/channel_ids.h"
 

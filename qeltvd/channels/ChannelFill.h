@@ -2,11 +2,15 @@
 
 #include <string>
 
-#include "ChannelEdit.h"
+namespace qeltvd {
 
-namespace qeltvd::channel_editing {
+class ChannelEdit;
+
+namespace channel_editing {
 
 /** Replaces all lists by the line-ups of the regions that a configuration text names. */
 void fill(ChannelEdit& edit, const std::string& configured);
 
-}  // namespace qeltvd::channel_editing
+}  // namespace channel_editing
+
+}  // namespace qeltvd

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "ChannelEdit.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 

@@ -4,10 +4,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "ChannelEdit.h"
 #include "LineUp.h"
 
 namespace qeltvd {
+
+class ChannelEdit;
 
 /** What a scan has found on one multiplex. Ids and numbers 0: the database gives them. */
 struct Found {
