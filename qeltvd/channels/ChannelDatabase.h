@@ -9,95 +9,17 @@
 #include <utility>
 #include <vector>
 
+#include "ChannelChange.h"
+#include "ChannelEditing.h"
+#include "ChannelLists.h"
+#include "ChannelMerge.h"
+#include "ChannelQuery.h"
+#include "ChannelStore.h"
 #include "LineUp.h"
 #include "Store.h"
 #include "layouts/channel_records.h"
 
 namespace qeltvd {
-
-/** What has changed, told to listeners after it is stored. */
-struct ChannelChange {
-    enum Kind {
-        /** Channels of a list are new, edited, renumbered; `records` are their record ids. */
-        kChannels,
-        /** Channels of a list are gone; `records` are the record ids that they had. */
-        kChannelsRemoved,
-        /** A list was filled, emptied or put back as a whole. */
-        kList,
-        /** Another channel is the current one, or there is none any more; `channelId`. */
-        kCurrent,
-        kSecondCurrent,
-        /** A favourite list; `list` is its index. */
-        kFavourites,
-        kMultiplexes,
-        kSatellites,
-        kNetworks,
-        kBissKeys,
-        /** `list` is the new mode. */
-        kListMode,
-    };
-    Kind kind;
-    uint16_t list = 0;
-    uint32_t channelId = 0;
-    std::vector<uint32_t> records = {};
-    /** The caller asked that clients are not told; the television's own parts still are. */
-    bool quiet = false;
-};
-
-/** What channels are looked for; conditions that are left alone hold for every channel. */
-struct ChannelQuery {
-    /** CHANNEL_FILTER_ bits; without CHANNEL_FILTER_HIDDEN hidden channels are left out. */
-    uint32_t filter = CHANNEL_FILTER_HIDDEN;
-    /** The flags under the mask have these values. */
-    uint32_t mask = 0;
-    uint32_t flags = 0;
-    BroadcastType broadcast = BroadcastType::kAny;
-    /** Not empty: the whole name. */
-    std::string name = {};
-    /** Not 0: record ids of the multiplex, of the satellite. */
-    uint32_t multiplex = 0;
-    uint32_t satellite = 0;
-
-    /** Those that a viewer zaps through. */
-    static ChannelQuery zapping() { return {CHANNEL_FILTER_ZAPPING}; }
-    static ChannelQuery filtered(uint32_t filter) { return {filter}; }
-    static ChannelQuery masked(uint32_t mask, uint32_t flags) {
-        return {CHANNEL_FILTER_HIDDEN, mask, flags};
-    }
-
-    bool all() const;
-    bool matches(const Channel& channel, const Multiplex& multiplex) const;
-};
-
-/** A BISS key and what it is for. */
-struct BissKey {
-    uint32_t recordId = 0;
-    uint32_t frequencyKHz = 0;
-    uint32_t symbolRate = 0;
-    /** 0: every service of the transponder. */
-    uint16_t serviceId = 0;
-    /** Of the satellite, tenths of a degree. */
-    int16_t position = 0;
-    Polarisation polarisation = Polarisation::kNone;
-    bool enabled = true;
-    /** Empty or 8 bytes. Never logged. */
-    std::vector<uint8_t> key = {};
-};
-
-/** What a scan has found on one multiplex. Ids and numbers 0: the database gives them. */
-struct Found {
-    Multiplex multiplex;
-    std::vector<Channel> services;
-};
-
-/** What became of the findings of a scan. */
-struct Merged {
-    size_t added = 0;
-    size_t updated = 0;
-    size_t removed = 0;
-    /** Record ids of the added channels, in the order found. */
-    std::vector<uint32_t> addedRecords = {};
-};
 
 /**
  * The channel data of the television: the service list of each medium with its multiplexes, the
@@ -113,9 +35,6 @@ struct Merged {
  */
 class ChannelDatabase {
   public:
-    /** The four favourite lists that a set has. */
-    static constexpr uint32_t kFavouriteLists = 4;
-
     /**
      * Opens the data, and fills it from the line-up of a region when there is none or the region
      * is not the one that it was filled from. @throws StoreError
@@ -135,12 +54,11 @@ class ChannelDatabase {
 
     /** Ids of the lists that have channels or multiplexes, ascending. */
     std::vector<uint16_t> lists() const;
-    size_t count(uint16_t list) const;
-    size_t count(uint16_t list, const ChannelQuery& query) const;
+    size_t count(uint16_t list, const ChannelQuery& query = {}) const;
 
     std::optional<Channel> byChannelId(uint32_t channelId) const;
-    /** By an id of which only the low 16 bits are known. */
-    std::optional<Channel> byShortId(uint16_t list, uint16_t channelId) const;
+    /** By its id, or by the low 16 bits of its id. */
+    std::optional<Channel> channel(uint32_t list, uint32_t channelId) const;
     std::optional<Channel> byRecord(uint16_t list, uint32_t recordId) const;
     std::optional<Channel> byNumber(uint16_t list, uint32_t number) const;
     std::optional<Channel> byIndex(uint16_t list, size_t index) const;
@@ -155,15 +73,21 @@ class ChannelDatabase {
     /** Index of a channel in its list, or among what a query finds. */
     std::optional<size_t> indexOf(uint32_t channelId, const ChannelQuery& query = {}) const;
     /**
-     * The channel that follows (or, backwards, comes before) another one among what a query finds,
+     * The channel that follows (or, backwards, precedes) another one among what a query finds,
      * going round at the end. The channel itself need not be found, nor exist any more.
      */
     std::optional<Channel> next(uint32_t channelId, const ChannelQuery& query,
-                                bool backwards = false) const;
+                                Direction direction = Direction::kForwards) const;
 
     /** A channel with its multiplex. */
     using Pair = std::pair<Channel, Multiplex>;
     std::optional<Pair> pair(uint32_t channelId) const;
+    /** By its id, or by the low 16 bits of its id. */
+    std::optional<Pair> pair(uint32_t list, uint32_t channelId) const;
+    std::optional<Pair> pairOfRecord(uint16_t list, uint32_t recordId) const;
+    std::optional<Pair> pairAt(uint16_t list, size_t index, const ChannelQuery& query = {}) const;
+    std::optional<Pair> currentPair() const;
+    std::optional<Pair> secondCurrentPair() const;
     /**
      * Calls `take` for channels from index `first` among what a query finds, until `limit` are
      * taken, all as they are at one moment.
@@ -176,22 +100,20 @@ class ChannelDatabase {
     // Editing. Each gives a code of Codes.h.
 
     /** Sets the flags under a mask. The favourite flags are those of the favourite lists. */
-    int32_t setFlags(uint16_t list, uint32_t recordId, uint32_t mask, uint32_t flags,
-                     bool quiet = false);
+    int32_t setFlags(uint16_t list, uint32_t recordId, uint32_t mask, uint32_t flags);
     /** As setFlags(), for all that a query finds. */
     int32_t setFlagsOfAll(uint16_t list, const ChannelQuery& query, uint32_t mask, uint32_t flags);
     int32_t rename(uint16_t list, uint32_t recordId, const std::string& name);
     /**
      * Writes a channel over that of its record id, or adds it when the record id is 0 (a channel
      * number that is taken or 0 then becomes the next free one).
-     *
-     * @param stream not null: its multiplex, written with it in one change
      */
-    int32_t put(const Channel& channel, bool quiet = false, uint32_t* recordId = nullptr,
-                const Multiplex* stream = nullptr);
+    int32_t put(const Channel& channel, Audience audience = Audience::kEveryone);
+    /** As put(), with its multiplex in the same change. */
+    int32_t put(const Channel& channel, const Multiplex& stream, Audience audience);
     int32_t remove(uint16_t list, const std::vector<uint32_t>& recordIds);
-    /** Removes what a query finds; `streams`: multiplexes that are left without channels too. */
-    int32_t removeAll(uint16_t list, const ChannelQuery& query, bool streams);
+    /** Removes what a query finds; `streams`: those that are left without channels. */
+    int32_t removeAll(uint16_t list, const ChannelQuery& query, Streams streams);
     /** Two channels of one list change their numbers. */
     int32_t swap(uint32_t channelId, uint32_t otherId);
     /**
@@ -209,12 +131,12 @@ class ChannelDatabase {
      * polarisation and satellite, services by service id; known channels keep number, flags and
      * favourites, new ones get a free number (the one that they bring, if it is free).
      *
-     * @param list      the list that was scanned
-     * @param found     what was found
-     * @param exclusive remove what was not found: multiplexes (not the satellites) and channels
-     * @param merged    [out] what became of it, may be null
+     * @param list    the list that was scanned
+     * @param found   what was found
+     * @param unfound what becomes of the list's other multiplexes and channels
+     * @param merged  [out] what became of it, may be null
      */
-    int32_t merge(uint16_t list, const std::vector<Found>& found, bool exclusive, Merged* merged);
+    int32_t merge(uint16_t list, const std::vector<Found>& found, Unfound unfound, Merged* merged);
 
     // Current channel
 
@@ -229,39 +151,31 @@ class ChannelDatabase {
     std::vector<Multiplex> multiplexes(uint16_t list) const;
     std::optional<Multiplex> multiplex(uint16_t list, uint32_t recordId) const;
     /** Writes over the record id, or adds when it is 0. */
-    int32_t putMultiplex(const Multiplex& multiplex, bool quiet = false,
-                         uint32_t* recordId = nullptr);
+    int32_t putMultiplex(const Multiplex& multiplex, Audience audience = Audience::kEveryone);
     /** With the channels on them. */
     int32_t removeMultiplexes(uint16_t list, const std::vector<uint32_t>& recordIds);
 
     std::vector<Satellite> satellites() const;
     std::optional<Satellite> satellite(uint32_t recordId) const;
-    int32_t putSatellite(const Satellite& satellite, bool quiet = false,
+    int32_t putSatellite(const Satellite& satellite, Audience audience = Audience::kEveryone,
                          uint32_t* recordId = nullptr);
     /** With its multiplexes, networks and channels. Record id 0: every satellite. */
     int32_t removeSatellite(uint32_t recordId);
 
     std::vector<Network> networks(uint16_t list) const;
     std::optional<Network> network(uint16_t list, uint32_t recordId) const;
-    int32_t putNetwork(const Network& network, bool quiet = false, uint32_t* recordId = nullptr);
+    int32_t putNetwork(const Network& network, Audience audience = Audience::kEveryone);
     /** Record id 0: every network of the list. */
     int32_t removeNetwork(uint16_t list, uint32_t recordId);
 
     // Favourite lists: record ids of channels in the order that the user gave them.
 
-    struct Favourite {
-        uint16_t list;
-        uint32_t recordId;
-        bool operator==(const Favourite& o) const {
-            return list == o.list && recordId == o.recordId;
-        }
-    };
-    std::vector<Favourite> favourites(uint32_t favouriteList) const;
+    Favourites favourites(uint32_t favouriteList) const;
     /** The channels of a favourite list that a query finds (list 0: of every service list). */
     std::vector<Channel> favouriteChannels(uint32_t favouriteList, uint16_t list,
                                            const ChannelQuery& query) const;
     /** Replaces a favourite list; it must not name a channel twice, or one that there is not. */
-    int32_t setFavourites(uint32_t favouriteList, const std::vector<Favourite>& favourites);
+    int32_t setFavourites(uint32_t favouriteList, const Favourites& favourites);
     uint32_t currentFavouriteList() const;
     int32_t setCurrentFavouriteList(uint32_t favouriteList);
 
@@ -277,19 +191,16 @@ class ChannelDatabase {
 
     // Whole lists
 
-    /** Empties a list: its channels, and its multiplexes when told so. */
-    int32_t clear(uint16_t list, bool streams);
+    /** Empties a list of its channels, and with the streams of its multiplexes and networks. */
+    int32_t clear(uint16_t list, Streams streams);
     /** Fills all lists anew from the line-up of a region. */
     int32_t reload(const std::string& region);
 
     /** A list with its multiplexes, networks and favourites as it is now; for restore(). */
-    struct Snapshot;
-    std::shared_ptr<const Snapshot> snapshot(uint16_t list) const;
+    std::shared_ptr<const ChannelSnapshot> snapshot(uint16_t list) const;
     /** The satellites as they are now. */
-    std::shared_ptr<const Snapshot> satelliteSnapshot() const;
-    int32_t restore(const Snapshot& snapshot);
-    /** Id of the list that it is of. */
-    static uint16_t listOf(const Snapshot& snapshot);
+    std::shared_ptr<const ChannelSnapshot> satelliteSnapshot() const;
+    int32_t restore(const ChannelSnapshot& snapshot);
 
     /** kListMode of the layouts. */
     uint32_t listMode() const;
@@ -301,21 +212,20 @@ class ChannelDatabase {
     int32_t setPumpVersion(uint16_t list, uint32_t version);
 
   private:
-    struct List;
-    struct State;
-    class Edit;
+    std::shared_ptr<const ChannelLists> state() const;
+    std::shared_ptr<const ChannelList> list(uint16_t list) const;
+    /** Makes a change: runs `edit`, stores and publishes what it leaves, notifies listeners. */
+    template <class Edit>
+    int32_t change(const Edit& edit);
+    template <class Record>
+    int32_t putRecord(const Record& record, Audience audience, uint32_t* recordId);
 
-    std::shared_ptr<const State> state() const;
-    std::shared_ptr<const List> list(uint16_t list) const;
-    void load();
-    void fill(Edit& edit, const std::string& configured);
-
-    Store& mStore;
+    ChannelStore mStore;
     // Held over a whole change, and taken before the store's.
     std::mutex mEditing;
     mutable std::mutex mLock;
     // Guarded by mLock; what it points at never changes.
-    std::shared_ptr<const State> mState;
+    std::shared_ptr<const ChannelLists> mState;
     std::vector<Listener> mListeners;
 };
 

@@ -148,7 +148,7 @@ uint32_t Scanner::satelliteOf(const Region& region) {
     satellite.name = region.satellite;
     satellite.position = region.position;
     uint32_t recordId = 0;
-    return mChannels.putSatellite(satellite, false, &recordId) == kOk ? recordId : 0;
+    return mChannels.putSatellite(satellite, Audience::kEveryone, &recordId) == kOk ? recordId : 0;
 }
 
 int32_t Scanner::take(const Stop& stop, bool noRadio, std::vector<Found>* found) {
@@ -167,7 +167,7 @@ int32_t Scanner::take(const Stop& stop, bool noRadio, std::vector<Found>* found)
     }
     Merged merged;
     const auto list = static_cast<uint16_t>(stop.region.medium);
-    const int32_t code = mChannels.merge(list, {here}, false, &merged);
+    const int32_t code = mChannels.merge(list, {here}, Unfound::kKeep, &merged);
     if (code != kOk) return code;
     found->push_back(std::move(here));
     std::lock_guard<std::mutex> guard(mLock);
@@ -184,7 +184,7 @@ int32_t Scanner::removeOthers(const std::vector<Stop>& stops, const std::vector<
     }
     for (const auto& [list, all] : lists) {
         Merged merged;
-        const int32_t code = mChannels.merge(list, all, true, &merged);
+        const int32_t code = mChannels.merge(list, all, Unfound::kRemove, &merged);
         if (code != kOk) return code;
         std::lock_guard<std::mutex> guard(mLock);
         mStatus.removed += static_cast<int32_t>(merged.removed);

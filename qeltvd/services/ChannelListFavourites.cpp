@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
-#include "ChannelListChange.h"
+#include "ChannelListService.h"
+#include "Stored.h"
 #include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -12,8 +14,6 @@ using android::hardware::Void;
 template <class T>
 using Return = android::hardware::Return<T>;
 using Service = ChannelListService;
-using Favourite = ChannelDatabase::Favourite;
-using Favourites = std::vector<Favourite>;
 
 namespace {
 
@@ -31,7 +31,7 @@ Favourites::iterator placeOf(Favourites& favourites, const Channel& channel) {
 
 int32_t ChannelListService::changeFavourites(uint32_t favouriteList,
                                              const std::function<int32_t(Favourites*)>& change) {
-    if (favouriteList >= ChannelDatabase::kFavouriteLists) return kNotFound;
+    if (favouriteList >= kFavouriteLists) return kNotFound;
     // Read, changed and written as one.
     std::lock_guard<std::mutex> guard(mFavouriteLock);
     Favourites favourites = mChannels.favourites(favouriteList);
@@ -52,7 +52,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_swap_favorites(uint32_t fav
                                                                     uint32_t list, uint32_t one,
                                                                     uint32_t other) {
     return changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
-        const auto first = channel(list, one), second = channel(list, other);
+        const auto first = mChannels.channel(list, one), second = mChannels.channel(list, other);
         if (!first || !second) return kNotFound;
         const auto a = placeOf(*favourites, *first), b = placeOf(*favourites, *second);
         if (a == favourites->end() || b == favourites->end()) return kNotFound;
@@ -68,7 +68,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_swap_favorites(uint32_t fav
 Return<void> Service::a_hidl_qeltvapi_channellist_set_favorites_by_id(
         uint32_t list, uint32_t channelId, uint32_t favouriteList, uint32_t, uint32_t, bool set,
         a_hidl_qeltvapi_channellist_set_favorites_by_id_cb reply) {
-    const auto found = channel(list, channelId);
+    const auto found = mChannels.channel(list, channelId);
     const int32_t code = changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
         if (!found) return kNotFound;
         const auto place = placeOf(*favourites, *found);
@@ -171,8 +171,8 @@ Return<int32_t> Service::a_hidl_qeltvapi_favoritelist_swap_favoritelist_by_index
 Return<void> Service::a_hidl_qeltvapi_favorite_list_get_svl_handle_by_favorite_list_idx(
         uint32_t favouriteList, uint32_t list,
         a_hidl_qeltvapi_favorite_list_get_svl_handle_by_favorite_list_idx_cb reply) {
-    const bool known = favouriteList < ChannelDatabase::kFavouriteLists && list != 0 &&
-                       list <= channel_ids::kMaximumList;
+    const bool known =
+            favouriteList < kFavouriteLists && list != 0 && list <= channel_ids::kMaximumList;
     reply(known ? CHANNEL_HANDLE_FAVOURITE << 16 | favouriteList << 8 | list : 0,
           known ? kOk : kNotFound);
     return Void();
@@ -182,7 +182,7 @@ Return<void> Service::a_hidl_qeltvapi_favorite_list_get_svl_handle_by_favorite_l
 Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_add_tail(uint32_t favouriteList,
                                                                 uint32_t list, uint32_t channelId) {
     return changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
-        const auto found = channel(list, channelId);
+        const auto found = mChannels.channel(list, channelId);
         if (!found) return kNotFound;
         const auto place = placeOf(*favourites, *found);
         if (place != favourites->end()) favourites->erase(place);
@@ -210,7 +210,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_add_all(uint32_t favourit
 Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_delete(uint32_t favouriteList, uint32_t list,
                                                               uint32_t channelId) {
     return changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
-        const auto found = channel(list, channelId);
+        const auto found = mChannels.channel(list, channelId);
         if (!found) return kNotFound;
         const auto place = placeOf(*favourites, *found);
         if (place == favourites->end()) return kNotFound;
@@ -260,7 +260,7 @@ Return<void> Service::a_hidl_qeltvapi_favorite_list_get_svl_tsl_rec_by_index(
         uint32_t favouriteList, uint32_t list, uint32_t mask, uint32_t value, uint32_t index,
         a_hidl_qeltvapi_favorite_list_get_svl_tsl_rec_by_index_cb reply) {
     const auto all = favourites(favouriteList, list, mask, value);
-    const auto pair = index < all.size() ? pairOf(all[index]) : std::nullopt;
+    const auto pair = index < all.size() ? mChannels.pair(all[index].channelId) : std::nullopt;
     if (pair) {
         reply(bytesOf(pack(pair->first, pair->second)), bytesOf(pack(pair->second)), kOk);
     } else {
@@ -272,7 +272,7 @@ Return<void> Service::a_hidl_qeltvapi_favorite_list_get_svl_tsl_rec_by_index(
 Return<void> Service::a_hidl_qeltvapi_favorite_list_get_index_by_channel(
         uint32_t favouriteList, uint32_t list, uint32_t mask, uint32_t value, uint32_t channelId,
         a_hidl_qeltvapi_favorite_list_get_index_by_channel_cb reply) {
-    const auto wanted = channel(list, channelId);
+    const auto wanted = mChannels.channel(list, channelId);
     const auto all = favourites(favouriteList, list, mask, value);
     const auto found = std::find_if(all.begin(), all.end(), [&](const Channel& each) {
         return wanted && each.channelId == wanted->channelId;

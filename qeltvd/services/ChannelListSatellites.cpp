@@ -1,9 +1,12 @@
 #define LOG_TAG "qeltvd"
 
+#include <hwbinder/IPCThreadState.h>
+
 #include <algorithm>
 
-#include "ChannelListChange.h"
+#include "ChannelListService.h"
 #include "layouts/channel_ids.h"
+#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -25,6 +28,11 @@ constexpr bool isSatelliteList(uint32_t list) {
 
 constexpr uint16_t listId(uint32_t list) {
     return list <= channel_ids::kMaximumList ? static_cast<uint16_t>(list) : uint16_t{0};
+}
+
+/** `tell` is a client's wish that clients are notified. */
+constexpr Audience audienceOf(bool tell) {
+    return tell ? Audience::kEveryone : Audience::kTelevision;
 }
 
 template <class T, class Reply>
@@ -112,7 +120,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_satllist_update_rec(uint32_t list, cons
     if (!record) return kBadValue;
     if (!isSatelliteList(list)) return kNotFound;
     return change(DatabaseLocks::kSatellites, list,
-                  [&] { return mChannels.putSatellite(unpack(*record), !tell); });
+                  [&] { return mChannels.putSatellite(unpack(*record), audienceOf(tell)); });
 }
 
 Return<void> Service::a_hidl_qeltvapi_satllist_get_num_recs(
@@ -151,17 +159,18 @@ Return<void> Service::a_hidl_qeltvapi_satllist_create_snapshot(
         reply(0, kNotFound);
         return Void();
     }
-    const uint32_t handle = keep(mChannels.satelliteSnapshot(), true);
+    const uint32_t handle =
+            mSnapshots.keep(mChannels.satelliteSnapshot(), IPCThreadState::self()->getCallingPid());
     reply(handle, handle != 0 ? kOk : kRefused);
     return Void();
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_restore_snapshot(uint32_t snapshot) {
-    return restore(snapshot, true);
+    return restore(snapshot, ChannelSnapshot::Kind::kSatellites);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_free_snapshot(uint32_t snapshot) {
-    return release(snapshot, true);
+    return mSnapshots.release(snapshot, ChannelSnapshot::Kind::kSatellites);
 }
 
 // BISS keys
@@ -331,7 +340,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_bisskey_is_same_record(const Bytes& rec
 Return<void> Service::a_hidl_qeltvapi_bisskey_get_default_record(
         a_hidl_qeltvapi_bisskey_get_default_record_cb reply) {
     BissKey key;
-    const auto pair = pairOf(mChannels.current());
+    const auto pair = mChannels.currentPair();
     if (pair && pair->second.satellite != 0) {
         const auto satellite = mChannels.satellite(pair->second.satellite);
         key.frequencyKHz = static_cast<uint32_t>(pair->second.frequencyHz / 1000);
@@ -409,7 +418,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_tsl_update_rec(uint32_t list, const Byt
     if (!record) return kBadValue;
     return changeChannels(list, [&]() -> int32_t {
         if (record->list != list) return kBadValue;
-        return mChannels.putMultiplex(unpack(*record), !tell);
+        return mChannels.putMultiplex(unpack(*record), audienceOf(tell));
     });
 }
 
@@ -474,7 +483,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_nwl_update_rec(uint32_t list, const Byt
     if (!record) return kBadValue;
     return changeChannels(list, [&]() -> int32_t {
         if (record->list != list) return kBadValue;
-        return mChannels.putNetwork(unpack(*record), !tell);
+        return mChannels.putNetwork(unpack(*record), audienceOf(tell));
     });
 }
 

@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <new>
 
-#include "ChannelListChange.h"
 #include "Process.h"
 #include "SharedBlock.h"
+#include "Stored.h"
 #include "layouts/channel_ids.h"
 #include "layouts/codes.h"
 
@@ -106,7 +106,7 @@ ChannelListService::ChannelListService(Television& tv)
 }
 
 void ChannelListService::notify(const ChannelChange& change) {
-    if (change.quiet) return;
+    if (change.audience == Audience::kTelevision) return;
     const uint64_t list = change.list;
     const uint64_t version = mChannels.version(change.list);
     const uint64_t count = change.records.size();
@@ -168,17 +168,12 @@ void ChannelListService::notify(const ChannelChange& change) {
     }
 }
 
-std::optional<Channel> ChannelListService::channel(uint32_t list, uint32_t channelId) const {
-    if (channelId <= 0xffff) {
-        return mChannels.byShortId(listId(list), static_cast<uint16_t>(channelId));
-    }
-    if (channel_ids::list(channelId) != list) return std::nullopt;
-    return mChannels.byChannelId(channelId);
-}
-
-std::optional<ChannelDatabase::Pair> ChannelListService::pairOf(
-        const std::optional<Channel>& channel) const {
-    return channel ? mChannels.pair(channel->channelId) : std::nullopt;
+int32_t ChannelListService::change(DatabaseLocks::Database database, uint32_t list,
+                                   const std::function<int32_t()>& change) {
+    if (list == 0 || list > UINT16_MAX) return kNotFound;
+    const pid_t process = IPCThreadState::self()->getCallingPid();
+    if (!mLocks.mayWrite(database, list, process)) return kRefused;
+    return stored(change);
 }
 
 int64_t ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
@@ -216,7 +211,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_unlock_database(uint32_t li
 
 Return<void> Service::a_hidl_qeltvapi_channellist_get_channel_by_id(
         uint32_t list, uint32_t channelId, a_hidl_qeltvapi_channellist_get_channel_by_id_cb reply) {
-    replyPair(pairOf(channel(list, channelId)), reply);
+    replyPair(mChannels.pair(list, channelId), reply);
     return Void();
 }
 
@@ -228,16 +223,16 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_current_chan_id() {
 Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_rec_by_channel_id(
         uint32_t list, uint32_t channelId,
         a_hidl_qeltvapi_channellist_get_svl_rec_by_channel_id_cb reply) {
-    replyPair(pairOf(channel(list, channelId)),
+    replyPair(mChannels.pair(list, channelId),
               [&](const Bytes& svl, const Bytes&, int32_t code) { reply(svl, code); });
     return Void();
 }
 
 Return<void> Service::a_hidl_qeltvapi_channellist_get_current_channel(
         a_hidl_qeltvapi_channellist_get_current_channel_cb reply) {
-    const auto current = mChannels.current();
-    replyPair(pairOf(current), [&](const Bytes& svl, const Bytes& tsl, int32_t code) {
-        reply(current ? current->list : uint16_t{0}, svl, tsl, code);
+    const auto current = mChannels.currentPair();
+    replyPair(current, [&](const Bytes& svl, const Bytes& tsl, int32_t code) {
+        reply(current ? current->first.list : uint16_t{0}, svl, tsl, code);
     });
     return Void();
 }
@@ -255,7 +250,8 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_current_channel(uint32_
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_delete_channel_without_lcn(
         uint32_t list, uint32_t broadcast) {
     return changeChannels(list, [&] {
-        return mChannels.removeAll(listId(list), maskQuery(CHANNEL_FLAG_LCN, 0, broadcast), false);
+        return mChannels.removeAll(listId(list), maskQuery(CHANNEL_FLAG_LCN, 0, broadcast),
+                                   Streams::kKeep);
     });
 }
 
@@ -269,7 +265,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_slide_for_one_part_channel_
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_current_channel_by_svlId(
         uint32_t list, uint32_t channelId) {
-    const auto found = channel(list, channelId);
+    const auto found = mChannels.channel(list, channelId);
     if (!found) return kNotFound;
     return stored([&] { return mChannels.setCurrent(found->channelId); });
 }
@@ -277,7 +273,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_current_channel_by_svlI
 /** Channel id 0: there is no second channel any more. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_2nd_current_channel_by_svlId(
         uint32_t list, uint32_t channelId) {
-    const auto found = channel(list, channelId);
+    const auto found = mChannels.channel(list, channelId);
     if (!found && channelId != 0) return kNotFound;
     return stored([&] { return mChannels.setSecondCurrent(found ? found->channelId : 0); });
 }
@@ -285,11 +281,11 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_2nd_current_channel_by_
 /** `which` is 0 for the main picture, 1 for the second one. */
 Return<void> Service::a_hidl_qeltvapi_channellist_get_current_channel_from_nav(
         uint32_t which, a_hidl_qeltvapi_channellist_get_current_channel_from_nav_cb reply) {
-    const auto current = which == 0   ? mChannels.current()
-                         : which == 1 ? mChannels.secondCurrent()
+    const auto current = which == 0   ? mChannels.currentPair()
+                         : which == 1 ? mChannels.secondCurrentPair()
                                       : std::nullopt;
-    replyPair(pairOf(current), [&](const Bytes& svl, const Bytes& tsl, int32_t code) {
-        reply(current ? current->list : uint16_t{0}, svl, tsl, code);
+    replyPair(current, [&](const Bytes& svl, const Bytes& tsl, int32_t code) {
+        reply(current ? current->first.list : uint16_t{0}, svl, tsl, code);
     });
     return Void();
 }
@@ -321,22 +317,22 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_tsl_handle_by_svl_id(
 Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_handle(
         uint32_t svlHandle, uint32_t tslHandle, uint32_t index,
         a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_handle_cb reply) {
-    std::optional<Channel> found;
+    std::optional<ChannelDatabase::Pair> found;
     uint16_t list = listOf(CHANNEL_HANDLE_SVL, svlHandle);
     size_t count = mChannels.count(list);
     if (const uint16_t favourite = listOf(CHANNEL_HANDLE_FAVOURITE, svlHandle); favourite != 0) {
         list = favourite & 0xff;
         const auto all = mChannels.favouriteChannels(favourite >> 8, list, {});
         count = all.size();
-        if (index < count) found = all[index];
+        if (index < count) found = mChannels.pair(all[index].channelId);
     } else if (list != 0) {
-        found = mChannels.byIndex(list, index);
+        found = mChannels.pairAt(list, index);
     }
     if (list == 0 || listOf(CHANNEL_HANDLE_TSL, tslHandle) != list) {
         reply(0, 0, Bytes(), Bytes(), kBadValue);
         return Void();
     }
-    replyPair(pairOf(found), [&](const Bytes& svl, const Bytes& tsl, int32_t code) {
+    replyPair(found, [&](const Bytes& svl, const Bytes& tsl, int32_t code) {
         reply(static_cast<uint32_t>(count), mChannels.version(list), svl, tsl, code);
     });
     return Void();
@@ -387,7 +383,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_index_ex
 
 int32_t ChannelListService::write(uint32_t list, uint32_t tslList, uint32_t recordId,
                                   uint32_t fields, uint32_t mask, uint32_t value, const Bytes& svl,
-                                  const Bytes& tsl, bool quiet) {
+                                  const Bytes& tsl, Audience audience) {
     const auto record = recordOf<channel_record_t>(svl);
     const auto streamRecord = recordOf<multiplex_record_t>(tsl);
     if (!record || !streamRecord || (fields & ~CHANNEL_WRITE_ALL) != 0 || listId(list) == 0) {
@@ -423,10 +419,10 @@ int32_t ChannelListService::write(uint32_t list, uint32_t tslList, uint32_t reco
             channel.flags |= CHANNEL_FLAG_RENAMED;
         }
         channel.flags = (channel.flags & ~mask) | (value & mask);
-        if ((fields & CHANNEL_WRITE_STREAM) == 0) return mChannels.put(channel, quiet);
+        if ((fields & CHANNEL_WRITE_STREAM) == 0) return mChannels.put(channel, audience);
         Multiplex stream = unpack(*streamRecord);
         if (stream.list != listId(tslList)) return int32_t{kBadValue};
-        return mChannels.put(channel, quiet, nullptr, &stream);
+        return mChannels.put(channel, stream, audience);
     });
 }
 
@@ -434,20 +430,20 @@ int32_t ChannelListService::write(uint32_t list, uint32_t tslList, uint32_t reco
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_svl_tsl_rec_info(
         uint32_t list, uint32_t tslList, uint32_t recordId, uint32_t fields, uint32_t mask,
         uint32_t value, const Bytes& svl, const Bytes& tsl) {
-    return write(list, tslList, recordId, fields, mask, value, svl, tsl, false);
+    return write(list, tslList, recordId, fields, mask, value, svl, tsl, Audience::kEveryone);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_svl_tsl_rec_info_without_notify(
         uint32_t list, uint32_t tslList, uint32_t recordId, uint32_t fields, uint32_t mask,
         uint32_t value, const Bytes& svl, const Bytes& tsl) {
-    return write(list, tslList, recordId, fields, mask, value, svl, tsl, true);
+    return write(list, tslList, recordId, fields, mask, value, svl, tsl, Audience::kTelevision);
 }
 
 /** The answer comes as a notification of the channel list. `reserved` is not looked at. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_get_channel_rf_info(uint32_t list,
                                                                          uint32_t channelId,
                                                                          uint32_t /*reserved*/) {
-    const auto pair = pairOf(channel(list, channelId));
+    const auto pair = mChannels.pair(list, channelId);
     if (!pair) return kNotFound;
     const Multiplex& multiplex = pair->second;
     mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
@@ -472,7 +468,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_info_by_brdcast_medium
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_swap_channels(uint32_t list, uint32_t one,
                                                                    uint32_t other) {
     return changeChannels(list, [&] {
-        const auto first = channel(list, one), second = channel(list, other);
+        const auto first = mChannels.channel(list, one), second = mChannels.channel(list, other);
         if (!first || !second) return int32_t{kNotFound};
         return mChannels.swap(first->channelId, second->channelId);
     });
@@ -547,7 +543,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_prev_channel_id_by_filter(
     const uint32_t full = channelId > 0xffff ? channelId : channel_ids::onePart(list, channelId);
     std::optional<Channel> found;
     if (channel_ids::list(full) == list) {
-        found = mChannels.next(full, queryOf(filter, broadcast), true);
+        found = mChannels.next(full, queryOf(filter, broadcast), Direction::kBackwards);
     }
     reply(found ? found->channelId : 0, found ? kOk : kNotFound);
     return Void();
@@ -640,7 +636,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_channellist_by_query_info(
         return Void();
     }
     const auto found = find(mChannels, listId(list), info, filter, broadcast);
-    replyPair(index < found.size() ? pairOf(found[index]) : std::nullopt, reply);
+    replyPair(index < found.size() ? mChannels.pair(found[index].channelId) : std::nullopt, reply);
     return Void();
 }
 
@@ -649,7 +645,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_svl_tsl_lol_clean(uint32_t 
                                                                        uint32_t broadcast,
                                                                        uint32_t) {
     if (broadcast != 0) return a_hidl_qeltvapi_channellist_and_ts_del_by_brdcst(list, broadcast);
-    return changeChannels(list, [&] { return mChannels.clear(listId(list), true); });
+    return changeChannels(list, [&] { return mChannels.clear(listId(list), Streams::kRemove); });
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_and_ts_lol_del_by_brdcst(uint32_t list,
@@ -666,7 +662,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_number_by_mask(uint32_
 Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_rec_by_index(
         uint32_t list, uint32_t mask, uint32_t value, uint32_t index,
         a_hidl_qeltvapi_channellist_get_svl_rec_by_index_cb reply) {
-    replyPair(pairOf(mChannels.byIndex(listId(list), maskQuery(mask, value), index)),
+    replyPair(mChannels.pairAt(listId(list), index, maskQuery(mask, value)),
               [&](const Bytes& svl, const Bytes&, int32_t code) { reply(svl, code); });
     return Void();
 }
@@ -684,7 +680,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_number_by_name(uint32_
 Return<void> Service::a_hidl_qeltvapi_channellist_get_index_by_channel(
         uint32_t list, uint32_t mask, uint32_t value, uint32_t channelId,
         a_hidl_qeltvapi_channellist_get_index_by_channel_cb reply) {
-    const auto found = channel(list, channelId);
+    const auto found = mChannels.channel(list, channelId);
     const auto index =
             found ? mChannels.indexOf(found->channelId, maskQuery(mask, value)) : std::nullopt;
     reply(static_cast<uint32_t>(index.value_or(0)), index ? kOk : kNotFound);
@@ -696,9 +692,8 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_rec_by_index_and_name(
         a_hidl_qeltvapi_channellist_get_svl_rec_by_index_and_name_cb reply) {
     ChannelQuery query = maskQuery(mask, value);
     query.name = name;
-    const auto found = name.empty() ? std::nullopt : mChannels.byIndex(listId(list), query, index);
-    replyPair(pairOf(found),
-              [&](const Bytes& svl, const Bytes&, int32_t code) { reply(svl, code); });
+    const auto found = name.empty() ? std::nullopt : mChannels.pairAt(listId(list), index, query);
+    replyPair(found, [&](const Bytes& svl, const Bytes&, int32_t code) { reply(svl, code); });
     return Void();
 }
 
@@ -727,7 +722,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_recs_by_mask(
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_delete_by_brdcst(uint32_t list,
                                                                       uint32_t broadcast) {
     return changeChannels(list, [&] {
-        return mChannels.removeAll(listId(list), maskQuery(0, 0, broadcast), false);
+        return mChannels.removeAll(listId(list), maskQuery(0, 0, broadcast), Streams::kKeep);
     });
 }
 
@@ -740,7 +735,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_clean_lol(uint32_t list) {
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_and_ts_del_by_brdcst(uint32_t list,
                                                                           uint32_t broadcast) {
     return changeChannels(list, [&] {
-        return mChannels.removeAll(listId(list), maskQuery(0, 0, broadcast), true);
+        return mChannels.removeAll(listId(list), maskQuery(0, 0, broadcast), Streams::kRemove);
     });
 }
 
@@ -751,39 +746,12 @@ Return<uint8_t> Service::a_hidl_qeltvapi_channellist_is_exist_by_channel_number(
 
 // Snapshots
 
-uint32_t ChannelListService::keep(std::shared_ptr<const ChannelDatabase::Snapshot> snapshot,
-                                  bool satellites) {
-    std::lock_guard<std::mutex> guard(mLock);
-    if (mSnapshots.size() >= kSnapshotLimit) {
-        // One that nobody can give back any more makes room.
-        const auto orphan = std::find_if(mSnapshots.begin(), mSnapshots.end(),
-                                         [](const auto& s) { return !isAlive(s.second.owner); });
-        if (orphan == mSnapshots.end()) return 0;
-        mSnapshots.erase(orphan);
-    }
-    const uint32_t handle = mNextSnapshot++;
-    mSnapshots[handle] = {std::move(snapshot), satellites, IPCThreadState::self()->getCallingPid()};
-    return handle;
-}
-
-int32_t ChannelListService::restore(uint32_t handle, bool satellites) {
-    std::shared_ptr<const ChannelDatabase::Snapshot> snapshot;
-    {
-        std::lock_guard<std::mutex> guard(mLock);
-        const auto found = mSnapshots.find(handle);
-        if (found == mSnapshots.end() || found->second.satellites != satellites) return kNotFound;
-        snapshot = found->second.snapshot;
-    }
-    return change(satellites ? DatabaseLocks::kSatellites : DatabaseLocks::kChannels,
-                  mChannels.listOf(*snapshot), [&] { return mChannels.restore(*snapshot); });
-}
-
-int32_t ChannelListService::release(uint32_t handle, bool satellites) {
-    std::lock_guard<std::mutex> guard(mLock);
-    const auto found = mSnapshots.find(handle);
-    if (found == mSnapshots.end() || found->second.satellites != satellites) return kNotFound;
-    mSnapshots.erase(found);
-    return kOk;
+int32_t ChannelListService::restore(uint32_t handle, ChannelSnapshot::Kind kind) {
+    const auto snapshot = mSnapshots.find(handle, kind);
+    if (snapshot == nullptr) return kNotFound;
+    return change(kind == ChannelSnapshot::Kind::kSatellites ? DatabaseLocks::kSatellites
+                                                             : DatabaseLocks::kChannels,
+                  snapshot->id, [&] { return mChannels.restore(*snapshot); });
 }
 
 Return<void> Service::a_hidl_qeltvapi_channellist_create_snapshot(
@@ -792,17 +760,18 @@ Return<void> Service::a_hidl_qeltvapi_channellist_create_snapshot(
         reply(0, kNotFound);
         return Void();
     }
-    const uint32_t handle = keep(mChannels.snapshot(listId(list)), false);
+    const uint32_t handle = mSnapshots.keep(mChannels.snapshot(listId(list)),
+                                            IPCThreadState::self()->getCallingPid());
     reply(handle, handle != 0 ? kOk : kRefused);
     return Void();
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_restore_snapshot(uint32_t snapshot) {
-    return restore(snapshot, false);
+    return restore(snapshot, ChannelSnapshot::Kind::kServiceList);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_free_snapshot(uint32_t snapshot) {
-    return release(snapshot, false);
+    return mSnapshots.release(snapshot, ChannelSnapshot::Kind::kServiceList);
 }
 
 // Records by record id, deletion, list ids
@@ -810,7 +779,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_free_snapshot(uint32_t snap
 Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_svl_rec_id(
         uint32_t list, uint32_t recordId,
         a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_svl_rec_id_cb reply) {
-    replyPair(pairOf(mChannels.byRecord(listId(list), recordId)), reply);
+    replyPair(mChannels.pairOfRecord(listId(list), recordId), reply);
     return Void();
 }
 
@@ -880,7 +849,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_num_by_mask_and_brdcst
 Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_rec_by_mask_and_brdcst(
         uint32_t list, uint32_t mask, uint32_t value, uint32_t broadcast, uint32_t index,
         a_hidl_qeltvapi_channellist_get_svl_rec_by_mask_and_brdcst_cb reply) {
-    replyPair(pairOf(mChannels.byIndex(listId(list), maskQuery(mask, value, broadcast), index)),
+    replyPair(mChannels.pairAt(listId(list), index, maskQuery(mask, value, broadcast)),
               [&](const Bytes& svl, const Bytes&, int32_t code) { reply(svl, code); });
     return Void();
 }
@@ -913,7 +882,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_setChannelPumpVer(uint32_t 
 Return<int32_t> Service::a_hidl_qeltvapi_one_channellist_add_channel_to_max(uint32_t list,
                                                                             uint32_t channelId) {
     return changeChannels(list, [&] {
-        const auto found = channel(list, channelId);
+        const auto found = mChannels.channel(list, channelId);
         return found ? mChannels.moveToEnd(found->channelId) : int32_t{kNotFound};
     });
 }
@@ -979,7 +948,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_cqam_scan_last_channel
 /** The word is the version of the list. */
 Return<void> Service::a_hidl_c_svl_get_rec(uint32_t list, uint32_t recordId,
                                            a_hidl_c_svl_get_rec_cb reply) {
-    replyPair(pairOf(mChannels.byRecord(listId(list), recordId)),
+    replyPair(mChannels.pairOfRecord(listId(list), recordId),
               [&](const Bytes& svl, const Bytes&, int32_t code) {
                   reply(svl, mChannels.version(listId(list)), code);
               });

@@ -24,8 +24,8 @@ constexpr char kLog[] = "-wal";
 /** What SQLite has beside the file; of the log's index nothing is on the disk. */
 constexpr const char* kCompanions[] = {kLog, "-journal", "-shm"};
 
-/** Always written, the same number too. */
-constexpr char kWriteSomething[] = "PRAGMA user_version=1";
+/** Marks the file as a television's. Always written, the same number too. */
+constexpr char kWriteSomething[] = "PRAGMA application_id=1902933110";
 
 off_t sizeOf(const std::string& path) {
     return std::max<off_t>(0, sizeOfFile(AT_FDCWD, path));

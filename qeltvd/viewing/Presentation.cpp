@@ -155,7 +155,8 @@ int32_t Presentation::zap(uint32_t path, bool backwards) {
     const auto current = path == kMain ? mChannels.current() : mChannels.secondCurrent();
     std::optional<Channel> next;
     if (current) {
-        next = mChannels.next(current->channelId, ChannelQuery::zapping(), backwards);
+        next = mChannels.next(current->channelId, ChannelQuery::zapping(),
+                              backwards ? Direction::kBackwards : Direction::kForwards);
     } else {
         next = mChannels.byIndex(currentList(), 0);
     }

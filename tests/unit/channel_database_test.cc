@@ -58,7 +58,7 @@ TEST_F(Database, AScanOfTheSameChangesNothingOfTheUsers) {
     const size_t count = channels->count(kAir);
 
     Merged merged;
-    ASSERT_EQ(kOk, channels->merge(kAir, onAir(), true, &merged));
+    ASSERT_EQ(kOk, channels->merge(kAir, onAir(), Unfound::kRemove, &merged));
     EXPECT_EQ(0u, merged.added);
     EXPECT_EQ(0u, merged.removed);
     EXPECT_EQ(count, merged.updated);
@@ -87,7 +87,7 @@ TEST_F(Database, AScanAddsAndRemovesWhatItFinds) {
 
     const size_t before = channels->count(kAir);
     Merged merged;
-    ASSERT_EQ(kOk, channels->merge(kAir, found, true, &merged));
+    ASSERT_EQ(kOk, channels->merge(kAir, found, Unfound::kRemove, &merged));
     EXPECT_EQ(2u, merged.added);
     EXPECT_EQ(gone, merged.removed);
     EXPECT_EQ(before + 2 - gone, channels->count(kAir));
@@ -102,7 +102,7 @@ TEST_F(Database, AScanAddsAndRemovesWhatItFinds) {
     // What is gone leaves its record id behind for ever.
     const uint32_t record = merged.addedRecords[1];
     ASSERT_EQ(kOk, channels->remove(kAir, {record}));
-    ASSERT_EQ(kOk, channels->merge(kAir, {fresh}, false, &merged));
+    ASSERT_EQ(kOk, channels->merge(kAir, {fresh}, Unfound::kKeep, &merged));
     ASSERT_EQ(1u, merged.added);
     EXPECT_LT(record, merged.addedRecords[0]);
 }
@@ -115,15 +115,19 @@ TEST_F(Database, ZappingGoesRoundAndLeavesOut) {
     ASSERT_EQ(kOk, channels->setFlags(kAir, all[1].recordId, CHANNEL_FLAG_SKIPPED, ~0u));
     ASSERT_EQ(kOk, channels->setFlags(kAir, all[2].recordId, CHANNEL_FLAG_VISIBLE, 0));
     EXPECT_EQ(all[3].recordId, channels->next(all[0].channelId, zap)->recordId);
-    EXPECT_EQ(all[0].recordId, channels->next(all[3].channelId, zap, true)->recordId);
-    EXPECT_EQ(all[n - 1].recordId, channels->next(all[0].channelId, zap, true)->recordId);
+    EXPECT_EQ(all[0].recordId,
+              channels->next(all[3].channelId, zap, Direction::kBackwards)->recordId);
+    EXPECT_EQ(all[n - 1].recordId,
+              channels->next(all[0].channelId, zap, Direction::kBackwards)->recordId);
     EXPECT_EQ(all[0].recordId, channels->next(all[n - 1].channelId, zap)->recordId);
     // From a channel that is not found, and from one that there is not.
     EXPECT_EQ(all[3].recordId, channels->next(all[2].channelId, zap)->recordId);
-    EXPECT_EQ(all[0].recordId, channels->next(all[1].channelId, zap, true)->recordId);
+    EXPECT_EQ(all[0].recordId,
+              channels->next(all[1].channelId, zap, Direction::kBackwards)->recordId);
     ASSERT_EQ(kOk, channels->remove(kAir, {all[3].recordId}));
     EXPECT_EQ(all[4].recordId, channels->next(all[3].channelId, zap)->recordId);
-    EXPECT_EQ(all[0].recordId, channels->next(all[3].channelId, zap, true)->recordId);
+    EXPECT_EQ(all[0].recordId,
+              channels->next(all[3].channelId, zap, Direction::kBackwards)->recordId);
     // Only itself, and nothing at all.
     ChannelQuery named;
     named.name = all[0].name;
@@ -140,8 +144,8 @@ TEST_F(Database, AChangeThatCannotBeStoredHasNotHappened) {
     changes.clear();
     store.execute("PRAGMA query_only = ON");
     EXPECT_THROW(channels->rename(kAir, first.recordId, "Lost"), StoreError);
-    EXPECT_THROW(channels->clear(kAir, true), StoreError);
-    EXPECT_THROW(channels->merge(kAir, onAir(), true, nullptr), StoreError);
+    EXPECT_THROW(channels->clear(kAir, Streams::kRemove), StoreError);
+    EXPECT_THROW(channels->merge(kAir, onAir(), Unfound::kRemove, nullptr), StoreError);
     EXPECT_THROW(channels->setFavourites(0, {{kAir, first.recordId}}), StoreError);
     EXPECT_THROW(channels->reload("atsc/*"), StoreError);
     store.execute("PRAGMA query_only = OFF");

@@ -1,0 +1,127 @@
+#define LOG_TAG "qeltvd"
+
+#include "ChannelMerge.h"
+
+#include <log/log.h>
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "ChannelEdit.h"
+#include "layouts/channel_ids.h"
+#include "layouts/codes.h"
+
+namespace qeltvd::channel_editing {
+
+int32_t merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found, Unfound unfound,
+              Merged* merged) {
+    if (id == 0 || id > channel_ids::kMaximumList) return kBadValue;
+    ChannelList& list = edit.change(id);
+    Merged result;
+    std::unordered_set<uint32_t> seenMultiplexes;
+    std::unordered_set<uint32_t> seenChannels;
+    ChannelChange change{ChannelChange::kChannels, id};
+    // What was new until now is no longer.
+    for (Channel& channel : list.channels) {
+        if ((channel.flags & CHANNEL_FLAG_NEW) == 0) continue;
+        channel.flags &= ~CHANNEL_FLAG_NEW;
+        edit.store().save(channel);
+    }
+    uint32_t free = list.freeNumber();
+    std::unordered_map<uint32_t, std::vector<uint32_t>> onMultiplex;
+    for (const Channel& channel : list.channels) {
+        onMultiplex[channel.multiplex].push_back(channel.recordId);
+    }
+    for (const Found& each : found) {
+        Multiplex multiplex = each.multiplex;
+        multiplex.list = id;
+        multiplex.name = cut(multiplex.name, kNameLimit);
+        const auto known =
+                std::find_if(list.multiplexes.begin(), list.multiplexes.end(),
+                             [&](const Multiplex& m) { return sameReception(m, multiplex); });
+        if (known != list.multiplexes.end()) {
+            multiplex.recordId = known->recordId;
+            if (multiplex.network == 0) multiplex.network = known->network;
+            *known = multiplex;
+        } else {
+            multiplex.recordId = list.nextMultiplex++;
+            list.multiplexes.push_back(multiplex);
+        }
+        edit.store().save(multiplex);
+        seenMultiplexes.insert(multiplex.recordId);
+
+        for (const Channel& service : each.services) {
+            const Channel* was = nullptr;
+            for (const uint32_t record : onMultiplex[multiplex.recordId]) {
+                const Channel& candidate = list.channels[list.byRecord.at(record)];
+                if (candidate.serviceId == service.serviceId) was = &candidate;
+            }
+            Channel channel = service;
+            channel.list = id;
+            channel.multiplex = multiplex.recordId;
+            channel.originalNetworkId = multiplex.originalNetworkId;
+            channel.streamId = multiplex.streamId;
+            channel.name = cut(channel.name, kNameLimit);
+            channel.provider = cut(channel.provider, kProviderLimit);
+            channel.language = cut(channel.language, kLanguageLimit);
+            channel.flags &= ~(CHANNEL_FLAGS_FAVOURITE | CHANNEL_FLAG_RENAMED);
+            if (was != nullptr) {
+                // The user's: number, visibility, lock, skipping, favourites, name.
+                constexpr uint32_t kUsers = CHANNEL_FLAG_VISIBLE | CHANNEL_FLAG_LOCKED |
+                                            CHANNEL_FLAG_SKIPPED | CHANNEL_FLAG_RENAMED |
+                                            CHANNEL_FLAGS_FAVOURITE;
+                channel.recordId = was->recordId;
+                channel.channelId = was->channelId;
+                channel.number = was->number;
+                channel.flags = (channel.flags & ~kUsers) | (was->flags & kUsers);
+                if ((was->flags & CHANNEL_FLAG_RENAMED) != 0) channel.name = was->name;
+                ++result.updated;
+            } else {
+                channel.channelId = channel_ids::ofNumber(id, channel.number);
+                if (channel.channelId == 0 || list.byId.count(channel.channelId) != 0) {
+                    while (free != 0 && list.byId.count(channel_ids::onePart(id, free)) != 0) {
+                        free = free < channel_ids::kMaximumNumber ? free + 1 : 0;
+                    }
+                    if (free == 0) {
+                        ALOGW("list %u is full, services are left out", id);
+                        break;
+                    }
+                    channel.number = free;
+                    channel.channelId = channel_ids::onePart(id, free);
+                }
+                channel.recordId = list.nextRecord++;
+                channel.flags |= CHANNEL_FLAG_NEW;
+                onMultiplex[multiplex.recordId].push_back(channel.recordId);
+                list.byId[channel.channelId] = list.channels.size();
+                result.addedRecords.push_back(channel.recordId);
+                ++result.added;
+            }
+            edit.place(list, channel);
+            seenChannels.insert(channel.recordId);
+            change.records.push_back(channel.recordId);
+        }
+    }
+    if (unfound == Unfound::kRemove) {
+        std::vector<uint32_t> channels;
+        for (const Channel& channel : list.channels) {
+            if (seenChannels.count(channel.recordId) == 0) channels.push_back(channel.recordId);
+        }
+        std::vector<uint32_t> multiplexes;
+        for (const Multiplex& multiplex : list.multiplexes) {
+            if (seenMultiplexes.count(multiplex.recordId) == 0) {
+                multiplexes.push_back(multiplex.recordId);
+            }
+        }
+        result.removed = channels.size();
+        edit.take(id, channels);
+        edit.takeMultiplexes(id, multiplexes);
+    }
+    if (!change.records.empty()) edit.tell(std::move(change));
+    edit.tell({ChannelChange::kMultiplexes, id});
+    if (merged != nullptr) *merged = std::move(result);
+    return kOk;
+}
+
+}  // namespace qeltvd::channel_editing
