@@ -12,11 +12,11 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "ChannelIds.h"
+#include "Code.h"
 #include "Guarded.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

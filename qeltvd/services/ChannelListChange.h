@@ -3,8 +3,8 @@
 #include <hwbinder/IPCThreadState.h>
 
 #include "ChannelListService.h"
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

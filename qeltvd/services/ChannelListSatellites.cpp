@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "ChannelIds.h"
 #include "ChannelListChange.h"
-#include "layouts/channel_ids.h"
 
 namespace qeltvd {
 

@@ -7,11 +7,11 @@
 
 #include <algorithm>
 
+#include "ChannelIds.h"
 #include "ChannelListChange.h"
+#include "Code.h"
 #include "Process.h"
 #include "SharedBlock.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
