@@ -80,7 +80,7 @@ int main() {
     printf("%d channels, %zu bytes each\n\n", count, kSize);
     printf("%8s %12s %14s %14s %14s %8s %8s\n", "batch", "us/batch", "batch ch/s", "one call ch/s",
            "memcpy ch/s", "x calls", "x memcpy");
-    for (const uint32_t n : {1u, 100u, kMost}) {
+    for (const uint32_t n : {1u, 2u, 3u, 4u, 6u, 100u, kMost}) {
         const double batch = measure([n] { readBatch(n); });
         // Single calls cost the same each; a thousand of them are enough of a round.
         const uint32_t calls = std::min(n, 1000u);

@@ -35,6 +35,8 @@ using ::hidlhost::bench::V1_0::ITransport;
 
 constexpr size_t kPacket = 64 * 1024;
 constexpr int kClientCpu = 0;
+constexpr int kAnyCpu = -1;
+constexpr int kMostCallers = 8;
 
 [[noreturn]] void fail(const char* what) {
     perror(what);
@@ -44,12 +46,14 @@ constexpr int kClientCpu = 0;
 void runOn(int cpu) {
     cpu_set_t set;
     CPU_ZERO(&set);
-    CPU_SET(static_cast<size_t>(cpu), &set);
+    for (int each = 0; each < static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN)); ++each) {
+        if (cpu == kAnyCpu || cpu == each) CPU_SET(static_cast<size_t>(each), &set);
+    }
     if (sched_setaffinity(0, sizeof(set), &set) != 0) fail("sched_setaffinity");
 }
 
 const char* instanceOn(int cpu) {
-    return cpu == kClientCpu ? "same" : "other";
+    return cpu == kAnyCpu ? "any" : cpu == kClientCpu ? "same" : "other";
 }
 
 // The bare socket
@@ -73,22 +77,39 @@ bool receiveAll(int socket, uint8_t* bytes, size_t size) {
     return true;
 }
 
-// Answers every message of the size with 32 bytes.
-int startPingPong(int cpu, size_t size) {
-    int ends[2];
-    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) fail("socketpair");
+// Answers every message of the size with 32 bytes, each of the connections on a thread of its own.
+std::vector<int> startPingPong(int cpu, size_t size, size_t connections) {
+    std::vector<int> here, there;
+    for (size_t i = 0; i < connections; ++i) {
+        int ends[2];
+        if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) fail("socketpair");
+        here.push_back(ends[0]);
+        there.push_back(ends[1]);
+    }
     pid_t pid = fork();
     if (pid < 0) fail("fork");
     if (pid == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        close(ends[0]);
+        for (int socket : here) close(socket);
         runOn(cpu);
-        std::vector<uint8_t> buffer(size);
-        while (receiveAll(ends[1], buffer.data(), size)) sendAll(ends[1], buffer.data(), 32);
+        std::vector<std::thread> threads;
+        for (int socket : there) {
+            threads.emplace_back([socket, size] {
+                std::vector<uint8_t> buffer(size);
+                while (receiveAll(socket, buffer.data(), size)) sendAll(socket, buffer.data(), 32);
+            });
+        }
+        for (std::thread& thread : threads) thread.join();
         _exit(0);
     }
-    close(ends[1]);
-    return ends[0];
+    for (int socket : there) close(socket);
+    return here;
+}
+
+void pingPong(int socket, const std::vector<uint8_t>& bytes) {
+    uint8_t answer[32];
+    sendAll(socket, bytes.data(), bytes.size());
+    if (!receiveAll(socket, answer, sizeof(answer))) fail("ping-pong");
 }
 
 // The service
@@ -167,13 +188,9 @@ void measure(benchmark::State& state, RoundTrip roundTrip) {
 
 void bareSocket(benchmark::State& state, int cpu) {
     auto size = static_cast<size_t>(state.range(0));
-    int socket = startPingPong(cpu, size);
+    int socket = startPingPong(cpu, size, 1)[0];
     std::vector<uint8_t> bytes(size);
-    uint8_t answer[32];
-    measure(state, [&] {
-        sendAll(socket, bytes.data(), size);
-        if (!receiveAll(socket, answer, sizeof(answer))) fail("ping-pong");
-    });
+    measure(state, [&] { pingPong(socket, bytes); });
     close(socket);
     wait(nullptr);
 }
@@ -214,10 +231,25 @@ void onewayCalls(benchmark::State& state, int cpu) {
     state.SetItemsProcessed(state.iterations());
 }
 
-void callers(benchmark::State& state) {
-    static sp<ITransport> service = serviceOn(kClientCpu + 1);
-    for (auto _ : state) benchmark::DoNotOptimize(static_cast<int32_t>(service->add(1, 2)));
+/** Calls from all threads, each of them on the client's CPU or, as the answering side, on any. */
+template <typename RoundTrip>
+void callFromAll(benchmark::State& state, int cpu, RoundTrip roundTrip) {
+    if (cpu == kAnyCpu) runOn(kAnyCpu);
+    for (auto _ : state) roundTrip();
     state.SetItemsProcessed(state.iterations());
+    runOn(kClientCpu);
+}
+
+void bareCallers(benchmark::State& state, int cpu, const std::vector<int>& sockets) {
+    const int socket = sockets[static_cast<size_t>(state.thread_index())];
+    const std::vector<uint8_t> bytes(32);
+    callFromAll(state, cpu, [&] { pingPong(socket, bytes); });
+}
+
+void callers(benchmark::State& state, int cpu) {
+    const sp<ITransport> service = serviceOn(cpu);
+    callFromAll(state, cpu,
+                [&] { benchmark::DoNotOptimize(static_cast<int32_t>(service->add(1, 2))); });
 }
 
 void registerAll() {
@@ -248,7 +280,17 @@ void registerAll() {
         benchmark::RegisterBenchmark(named("oneway").c_str(), onewayCalls, cpu)->UseRealTime();
     }
     if (several) {
-        benchmark::RegisterBenchmark("callers", callers)->ThreadRange(1, 8)->UseRealTime();
+        for (int cpu : {kClientCpu + 1, kAnyCpu}) {
+            const std::string where = cpu == kAnyCpu ? "/any_cpu" : "/two_cpus";
+            const std::vector<int> sockets = startPingPong(cpu, 32, kMostCallers);
+            benchmark::RegisterBenchmark(("bare_callers" + where).c_str(), bareCallers, cpu,
+                                         sockets)
+                    ->ThreadRange(1, kMostCallers)
+                    ->UseRealTime();
+            benchmark::RegisterBenchmark(("callers" + where).c_str(), callers, cpu)
+                    ->ThreadRange(1, kMostCallers)
+                    ->UseRealTime();
+        }
     }
 }
 
@@ -259,11 +301,15 @@ int main(int argc, char** argv) {
     char directory[] = "/tmp/transport-bench.XXXXXX";
     if (mkdtemp(directory) == nullptr) fail("mkdtemp");
     setenv("QELTV_RUNTIME_DIR", directory, 1);
+    setenv("QELTV_TRANSACTION_BYTES", "0", 1);  // a message of 1 MiB is more than a device takes
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     runOn(kClientCpu);
     startService(kClientCpu);
-    if (sysconf(_SC_NPROCESSORS_ONLN) > 1) startService(kClientCpu + 1);
+    if (sysconf(_SC_NPROCESSORS_ONLN) > 1) {
+        startService(kClientCpu + 1);
+        startService(kAnyCpu);
+    }
     registerAll();
     benchmark::RunSpecifiedBenchmarks();
     std::string remove = std::string("rm -rf ") + directory;

@@ -104,34 +104,3 @@ int a_qeltvapi_get_inputsource_current_audio_info(void* buf) {
     return ask(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_get_inputsource_current_audio_info,
                storeAll(buf));
 }
-
-int a_qeltvapi_audio_info_set_value(int32_t id, int32_t value) {
-    return direct(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_set_value, id, value);
-}
-
-int a_qeltvapi_audio_info_get_value(int32_t id, uint32_t* value) {
-    return ask(
-            kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_get_value,
-            [=](uint32_t answer, int32_t code) {
-                QELTVAPI_TRACE(kTag, "Enter %s:%d", __func__, __LINE__);
-                *value = answer;
-                return code;
-            },
-            id);
-}
-
-int a_qeltvapi_audio_info_set_data(int32_t id, const void* data, int32_t len) {
-    return direct(kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_set_data, id,
-                  over(data, static_cast<uint32_t>(len)), len);
-}
-
-int a_qeltvapi_audio_info_get_data(int32_t id, void* buf, int32_t len) {
-    return ask(
-            kAudioInfo, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_get_data,
-            [=](const hidl_vec<uint8_t>& answer, int32_t code) {
-                QELTVAPI_TRACE(kTag, "Enter %s:%d", __func__, __LINE__);
-                copyAll(buf, answer);
-                return code;
-            },
-            id, len, over(buf, static_cast<uint32_t>(len)));
-}

@@ -77,3 +77,34 @@ int a_qeltvapi_av_mode_get_number_sound_effect(uint32_t* num) {
     return ask(kAvMode, HERE, &IQelTvApi::a_hidl_qeltvapi_av_mode_get_number_sound_effect,
                storeNumber(num));
 }
+
+int a_qeltvapi_audio_info_set_value(int32_t id, int32_t value) {
+    return direct(kAvMode, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_set_value, id, value);
+}
+
+int a_qeltvapi_audio_info_get_value(int32_t id, uint32_t* value) {
+    return ask(
+            kAvMode, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_get_value,
+            [=](uint32_t answer, int32_t code) {
+                QELTVAPI_TRACE(kTag, "Enter %s:%d", __func__, __LINE__);
+                *value = answer;
+                return code;
+            },
+            id);
+}
+
+int a_qeltvapi_audio_info_set_data(int32_t id, const void* data, int32_t len) {
+    return direct(kAvMode, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_set_data, id,
+                  over(data, static_cast<uint32_t>(len)), len);
+}
+
+int a_qeltvapi_audio_info_get_data(int32_t id, void* buf, int32_t len) {
+    return ask(
+            kAvMode, HERE, &IQelTvApi::a_hidl_qeltvapi_audio_info_get_data,
+            [=](const hidl_vec<uint8_t>& answer, int32_t code) {
+                QELTVAPI_TRACE(kTag, "Enter %s:%d", __func__, __LINE__);
+                copyAll(buf, answer);
+                return code;
+            },
+            id, len, over(buf, static_cast<uint32_t>(len)));
+}

@@ -115,9 +115,10 @@ int a_qeltvapi_broadcast_set_banner_visibility(int visible) {
                        visible != 0);
 }
 
+// Unlike the getters with a line of the common form it has no entry line.
 int a_qeltvapi_broadcast_get_tuning_status(int32_t* status) {
-    Call<IQelTvApiBroadcast> call(kGetter, HERE);
-    if (!call) return kGetter.missing;
+    Call<IQelTvApiBroadcast> call(kBroadcast, HERE);
+    if (!call) return kBroadcast.missing;
     const int ret = call.ask(&IQelTvApiBroadcast::a_hidl_qeltvapi_broadcast_get_tuning_status,
                              storeValue(status));
     QELTVAPI_TRACE(kTag, "status=%d, ret=%d", *status, ret);
@@ -220,7 +221,7 @@ int a_qeltvapi_broadcast_get_max_possible_minor_digits(int32_t p1, int32_t* val)
 // Alone in the family it is silent, and returns 0, when the service is missing.
 int a_qeltvapi_broadcast_get_cam_operator_name(int32_t len, char* buf) {
     if (buf == nullptr) return invalidArg(HERE);
-    Call<IQelTvApiBroadcast> call(kGetter.withMissingAlways(nullptr), HERE);
+    Call<IQelTvApiBroadcast> call(kBroadcast.withMissingAlways(nullptr), HERE);
     if (!call) return 0;
     const int ret = call.ask(
             &IQelTvApiBroadcast::a_hidl_qeltvapi_broadcast_get_cam_operator_name,

@@ -130,7 +130,7 @@ HIDL_CI_MMI_ENQ_ANS_T enquiryAnswer(const QELTVAPI_CI_MMI_ENQ_ANS_T& record, con
 
 }  // namespace
 
-int c_rpc_reg_qeltvapi_ci_cb_hndlrs(QELTVAPI_ANY_ARGS) {
+int c_rpc_reg_qeltvapi_ci_cb_hndlrs(void) {
     QELTVAPI_TRACE_AT(kTag, 772, "%s", __func__);
     return 0;
 }

@@ -16,7 +16,7 @@ int a_qeltvapi_ews_reg_msg_callback(qeltvapi_ews_msg_cb_t fn) {
     return 0;
 }
 
-int c_rpc_reg_qeltvapi_ews_cb_hndlrs(QELTVAPI_ANY_ARGS) {
+int c_rpc_reg_qeltvapi_ews_cb_hndlrs(void) {
     QELTVAPI_TRACE_AT(kTag, 32, "%s", __func__);
     // This one is written whatever the debug switch; kept on purpose.
     QELTVAPI_LOG_AT(kTag, 33, "");

@@ -25,7 +25,7 @@ int a_qeltvapi_ewspa_reg_msg_callback(qeltvapi_ewspa_msg_cb_t fn) {
     return 0;
 }
 
-int c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs(QELTVAPI_ANY_ARGS) {
+int c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs(void) {
     QELTVAPI_TRACE_AT(kTag, 119, "%s", __func__);
     return 0;
 }

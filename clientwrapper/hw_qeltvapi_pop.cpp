@@ -8,7 +8,7 @@ constexpr char kTag[] = "(hw_qeltvapi_pop)(client)";
 
 }  // namespace
 
-int a_qeltvapi_pop_register_callback(QELTVAPI_ANY_ARGS) {
+int a_qeltvapi_pop_register_callback(void) {
     QELTVAPI_TRACE_AT(kTag, 126, "%s", __func__);
     return 0;
 }

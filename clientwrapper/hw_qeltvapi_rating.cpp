@@ -242,8 +242,8 @@ int a_qeltvapi_rating_convert_rating_info(const QELTVAPI_ATSC_RATING_LIST_T* lis
                                           QELTVAPI_RATING_MAP_T* out) {
     if (list == nullptr || out == nullptr) {
         getQelTvApiRatingService();
-        // Not the text of the other functions.
-        QELTVAPI_LOG(kTag, "Invalid arg(null point)!!!!\n");
+        // Unlike the line of the other functions: other words, and only while tracing.
+        QELTVAPI_TRACE(kTag, "Invalid arg(null point)!!!!\n");
         return -1;
     }
     Call<IQelTvApiRating> call(kRating, HERE);

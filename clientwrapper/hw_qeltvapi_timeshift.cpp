@@ -36,7 +36,7 @@ int a_qeltvapi_timeshift_register_callback(qeltvapi_timeshift_cb_t fn) {
 }
 
 // The function that is registered stays so: kept on purpose.
-int a_qeltvapi_timeshift_unregister_callback(QELTVAPI_ANY_ARGS) {
+int a_qeltvapi_timeshift_unregister_callback(void) {
     QELTVAPI_TRACE_AT(kTag, 282, "%s", __func__);
     return 0;
 }

@@ -131,7 +131,7 @@ int a_qeltvapi_upgrade_set(uint32_t a, const void* first4, uint32_t b, const voi
                      over(second4, 4));
 }
 
-int c_rpc_reg_qeltvapi_upgrade_cb_hndlrs(QELTVAPI_ANY_ARGS) {
+int c_rpc_reg_qeltvapi_upgrade_cb_hndlrs(void) {
     QELTVAPI_TRACE_AT(kTag, 302, "%s", __func__);
     return 0;
 }

@@ -14,7 +14,7 @@ int a_qeltvapi_util_register_nousedkey_callback(qeltvapi_nousedkey_cb_t fn) {
     return 0;
 }
 
-int a_rpc_close_client(QELTVAPI_ANY_ARGS) {
+int a_rpc_close_client(void) {
     // The log call's value is the result on purpose.
     return QELTVAPI_LOG(kTag, "%s", __func__);
 }

@@ -16,17 +16,17 @@ constexpr Family<IQelTvApi> kMuted = kVolctrl.withPreset(0).withMissing(0);
 
 }  // namespace
 
-int a_qeltvapi_volctrl_reg_callback(QELTVAPI_ANY_ARGS) {
+int a_qeltvapi_volctrl_reg_callback(void) {
     QELTVAPI_TRACE_AT(kTag, 85, "%s", __func__);
     return 0;
 }
 
-int a_qeltvapi_volctrl_audio_event_callback_unregister(QELTVAPI_ANY_ARGS) {
+int a_qeltvapi_volctrl_audio_event_callback_unregister(void) {
     QELTVAPI_TRACE_AT(kTag, 90, "%s", __func__);
     return 0;
 }
 
-int a_qeltvapi_volctrl_audio_event_register_callback(QELTVAPI_ANY_ARGS) {
+int a_qeltvapi_volctrl_audio_event_register_callback(void) {
     QELTVAPI_TRACE_AT(kTag, 97, "%s", __func__);
     return 0;
 }

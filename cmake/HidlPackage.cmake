@@ -149,6 +149,7 @@ function(hidl_package target)
     endif()
     target_include_directories(${target} SYSTEM PUBLIC "${hidl_INCLUDE}")
     target_link_libraries(${target} PUBLIC hidlhost android_libs ${arg_DEPENDS})
+    bind_own_symbols(${target})
     # The runtime's threads run stubs of the package, so dlclose() leaves it mapped.
     target_link_options(${target} PRIVATE -Wl,-z,nodelete)
 endfunction()

@@ -22,6 +22,9 @@ if(QELTV_LLD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     add_link_options(-fuse-ld=lld)
 endif()
 
+# The loader looks every symbol up in one library after the other: none that nothing is used of.
+add_link_options(-Wl,--as-needed -Wl,--hash-style=gnu)
+
 find_package(Threads REQUIRED)
 
 add_library(project_options INTERFACE)
@@ -35,4 +38,15 @@ function(use_source_relative_file_macro target)
     string(REGEX REPLACE "/$" "" from_build "${from_build}")
     target_compile_options(${target} PRIVATE
         "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=" "-fmacro-prefix-map=${from_build}/=")
+endfunction()
+
+# Binds TARGET, a shared library, to its own symbols at link time: looking them up is most of what the
+# start of a program takes. For libraries without variables that programs write. The sanitizers tell
+# types apart by address, so they need one of each.
+function(bind_own_symbols target)
+    if(QELTV_SANITIZE)
+        target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
+    else()
+        target_link_options(${target} PRIVATE -Wl,-Bsymbolic)
+    endif()
 endfunction()

@@ -1,13 +1,13 @@
 /**
- * Audio tracks: information, languages, selection, generic values and data blocks, and
- * notification of changes.
+ * Audio tracks: information, languages, selection, and notification of changes. Generic audio
+ * values and data blocks are in hw_qeltvapi_av_mode.h.
  *
  * The functions ask IQelTvApi, but for the registration, and return -1 when the service is not
  * there and -1 after a lost reply. Only a_qeltvapi_select_default_audio() logs the missing
  * service, while debugging.
  *
- * The layouts of records and data blocks and the values of tracks and ids are the service's.
- * Records are stored whole, whatever the room.
+ * The layouts of records and the values of tracks are the service's. Records are stored whole,
+ * whatever the room.
  */
 #ifndef HW_QELTVAPI_AUDIOINFO_H
 #define HW_QELTVAPI_AUDIOINFO_H
@@ -121,45 +121,6 @@ int a_qeltvapi_audio_info_get_inputsource_available_record(void* buf, uint32_t* 
  * @return the service's code
  */
 int a_qeltvapi_get_inputsource_current_audio_info(void* buf);
-
-/**
- * Sets an audio value. Asks method 157.
- *
- * @param id    which one
- * @param value the value
- * @return the service's code
- */
-int a_qeltvapi_audio_info_set_value(int32_t id, int32_t value);
-
-/**
- * Reads an audio value. Asks method 158.
- *
- * @param id    which one
- * @param value [out] the value
- * @return the service's code
- */
-int a_qeltvapi_audio_info_get_value(int32_t id, uint32_t* value);
-
-/**
- * Sets an audio data block. Asks method 159.
- *
- * @param id   which one
- * @param data the block
- * @param len  its length in bytes
- * @return the service's code
- */
-int a_qeltvapi_audio_info_set_data(int32_t id, const void* data, int32_t len);
-
-/**
- * Reads an audio data block. Asks method 160.
- *
- * @param id  which one
- * @param buf [in,out] the request, sent as it stands; then the block, as many bytes as the
- *            service sends, whatever `len`
- * @param len length of the request in bytes
- * @return the service's code
- */
-int a_qeltvapi_audio_info_get_data(int32_t id, void* buf, int32_t len);
 
 QELTVAPI_END_DECLS
 

@@ -1,5 +1,6 @@
 /**
- * Picture modes and sound effects, each a 16-bit number of the service's.
+ * Picture modes and sound effects, each a 16-bit number of the service's, and generic audio values
+ * and data blocks, whose ids and layouts are the service's.
  *
  * The functions ask IQelTvApi. Without a service and after a lost reply the current modes are
  * QELTVAPI_AV_MODE_NONE; all other functions return -1 then. The missing service is not logged.
@@ -81,6 +82,45 @@ int a_qeltvapi_av_mode_get_all_sound_effect(uint16_t* effects, uint32_t* num);
  * @return the service's code
  */
 int a_qeltvapi_av_mode_get_number_sound_effect(uint32_t* num);
+
+/**
+ * Sets an audio value. Asks method 157.
+ *
+ * @param id    which one
+ * @param value the value
+ * @return the service's code
+ */
+int a_qeltvapi_audio_info_set_value(int32_t id, int32_t value);
+
+/**
+ * Reads an audio value. Asks method 158.
+ *
+ * @param id    which one
+ * @param value [out] the value
+ * @return the service's code
+ */
+int a_qeltvapi_audio_info_get_value(int32_t id, uint32_t* value);
+
+/**
+ * Sets an audio data block. Asks method 159.
+ *
+ * @param id   which one
+ * @param data the block
+ * @param len  its length in bytes
+ * @return the service's code
+ */
+int a_qeltvapi_audio_info_set_data(int32_t id, const void* data, int32_t len);
+
+/**
+ * Reads an audio data block. Asks method 160.
+ *
+ * @param id  which one
+ * @param buf [in,out] the request, sent as it stands; then the block, as many bytes as the
+ *            service sends, whatever `len`
+ * @param len length of the request in bytes
+ * @return the service's code
+ */
+int a_qeltvapi_audio_info_get_data(int32_t id, void* buf, int32_t len);
 
 QELTVAPI_END_DECLS
 

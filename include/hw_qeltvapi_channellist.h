@@ -3,15 +3,18 @@
  * current channel, queries, counts, channel ids and numbers, favourite lists, snapshots.
  *
  * Every function but the register functions asks IQelTvApiChannelList and returns 0 when the
- * service is not there, with a line in the log while debugging (the two batch reads without handles
- * write none). After a lost reply a function that returns the service's code gives -1, any other
- * what its comment says.
+ * service is not there, with a line in the log while debugging (the two batch reads by handle and
+ * by index write none). After a lost reply a function that returns the service's code gives -1, any
+ * other what its comment says.
  *
  * Records are blocks of fixed sizes that only caller and service look into. Where a size is told
  * with an output, an answer of another size is not stored: the buffers are then untouched, yet the
  * service's code is returned all the same. List ids are 16 bits wide. Handles are tokens of the
  * service. The meaning of the arguments named argN, and that of masks, filters, broadcast types
  * and channel ids, is the service's.
+ *
+ * The four batch reads allocate two blocks of shared memory, which takes as long as about three
+ * calls. They pay from five records on.
  */
 #ifndef HW_QELTVAPI_CHANNELLIST_H
 #define HW_QELTVAPI_CHANNELLIST_H

@@ -59,11 +59,11 @@ int a_qeltvapi_ci_reg_cb(int32_t* handle, uint32_t a, uint32_t b, qeltvapi_ci_cb
 int a_qeltvapi_ci_unreg_cb(int32_t handle);
 
 /**
- * Kept for old callers: takes any arguments, does nothing.
+ * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int c_rpc_reg_qeltvapi_ci_cb_hndlrs(QELTVAPI_ANY_ARGS);
+int c_rpc_reg_qeltvapi_ci_cb_hndlrs(void);
 
 /**
  * Reads typed data.

@@ -19,12 +19,12 @@ QELTVAPI_BEGIN_DECLS
 int a_qeltvapi_ews_reg_msg_callback(qeltvapi_ews_msg_cb_t fn);
 
 /**
- * Kept for old callers: takes any arguments, does nothing but write an empty line to the log,
- * whatever the debug switch.
+ * Writes an empty line to the log, regardless of the debug switch, and does nothing else; kept for
+ * callers that link against it.
  *
  * @return 0
  */
-int c_rpc_reg_qeltvapi_ews_cb_hndlrs(QELTVAPI_ANY_ARGS);
+int c_rpc_reg_qeltvapi_ews_cb_hndlrs(void);
 
 QELTVAPI_END_DECLS
 

@@ -23,11 +23,11 @@ QELTVAPI_BEGIN_DECLS
 int a_qeltvapi_ewspa_reg_msg_callback(qeltvapi_ewspa_msg_cb_t fn);
 
 /**
- * Kept for old callers: takes any arguments, does nothing.
+ * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs(QELTVAPI_ANY_ARGS);
+int c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs(void);
 
 /**
  * Writes an array of values. Asks method 227.

@@ -9,11 +9,11 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Kept for old callers: takes any arguments, does nothing.
+ * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int a_qeltvapi_feature_misc_register_callback(QELTVAPI_ANY_ARGS);
+int a_qeltvapi_feature_misc_register_callback(void);
 
 QELTVAPI_END_DECLS
 

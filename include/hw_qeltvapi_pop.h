@@ -10,11 +10,11 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Kept for old callers: takes any arguments, does nothing.
+ * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int a_qeltvapi_pop_register_callback(QELTVAPI_ANY_ARGS);
+int a_qeltvapi_pop_register_callback(void);
 
 /**
  * Kept for old callers: takes any arguments, does nothing.

@@ -29,7 +29,7 @@ int a_qeltvapi_timeshift_register_callback(qeltvapi_timeshift_cb_t fn);
  *
  * @return 0
  */
-int a_qeltvapi_timeshift_unregister_callback(QELTVAPI_ANY_ARGS);
+int a_qeltvapi_timeshift_unregister_callback(void);
 
 /**
  * Reads how far the registration of the device has come. Asks method 0.

@@ -70,11 +70,11 @@ int a_qeltvapi_upgrade_register_callback(qeltvapi_upgrade_callback_fct_t fn);
 int a_qeltvapi_upgrade_unregister_callback(qeltvapi_pvr_status_cb_t fn);
 
 /**
- * Kept for old callers: takes any arguments, does nothing.
+ * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int c_rpc_reg_qeltvapi_upgrade_cb_hndlrs(QELTVAPI_ANY_ARGS);
+int c_rpc_reg_qeltvapi_upgrade_cb_hndlrs(void);
 
 /**
  * Starts an upgrade. Asks method 216.

@@ -19,12 +19,12 @@ QELTVAPI_BEGIN_DECLS
 int a_qeltvapi_util_register_nousedkey_callback(qeltvapi_nousedkey_cb_t fn);
 
 /**
- * Kept for old callers: takes any arguments, closes nothing, and writes one line to the log,
- * whatever the debug switch.
+ * Writes one line to the log, regardless of the debug switch, and closes nothing; kept for callers
+ * that link against it.
  *
  * @return what the log call returned
  */
-int a_rpc_close_client(QELTVAPI_ANY_ARGS);
+int a_rpc_close_client(void);
 
 QELTVAPI_END_DECLS
 

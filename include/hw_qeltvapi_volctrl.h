@@ -17,21 +17,21 @@ QELTVAPI_BEGIN_DECLS
  *
  * @return 0
  */
-int a_qeltvapi_volctrl_reg_callback(QELTVAPI_ANY_ARGS);
+int a_qeltvapi_volctrl_reg_callback(void);
 
 /**
  * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int a_qeltvapi_volctrl_audio_event_callback_unregister(QELTVAPI_ANY_ARGS);
+int a_qeltvapi_volctrl_audio_event_callback_unregister(void);
 
 /**
  * Does nothing; kept for callers that link against it.
  *
  * @return 0
  */
-int a_qeltvapi_volctrl_audio_event_register_callback(QELTVAPI_ANY_ARGS);
+int a_qeltvapi_volctrl_audio_event_register_callback(void);
 
 /**
  * Raises the volume by one step. Asks method 101.

@@ -10,6 +10,7 @@
 #include "Fork.h"
 #include "Node.h"
 #include "Peer.h"
+#include "Watcher.h"
 
 namespace android {
 namespace hardware {
@@ -137,7 +138,10 @@ status_t BpHwBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, 
 status_t BpHwBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t) {
     if (recipient == nullptr) return BAD_VALUE;
     const hidlhost::UnderForeignLock locked;
-    peer();  // so that a death is noticed
+    // Without the connection that ends with the process its death would go unnoticed.
+    const status_t status = peer()->reach();
+    if (status != OK) return status;
+    hidlhost::Watcher::get().startDeferred();
     std::lock_guard<std::mutex> lock(hidlhost::processMutex(hidlhost::ProcessLock::kProxies));
     if (mObituariesSent) return DEAD_OBJECT;
     mObituaries.push_back({recipient, cookie});

@@ -1,5 +1,7 @@
 #include "Block.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
@@ -14,6 +16,9 @@ namespace {
 constexpr size_t kCached = 4;
 /** A block that grew beyond this is given back to the system. */
 constexpr size_t kKeptCapacity = 2 * 1024 * 1024;
+/** So is every block that grew while all of them hold more than this beside a packet each. */
+constexpr size_t kKeptInAll = 32 * 1024 * 1024;
+std::atomic<size_t> gGrown{0};
 
 /**
  * Trivially destructible, so that it can still be used while a thread's other objects end: a
@@ -28,6 +33,7 @@ struct Cache {
 FAST_THREAD_LOCAL Cache tCache;
 
 void destroy(Block* block) {
+    if (block->capacity > kPacketSize) gGrown -= block->capacity - kPacketSize;
     free(block->bytes);
     delete block;
 }
@@ -58,13 +64,14 @@ void Block::give(Block* block) {
     if (block == nullptr) return;
     block->closeDescriptors();
     block->size = 0;
+    block->share.reset();
     if (!tCache.draining) {
         tCache.draining = true;
         tDrain.touch();
     }
     // A block that was made to measure has no room for what is received next.
     if (tCache.closed || tCache.count == kCached || block->capacity < kPacketSize ||
-        block->capacity > kKeptCapacity) {
+        block->capacity > kKeptCapacity || (block->capacity > kPacketSize && gGrown > kKeptInAll)) {
         destroy(block);
         return;
     }
@@ -76,8 +83,19 @@ bool Block::reserve(size_t newCapacity) {
     void* grown = realloc(bytes, newCapacity);
     if (grown == nullptr) return false;
     bytes = static_cast<uint8_t*>(grown);
+    if (newCapacity > kPacketSize) gGrown += newCapacity - std::max(capacity, kPacketSize);
     capacity = newCapacity;
     return true;
+}
+
+void Block::shrink() {
+    if (capacity <= kPacketSize) return;
+    size = std::min(size, kPacketSize);
+    void* shrunk = realloc(bytes, kPacketSize);
+    if (shrunk == nullptr) return;
+    gGrown -= capacity - kPacketSize;
+    bytes = static_cast<uint8_t*>(shrunk);
+    capacity = kPacketSize;
 }
 
 void Block::closeDescriptors() {

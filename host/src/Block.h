@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "TransactionSpace.h"
+
 namespace hidlhost {
 
 /** The bytes and descriptors of one received message. Comes from and returns to a thread's cache.
@@ -13,6 +15,8 @@ struct Block {
     size_t capacity = 0;
     size_t size = 0;
     std::vector<int> descriptors;
+    /** Of the receiving node. */
+    TransactionSpace::Share share;
 
     /** Room for a packet at least. Null without memory. */
     static Block* take();
@@ -21,6 +25,8 @@ struct Block {
 
     /** Keeps `size` bytes. */
     bool reserve(size_t newCapacity);
+    /** Keeps the first packet of what has come. */
+    void shrink();
     void closeDescriptors();
 };
 

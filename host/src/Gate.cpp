@@ -2,10 +2,13 @@
 
 #include <algorithm>
 
+#include "Threads.h"
+
 namespace hidlhost {
 
 void Gate::configure(size_t threads, bool callerJoins) {
     std::lock_guard<std::mutex> lock(mMutex);
+    mConfigured = true;
     mThreads = std::max<size_t>(threads, 1);
     mCallerJoins = callerJoins;
     changed();
@@ -47,6 +50,18 @@ void Gate::leave() {
     if (mWaiting == 0) return;
     std::lock_guard<std::mutex> lock(mMutex);
     mLeft.notify_one();
+}
+
+WithoutPlace::WithoutPlace() : mGate(threadState().gate) {
+    if (mGate == nullptr) return;
+    threadState().gate = nullptr;
+    mGate->leave();
+}
+
+WithoutPlace::~WithoutPlace() {
+    if (mGate == nullptr) return;
+    mGate->waitAndEnter();
+    threadState().gate = mGate;
 }
 
 }  // namespace hidlhost

@@ -22,27 +22,30 @@
  * have nodes of their own, which is how they can be reached over a socket, and die, within the
  * process of their client. A peer is another node as one node sees it.
  *
- * Threads. A caller uses a pooled connection to the peer and waits on it for the reply. A node that
- * has given out an object runs a thread that accepts connections, and one for every connection that
- * has asked for calls, which serves call after call; a connection for oneway calls has a second
- * one, so that they never fill the socket. Callbacks come in over connections that the other side
- * opens, also while a call the other way is under way. The gate lets as many calls into a node as
- * its thread pool is said to have threads; calls nested in one that is under way pass, because on
- * the device they run on the thread that waits. The Watcher's two threads notice and report deaths.
+ * Threads. A caller uses a pooled connection to the peer and waits on it for the reply; calls back
+ * from what it called arrive on the same connection and run on the waiting thread. A node that has
+ * given out an object runs a thread that accepts connections, and one for every connection that has
+ * asked for calls, which serves call after call. What has no reply arrives on a connection for
+ * events, which the Watcher's first thread reads; oneway calls then run on a thread that exists
+ * while there are any. A process that has not configured a pool runs all calls on one thread. The
+ * gate lets as many calls into a node as its thread pool is said to have threads; calls nested in
+ * one that is under way pass. No place in the gate is kept while a client takes its time to read.
  *
  * References. Every time an object is sent to a peer its count for that peer goes up; a proxy
  * counts how often its object has arrived and gives all of that back when it goes. So a release
- * under way never undoes a later arrival. The end of a peer's liveness connection gives back
- * everything. The holder of a registered object is the registration.
+ * under way never undoes a later arrival. Acquires, oneway calls, releases and the end of the peer
+ * arrive in the order in which they were sent. A oneway call keeps its object from its arrival on.
+ * The holder of a registered object is the registration.
  *
- * Locks. Node::mMutex guards the peers that a node knows, ObjectTable::mMutex its
- * objects, Server::mMutex its connections; Peer::mMutex the sockets and proxies
- * of one peer; Peer::mLivenessMutex and Peer::mOnewayMutex the order of what is sent on the
- * liveness and the oneway connection; Gate::mMutex who waits at the gate; a process lock (Fork.h)
- * the recipients of all proxies. The first of a peer's may be taken while one of its others is
- * held, a HandedOver's while the oneway one is; besides that no lock is taken while another is
- * held. None is held while a call waits for its reply or foreign code runs, destructors of objects
- * and proxies included.
+ * Locks. Node::mMutex guards the peers that a node knows, ObjectTable::mMutex its objects,
+ * Server::mMutex its connections; Peer::mMutex the sockets, proxies and releases of one peer;
+ * Peer::mOpening and Peer::mSending the opening of the connection for events and the order of what
+ * is sent on it; Events::mutex what the peer has answered there; a process lock (Fork.h) the
+ * recipients of all proxies; Gate::mMutex who waits at the gate. Under Peer::mOpening and
+ * Peer::mSending the other locks of a peer may be taken; besides that no lock is taken while
+ * another is held. Peer::mSending is the only one held while a peer is waited for, which is
+ * bounded, and nobody who must not wait takes it. None is held while foreign code runs, destructors
+ * of objects and proxies included.
  */
 namespace hidlhost {
 
@@ -71,6 +74,7 @@ class Node : public std::enable_shared_from_this<Node> {
     android::status_t hold(const android::sp<android::hardware::BHwBinder>& object,
                            const std::string& holder, uint64_t* id);
     ObjectTable& objects() { return mObjects; }
+    Server& server() { return mServer; }
 
     /** Ends everything at once, as the end of a process would. */
     void kill();

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
+#include <optional>
 
 #include <fcntl.h>
 #include <log/log.h>
@@ -71,6 +73,8 @@ class HangWatch final : public Patience {
     uint32_t mNextLine = 1000;
 };
 
+/** What a busy peer did not take is tried again. */
+constexpr uint32_t kBusyMs = 100;
 constexpr size_t kMaxIdle = 15;  // and the one used last
 
 }  // namespace
@@ -82,7 +86,7 @@ Peer::~Peer() {
     if (!mNode->inherited()) return;
     // Their numbers are those of other files in this process.
     for (auto& socket : mSockets) (void)socket.second.release();
-    if (mLiveness != nullptr) (void)mLiveness->release();
+    if (mEvents != nullptr) (void)mEvents->socket.release();
 }
 
 status_t Peer::open(uint32_t role, unique_fd* socket) {
@@ -106,9 +110,9 @@ status_t Peer::open(uint32_t role, unique_fd* socket) {
     return sendMessage(*socket, hello, nullptr);
 }
 
-status_t Peer::connect(uint32_t role, int* socket) {
+status_t Peer::connect(int* socket) {
     unique_fd connected;
-    const status_t status = open(role, &connected);
+    const status_t status = open(kCalls, &connected);
     if (status != OK) return status;
     std::lock_guard<std::mutex> lock(mMutex);
     if (mNode->dead()) return DEAD_OBJECT;
@@ -131,7 +135,7 @@ status_t Peer::take(bool fresh, Use* use) {
         }
     }
     use->fresh = true;
-    return connect(kCalls, &use->socket);
+    return connect(&use->socket);
 }
 
 void Peer::give(int socket) {
@@ -170,57 +174,257 @@ status_t Peer::send(const Encoded& message, Patience* patience, Use* use) {
     }
 }
 
-status_t Peer::sendOneway(const Encoded& message, Patience* patience,
-                          const std::vector<sp<IBinder>>& proxies) {
-    std::lock_guard<std::mutex> lock(mOnewayMutex);
+status_t Peer::sendEvent(const Encoded& message, Patience* patience, Events* events) {
+    const status_t status = sendMessage(events->socket, message, patience, Wait::kTryFirst);
+    if (status != OK && status != DEAD_OBJECT && message.size > kPacketSize) {
+        // Some of the packets may be on their way already, and nothing can follow them.
+        shutdown(events->socket, SHUT_RDWR);
+    }
+    return status;
+}
+
+namespace {
+
+uint32_t eventWaitMs() {
+    const uint32_t limit = Settings::get().callTimeoutMs;
+    return limit == 0 ? kClientMs : std::min(limit, kClientMs);
+}
+
+/** Waits for a peer to take an event, outside of the pool. On a device nobody waits for that. */
+class EventPatience final : public Patience {
+  public:
+    /** `outside` ends after mSending is let go: who has the place may want to send as well. */
+    explicit EventPatience(std::optional<WithoutPlace>* outside) : mOutside(outside) {}
+
+    bool waitOn(int socket) override {
+        if (mWaited) return false;
+        mWaited = true;
+        if (!*mOutside) mOutside->emplace();
+        setTimeouts(socket, eventWaitMs());
+        return true;
+    }
+
+  private:
+    std::optional<WithoutPlace>* const mOutside;
+    bool mWaited = false;
+};
+
+}  // namespace
+
+/**
+ * The peer accepts what it has space for. It is asked now and then only: as much as it is not asked
+ * about is accepted anyway.
+ */
+status_t Peer::sendOneway(const MessageHeader& header, Encoded* message, NodeMapper* mapper) {
+    status_t status = reach();
+    // Its thread takes the answers.
+    Watcher::get().startDeferred();
+    bool sent = false;
+    if (status == OK) {
+        std::optional<WithoutPlace> outside;
+        std::lock_guard<std::mutex> lock(mSending);
+        const std::shared_ptr<Events> to = events();
+        status = to == nullptr ? DEAD_OBJECT
+                               : sendOnewayTo(to.get(), header, message, mapper, &outside, &sent);
+    }
+    if (!sent) mapper->takeBack();
+    flushReleases();
+    return status;
+}
+
+status_t Peer::sendOnewayTo(Events* to, const MessageHeader& header, Encoded* message,
+                            NodeMapper* mapper, std::optional<WithoutPlace>* outside, bool* sent) {
+    const size_t bytes = TransactionSpace::sizeOf(header);
+    const bool asks = mUnaskedBytes + bytes > kMaxUnaskedBytes || mUnaskedCalls == kMaxUnaskedCalls;
+    const bool handsOver = !mapper->proxies().empty();
+    uint32_t flags = kFlagOneway;
+    if (asks) flags |= kFlagWantsAnswer;
+    if (handsOver) flags |= kFlagWantsReceived;
+    if (flags != kFlagOneway) Codec::setFlags(flags, message);
+    {
+        std::lock_guard<std::mutex> lock(to->mutex);
+        // A peer that has let this node wait in vain is not waited for again.
+        if (to->asked) return android::FAILED_TRANSACTION;
+        to->asked = asks;
+        to->askedHandsOver = asks && handsOver;
+        if (handsOver) to->handedOver.push_back(mapper->proxies());
+    }
+    EventPatience patience(outside);
+    const status_t status = sendEvent(*message, &patience, to);
+    std::unique_lock<std::mutex> lock(to->mutex);
+    if (status != OK) {
+        to->asked = false;
+        if (handsOver && !to->handedOver.empty()) to->handedOver.pop_back();
+        return status == android::TIMED_OUT ? android::FAILED_TRANSACTION : status;
+    }
+    *sent = true;
+    mUnaskedBytes = asks ? 0 : mUnaskedBytes + bytes;
+    mUnaskedCalls = asks ? 0 : mUnaskedCalls + 1;
+    if (!asks) return OK;
+    const auto answered = [to] { return !to->asked || to->ended; };
+    if (!answered()) {
+        lock.unlock();
+        if (!*outside) outside->emplace();
+        lock.lock();
+        to->changed.wait_for(lock, std::chrono::milliseconds(eventWaitMs()), answered);
+    }
+    if (to->asked) return to->ended ? DEAD_OBJECT : android::FAILED_TRANSACTION;
+    *sent = to->answer == OK;
+    return to->answer;
+}
+
+std::shared_ptr<Peer::Events> Peer::events() {
+    std::lock_guard<std::mutex> lock(mMutex);
+    return mEvents;
+}
+
+/** On the watching thread. */
+bool Peer::readEvents(const std::shared_ptr<Events>& events) {
     for (;;) {
-        bool fresh = mOneway < 0;
-        if (fresh) {
-            status_t status = connect(kOneway, &mOneway);
-            if (status != OK) return status;
-            mHandedOver = std::make_shared<HandedOver>();
-            watchHandedOver(mOneway, mHandedOver);
+        MessageHeader header;
+        const ssize_t size = recv(events->socket, &header, sizeof(header), MSG_DONTWAIT);
+        if (size < 0 && errno == EINTR) continue;
+        if (size < 0 && errno == EAGAIN) return true;
+        const bool good = size == sizeof(header) && header.magic == kMagic;
+        std::deque<std::vector<sp<IBinder>>> released;
+        {
+            std::lock_guard<std::mutex> lock(events->mutex);
+            if (good && header.kind == kReceived) {
+                if (!events->handedOver.empty()) {
+                    released.push_back(std::move(events->handedOver.front()));
+                    events->handedOver.pop_front();
+                }
+            } else if (good && header.kind == kReply) {
+                events->answer = static_cast<status_t>(header.code);
+                if (events->asked && events->askedHandsOver && events->answer != OK) {
+                    released.push_back(std::move(events->handedOver.back()));
+                    events->handedOver.pop_back();
+                }
+                events->asked = false;
+            } else {
+                events->ended = true;
+                released.swap(events->handedOver);
+            }
+            events->changed.notify_all();
         }
-        if (!proxies.empty()) {
-            std::lock_guard<std::mutex> handing(mHandedOver->mutex);
-            mHandedOver->proxies.push_back(proxies);
+        if (!released.empty()) {
+            Watcher::get().post([released = std::move(released)]() mutable { released.clear(); });
         }
-        status_t status = sendMessage(mOneway, message, patience);
-        if (status == OK) return OK;
-        discard(mOneway);
-        mOneway = -1;
-        if (status != DEAD_OBJECT || fresh) return status;
+        if (!events->ended) continue;
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            if (mEvents == events) mEvents = nullptr;
+        }
+        died();
+        return false;
     }
 }
 
-/** Lets the proxies of a oneway call go when the peer says that it has taken them over. */
-void Peer::watchHandedOver(int socket, const std::shared_ptr<HandedOver>& handedOver) {
-    auto watched = std::make_shared<unique_fd>(fcntl(socket, F_DUPFD_CLOEXEC, 0));
-    if (!watched->ok()) return;
-    Watcher::get().add(*watched, [handedOver, watched] {
-        MessageHeader header;
-        ssize_t size = recv(*watched, &header, sizeof(header), MSG_DONTWAIT);
-        if (size < 0 && (errno == EAGAIN || errno == EINTR)) return true;
-        bool good = size == sizeof(header) && header.magic == kMagic && header.kind == kReceived;
-        std::deque<std::vector<sp<IBinder>>> released;
+/** Sends what it can without waiting. Whoever sends something else meanwhile does so afterwards. */
+void Peer::flushReleases() {
+    for (;;) {
+        std::unique_lock<std::mutex> sending(mSending, std::try_to_lock);
+        if (!sending.owns_lock()) return;
+        std::shared_ptr<Events> to;
+        std::vector<std::pair<uint64_t, uint32_t>> releases;
         {
-            std::lock_guard<std::mutex> lock(handedOver->mutex);
-            if (!good) {
-                released.swap(handedOver->proxies);
-            } else if (!handedOver->proxies.empty()) {
-                released.push_back(std::move(handedOver->proxies.front()));
-                handedOver->proxies.pop_front();
-            }
+            std::lock_guard<std::mutex> lock(mMutex);
+            if (mReleases.empty() || mEvents == nullptr) return;
+            to = mEvents;
+            releases.swap(mReleases);
         }
-        Watcher::get().post([released = std::move(released)]() mutable { released.clear(); });
-        return good;
-    });
+        while (!releases.empty()) {
+            MessageHeader header = {};
+            header.magic = kMagic;
+            header.kind = kRelease;
+            header.object = releases.back().first;
+            header.code = releases.back().second;
+            if (::send(to->socket, &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) {
+                break;
+            }
+            releases.pop_back();
+        }
+        if (releases.empty()) continue;
+        // A busy peer takes the rest later.
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            mReleases.insert(mReleases.end(), releases.begin(), releases.end());
+        }
+        Watcher::get().after(kBusyMs, [self = shared_from_this()] {
+            if (!self->mDead) self->flushReleases();
+        });
+        return;
+    }
+}
+
+/** A call back goes to the thread that waits for the answer to what this thread serves. */
+status_t Peer::callWithin(const Conversation& conversation, const Encoded& message,
+                          Patience* patience, BlockPtr* reply) {
+    const int socket = conversation.caller->socket;
+    if (conversation.accepted) setTimeouts(socket, Settings::get().firstWaitMs);
+    status_t status = sendMessage(socket, message, patience);
+    if (status == OK) status = awaitReply(socket, patience, reply);
+    if (conversation.accepted) setTimeouts(socket, kClientMs);
+    return status;
+}
+
+/** Serves what comes back to this thread until the reply comes. */
+status_t Peer::awaitReply(int socket, Patience* patience, BlockPtr* reply) {
+    std::optional<Caller> caller;
+    for (;;) {
+        reply->reset(Block::take());
+        if (!*reply) return android::NO_MEMORY;
+        const status_t status = receiveMessage(socket, reply->get(), patience);
+        MessageHeader header = {};
+        if ((*reply)->size >= sizeof(header)) memcpy(&header, (*reply)->bytes, sizeof(header));
+        if (status != OK && status != -EMFILE && status != android::NO_MEMORY) return status;
+        if (header.kind == kReply) {
+            return status == android::NO_MEMORY ? android::FAILED_TRANSACTION : status;
+        }
+        if (header.kind == kReceived && caller) {
+            caller->handedOver.clear();
+            continue;
+        }
+        if (header.kind != kCall || (header.flags & kFlagOneway) != 0) return BAD_VALUE;
+        if (status != OK) {
+            if (!sendStatus(socket, status, kFlagRefused)) return DEAD_OBJECT;
+            continue;
+        }
+        if (!caller) {
+            caller.emplace();
+            caller->socket = socket;
+            caller->peer = mName;
+            peerIsTrusted(socket, &caller->pid, &caller->uid);
+        }
+        if (!mNode->server().serveWithin(&*caller, std::move(*reply))) return DEAD_OBJECT;
+    }
+}
+
+/** The status of the transport; `outcome` is that of the reply. */
+status_t Peer::takeReply(int socket, BlockPtr block, NodeMapper* mapper, Parcel* result,
+                         status_t* outcome) {
+    MessageHeader answer;
+    memcpy(&answer, block->bytes, sizeof(answer));
+    const size_t bytes = TransactionSpace::sizeOf(answer);
+    const bool fits = mNode->server().space().take(bytes, false, &block->share);
+    const status_t status = Codec::parse(std::move(block), mapper, result);
+    if (status != OK) return status;
+    if ((answer.flags & kFlagWantsReceived) != 0 && !sendReceived(socket)) return DEAD_OBJECT;
+    if ((answer.flags & kFlagRefused) != 0) mapper->takeBack();
+    *outcome = static_cast<status_t>(answer.code);
+    if (!fits) {
+        ALOGW("a reply of %zu bytes fails: too much is on its way to this process", bytes);
+        result->freeData();
+        *outcome = android::FAILED_TRANSACTION;
+    }
+    return OK;
 }
 
 status_t Peer::call(uint64_t id, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
     if (mDead || mNode->inherited()) return DEAD_OBJECT;
     const bool oneway = (flags & IBinder::FLAG_ONEWAY) != 0;
     Trace trace(false, data, code, oneway);
+    ThreadState& thread = threadState();
 
     MessageHeader header = {};
     header.kind = kCall;
@@ -229,7 +433,6 @@ status_t Peer::call(uint64_t id, uint32_t code, const Parcel& data, Parcel* repl
     if (oneway) {
         header.flags = kFlagOneway;
     } else {
-        ThreadState& thread = threadState();
         if (thread.chain == 0) thread.chain = mNode->newChain();
         header.chain = thread.chain;
     }
@@ -238,45 +441,55 @@ status_t Peer::call(uint64_t id, uint32_t code, const Parcel& data, Parcel* repl
     NodeMapper mapper(*mNode, mName);
     HangWatch watch(&data, code);
     status_t status = Codec::encode(data, &header, &mapper, &encoded);
+    if (status == OK && TransactionSpace::sizeOf(header) > TransactionSpace::limit(oneway)) {
+        ALOGE("%s: call %u of %zu bytes is larger than a transaction may be",
+              Codec::interfaceOf(data), code, TransactionSpace::sizeOf(header));
+        status = android::FAILED_TRANSACTION;
+    }
     if (status != OK) {
         mapper.takeBack();
         trace.finish(nullptr, status);
         return status;
     }
     if (oneway) {
-        if (!mapper.proxies().empty()) Codec::setFlags(kFlagOneway | kFlagWantsReceived, &encoded);
-        status = sendOneway(encoded, &watch, mapper.proxies());
-        if (status != OK) mapper.takeBack();
+        status = sendOneway(header, &encoded, &mapper);
         trace.finish(nullptr, status);
         return status;
     }
 
-    Use use;
-    status = send(encoded, &watch, &use);
-    if (status != OK) {
-        mapper.takeBack();
-        trace.finish(nullptr, status);
-        return status;
-    }
     Parcel unwanted;
     Parcel* result = reply == nullptr ? &unwanted : reply;
-    BlockPtr block(Block::take());
-    status = block ? receiveMessage(use.socket, block.get(), &watch) : android::NO_MEMORY;
-    if (status == OK) {
-        MessageHeader answer;
-        memcpy(&answer, block->bytes, sizeof(answer));
-        status =
-                answer.kind == kReply ? Codec::parse(std::move(block), &mapper, result) : BAD_VALUE;
-        if (status == OK && (answer.flags & kFlagWantsReceived) != 0) {
-            if (!sendReceived(use.socket)) status = DEAD_OBJECT;
-        }
-        if (status == OK) {
-            watch.done(use.socket);
-            give(use.socket);
-            status = static_cast<status_t>(answer.code);
-            trace.finish(result, status);
+    BlockPtr block;
+    Conversation* conversation = thread.conversation;
+    while (conversation != nullptr && !(conversation->open && conversation->node == mNode.get() &&
+                                        conversation->caller->peer == mName)) {
+        conversation = conversation->outer;
+    }
+    Use use = {-1, false};
+    if (conversation != nullptr) {
+        use.socket = conversation->caller->socket;
+        Watcher::get().startDeferred();
+        status = callWithin(*conversation, encoded, &watch, &block);
+    } else {
+        status = send(encoded, &watch, &use);
+        Watcher::get().startDeferred();
+        if (status != OK) {
+            mapper.takeBack();
+            trace.finish(nullptr, status);
+            if (status == DEAD_OBJECT && events() == nullptr) died();
             return status;
         }
+        status = awaitReply(use.socket, &watch, &block);
+    }
+    status_t outcome = OK;
+    if (status == OK) {
+        status = takeReply(use.socket, std::move(block), &mapper, result, &outcome);
+    }
+    if (status == OK) {
+        watch.done(use.socket);
+        if (conversation == nullptr) give(use.socket);
+        trace.finish(result, outcome);
+        return outcome;
     }
     // A process that has just died holds none of this one's objects any more, sent back or not.
     if (status == BAD_VALUE && mDead) status = DEAD_OBJECT;
@@ -284,7 +497,13 @@ status_t Peer::call(uint64_t id, uint32_t code, const Parcel& data, Parcel* repl
         ALOGE("malformed answer of %s; closed the connection", Codec::interfaceOf(data));
         status = android::FAILED_TRANSACTION;
     }
-    discard(use.socket);
+    if (conversation == nullptr) {
+        discard(use.socket);
+    } else {
+        // What comes next over the connection would be taken for something else.
+        conversation->open = false;
+        shutdown(use.socket, SHUT_RDWR);
+    }
     trace.finish(nullptr, status);
     return status;
 }
@@ -296,48 +515,59 @@ status_t Peer::acquire(uint64_t id, bool confirmed) {
     if (confirmed) header.flags = kFlagWantsAnswer;
     Encoded encoded;
     Codec::encodePlain(&header, nullptr, 0, &encoded);
+    if (!confirmed) {
+        status_t status = watch();
+        if (status != OK) return status;
+        {
+            std::optional<WithoutPlace> outside;
+            std::lock_guard<std::mutex> lock(mSending);
+            const std::shared_ptr<Events> to = events();
+            EventPatience patience(&outside);
+            status = to == nullptr ? DEAD_OBJECT : sendEvent(encoded, &patience, to.get());
+        }
+        flushReleases();
+        return status;
+    }
     HangWatch watch(nullptr, 0);
     Use use;
     status_t status = send(encoded, &watch, &use);
     if (status != OK) return status;
-    if (confirmed) {
-        BlockPtr block(Block::take());
-        status = block ? receiveMessage(use.socket, block.get(), &watch) : android::NO_MEMORY;
-        MessageHeader answer = {};
-        if (status == OK) memcpy(&answer, block->bytes, sizeof(answer));
-        if (status == OK && answer.kind != kReply) status = BAD_VALUE;
-        if (status != OK) {
-            discard(use.socket);
-            return status;
-        }
-        status = static_cast<status_t>(answer.code);
-        watch.done(use.socket);
+    BlockPtr block;
+    status = awaitReply(use.socket, &watch, &block);
+    if (status != OK) {
+        discard(use.socket);
+        return status;
     }
+    MessageHeader answer;
+    memcpy(&answer, block->bytes, sizeof(answer));
+    watch.done(use.socket);
     give(use.socket);
-    return status;
+    return static_cast<status_t>(answer.code);
 }
 
 status_t Peer::watch() {
-    std::lock_guard<std::mutex> lock(mLivenessMutex);
     if (mDead) return DEAD_OBJECT;
-    if (mLiveness != nullptr) return OK;
-    auto socket = std::make_shared<unique_fd>();
-    status_t status = open(kLiveness, socket.get());
+    if (events() != nullptr) return OK;
+    std::lock_guard<std::mutex> opening(mOpening);
+    if (events() != nullptr) return OK;
+    auto opened = std::make_shared<Events>();
+    const status_t status = open(kEvents, &opened->socket);
     if (status != OK) return status;
-    mLiveness = socket;
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        if (mDead || mNode->dead()) return DEAD_OBJECT;
+        mEvents = opened;
+    }
     auto self = shared_from_this();
-    Watcher::get().add(*socket, [self, socket] {
-        char byte;
-        ssize_t size = recv(*socket, &byte, sizeof(byte), MSG_DONTWAIT);
-        if (size > 0 || (size < 0 && (errno == EAGAIN || errno == EINTR))) return true;
-        {
-            std::lock_guard<std::mutex> ending(self->mLivenessMutex);
-            self->mLiveness = nullptr;
-        }
-        self->died();
-        return false;
-    });
+    // The first call takes less time when the thread starts while the call is under way.
+    Watcher::get().addDeferred(opened->socket, [self, opened] { return self->readEvents(opened); });
     return OK;
+}
+
+status_t Peer::reach() {
+    const status_t status = watch();
+    if (status == DEAD_OBJECT) died();
+    return status;
 }
 
 void Peer::died() {
@@ -348,17 +578,10 @@ void Peer::died() {
         if (mDead.exchange(true)) return;
         int last = mLast.exchange(-1);
         if (last >= 0) mIdle.push_back(last);
-        for (int socket : mIdle) {
-            mSockets.erase(socket);
-        }
+        for (int socket : mIdle) mSockets.erase(socket);
         mIdle.clear();
         for (const auto& proxy : mProxies) weak.push_back(proxy.second);
         weak.insert(weak.end(), mOlderProxies.begin(), mOlderProxies.end());
-    }
-    {
-        std::lock_guard<std::mutex> lock(mOnewayMutex);
-        if (mOneway >= 0) discard(mOneway);
-        mOneway = -1;
     }
     for (const auto& proxy : weak) {
         sp<BpHwBinder> strong = proxy.promote();
@@ -377,10 +600,7 @@ void Peer::cut() {
     {
         std::lock_guard<std::mutex> lock(mMutex);
         for (const auto& socket : mSockets) shutdown(socket.first, SHUT_RDWR);
-    }
-    {
-        std::lock_guard<std::mutex> lock(mLivenessMutex);
-        if (mLiveness != nullptr) shutdown(*mLiveness, SHUT_RDWR);
+        if (mEvents != nullptr) shutdown(mEvents->socket, SHUT_RDWR);
     }
     died();
 }
@@ -422,31 +642,18 @@ void Peer::adopted(BpHwBinder* proxy, uint32_t count) {
 }
 
 void Peer::proxyGone(BpHwBinder* proxy) {
-    uint32_t count;
     android::wp<BpHwBinder> weak;
     {
         std::lock_guard<std::mutex> lock(mMutex);
-        count = proxy->mReceived;
         auto found = mProxies.find(proxy->id());
         if (found != mProxies.end() && found->second == proxy) {
             weak = found->second;
             mProxies.erase(found);
         }
+        if (proxy->mReceived == 0 || mDead || mNode->inherited()) return;
+        mReleases.emplace_back(proxy->id(), proxy->mReceived);
     }
-    if (count == 0 || mDead || mNode->inherited()) return;
-    std::lock_guard<std::mutex> lock(mLivenessMutex);
-    if (mLiveness == nullptr) return;
-    mReleases.emplace_back(proxy->id(), count);
-    while (!mReleases.empty()) {
-        MessageHeader header = {};
-        header.magic = kMagic;
-        header.kind = kRelease;
-        header.object = mReleases.back().first;
-        header.code = mReleases.back().second;
-        // What a busy peer does not take now goes with the next release.
-        if (::send(*mLiveness, &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) break;
-        mReleases.pop_back();
-    }
+    flushReleases();
 }
 
 }  // namespace hidlhost

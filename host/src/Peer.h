@@ -1,12 +1,15 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <android-base/unique_fd.h>
@@ -14,11 +17,14 @@
 #include <hwbinder/Parcel.h>
 
 #include "Codec.h"
+#include "Gate.h"
 
 namespace hidlhost {
 
 class Node;
+class NodeMapper;
 class Patience;
+struct Conversation;
 
 /** Another node as one node sees it. */
 class Peer : public std::enable_shared_from_this<Peer> {
@@ -44,6 +50,8 @@ class Peer : public std::enable_shared_from_this<Peer> {
 
     /** Opens the connection whose end tells of the peer's end. */
     android::status_t watch();
+    /** The same, and forgets a peer that is gone. */
+    android::status_t reach();
     void died();
     /** Ends all connections without a word. */
     void cut();
@@ -53,24 +61,44 @@ class Peer : public std::enable_shared_from_this<Peer> {
         int socket;
         bool fresh;
     };
-    /** Of oneway calls on one connection: proxies that the peer has not taken over yet. */
-    struct HandedOver {
+    /** The connection for what has no reply, and for the notice of the peer's end. */
+    struct Events {
+        android::base::unique_fd socket;
+
         std::mutex mutex;
-        std::deque<std::vector<android::sp<android::hardware::IBinder>>> proxies;
+        std::condition_variable changed;
+        bool ended = false;
+        /** Whether a call is out that the peer has to accept or refuse, and what it said last. */
+        bool asked = false;
+        bool askedHandsOver = false;
+        android::status_t answer = android::OK;
+        /** Of calls: proxies that the peer has not taken over yet. */
+        std::deque<std::vector<android::sp<android::hardware::IBinder>>> handedOver;
     };
 
-    using Socket = std::shared_ptr<android::base::unique_fd>;
-
-    android::status_t connect(uint32_t role, int* socket);
     android::status_t open(uint32_t role, android::base::unique_fd* socket);
+    android::status_t connect(int* socket);
     android::status_t take(bool fresh, Use* use);
     void give(int socket);
     void discard(int socket);
     android::status_t send(const Encoded& message, Patience* patience, Use* use);
-    android::status_t sendOneway(
-            const Encoded& message, Patience* patience,
-            const std::vector<android::sp<android::hardware::IBinder>>& proxies);
-    static void watchHandedOver(int socket, const std::shared_ptr<HandedOver>& handedOver);
+
+    /** With mSending held, as the next. */
+    android::status_t sendEvent(const Encoded& message, Patience* patience, Events* events);
+    android::status_t sendOnewayTo(Events* to, const MessageHeader& header, Encoded* message,
+                                   NodeMapper* mapper, std::optional<WithoutPlace>* outside,
+                                   bool* sent);
+
+    android::status_t sendOneway(const MessageHeader& header, Encoded* message, NodeMapper* mapper);
+    std::shared_ptr<Events> events();
+    bool readEvents(const std::shared_ptr<Events>& events);
+    void flushReleases();
+
+    android::status_t callWithin(const Conversation& conversation, const Encoded& message,
+                                 Patience* patience, BlockPtr* reply);
+    android::status_t awaitReply(int socket, Patience* patience, BlockPtr* reply);
+    android::status_t takeReply(int socket, BlockPtr block, NodeMapper* mapper,
+                                android::hardware::Parcel* result, android::status_t* outcome);
 
     const std::shared_ptr<Node> mNode;
     const std::string mName;
@@ -81,19 +109,19 @@ class Peer : public std::enable_shared_from_this<Peer> {
 
     std::mutex mMutex;
     std::vector<int> mIdle;  // the last used one is last
-    /** Of calls and oneway calls, whether in use or not. */
+    /** Of calls, whether in use or not. */
     std::unordered_map<int, android::base::unique_fd> mSockets;
+    std::shared_ptr<Events> mEvents;
     std::unordered_map<uint64_t, android::wp<android::hardware::BpHwBinder>> mProxies;
     /** The parent's of objects of which this process has found a proxy of its own before. */
     std::vector<android::wp<android::hardware::BpHwBinder>> mOlderProxies;
-
-    std::mutex mLivenessMutex;
-    Socket mLiveness;
     std::vector<std::pair<uint64_t, uint32_t>> mReleases;  // still to be sent
 
-    std::mutex mOnewayMutex;  // keeps oneway calls in order
-    int mOneway = -1;
-    std::shared_ptr<HandedOver> mHandedOver;
+    std::mutex mOpening;  // keeps two threads from opening mEvents
+    std::mutex mSending;  // keeps events in order
+    /** Since the last call that the peer was asked to accept. */
+    size_t mUnaskedBytes = 0;
+    size_t mUnaskedCalls = 0;
 };
 
 }  // namespace hidlhost

@@ -218,6 +218,23 @@ Lock::~Lock() {
     close(mFile);
 }
 
+bool ownsName(pid_t pid, const std::string& node) {
+    const long named = atol(node.c_str());
+    // A process of another container that is not below this one has no number here.
+    if (pid == 0 || named == pid) return true;
+    // One that is below has a number of its own there, the last of its line.
+    const std::string path = "/proc/" + std::to_string(pid) + "/status";
+    std::unique_ptr<FILE, decltype(&fclose)> file(fopen(path.c_str(), "re"), fclose);
+    char line[256];
+    while (file != nullptr && fgets(line, sizeof(line), file.get()) != nullptr) {
+        if (strncmp(line, "NSpid:", 6) != 0) continue;
+        const std::string numbers(line + 6, strcspn(line + 6, "\n"));
+        const size_t last = numbers.find_last_of(" \t");
+        return last != std::string::npos && atol(numbers.c_str() + last) == named;
+    }
+    return false;
+}
+
 status_t publish(const std::string& interface, const std::string& instance, const Entry& entry) {
     if (directory().empty()) return android::PERMISSION_DENIED;
     std::string name = fileName(interface, instance);

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 #include <utils/Errors.h>
 
 namespace hidlhost {
@@ -29,6 +31,8 @@ std::string lockFile();
 bool isSocket(const char* file);
 /** Whether the text could name a node: no path, no surprise. */
 bool isNodeName(const std::string& text);
+/** Whether the process may speak for the node, whose name begins with its own process id. */
+bool ownsName(pid_t pid, const std::string& node);
 
 /**
  * Held while entries are replaced or removed, so that no removal hits a newer entry. Whoever else

@@ -39,14 +39,13 @@ using android::hardware::Parcel;
 namespace hidlhost {
 namespace {
 
-/** Each has a thread. Liveness connections have none, and refusing one would look like a death. */
+/** Each has a thread. Those for events have none, and refusing one would look like a death. */
 constexpr size_t kMaxServed = 1000;
 constexpr size_t kMaxConnections = 16000;
-/** How long a client may keep silent at first, or leave an answer unread. */
-constexpr uint32_t kClientMs = 10000;
 /** Grace for the liveness connection of a client whose other connections have ended. */
 constexpr uint32_t kGraceMs = 1000;
-constexpr size_t kMaxOnewayBytes = 64 * 1024 * 1024;
+/** Nested deeper than this is a loop, which would end in the stack's overflow. */
+constexpr int kMaxDepth = 16;
 
 /** A quarter of the descriptors is left to files, handles and calls the other way. */
 size_t mostConnections() {
@@ -154,7 +153,8 @@ void Server::accept(int listener) {
             continue;
         }
         auto connection = std::make_shared<Connection>();
-        connection->socket = std::move(socket);
+        connection->owner = std::move(socket);
+        connection->socket = connection->owner.get();
         if (!peerIsTrusted(connection->socket, &connection->pid, &connection->uid)) {
             ALOGE("refused a connection of process %d, user %u", static_cast<int>(connection->pid),
                   connection->uid);
@@ -189,12 +189,12 @@ void Server::ended(const std::shared_ptr<Connection>& connection) {
         std::lock_guard<std::mutex> lock(mMutex);
         mConnections.erase(connection);
         if (connection->peer.empty()) return;
-        if (connection->role != kLiveness) --mServed;
+        if (connection->role == kCalls) --mServed;
         for (const auto& other : mConnections) {
             if (other->peer == connection->peer) return;
         }
     }
-    // A client that has proxies has a liveness connection too, which may still be on its way.
+    // A client that has proxies has a connection for events too, which may be on its way.
     auto node = mNode.shared_from_this();
     Watcher::get().after(kGraceMs, [this, node, name = connection->peer] {
         {
@@ -242,8 +242,13 @@ bool Server::greet(const std::shared_ptr<Connection>& connection) {
     }
     const std::string peer = hello.names;
     const std::string wanted = peer.size() + 1 < length ? hello.names + peer.size() + 1 : "";
-    if (wanted != mNode.name() || !registry::isNodeName(peer) ||
-        !welcome(connection, peer, header.code)) {
+    if (wanted != mNode.name() || !registry::isNodeName(peer)) {
+        end(connection);
+    } else if (!registry::ownsName(connection->pid, peer)) {
+        ALOGE("process %d speaks for process %d; closed its connection",
+              static_cast<int>(connection->pid), atoi(peer.c_str()));
+        end(connection);
+    } else if (!welcome(connection, peer, header.code)) {
         end(connection);
     }
     return true;
@@ -252,10 +257,10 @@ bool Server::greet(const std::shared_ptr<Connection>& connection) {
 /** Gives a connection its role; false where there is none or no room for it. */
 bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
                      uint32_t role) {
-    if (role < kCalls || role > kLiveness) return false;
+    if (role != kCalls && role != kEvents) return false;
     {
         std::lock_guard<std::mutex> lock(mMutex);
-        if (role != kLiveness) {
+        if (role == kCalls) {
             if (mServed >= kMaxServed) {
                 if (!mCrowded) {
                     ALOGE("%zu served connections are enough; refused one more", kMaxServed);
@@ -269,159 +274,96 @@ bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::s
         connection->peer = peer;
         connection->role = role;
     }
-    timeval limit = {};
-    limit.tv_sec = kClientMs / 1000;
-    setsockopt(connection->socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit));
+    setTimeouts(connection->socket, kClientMs);
     auto node = mNode.shared_from_this();
-    if (role == kLiveness) {
+    if (role == kEvents) {
         Watcher::get().add(connection->socket,
-                           [this, node, connection] { return watchLiveness(connection); });
+                           [this, node, connection] { return readEvents(connection); });
         return true;
     }
-    if (startThread("hidl-serve", [this, node, connection] { serve(connection); })) return true;
+    if (startThread("hidl-serve", [this, node, connection] { serveCalls(connection); })) {
+        return true;
+    }
     ALOGE("no thread for one more client; refused it");
     return false;
 }
 
-void Server::serve(const std::shared_ptr<Connection>& connection) {
-    if (connection->role == kOneway) {
-        serveOneway(connection.get());
-    } else {
-        serveCalls(connection.get());
-    }
-    end(connection);
-}
-
-bool Server::watchLiveness(const std::shared_ptr<Connection>& connection) {
-    for (;;) {
-        MessageHeader header;
-        ssize_t size = recv(connection->socket, &header, sizeof(header), MSG_DONTWAIT | MSG_TRUNC);
-        if (size < 0 && errno == EINTR) continue;
-        if (size < 0 && errno == EAGAIN) return true;
-        if (size == sizeof(header) && header.magic == kMagic && header.kind == kRelease &&
-            Codec::messageSize(header) == sizeof(header)) {
-            mNode.objects().release(header.object, connection->peer, header.code);
-            continue;
-        }
-        if (size > 0) {
-            ALOGE("malformed message of process %d; closed its connection",
-                  static_cast<int>(connection->pid));
-        }
-        {
-            std::lock_guard<std::mutex> lock(mMutex);
-            mConnections.erase(connection);
-        }
-        mNode.objects().releaseAll(connection->peer);
-        return false;
-    }
-}
-
 namespace {
 
-/** Whether a message that was not received well can be passed over. */
-bool passOver(const Connection& connection, const Block& block, status_t status) {
-    const int pid = static_cast<int>(connection.pid);
-    if (status == BAD_VALUE) {
-        ALOGE("malformed message of process %d; closed its connection", pid);
+/** Waits for a client to read what it has asked for, for a while and outside of the pool. */
+class ReplyPatience final : public Patience {
+  public:
+    bool waitOn(int) override {
+        if (mOutside) return false;
+        mOutside.emplace();
+        return true;
     }
-    if (status != -EMFILE) return false;
-    MessageHeader header;
-    memcpy(&header, block.bytes, sizeof(header));
-    ALOGE("no descriptors left for what call %u of process %d brings along", header.code, pid);
-    if (connection.role == kOneway) return true;
-    MessageHeader answer = {};
-    answer.kind = kReply;
-    answer.code = static_cast<uint32_t>(status);
-    Encoded encoded;
-    Codec::encodePlain(&answer, nullptr, 0, &encoded);
-    return sendMessage(connection.socket, encoded, nullptr) == OK;
+
+  private:
+    std::optional<WithoutPlace> mOutside;
+};
+
+/** Whether a message that could not be taken can be passed over. */
+bool passOver(const Caller& caller, const MessageHeader& header, status_t status) {
+    const int pid = static_cast<int>(caller.pid);
+    switch (status) {
+        case BAD_VALUE:
+            ALOGE("malformed message of process %d; closed its connection", pid);
+            return false;
+        case android::TIMED_OUT:
+            ALOGE("process %d has stopped within a message; closed its connection", pid);
+            return false;
+        case -EMFILE:
+            ALOGE("no descriptors left for what call %u of process %d brings along", header.code,
+                  pid);
+            break;
+        case android::NO_MEMORY:
+            ALOGE("no memory left for call %u of process %d", header.code, pid);
+            status = android::FAILED_TRANSACTION;
+            break;
+        case android::FAILED_TRANSACTION:
+            break;
+        default:
+            return false;
+    }
+    if ((header.flags & kFlagOneway) != 0 && (header.flags & kFlagWantsAnswer) == 0) return true;
+    return sendStatus(caller.socket, status, kFlagRefused);
+}
+
+MessageHeader headerOf(const Block& block) {
+    MessageHeader header = {};
+    if (block.size >= sizeof(header)) memcpy(&header, block.bytes, sizeof(header));
+    return header;
 }
 
 }  // namespace
 
-void Server::serveCalls(Connection* connection) {
-    for (;;) {
-        BlockPtr block(Block::take());
-        if (!block) return;
-        status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-        if (status != OK && passOver(*connection, *block, status)) continue;
-        if (status != OK || !handle(connection, std::move(block))) return;
-    }
-}
-
-void Server::serveOneway(Connection* connection) {
-    struct Queue {
-        std::mutex mutex;
-        std::condition_variable changed;
-        std::deque<BlockPtr> blocks;
-        size_t bytes = 0;
-        bool closed = false;
-        bool finished = false;
-    };
-    auto queue = std::make_shared<Queue>();
-    auto node = mNode.shared_from_this();
-    bool started = startThread("hidl-oneway", [this, node, queue, connection] {
-        std::unique_lock<std::mutex> lock(queue->mutex);
-        for (;;) {
-            queue->changed.wait(lock, [&] { return queue->closed || !queue->blocks.empty(); });
-            if (queue->blocks.empty()) break;
-            BlockPtr block = std::move(queue->blocks.front());
-            queue->blocks.pop_front();
-            queue->bytes -= block->size;
-            queue->changed.notify_all();
-            lock.unlock();
-            bool good = handle(connection, std::move(block));
-            if (!good) shutdown(connection->socket, SHUT_RDWR);
-            lock.lock();
-        }
-        queue->finished = true;
-        queue->changed.notify_all();
-    });
-    if (!started) return;
+void Server::serveCalls(const std::shared_ptr<Connection>& connection) {
     for (;;) {
         BlockPtr block(Block::take());
         if (!block) break;
-        status_t status = receiveMessage(connection->socket, block.get(), nullptr);
-        if (status != OK && passOver(*connection, *block, status)) continue;
-        if (status != OK) break;
-        // A queue of whole packets would be mostly air.
-        BlockPtr kept(new Block);
-        if (!kept->reserve(block->size)) break;
-        memcpy(kept->bytes, block->bytes, block->size);
-        kept->size = block->size;
-        kept->descriptors.swap(block->descriptors);
-        std::unique_lock<std::mutex> lock(queue->mutex);
-        queue->changed.wait(lock, [&] { return queue->bytes < kMaxOnewayBytes; });
-        queue->bytes += kept->size;
-        queue->blocks.push_back(std::move(kept));
-        queue->changed.notify_all();
+        const status_t status = receiveFromClient(connection->socket, block.get());
+        if (status != OK) {
+            if (passOver(*connection, headerOf(*block), status)) continue;
+            break;
+        }
+        if (!handle(connection.get(), std::move(block))) break;
     }
-    std::unique_lock<std::mutex> lock(queue->mutex);
-    queue->closed = true;
-    queue->changed.notify_all();
-    queue->changed.wait(lock, [&] { return queue->finished; });
+    end(connection);
 }
 
 bool Server::handle(Connection* connection, BlockPtr block) {
-    MessageHeader header;
-    memcpy(&header, block->bytes, sizeof(header));
+    const MessageHeader header = headerOf(*block);
     if (!connection->handedOver.empty()) connection->handedOver.clear();
-    bool oneway = (header.flags & kFlagOneway) != 0;
     switch (header.kind) {
         case kCall:
-            if (oneway == (connection->role == kOneway)) {
-                return call(connection, header, std::move(block));
-            }
-            break;
+            if ((header.flags & kFlagOneway) != 0) break;
+            return call(connection, connection, Way::kConnection,
+                        {mNode.objects().find(header.object), nullptr}, std::move(block));
         case kAcquire: {
-            bool known = mNode.objects().holdAgain(header.object, connection->peer);
+            const bool known = mNode.objects().holdAgain(header.object, connection->peer);
             if ((header.flags & kFlagWantsAnswer) == 0) return true;
-            MessageHeader answer = {};
-            answer.kind = kReply;
-            answer.code = static_cast<uint32_t>(known ? OK : DEAD_OBJECT);
-            Encoded encoded;
-            Codec::encodePlain(&answer, nullptr, 0, &encoded);
-            return sendMessage(connection->socket, encoded, nullptr) == OK;
+            return sendStatus(connection->socket, known ? OK : DEAD_OBJECT, 0);
         }
         case kReceived:
             return true;
@@ -431,23 +373,168 @@ bool Server::handle(Connection* connection, BlockPtr block) {
     return false;
 }
 
+bool Server::serveWithin(Caller* caller, BlockPtr block) {
+    const MessageHeader header = headerOf(*block);
+    caller->handedOver.clear();
+    int depth = 0;
+    for (const Conversation* outer = threadState().conversation; outer != nullptr;
+         outer = outer->outer) {
+        ++depth;
+    }
+    if (depth >= kMaxDepth) {
+        ALOGE("call %u of process %d is the %dth within others", header.code,
+              static_cast<int>(caller->pid), depth);
+        return sendStatus(caller->socket, android::FAILED_TRANSACTION, kFlagRefused);
+    }
+    return call(caller, nullptr, Way::kWithin, {mNode.objects().find(header.object), nullptr},
+                std::move(block));
+}
+
+// Events: what has no answer, in the order in which it was sent
+
+/** Reads what there is, on the watching thread; false at the connection's end. */
+bool Server::readEvents(const std::shared_ptr<Connection>& connection) {
+    // Others have their turn after so many packets.
+    for (int i = 0; i < 64; ++i) {
+        if (!connection->arriving) connection->arriving.reset(Block::take());
+        const bool partial = connection->arrival.partial();
+        status_t status = android::NO_MEMORY;
+        if (connection->arriving) {
+            status = connection->arrival.receive(connection->socket, connection->arriving.get(),
+                                                 MSG_DONTWAIT);
+        }
+        if (status == android::WOULD_BLOCK) {
+            if (!partial) connection->arriving.reset();
+            return true;
+        }
+        if (status == android::NOT_ENOUGH_DATA) {
+            if (!partial) {
+                auto node = mNode.shared_from_this();
+                Watcher::get().after(kClientMs, [node, connection, number = connection->received] {
+                    if (!connection->arrival.partial()) return;
+                    if (connection->received != number) return;
+                    passOver(*connection, headerOf(*connection->arriving), android::TIMED_OUT);
+                    shutdown(connection->socket, SHUT_RDWR);
+                });
+            }
+            continue;
+        }
+        ++connection->received;
+        if (event(connection, status)) continue;
+        connection->arriving.reset();
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            mConnections.erase(connection);
+        }
+        // Calls that are still to run keep their objects themselves.
+        mNode.objects().releaseAll(connection->peer);
+        return false;
+    }
+    return true;
+}
+
+/** Takes what has arrived; false where that ends the connection. */
+bool Server::event(const std::shared_ptr<Connection>& connection, status_t received) {
+    if (!connection->arriving) return false;
+    const MessageHeader header = headerOf(*connection->arriving);
+    if (received != OK) return passOver(*connection, header, received);
+    switch (header.kind) {
+        case kCall:
+            if ((header.flags & kFlagOneway) == 0) break;
+            enqueue(connection, header);
+            return true;
+        case kAcquire:
+            mNode.objects().holdAgain(header.object, connection->peer);
+            return true;
+        case kRelease:
+            mNode.objects().release(header.object, connection->peer, header.code);
+            return true;
+    }
+    return passOver(*connection, header, BAD_VALUE);
+}
+
+void Server::enqueue(const std::shared_ptr<Connection>& connection, const MessageHeader& header) {
+    const bool answers = (header.flags & kFlagWantsAnswer) != 0;
+    const size_t bytes = TransactionSpace::sizeOf(header);
+    connection->unaskedBytes = answers ? 0 : connection->unaskedBytes + bytes;
+    connection->unaskedCalls = answers ? 0 : connection->unaskedCalls + 1;
+    const bool refusable = answers || connection->unaskedBytes > kMaxUnaskedBytes ||
+                           connection->unaskedCalls > kMaxUnaskedCalls;
+    // A queue of whole packets would be mostly air.
+    const Block& arrived = *connection->arriving;
+    BlockPtr kept(new Block);
+    status_t status = OK;
+    if (!refusable) {
+        mSpace.takeAnyway(bytes, true, &kept->share);
+    } else if (!mSpace.take(bytes, true, &kept->share)) {
+        status = android::FAILED_TRANSACTION;
+    }
+    if (status == OK && !kept->reserve(arrived.size)) status = android::NO_MEMORY;
+    if (status == OK) {
+        memcpy(kept->bytes, arrived.bytes, arrived.size);
+        kept->size = arrived.size;
+        kept->descriptors.swap(connection->arriving->descriptors);
+        // The target lives until the call has run, whatever the caller gives back after it.
+        Target target;
+        target.object = mNode.objects().find(header.object, &target.onewayMutex);
+        std::shared_ptr<Worker> worker = mMain;
+        if (mNode.gate().configured()) {
+            if (connection->worker == nullptr) {
+                connection->worker =
+                        std::make_shared<Worker>("hidl-oneway", Worker::Thread::kBorrowed);
+            }
+            worker = connection->worker;
+        }
+        auto node = mNode.shared_from_this();
+        const bool posted = worker->post([this, node, connection, target = std::move(target),
+                                          kept = std::move(kept)]() mutable {
+            if (mNode.dead()) return;
+            if (!call(connection.get(), nullptr, Way::kEvent, target, std::move(kept))) {
+                shutdown(connection->socket, SHUT_RDWR);
+            }
+        });
+        if (!posted) {
+            ALOGE("no thread for a oneway call of process %d", static_cast<int>(connection->pid));
+            status = android::NO_MEMORY;
+        }
+    }
+    connection->arriving->closeDescriptors();
+    if (!answers) return;
+    MessageHeader answer = {};
+    answer.magic = kMagic;
+    answer.kind = kReply;
+    answer.code = static_cast<uint32_t>(status);
+    if (status != OK) answer.flags = kFlagRefused;
+    // Who does not read answers of a few bytes is not waited for.
+    if (send(connection->socket, &answer, sizeof(answer), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) {
+        shutdown(connection->socket, SHUT_RDWR);
+    }
+}
+
 namespace {
 
 /** Sends the reply of one call, once. */
 class Answer {
   public:
-    Answer(Node& node, Connection* connection) : mNode(node), mConnection(connection) {}
+    Answer(Node& node, Connection* connection, Conversation* conversation)
+            : mNode(node), mConnection(connection), mConversation(conversation) {}
 
     void send(const Parcel& reply, status_t status) {
         if (mNode.inherited()) endStrayChild();
         if (mSent) return;
         mSent = true;
+        Caller& caller = *mConversation->caller;
         MessageHeader header = {};
         header.kind = kReply;
         Encoded encoded;
-        NodeMapper mapper(mNode, mConnection->peer);
+        NodeMapper mapper(mNode, caller.peer);
         if (status == OK) {
             status = Codec::encode(reply, &header, &mapper, &encoded);
+            if (status == OK && TransactionSpace::sizeOf(header) > TransactionSpace::limit(false)) {
+                ALOGE("a reply of %zu bytes is larger than a transaction may be",
+                      TransactionSpace::sizeOf(header));
+                status = android::FAILED_TRANSACTION;
+            }
             if (!mapper.proxies().empty()) header.flags |= kFlagWantsReceived;
         }
         if (status != OK) {
@@ -463,10 +550,13 @@ class Answer {
         }
         // The caller's next call may arrive before this thread is through, and is not nested in
         // this.
-        mConnection->chain.store(0, std::memory_order_relaxed);
-        mGood = sendMessage(mConnection->socket, encoded, nullptr) == OK;
+        if (mConnection != nullptr) mConnection->chain.store(0, std::memory_order_relaxed);
+        mGood = mConversation->open;
+        mConversation->open = false;
+        ReplyPatience patience;
+        mGood = mGood && sendMessage(caller.socket, encoded, &patience, Wait::kTryFirst) == OK;
         if (!mGood) mapper.takeBack();
-        mConnection->handedOver.swap(mapper.proxies());
+        caller.handedOver.swap(mapper.proxies());
     }
 
     bool sent() const { return mSent; }
@@ -474,82 +564,123 @@ class Answer {
 
   private:
     Node& mNode;
-    Connection* mConnection;
+    Connection* const mConnection;
+    Conversation* const mConversation;
     bool mSent = false;
     bool mGood = true;
 };
 
 }  // namespace
 
-/** @return whether the call counts: not when it is nested in one that this node serves */
-bool Server::waitAtGate(const Connection* connection, uint64_t chain) {
-    {
-        std::lock_guard<std::mutex> lock(mMutex);
-        for (const auto& other : mConnections) {
-            if (other.get() != connection && other->chain == chain) return false;
-        }
-    }
-    mNode.gate().waitAndEnter();
-    return true;
+/** Whether a thread of this node serves a call of the chain and waits for what it led to. */
+bool Server::isUnderWay(const Connection* connection, uint64_t chain) {
+    std::lock_guard<std::mutex> lock(mMutex);
+    return std::any_of(mConnections.begin(), mConnections.end(), [&](const auto& other) {
+        return other.get() != connection && other->chain == chain;
+    });
 }
 
-bool Server::call(Connection* connection, const MessageHeader& header, BlockPtr block) {
-    const bool oneway = connection->role == kOneway;
-    std::shared_ptr<std::mutex> order;
-    sp<BHwBinder> target = mNode.objects().find(header.object, oneway ? &order : nullptr);
-
+bool Server::call(Caller* caller, Connection* connection, Way way, const Target& target,
+                  BlockPtr block) {
+    const MessageHeader header = headerOf(*block);
+    if (way != Way::kEvent &&
+        !mSpace.take(TransactionSpace::sizeOf(header), false, &block->share)) {
+        ALOGW("call %u of process %d fails: too much is on its way to this process", header.code,
+              static_cast<int>(caller->pid));
+        return passOver(*caller, header, android::FAILED_TRANSACTION);
+    }
     Parcel data;
-    NodeMapper mapper(mNode, connection->peer);
-    status_t status = Codec::parse(std::move(block), &mapper, &data);
+    NodeMapper mapper(mNode, caller->peer);
+    const status_t status = Codec::parse(std::move(block), &mapper, &data);
     if (status != OK) {
         // A client that has just died holds none of this node's objects any more.
-        if (status == BAD_VALUE && !hasHungUp(connection->socket)) {
+        if (status == BAD_VALUE && !hasHungUp(caller->socket)) {
             ALOGE("malformed message of process %d; closed its connection",
-                  static_cast<int>(connection->pid));
+                  static_cast<int>(caller->pid));
         }
         return false;
     }
-
-    if ((header.flags & kFlagWantsReceived) != 0 && !sendReceived(connection->socket)) return false;
+    // The caller of an event may be gone by now, and the call runs all the same.
+    if ((header.flags & kFlagWantsReceived) != 0 && !sendReceived(caller->socket) &&
+        way != Way::kEvent) {
+        return false;
+    }
 
     std::unique_lock<std::mutex> inOrder;
-    if (order != nullptr) inOrder = std::unique_lock<std::mutex>(*order);
-
-    const bool starts = oneway || header.chain == 0;
+    if (target.onewayMutex != nullptr) {
+        inOrder = std::unique_lock<std::mutex>(*target.onewayMutex);
+    }
+    if (way == Way::kWithin) {
+        return execute(caller, connection, way, target, header.chain, header, &data);
+    }
+    const bool starts = way == Way::kEvent || header.chain == 0;
     const uint64_t chain = starts ? mNode.newChain() : header.chain;
     // A thread of this node waits for what a chain of its own does.
     bool counted = starts || !mNode.startedHere(chain);
-    if (counted && !mNode.gate().tryEnter()) counted = waitAtGate(connection, chain);
-    connection->chain.store(chain, std::memory_order_relaxed);
+    const bool onMain = counted && way == Way::kConnection && !mNode.gate().configured();
+    if (onMain) {
+        counted = !isUnderWay(connection, chain);
+    } else if (counted && !mNode.gate().tryEnter()) {
+        counted = !isUnderWay(connection, chain);
+        if (counted) mNode.gate().waitAndEnter();
+    }
+    bool good = false;
+    if (onMain && counted) {
+        if (!mMain->run([&] {
+                mNode.gate().waitAndEnter();
+                threadState().gate = &mNode.gate();
+                good = execute(caller, connection, way, target, chain, header, &data);
+                threadState().gate = nullptr;
+                mNode.gate().leave();
+            })) {
+            return passOver(*caller, header, android::NO_MEMORY);
+        }
+        return good;
+    }
+    if (counted) threadState().gate = &mNode.gate();
+    good = execute(caller, connection, way, target, chain, header, &data);
+    if (counted) {
+        threadState().gate = nullptr;
+        mNode.gate().leave();
+    }
+    return good;
+}
+
+bool Server::execute(Caller* caller, Connection* connection, Way way, const Target& target,
+                     uint64_t chain, const MessageHeader& header, Parcel* data) {
+    const bool oneway = way == Way::kEvent;
+    if (connection != nullptr) connection->chain.store(chain, std::memory_order_relaxed);
     ThreadState& thread = threadState();
     const ThreadState before = thread;
+    Conversation conversation = {&mNode, caller, way == Way::kConnection, !oneway,
+                                 before.conversation};
     thread.chain = chain;
-    thread.callerPid = connection->pid;
-    thread.callerUid = connection->uid;
+    thread.callerPid = caller->pid;
+    thread.callerUid = caller->uid;
     thread.serving = true;
     thread.serverMethod = nullptr;
+    thread.conversation = &conversation;
 
-    Answer answer(mNode, connection);
+    Answer answer(mNode, connection, &conversation);
     Parcel reply;
-    Trace trace(true, data, header.code, oneway);
-    status = DEAD_OBJECT;
-    if (target != nullptr) {
+    Trace trace(true, *data, header.code, oneway);
+    status_t status = DEAD_OBJECT;
+    if (target.object != nullptr) {
         IBinder::TransactCallback callback;
         if (!oneway) {
             callback = [&answer](Parcel& results) { answer.send(results, OK); };
         } else {
             callback = [](Parcel&) {};
         }
-        status = target->onTransact(header.code, data, &reply, header.flags & kFlagOneway,
-                                    std::move(callback));
+        status = target.object->onTransact(header.code, *data, &reply, header.flags & kFlagOneway,
+                                           std::move(callback));
     }
     if (mNode.inherited()) endStrayChild();
     if (!oneway) answer.send(reply, status);
     trace.finish(oneway ? nullptr : &reply, answer.sent() ? status : OK);
 
     thread = before;
-    connection->chain.store(0, std::memory_order_relaxed);
-    if (counted) mNode.gate().leave();
+    if (connection != nullptr) connection->chain.store(0, std::memory_order_relaxed);
     return answer.good();
 }
 

@@ -14,22 +14,48 @@
 #include <hwbinder/IBinder.h>
 
 #include "Codec.h"
+#include "Socket.h"
+#include "TransactionSpace.h"
+#include "Worker.h"
 
 namespace hidlhost {
 
 class Node;
 
-/** An accepted connection. */
-struct Connection {
-    android::base::unique_fd socket;
+/** Who sends calls over a connection. */
+struct Caller {
+    int socket = -1;
     pid_t pid = 0;
     uid_t uid = 0;
     std::string peer;  // empty until it has said
+    /** Proxies sent in the last reply that the caller has not taken over yet. */
+    std::vector<android::sp<android::hardware::IBinder>> handedOver;
+};
+
+/** An accepted connection. */
+struct Connection : Caller {
+    android::base::unique_fd owner;
     uint32_t role = 0;
     /** Of the call that it serves at the moment. */
     std::atomic<uint64_t> chain{0};
-    /** Proxies sent in the last reply that the client has not taken over yet. */
-    std::vector<android::sp<android::hardware::IBinder>> handedOver;
+
+    // Of one for events, and the watcher's alone.
+    Arrival arrival;
+    BlockPtr arriving;
+    uint64_t received = 0;
+    size_t unaskedBytes = 0;
+    size_t unaskedCalls = 0;
+    std::shared_ptr<Worker> worker;
+};
+
+/** A call being served, as the thread that serves it sees it: a call back goes out over it. */
+struct Conversation {
+    const Node* node;
+    Caller* caller;
+    bool accepted;
+    /** Whether the caller waits for an answer. */
+    bool open;
+    Conversation* outer;
 };
 
 /** The side of a node that accepts connections and serves what comes in over them. */
@@ -43,22 +69,43 @@ class Server {
     /** Ends all connections without a word. */
     void cut();
 
+    /** Serves a call that comes back to a waiting thread; false where the connection is done for.
+     */
+    bool serveWithin(Caller* caller, BlockPtr block);
+
+    /** What calls to this node and replies to its own take. */
+    TransactionSpace& space() { return mSpace; }
+
   private:
+    /** Where a call comes in: on a connection's own thread, on a waiting thread, as an event. */
+    enum class Way { kConnection, kWithin, kEvent };
+    struct Target {
+        android::sp<android::hardware::BHwBinder> object;
+        std::shared_ptr<std::mutex> onewayMutex;
+    };
+
     void accept(int listener);
-    void serve(const std::shared_ptr<Connection>& connection);
-    void serveCalls(Connection* connection);
-    void serveOneway(Connection* connection);
-    bool handle(Connection* connection, BlockPtr block);
-    bool call(Connection* connection, const MessageHeader& header, BlockPtr block);
-    bool watchLiveness(const std::shared_ptr<Connection>& connection);
-    void ended(const std::shared_ptr<Connection>& connection);
-    void end(const std::shared_ptr<Connection>& connection);
-    bool waitAtGate(const Connection* connection, uint64_t chain);
     bool greet(const std::shared_ptr<Connection>& connection);
     bool welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
                  uint32_t role);
+    void serveCalls(const std::shared_ptr<Connection>& connection);
+    bool handle(Connection* connection, BlockPtr block);
+    bool readEvents(const std::shared_ptr<Connection>& connection);
+    bool event(const std::shared_ptr<Connection>& connection, android::status_t received);
+    void enqueue(const std::shared_ptr<Connection>& connection, const MessageHeader& header);
+    bool call(Caller* caller, Connection* connection, Way way, const Target& target,
+              BlockPtr block);
+    bool execute(Caller* caller, Connection* connection, Way way, const Target& target,
+                 uint64_t chain, const MessageHeader& header, android::hardware::Parcel* data);
+    bool isUnderWay(const Connection* connection, uint64_t chain);
+    void ended(const std::shared_ptr<Connection>& connection);
+    void end(const std::shared_ptr<Connection>& connection);
 
     Node& mNode;  // which owns this, and which every thread of this keeps
+    TransactionSpace& mSpace = TransactionSpace::make();
+    /** Where calls run in a process that has not said how many threads it has. */
+    const std::shared_ptr<Worker> mMain =
+            std::make_shared<Worker>("hidl-main", Worker::Thread::kKept);
 
     std::mutex mMutex;
     android::base::unique_fd mListener;

@@ -83,8 +83,9 @@ android::sp<android::hardware::IBinder> findService(const std::string& interface
             if (local != nullptr) return local;
         } else {
             std::shared_ptr<Peer> peer = node.peer(entry.node);
-            android::status_t status = peer == nullptr ? android::BAD_VALUE : peer->watch();
-            if (status == android::OK) status = peer->acquire(entry.object, false);
+            android::status_t status =
+                    peer == nullptr ? android::BAD_VALUE : peer->acquire(entry.object, false);
+            if (status == android::OK) status = peer->watch();
             if (status == android::OK) {
                 android::sp<android::hardware::BpHwBinder> proxy = peer->proxy(entry.object, 1);
                 proxy->setKnownAs(interface);

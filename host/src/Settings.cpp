@@ -8,6 +8,12 @@
 #include <log/log.h>
 
 namespace hidlhost {
+namespace {
+
+/** Without a limit of its own a process is bounded all the same. */
+constexpr size_t kMostTransactionBytes = 256 * 1024 * 1024;
+
+}  // namespace
 
 const Settings& Settings::get() {
     // Never destroyed: threads read it while the process ends.
@@ -21,6 +27,18 @@ const Settings& Settings::get() {
             } else {
                 read.callTimeoutMs = static_cast<uint32_t>(value);
                 read.firstWaitMs = std::min(read.firstWaitMs, read.callTimeoutMs);
+            }
+        }
+        if (const char* text = getenv("QELTV_TRANSACTION_BYTES");
+            text != nullptr && *text != '\0') {
+            char* end;
+            unsigned long long value = strtoull(text, &end, 10);
+            if (*end != '\0' || *text == '-') {
+                ALOGW("QELTV_TRANSACTION_BYTES: '%s' is no number of bytes", text);
+            } else if (value == 0 || value > kMostTransactionBytes) {
+                read.transactionBytes = kMostTransactionBytes;
+            } else {
+                read.transactionBytes = static_cast<size_t>(value);
             }
         }
         return read;

@@ -1,14 +1,20 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace hidlhost {
 
+/** One megabyte less two pages, of which a guard page is one. */
+constexpr size_t kDeviceTransactionBytes = 1024 * 1024 - 2 * 4096;
+
 /** From the environment, read once. */
 struct Settings {
     /** 0 without a limit. */
     uint32_t callTimeoutMs = 0;
+    /** Of the transactions in progress towards this process. */
+    size_t transactionBytes = kDeviceTransactionBytes;
     /** How long a socket waits before patience is asked. */
     uint32_t firstWaitMs = 1000;
 

@@ -1,7 +1,9 @@
 #include "Socket.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 
 #include <fcntl.h>
@@ -11,6 +13,8 @@
 #include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include "Fork.h"
 
 using android::BAD_VALUE;
 using android::DEAD_OBJECT;
@@ -64,24 +68,25 @@ unique_fd newSocket() {
 #define HIDLHOST_PLAIN_CALLS 1
 #endif
 #ifdef HIDLHOST_PLAIN_CALLS
-ssize_t sendPacket(int socket, const msghdr* message) {
-    return sendmsg(socket, message, MSG_NOSIGNAL);
+ssize_t sendPacket(int socket, const msghdr* message, int flags) {
+    return sendmsg(socket, message, MSG_NOSIGNAL | flags);
 }
-ssize_t sendPacket(int socket, const iovec& part) {
-    return send(socket, part.iov_base, part.iov_len, MSG_NOSIGNAL);
+ssize_t sendPacket(int socket, const iovec& part, int flags) {
+    return send(socket, part.iov_base, part.iov_len, MSG_NOSIGNAL | flags);
 }
-ssize_t receivePacket(int socket, msghdr* message) {
-    return recvmsg(socket, message, MSG_CMSG_CLOEXEC);
+ssize_t receivePacket(int socket, msghdr* message, int flags) {
+    return recvmsg(socket, message, MSG_CMSG_CLOEXEC | flags);
 }
 #else
-ssize_t sendPacket(int socket, const msghdr* message) {
-    return syscall(SYS_sendmsg, socket, message, MSG_NOSIGNAL);
+ssize_t sendPacket(int socket, const msghdr* message, int flags) {
+    return syscall(SYS_sendmsg, socket, message, MSG_NOSIGNAL | flags);
 }
-ssize_t sendPacket(int socket, const iovec& part) {
-    return syscall(SYS_sendto, socket, part.iov_base, part.iov_len, MSG_NOSIGNAL, nullptr, 0);
+ssize_t sendPacket(int socket, const iovec& part, int flags) {
+    return syscall(SYS_sendto, socket, part.iov_base, part.iov_len, MSG_NOSIGNAL | flags, nullptr,
+                   0);
 }
-ssize_t receivePacket(int socket, msghdr* message) {
-    return syscall(SYS_recvmsg, socket, message, MSG_CMSG_CLOEXEC);
+ssize_t receivePacket(int socket, msghdr* message, int flags) {
+    return syscall(SYS_recvmsg, socket, message, MSG_CMSG_CLOEXEC | flags);
 }
 #endif
 
@@ -156,11 +161,13 @@ bool hasHungUp(int socket) {
     return size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR);
 }
 
-status_t sendMessage(int socket, const Encoded& encoded, Patience* patience) {
+status_t sendMessage(int socket, const Encoded& encoded, Patience* patience, Wait wait) {
+    int flags = wait == Wait::kTryFirst ? MSG_DONTWAIT : 0;
     if (encoded.vectorCount == 1 && encoded.size <= kPacketSize && encoded.descriptors.empty()) {
-        while (sendPacket(socket, encoded.vectors[0]) < 0) {
+        while (sendPacket(socket, encoded.vectors[0], flags) < 0) {
             status_t status = afterFailure(socket, patience);
             if (status != OK) return status;
+            flags = 0;
         }
         return OK;
     }
@@ -199,61 +206,126 @@ status_t sendMessage(int socket, const Encoded& encoded, Patience* patience) {
             memcpy(CMSG_DATA(rights), encoded.descriptors.data(), bytes);
         }
         first = false;
-        while (sendPacket(socket, &message) < 0) {
+        while (sendPacket(socket, &message, flags) < 0) {
             status_t status = afterFailure(socket, patience);
             if (status != OK) return status;
+            flags = 0;
         }
     }
     return OK;
 }
 
-status_t receiveMessage(int socket, Block* block, Patience* patience) {
+namespace {
+
+/**
+ * What messages of which not all packets have come may hold in this process beside a packet each.
+ * Each may have as much as it leaves to others, so that many cannot keep out one more.
+ */
+constexpr size_t kMaxPartial = 64 * 1024 * 1024;
+std::atomic<size_t> gPartial{0};
+[[maybe_unused]] const bool sForgets = [] {
+    onFork([] { gPartial = 0; });  // the parent's threads receive on in the parent
+    return true;
+}();
+
+}  // namespace
+
+bool Arrival::grow(Block* block, size_t size) {
+    if (block->size + size <= block->capacity) return true;
+    // Memory grows with what has come, not with what was announced.
+    const auto wanted = static_cast<size_t>(std::min<uint64_t>(
+            mTotal, std::max<uint64_t>(block->size + size, uint64_t{block->capacity} * 4)));
+    const size_t more = wanted - kPacketSize - mCharged;
+    const size_t partial = gPartial.fetch_add(more) + more;
+    mCharged += more;
+    if (partial + mCharged <= kMaxPartial && block->reserve(wanted)) return true;
+    block->shrink();
+    gPartial -= mCharged;
+    mCharged = 0;
+    return false;
+}
+
+void Arrival::reset() {
+    gPartial -= mCharged;
+    mTotal = mReceived = 0;
+    mCharged = 0;
+    mLacking = mRefused = false;
+}
+
+status_t Arrival::receive(int socket, Block* block, int flags) {
     alignas(cmsghdr) char control[CMSG_SPACE(kMaxDescriptors * sizeof(int))];
-    block->size = 0;
-    bool lacking = false;
-    uint64_t total = sizeof(MessageHeader);
-    while (block->size < total) {
-        size_t room = kPacketSize;
-        if (block->size > 0) {
-            room = static_cast<size_t>(std::min<uint64_t>(kPacketSize, total - block->size));
-            if (block->size + room > block->capacity) {
-                // Memory grows with what has come, not with what was announced.
-                uint64_t wanted = std::min<uint64_t>(
-                        total, std::max<uint64_t>(block->size + room, block->capacity * 4));
-                if (!block->reserve(static_cast<size_t>(wanted))) return NO_MEMORY;
-            }
-        }
-        iovec part = {block->bytes + block->size, room};
-        msghdr message = {};
-        message.msg_iov = &part;
-        message.msg_iovlen = 1;
-        message.msg_control = control;
-        message.msg_controllen = sizeof(control);
-        ssize_t received = receivePacket(socket, &message);
-        if (received < 0) {
-            status_t status = afterFailure(socket, patience);
-            if (status != OK) return status;
-            continue;
-        }
-        if (message.msg_controllen != 0) collectDescriptors(&message, block);
-        if (received == 0) return DEAD_OBJECT;
-        if ((message.msg_flags & MSG_TRUNC) != 0) return BAD_VALUE;
-        // There is room for as many as the kernel lets through: this process can have no more.
-        if ((message.msg_flags & MSG_CTRUNC) != 0) lacking = true;
-        auto size = static_cast<size_t>(received);
-        if (block->size == 0) {
-            MessageHeader header;
-            if (size < sizeof(header)) return BAD_VALUE;
-            memcpy(&header, block->bytes, sizeof(header));
-            total = Codec::messageSize(header);
-            if (header.magic != kMagic || total == 0 || size > total) return BAD_VALUE;
-            if (!lacking && header.descriptorCount != block->descriptors.size()) return BAD_VALUE;
-        } else if (message.msg_controllen != 0) {
-            return BAD_VALUE;
-        }
-        block->size += size;
+    const bool first = mReceived == 0;
+    if (first) block->size = 0;
+    size_t room = first ? kPacketSize
+                        : static_cast<size_t>(std::min<uint64_t>(kPacketSize, mTotal - mReceived));
+    if (!first && !mRefused && !grow(block, room)) mRefused = true;
+    uint8_t ignored;
+    iovec part = {block->bytes + block->size, room};
+    if (mRefused) part = {&ignored, sizeof(ignored)};
+    msghdr message = {};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    message.msg_control = control;
+    message.msg_controllen = sizeof(control);
+    ssize_t received;
+    do {
+        received = receivePacket(socket, &message, mRefused ? flags | MSG_TRUNC : flags);
+        // What the other end has sent before its end is still there.
+    } while (received < 0 && (errno == EINTR || errno == ECONNRESET));
+    if (received < 0) {
+        if (errno == EAGAIN) return android::WOULD_BLOCK;
+        return afterFailure(socket, nullptr);
     }
-    return lacking ? -EMFILE : OK;
+    if (message.msg_controllen != 0) collectDescriptors(&message, block);
+    if (received == 0) return DEAD_OBJECT;
+    const auto size = static_cast<size_t>(received);
+    if (size > room || (!mRefused && (message.msg_flags & MSG_TRUNC) != 0)) return BAD_VALUE;
+    // There is space for as many as the kernel lets through: this process can have no more.
+    if ((message.msg_flags & MSG_CTRUNC) != 0) mLacking = true;
+    if (first) {
+        MessageHeader header;
+        if (size < sizeof(header)) return BAD_VALUE;
+        memcpy(&header, block->bytes, sizeof(header));
+        mTotal = Codec::messageSize(header);
+        if (header.magic != kMagic || mTotal == 0 || size > mTotal) return BAD_VALUE;
+        if (!mLacking && header.descriptorCount != block->descriptors.size()) return BAD_VALUE;
+    } else if (message.msg_controllen != 0) {
+        return BAD_VALUE;
+    }
+    mReceived += size;
+    if (!mRefused) block->size += size;
+    if (mReceived < mTotal) return android::NOT_ENOUGH_DATA;
+    const status_t status = mLacking ? -EMFILE : mRefused ? NO_MEMORY : OK;
+    reset();
+    return status;
+}
+
+status_t receiveMessage(int socket, Block* block, Patience* patience) {
+    Arrival arrival;
+    for (;;) {
+        const status_t status = arrival.receive(socket, block, 0);
+        if (status == android::NOT_ENOUGH_DATA) continue;
+        if (status != android::WOULD_BLOCK) return status;
+        if (patience == nullptr || !patience->waitOn(socket)) return TIMED_OUT;
+    }
+}
+
+status_t receiveFromClient(int socket, Block* block) {
+    using Clock = std::chrono::steady_clock;
+    Arrival arrival;
+    Clock::time_point end;
+    for (;;) {
+        const bool partial = arrival.partial();
+        if (partial && Clock::now() > end) return TIMED_OUT;
+        const status_t status = arrival.receive(socket, block, 0);
+        if (status == android::WOULD_BLOCK) {
+            if (partial) return TIMED_OUT;
+        } else if (status != android::NOT_ENOUGH_DATA) {
+            return status;
+        } else if (!partial) {
+            end = Clock::now() + std::chrono::milliseconds(kClientMs);
+        }
+    }
 }
 
 bool sendReceived(int socket) {
@@ -262,6 +334,16 @@ bool sendReceived(int socket) {
     Encoded encoded;
     Codec::encodePlain(&header, nullptr, 0, &encoded);
     return sendMessage(socket, encoded, nullptr) == OK;
+}
+
+bool sendStatus(int socket, status_t status, uint32_t flags) {
+    MessageHeader header = {};
+    header.kind = kReply;
+    header.code = static_cast<uint32_t>(status);
+    header.flags = flags;
+    Encoded encoded;
+    Codec::encodePlain(&header, nullptr, 0, &encoded);
+    return sendMessage(socket, encoded, nullptr, Wait::kTryFirst) == OK;
 }
 
 }  // namespace hidlhost

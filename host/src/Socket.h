@@ -34,16 +34,56 @@ bool peerIsTrusted(int socket, pid_t* pid, uid_t* uid);
 /** Whether the other end is gone and everything that it has sent is read. */
 bool hasHungUp(int socket);
 
-/** DEAD_OBJECT where the other end is gone, TIMED_OUT where patience ends. */
-android::status_t sendMessage(int socket, const Encoded& message, Patience* patience);
+/** How long a client may keep silent at first, stop within a message, or leave an answer unread. */
+constexpr uint32_t kClientMs = 10000;
 
 /**
- * Also BAD_VALUE for packets that do not make up a message, and -EMFILE for a whole message of
- * which this process could not take all descriptors.
+ * DEAD_OBJECT where the other end is gone, TIMED_OUT where patience ends. With kTryFirst patience
+ * is also asked before the first wait.
  */
+enum class Wait { kAtOnce, kTryFirst };
+android::status_t sendMessage(int socket, const Encoded& message, Patience* patience,
+                              Wait wait = Wait::kAtOnce);
+
+/** A message of which some packets have come. */
+class Arrival {
+  public:
+    Arrival() = default;
+    ~Arrival() { reset(); }
+    Arrival(const Arrival&) = delete;
+    Arrival& operator=(const Arrival&) = delete;
+
+    /**
+     * Receives a packet. OK ends the message; NOT_ENOUGH_DATA means that more packets follow,
+     * WOULD_BLOCK that none is there and errno says why, DEAD_OBJECT that the other end is gone,
+     * BAD_VALUE that the packets do not make up a message. A whole message comes with -EMFILE
+     * where this process could not take all of its descriptors, and with NO_MEMORY where there was
+     * no memory for more than its first packet.
+     */
+    android::status_t receive(int socket, Block* block, int flags);
+    /** Whether some packets of a message have come and others have not. */
+    bool partial() const { return mReceived > 0; }
+
+  private:
+    bool grow(Block* block, size_t size);
+    void reset();
+
+    uint64_t mTotal = 0;
+    uint64_t mReceived = 0;
+    size_t mCharged = 0;
+    bool mLacking = false;
+    bool mRefused = false;
+};
+
+/** The results of Arrival::receive() for a whole message, and TIMED_OUT. */
 android::status_t receiveMessage(int socket, Block* block, Patience* patience);
+/** From a client with timeouts of kClientMs: the first packet may be long in coming, others not. */
+android::status_t receiveFromClient(int socket, Block* block);
 
 /** Says that the objects named in the last message have been taken over. */
 bool sendReceived(int socket);
+/** Answers without results, and without waiting: false where the other end leaves too much unread.
+ */
+bool sendStatus(int socket, android::status_t status, uint32_t flags);
 
 }  // namespace hidlhost

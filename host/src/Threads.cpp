@@ -41,7 +41,8 @@ class Threads {
                 return true;
             }
         }
-        auto* first = new First{this, std::move(job)};
+        First* first = spare();
+        first->job = std::move(job);
         pthread_attr_t attributes;
         pthread_attr_init(&attributes);
         pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
@@ -49,21 +50,49 @@ class Threads {
         pthread_t thread;
         const int error = pthread_create(&thread, &attributes, enter, first);
         pthread_attr_destroy(&attributes);
-        if (error != 0) delete first;
-        return error == 0;
+        if (error == 0) return true;
+        std::lock_guard<std::mutex> lock(mMutex);
+        keep(first);
+        return false;
     }
 
   private:
+    /**
+     * What a new thread is given. It is kept for the next one: a thread that frees memory as its
+     * first act sets up an arena of its own first.
+     */
     struct First {
         Threads* threads;
         Job job;
+        First* next;
     };
+
+    First* spare() {
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            if (First* first = mSpare; first != nullptr) {
+                mSpare = first->next;
+                return first;
+            }
+        }
+        return new First{this, {}, nullptr};
+    }
+
+    /** With the mutex held. */
+    void keep(First* first) {
+        first->job.body = nullptr;
+        first->next = mSpare;
+        mSpare = first;
+    }
 
     static void* enter(void* argument) {
         auto* first = static_cast<First*>(argument);
         Threads& threads = *first->threads;
         Job job = std::move(first->job);
-        delete first;
+        {
+            std::lock_guard<std::mutex> lock(threads.mMutex);
+            threads.keep(first);
+        }
         do {
             pthread_setname_np(pthread_self(), job.name);
             tState = ThreadState();
@@ -90,6 +119,7 @@ class Threads {
     std::condition_variable mArrived;
     size_t mParked = 0;
     std::deque<Job> mJobs;  // never more than are parked
+    First* mSpare = nullptr;
 };
 
 }  // namespace

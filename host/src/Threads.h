@@ -10,6 +10,9 @@
 
 namespace hidlhost {
 
+class Gate;
+struct Conversation;
+
 /** Runs `body` on a thread of its own, one that was parked or a new one. False without resources.
  */
 bool startThread(const char* name, std::function<void()> body);
@@ -20,6 +23,10 @@ struct ThreadState {
     pid_t callerPid = 0;
     uid_t callerUid = 0;
     bool serving = false;
+    /** Whose pool the thread has a place in. */
+    Gate* gate = nullptr;
+    /** The innermost call that it serves. */
+    Conversation* conversation = nullptr;
     const char* clientMethod = nullptr;  // kept by the generated code's trace points
     const char* serverMethod = nullptr;
 };

@@ -98,10 +98,22 @@ Watcher::Watcher() : mState(new State) {
 }
 
 void Watcher::add(int socket, std::function<bool()> ready) {
+    addDeferred(socket, std::move(ready));
+    startDeferred();
+}
+
+void Watcher::addDeferred(int socket, std::function<bool()> ready) {
     std::lock_guard<std::mutex> lock(mState->mutex);
     uint64_t key = mState->nextKey++;
     mState->entries[key] = {socket, std::move(ready)};
     mState->enter(key, socket);
+    if (!mState->watching) mDeferred = true;
+}
+
+void Watcher::start() {
+    std::lock_guard<std::mutex> lock(mState->mutex);
+    mState->start();
+    mDeferred = false;
 }
 
 void Watcher::once(int socket, uint32_t milliseconds, std::function<void(bool)> ready) {
@@ -111,6 +123,7 @@ void Watcher::once(int socket, uint32_t milliseconds, std::function<void(bool)> 
         key = mState->nextKey++;
         mState->waits[key] = {socket, std::move(ready)};
         mState->enter(key, socket);
+        mState->start();
     }
     after(milliseconds, [state = mState, key] { state->finish(key, false); });
 }
@@ -149,7 +162,6 @@ void Watcher::State::enter(uint64_t key, int socket) {
     event.events = EPOLLIN | EPOLLRDHUP;
     event.data.u64 = key;
     epoll_ctl(epoll, EPOLL_CTL_ADD, socket, &event);
-    start();
 }
 
 /** Ends a wait; false where the key stands for none. The socket is left before it is used again. */

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 
@@ -22,6 +23,12 @@ class Watcher {
      */
     void add(int socket, std::function<bool()> ready);
 
+    /** As add(), but where the watching thread does not run yet, startDeferred() starts it. */
+    void addDeferred(int socket, std::function<bool()> ready);
+    void startDeferred() {
+        if (mDeferred.load(std::memory_order_relaxed)) start();
+    }
+
     /**
      * Calls `ready` on the watching thread once: with true when the socket has something to read or
      * has hung up, with false when the time is over. The socket is not watched any more then.
@@ -40,8 +47,10 @@ class Watcher {
 
     Watcher();
     ~Watcher();
+    void start();
     struct State;
     State* mState;
+    std::atomic<bool> mDeferred{false};
 };
 
 }  // namespace hidlhost

@@ -14,29 +14,32 @@ namespace hidlhost {
 
 constexpr uint32_t kMagic = 0x31544c48;  // "HLT1"
 constexpr size_t kPacketSize = 68 * 1024;
-constexpr uint64_t kMaxMessage = 256u << 20;
+constexpr uint64_t kMaxMessage = 32u << 20;
 constexpr size_t kMaxDescriptors = 253;  // what the kernel takes in one message
+/** Oneway calls that a sender may send before it has to let the receiver refuse one. */
+constexpr size_t kMaxUnaskedBytes = 32 * 1024;
+constexpr size_t kMaxUnaskedCalls = 128;
 constexpr uint32_t kNoParent = 0xffffffff;
 
 enum MessageKind : uint32_t {
     kHello = 1,     // first on every connection; code is the ConnectionRole, stream the two names
-    kCall = 2,      // object, code, flags; answered unless oneway
+    kCall = 2,      // object, code, flags; a oneway call is answered where it wants an answer
     kReply = 3,     // code is the status
     kAcquire = 4,   // takes a reference to the object; answered where flags has kWantsAnswer
     kRelease = 5,   // gives back `code` references to the object
-    kReceived = 6,  // the references in the last reply have been taken over
+    kReceived = 6,  // the references in the last message that wants this have been taken over
 };
 
 enum ConnectionRole : uint32_t {
-    kCalls = 1,     // one call at a time, each answered before the next
-    kOneway = 2,    // calls without an answer, in order
-    kLiveness = 3,  // releases; its end is the end of the process
+    kCalls = 1,   // one call at a time, and calls back within it, each answered before the next
+    kEvents = 2,  // oneway calls and references, in order; its end is the end of the process
 };
 
 enum MessageFlags : uint32_t {
     kFlagOneway = 1,
     kFlagWantsAnswer = 2,
     kFlagWantsReceived = 4,
+    kFlagRefused = 8,  // of a reply: nobody has looked at the arguments
 };
 
 struct MessageHeader {

@@ -849,17 +849,25 @@ size_t ChannelDatabase::visit(
         const std::function<void(const Channel&, const Multiplex&)>& take) const {
     const auto now = list(id);
     const auto& all = now->channels;
+    // Neighbours often share a multiplex.
+    const Multiplex* last = nullptr;
+    const auto multiplexOf = [&](const Channel& channel) -> const Multiplex& {
+        if (last == nullptr || last->recordId != channel.multiplex) {
+            last = &now->multiplexOf(channel);
+        }
+        return *last;
+    };
     size_t taken = 0;
     if (query.all()) {
         for (size_t i = first; i < all.size() && taken < limit; ++i, ++taken) {
-            take(all[i], now->multiplexOf(all[i]));
+            take(all[i], multiplexOf(all[i]));
         }
         return taken;
     }
     size_t index = 0;
     for (const Channel& channel : all) {
         if (taken >= limit) break;
-        const Multiplex& multiplex = now->multiplexOf(channel);
+        const Multiplex& multiplex = multiplexOf(channel);
         if (!query.matches(channel, multiplex) || index++ < first) continue;
         take(channel, multiplex);
         ++taken;

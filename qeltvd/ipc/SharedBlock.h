@@ -4,38 +4,51 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 namespace qeltvd {
 
 /**
- * A client's shared memory, written from its beginning with pwrite() rather than mapped: that is
- * quicker for a block that is written once, and a block that its owner has made too small is an
- * error and not a signal.
+ * A client's shared memory. Only a memfd that is sealed against shrinking counts as one: its pages
+ * can be written in place, and no access to it waits for anybody.
  */
 class SharedBlock {
   public:
     explicit SharedBlock(const android::hardware::hidl_handle& handle);
+    ~SharedBlock();
+    SharedBlock(const SharedBlock&) = delete;
+    SharedBlock& operator=(const SharedBlock&) = delete;
 
     /** Whether it is a memory of at least so many bytes. */
     bool holds(uint64_t size) const { return mDescriptor >= 0 && mSize >= size; }
 
-    /** Appends a record; what is appended is in the block after flush(). */
-    void append(const void* data, size_t size);
-    /** False when the memory could not be written. */
-    bool flush();
+    /**
+     * Memory for `count` records, to be constructed in it, at the beginning of the block. Null when
+     * the block does not hold them or cannot be written.
+     */
+    template <class T>
+    T* records(uint64_t count) {
+        if (count > mSize / sizeof(T)) return nullptr;
+        return static_cast<T*>(begin(static_cast<size_t>(count) * sizeof(T)));
+    }
+    /** Puts the first records into the block. False when it cannot be written. */
+    bool publish(size_t bytes);
 
+    bool write(const void* from, size_t size);
     bool read(void* to, size_t size) const;
 
   private:
-    static constexpr size_t kBuffer = 64 * 1024;
+    /** From here on mapping the block is quicker than copying into it. */
+    static constexpr size_t kMapped = 256 * 1024;
+
+    void* begin(size_t size);
 
     // Of the handle, which outlives this.
     int mDescriptor = -1;
     uint64_t mSize = 0;
-    uint64_t mWritten = 0;
-    bool mGood = true;
-    std::vector<uint8_t> mBuffer;
+    void* mMapping = nullptr;
+    size_t mMappedSize = 0;
+    std::unique_ptr<uint8_t[]> mCopy;
 };
 
 }  // namespace qeltvd

@@ -6,6 +6,7 @@
 #include <log/log.h>
 
 #include <algorithm>
+#include <new>
 
 #include "ChannelIds.h"
 #include "ChannelListChange.h"
@@ -15,6 +16,7 @@
 
 namespace qeltvd {
 
+using android::hardware::hidl_handle;
 using android::hardware::hidl_vec;
 using android::hardware::IPCThreadState;
 using android::hardware::Void;
@@ -66,6 +68,34 @@ void replyPair(const std::optional<ChannelDatabase::Pair>& pair, const Reply& re
     } else {
         reply(Bytes(), Bytes(), kNotFound);
     }
+}
+
+/**
+ * Writes the records of up to `count` channels, of `available` that there are, into both blocks.
+ * `visit` gets the number and what takes a channel. Returns how many were written.
+ */
+template <class Visit>
+int64_t fillBlocks(const hidl_handle& svl, const hidl_handle& tsl, uint64_t count, size_t available,
+                   const Visit& visit) {
+    SharedBlock channels(svl), streams(tsl);
+    if (!channels.holds(count * sizeof(channel_record_t)) ||
+        !streams.holds(count * sizeof(multiplex_record_t))) {
+        return kBadValue;
+    }
+    // A client's memfd may be larger than the machine's memory: only what is written gets pages.
+    const uint64_t most = std::min<uint64_t>(count, available);
+    auto* channel = channels.records<channel_record_t>(most);
+    auto* stream = streams.records<multiplex_record_t>(most);
+    if (channel == nullptr || stream == nullptr) return kBadValue;
+    size_t done = 0;
+    visit(static_cast<size_t>(most), [&](const Channel& from, const Multiplex& multiplex) {
+        new (channel + done) channel_record_t(pack(from, multiplex));
+        new (stream + done) multiplex_record_t(pack(multiplex));
+        ++done;
+    });
+    return channels.publish(done * sizeof(*channel)) && streams.publish(done * sizeof(*stream))
+                   ? static_cast<int64_t>(done)
+                   : kBadValue;
 }
 
 }  // namespace
@@ -153,40 +183,19 @@ std::optional<ChannelDatabase::Pair> ChannelListService::pairOf(
 
 int64_t ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
                                  uint16_t list, const ChannelQuery& query, size_t first) const {
-    SharedBlock channels(svl), streams(tsl);
-    if (!channels.holds(count * sizeof(channel_record_t)) ||
-        !streams.holds(count * sizeof(multiplex_record_t))) {
-        return kBadValue;
-    }
-    const size_t done = mChannels.visit(
-            list, query, first, count, [&](const Channel& channel, const Multiplex& multiplex) {
-                const channel_record_t record = pack(channel, multiplex);
-                const multiplex_record_t stream = pack(multiplex);
-                channels.append(&record, sizeof(record));
-                streams.append(&stream, sizeof(stream));
-            });
-    const bool good = channels.flush();
-    return streams.flush() && good ? static_cast<int64_t>(done) : kBadValue;
+    return fillBlocks(svl, tsl, count, mChannels.count(list), [&](size_t most, const auto& take) {
+        mChannels.visit(list, query, first, most, take);
+    });
 }
 
 int64_t ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
                                  const std::vector<Channel>& all) const {
-    SharedBlock channels(svl), streams(tsl);
-    if (!channels.holds(count * sizeof(channel_record_t)) ||
-        !streams.holds(count * sizeof(multiplex_record_t))) {
-        return kBadValue;
-    }
-    int64_t done = 0;
-    for (size_t i = 0; i < all.size() && i < count; ++i) {
-        const auto multiplex = mChannels.multiplex(all[i].list, all[i].multiplex);
-        const multiplex_record_t stream = pack(multiplex.value_or(Multiplex()));
-        const channel_record_t record = pack(all[i], multiplex.value_or(Multiplex()));
-        channels.append(&record, sizeof(record));
-        streams.append(&stream, sizeof(stream));
-        ++done;
-    }
-    const bool good = channels.flush();
-    return streams.flush() && good ? done : kBadValue;
+    return fillBlocks(svl, tsl, count, all.size(), [&](size_t most, const auto& take) {
+        for (size_t i = 0; i < most; ++i) {
+            const auto multiplex = mChannels.multiplex(all[i].list, all[i].multiplex);
+            take(all[i], multiplex.value_or(Multiplex()));
+        }
+    });
 }
 
 // Records and the current channel
@@ -835,14 +844,11 @@ Return<void> Service::a_hidl_qeltvapi_tvprovider_get_all_svlid(
         reply(0, kBadValue);
         return Void();
     }
-    uint16_t count = 0;
-    for (const uint16_t list : mChannels.lists()) {
-        if (count == capacity) break;
-        block.append(&list, sizeof(list));
-        ++count;
-    }
-    const bool good = block.flush();
-    reply(good ? count : uint16_t{0}, good ? int16_t{kOk} : int16_t{kBadValue});
+    std::vector<uint16_t> lists = mChannels.lists();
+    if (lists.size() > capacity) lists.resize(capacity);
+    const bool good = block.write(lists.data(), lists.size() * sizeof(uint16_t));
+    reply(good ? static_cast<uint16_t>(lists.size()) : uint16_t{0},
+          good ? int16_t{kOk} : int16_t{kBadValue});
     return Void();
 }
 

@@ -77,8 +77,7 @@ MainService::Return<void> MainService::a_hidl_c_iom_get(uint32_t handle, uint16_
         code = mTv.uart.state(handle, &state);
         take(state);
     }
-    block.append(answer.data(), answer.size());
-    if (!block.flush()) code = kBadValue;
+    if (!block.write(answer.data(), answer.size())) code = kBadValue;
     reply(code == kOk ? answer.size() : 0, code);
     return Void();
 }

@@ -97,6 +97,23 @@ class Echo : public IEcho {
 
 std::atomic<int32_t> gLiveChildren{0};
 
+/** What oneway calls have brought. */
+class Pushed {
+  public:
+    static void add(uint32_t sequence) {
+        std::lock_guard<std::mutex> lock(sMutex);
+        sAll.push_back(sequence);
+    }
+    static std::vector<uint32_t> all() {
+        std::lock_guard<std::mutex> lock(sMutex);
+        return sAll;
+    }
+
+  private:
+    static inline std::mutex sMutex;
+    static inline std::vector<uint32_t> sAll;
+};
+
 class Child : public IListener {
   public:
     explicit Child(int32_t value) : mValue(value) { ++gLiveChildren; }
@@ -107,7 +124,11 @@ class Child : public IListener {
         result(text, static_cast<int32_t>(text.size()));
         return Void();
     }
-    Return<void> onEvent(uint32_t) override { return Void(); }
+    Return<void> onEvent(uint32_t sequence) override {
+        if (mValue < 0) std::this_thread::sleep_for(std::chrono::milliseconds(-mValue));
+        Pushed::add(sequence);
+        return Void();
+    }
 
   private:
     const int32_t mValue;
@@ -170,8 +191,7 @@ class Service : public IServiceChild {
     }
 
     Return<void> push(uint32_t sequence) override {
-        std::lock_guard<std::mutex> lock(mMutex);
-        mPushed.push_back(sequence);
+        Pushed::add(sequence);
         return Void();
     }
     Return<void> slowPush(uint32_t sequence, uint32_t milliseconds) override {
@@ -179,12 +199,7 @@ class Service : public IServiceChild {
         return push(sequence);
     }
     Return<void> pushed(pushed_cb result) override {
-        std::vector<uint32_t> copy;
-        {
-            std::lock_guard<std::mutex> lock(mMutex);
-            copy = mPushed;
-        }
-        result(copy);
+        result(Pushed::all());
         return Void();
     }
 
@@ -228,6 +243,18 @@ class Service : public IServiceChild {
         return total;
     }
 
+    Return<bool> watches(const sp<IListener>& listener) override {
+        struct Recipient : ::android::hardware::hidl_death_recipient {
+            void serviceDied(uint64_t, const ::android::wp<IBase>&) override {}
+        };
+        static const sp<Recipient> recipient = new Recipient;
+        return listener->linkToDeath(recipient, 0).withDefault(false);
+    }
+    Return<void> callFromThread(int32_t value) override {
+        std::thread([&] { (void)listener()->onValue(value).isOk(); }).join();
+        return Void();
+    }
+
     Return<void> child(child_cb result) override {
         result("child");
         return Void();
@@ -245,7 +272,6 @@ class Service : public IServiceChild {
 
     std::mutex mMutex;
     sp<IListener> mListener;
-    std::vector<uint32_t> mPushed;
     std::atomic<uint32_t> mConcurrent{0};
 };
 

@@ -40,7 +40,7 @@ using namespace ::hidlhost;
 using namespace ::hidlhost::test::kit::V1_0;
 
 constexpr char kRaw[] = "limits@1.0::IRaw";
-constexpr char kStranger[] = "1-feedfacecafebeef";
+const std::string kStranger = std::to_string(getpid()) + "-feedfacecafebeef";
 /** Positions among the methods of IService.hal. */
 constexpr uint32_t kPid = 1;
 constexpr uint32_t kFill = 20;
@@ -124,10 +124,10 @@ class Limits : public testing::Test {
     registry::Entry mEntry;
 };
 
-TEST_F(Limits, AMessageMayBe256MiBAndNotMore) {
+TEST_F(Limits, AMessageMayBe32MiBAndNotMore) {
     // What a vector's message holds besides its elements: header, stream, two records, the vector.
     constexpr size_t kAnswerFrame = 48 + 16 + 2 * 24 + 16;
-    constexpr size_t kLargest = (256u << 20) - kAnswerFrame;
+    constexpr size_t kLargest = (32u << 20) - kAnswerFrame;
     std::atomic<size_t> wanted{0};
     std::atomic<size_t> arrived{0};
     RawHost host;
@@ -166,7 +166,7 @@ TEST_F(Limits, AMessageMayBe256MiBAndNotMore) {
     EXPECT_EQ(arrived, 3u);
     EXPECT_EQ(ask(3, kLargest + 1), Outcome(android::NO_MEMORY, 0));
     EXPECT_EQ(arrived, 3u) << "the call itself was carried out";
-    EXPECT_EQ(ask(256u << 20, 5), Outcome(android::NO_MEMORY, 0));
+    EXPECT_EQ(ask(32u << 20, 5), Outcome(android::NO_MEMORY, 0));
     EXPECT_EQ(arrived, 0u);
     EXPECT_EQ(ask(4, 5), Outcome(OK, 5)) << "and nothing has suffered";
 }
@@ -206,7 +206,7 @@ TEST_F(Limits, AClientThatDoesNotReadLosesItsConnectionOnly) {
     std::this_thread::sleep_for(200ms);
     const size_t before = static_cast<size_t>(mService->openDescriptors().withDefault(0));
     Stranger idle(mEntry.node);
-    ASSERT_TRUE(idle.call(mEntry.object, kFill, {64u << 20, 1}));
+    ASSERT_TRUE(idle.call(mEntry.object, kFill, {24u << 20, 1}));
     // The service is stuck in the middle of an answer; nobody else waits for it.
     EXPECT_TRUE(eventually([&] { return idle.hasSomething(); }));
     const auto begin = std::chrono::steady_clock::now();

@@ -42,7 +42,7 @@ using ::android::hidl::base::V1_0::IBase;
 using namespace ::hidlhost;
 using namespace ::hidlhost::test::kit::V1_0;
 
-constexpr char kStranger[] = "1-feedfacecafebeef";
+const std::string kStranger = std::to_string(getpid()) + "-feedfacecafebeef";
 
 size_t paddedSize(size_t size) {
     return static_cast<size_t>(padded(size));
@@ -126,7 +126,7 @@ class RawConnection {
         Message hello;
         hello.header.kind = kHello;
         hello.header.code = role;
-        for (const std::string& name : {std::string(kStranger), node + suffix}) {
+        for (const std::string& name : {kStranger, node + suffix}) {
             hello.stream.insert(hello.stream.end(), name.c_str(), name.c_str() + name.size() + 1);
         }
         hello.fitHeader();
@@ -190,7 +190,7 @@ class MalformedTest : public ::testing::Test {
         ASSERT_TRUE(mEcho != nullptr && mService != nullptr);
         ASSERT_TRUE(registry::find(IEcho::descriptor, "kit", &mEntry));
         // What the service opens once and for all is open before descriptors are counted.
-        RawConnection first(mEntry.node, kLiveness);
+        RawConnection first(mEntry.node, kEvents);
         first.endOfSending();
         ASSERT_TRUE(first.closed());
         mTree.named = {"root", {1, 2, 3}, 4};
@@ -432,7 +432,7 @@ TEST_F(MalformedTest, StrangersAndHalfMessagesEnd) {
         bytes.resize(kPacketSize);
         ASSERT_TRUE(half.send(bytes, message.descriptors));
         // References that were never given cannot be given back.
-        RawConnection liveness(mEntry.node, kLiveness);
+        RawConnection liveness(mEntry.node, kEvents);
         Message release;
         release.header.kind = kRelease;
         release.header.object = mEntry.object;

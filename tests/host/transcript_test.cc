@@ -30,7 +30,7 @@ using namespace ::hidlhost;
 using Bytes = std::vector<uint8_t>;
 
 constexpr char kInterface[] = "demo.greet@1.0::IGreeter";
-constexpr char kStranger[] = "1-feedfacecafebeef";
+const std::string kStranger = std::to_string(getpid()) + "-feedfacecafebeef";
 constexpr size_t kObjectAt = 8;
 constexpr size_t kChainAt = 16;
 constexpr size_t kChainSize = 8;

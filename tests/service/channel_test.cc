@@ -835,9 +835,10 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
     using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiChannelList;
     const auto service = IQelTvApiChannelList::getService("default", false);
     ASSERT_NE(nullptr, service);
-    const auto memory = [](size_t size, bool writable) {
-        const int fd = memfd_create("test", MFD_CLOEXEC);
+    const auto memory = [](size_t size, bool writable, int seals = F_SEAL_SHRINK) {
+        const int fd = memfd_create("test", MFD_CLOEXEC | MFD_ALLOW_SEALING);
         EXPECT_EQ(0, ftruncate(fd, static_cast<off_t>(size)));
+        EXPECT_EQ(0, fcntl(fd, F_ADD_SEALS, seals));
         native_handle_t* native = native_handle_create(1, 0);
         native->data[0] = fd;
         if (!writable) {
@@ -849,10 +850,13 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
         handle.setTo(native, true);
         return handle;
     };
-    const auto readTwo = [&](const hidl_handle& svl, const hidl_handle& tsl) {
+    const auto readSome = [&](uint32_t count, const hidl_handle& svl, const hidl_handle& tsl) {
         return static_cast<int32_t>(
                 service->a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_index_ex(
-                        kAir, 0, 0, 0, 0, 0, 0, 2, 0, svl, tsl));
+                        kAir, 0, 0, 0, 0, 0, 0, count, 0, svl, tsl));
+    };
+    const auto readTwo = [&](const hidl_handle& svl, const hidl_handle& tsl) {
+        return readSome(2, svl, tsl);
     };
     const hidl_handle svl = memory(2 * sizeof(channel_record_t), true);
     const hidl_handle tsl = memory(2 * sizeof(multiplex_record_t), true);
@@ -861,6 +865,12 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
     EXPECT_EQ(QELTV_BAD_VALUE, readTwo(svl, memory(2 * sizeof(multiplex_record_t) - 1, true)));
     EXPECT_EQ(QELTV_BAD_VALUE, readTwo(memory(2 * sizeof(channel_record_t), false), tsl));
     EXPECT_EQ(QELTV_BAD_VALUE, readTwo(hidl_handle(), tsl));
+    // Its owner could cut it while it is written.
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(memory(2 * sizeof(channel_record_t), true, 0), tsl));
+    // More than the machine has, of which only what there is to read gets memory.
+    constexpr uint32_t kHuge = 0xffffffff;
+    EXPECT_EQ(0, readSome(kHuge, memory(size_t{kHuge} * sizeof(channel_record_t), true),
+                          memory(size_t{kHuge} * sizeof(multiplex_record_t), true)));
     int ends[2];
     ASSERT_EQ(0, pipe2(ends, O_CLOEXEC));
     native_handle_t* native = native_handle_create(1, 0);

@@ -1,7 +1,8 @@
 #include "log_capture.h"
 
-#include <log/log.h>
+#include <gtest/gtest.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstdio>
 #include <cstring>
@@ -15,11 +16,13 @@ std::mutex& sLock = *new std::mutex;
 std::condition_variable& sArrived = *new std::condition_variable;
 std::vector<LogLine>& sLines = *new std::vector<LogLine>;
 
+/** The tag of the service access core. */
+constexpr char kCore[] = "hw_qeltvapi_common";
+
 bool ofTheLibrary(const std::string& tag) {
     static const std::string& kClient = *new std::string("(client)");
-    return tag == "hw_qeltvapi_common" ||
-           (tag.size() >= kClient.size() &&
-            tag.compare(tag.size() - kClient.size(), kClient.size(), kClient) == 0);
+    return tag == kCore || (tag.size() >= kClient.size() &&
+                            tag.compare(tag.size() - kClient.size(), kClient.size(), kClient) == 0);
 }
 
 void logger(const __android_logger_data* data, const char* text) {
@@ -79,6 +82,32 @@ std::vector<LogLine> takeLog() {
 
 bool matches(const std::string& pattern, const std::string& text) {
     return matchesFrom(pattern.c_str(), text.c_str());
+}
+
+void expectLog(const std::string& tag, const std::vector<std::string>& patterns, int priority) {
+    std::vector<LogLine> lines = takeLog();
+    if (tag != kCore) {
+        lines.erase(std::remove_if(lines.begin(), lines.end(),
+                                   [](const LogLine& line) { return line.tag == kCore; }),
+                    lines.end());
+    }
+    for (size_t i = 0; i < std::max(lines.size(), patterns.size()); ++i) {
+        if (i >= patterns.size()) {
+            ADD_FAILURE() << "unexpected line \"" << lines[i].text << "\"";
+            continue;
+        }
+        const size_t bar = patterns[i].find(")|");
+        const bool named = patterns[i][0] == '(' && bar != std::string::npos;
+        const std::string pattern = named ? patterns[i].substr(bar + 2) : patterns[i];
+        if (i >= lines.size()) {
+            ADD_FAILURE() << "no line \"" << pattern << "\"";
+            continue;
+        }
+        EXPECT_TRUE(matches(pattern, lines[i].text))
+                << "line \"" << lines[i].text << "\" is not \"" << pattern << "\"";
+        EXPECT_EQ(named ? patterns[i].substr(0, bar + 1) : tag, lines[i].tag) << lines[i].text;
+        EXPECT_EQ(priority, lines[i].priority) << lines[i].text;
+    }
 }
 
 bool waitForLog(const std::string& tag, const std::string& pattern,

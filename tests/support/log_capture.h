@@ -2,6 +2,8 @@
 #ifndef TESTS_SUPPORT_LOG_CAPTURE_H
 #define TESTS_SUPPORT_LOG_CAPTURE_H
 
+#include <log/log.h>
+
 #include <chrono>
 #include <string>
 #include <vector>
@@ -25,6 +27,14 @@ std::vector<LogLine> takeLog();
  * anything.
  */
 bool matches(const std::string& pattern, const std::string& text);
+
+/**
+ * The lines since the last call must be these and no others: their texts as matches() has it, their
+ * priority, and their tag, which a pattern that begins "(tag)|" names itself. Lines of the core,
+ * which its threads write at any time, are left out unless they are the ones looked for.
+ */
+void expectLog(const std::string& tag, const std::vector<std::string>& patterns,
+               int priority = ANDROID_LOG_DEBUG);
 
 /**
  * Waits until a captured line under `tag` matches `pattern`; false after the deadline. Keeps all

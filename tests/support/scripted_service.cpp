@@ -1,11 +1,13 @@
 #include "scripted_service.h"
 
+#include <gtest/gtest.h>
 #include <hidlhost/raw_service.h>
 
 #include <deque>
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include "private_runtime.h"
 
@@ -30,6 +32,13 @@ struct Script {
     std::optional<Values> answer;
 };
 
+/** Settles the expectations of every test when it ends. */
+class Settling : public testing::EmptyTestEventListener {
+    void OnTestEnd(const testing::TestInfo& /* test */) override {
+        ScriptedService::instance().settle();
+    }
+};
+
 }  // namespace
 
 struct ScriptedService::State {
@@ -38,6 +47,7 @@ struct ScriptedService::State {
     std::deque<Script> scripts;
     std::function<void()> beforeAnswer;
     std::vector<Seen> seen;
+    std::vector<std::string> differences;
     android::sp<IBinder> callback;
     int registrations = 0;
     int refusals = 0;
@@ -52,8 +62,9 @@ struct ScriptedService::State {
         std::function<void()> action;
         {
             std::lock_guard<std::mutex> guard(lock);
+            seen.push_back({interface, ordinal});
             if (scripts.empty()) {
-                seen.push_back({interface, ordinal, "nobody expected this call"});
+                differences.push_back(name(interface, ordinal) + " is not expected");
                 return android::FAILED_TRANSACTION;
             }
             script = std::move(scripts.front());
@@ -62,15 +73,19 @@ struct ScriptedService::State {
         }
         std::string difference = script.look(call.arguments);
         if (call.interface != kPackage + interface) difference = "token of " + call.interface;
-        {
+        if (!difference.empty()) {
             std::lock_guard<std::mutex> guard(lock);
-            seen.push_back({interface, ordinal, difference});
+            differences.push_back(name(interface, ordinal) + ", " + difference);
         }
         if (action) action();
         if (!script.answer) return android::FAILED_TRANSACTION;
         hidlhost::writeOk(reply);
         for (const Value& value : *script.answer) value.write(reply);
         return android::OK;
+    }
+
+    static std::string name(const std::string& interface, uint32_t ordinal) {
+        return "the call of " + interface + " " + std::to_string(ordinal);
     }
 
     status_t registered(const RawCall& call, Parcel* reply) {
@@ -104,7 +119,9 @@ ScriptedService& ScriptedService::instance() {
     return sInstance;
 }
 
-ScriptedService::ScriptedService() : mState(std::make_unique<State>()) {}
+ScriptedService::ScriptedService() : mState(std::make_unique<State>()) {
+    testing::UnitTest::GetInstance()->listeners().Append(new Settling);
+}
 ScriptedService::~ScriptedService() = default;
 
 void ScriptedService::start(const std::vector<std::string>& interfaces) {
@@ -154,10 +171,21 @@ void ScriptedService::beforeAnswer(std::function<void()> action) {
 }
 
 std::vector<Seen> ScriptedService::take() {
+    for (const std::string& difference : takeDifferences()) ADD_FAILURE() << difference;
     std::lock_guard<std::mutex> guard(mState->lock);
-    std::vector<Seen> seen;
-    seen.swap(mState->seen);
-    return seen;
+    return std::exchange(mState->seen, {});
+}
+
+void ScriptedService::settle() {
+    take();
+    std::lock_guard<std::mutex> guard(mState->lock);
+    const size_t missed = std::exchange(mState->scripts, {}).size();
+    EXPECT_EQ(0u, missed) << "expected calls have not come";
+}
+
+std::vector<std::string> ScriptedService::takeDifferences() {
+    std::lock_guard<std::mutex> guard(mState->lock);
+    return std::exchange(mState->differences, {});
 }
 
 android::sp<IBinder> ScriptedService::callback() {
@@ -214,7 +242,6 @@ void ScriptedService::die() {
     std::lock_guard<std::mutex> guard(mState->lock);
     dead.swap(mState->host);
     mState->callback = nullptr;
-    mState->scripts.clear();
 }
 
 }  // namespace wire

@@ -24,10 +24,13 @@ namespace wire {
 struct Seen {
     std::string interface;
     uint32_t ordinal;
-    /** What differs from the expected arguments; "" when they were equal. */
-    std::string difference;
 };
 
+/**
+ * Expectations hold by themselves: a test fails on a call that brings other arguments than
+ * expected, on one that is not expected, and on an expected one that has not come by the end of the
+ * test.
+ */
 class ScriptedService {
   public:
     /** The one of this process. Not started yet. */
@@ -46,11 +49,15 @@ class ScriptedService {
     void expectAndLose(Values arguments);
     /** Runs on the service's thread when the next call has arrived, before it is answered. */
     void beforeAnswer(std::function<void()> action);
-    /** Looks at the raw arguments of the next call, instead of comparing them. */
+    /** Has the raw arguments of the next call examined; `look` returns "" or what is wrong. */
     void inspect(std::function<std::string(const android::hardware::Parcel&)> look, Values answer);
 
-    /** The calls since the last look. */
+    /** The calls since the last look. Reports those whose arguments were not the expected ones. */
     std::vector<Seen> take();
+    /** take(), and reports the expected calls that have not come. Every test ends with it. */
+    void settle();
+    /** What differed since the last look, for a process that cannot report it. */
+    std::vector<std::string> takeDifferences();
 
     /** The client's callback object as registered last; null before. */
     android::sp<android::hardware::IBinder> callback();

@@ -38,6 +38,11 @@ class Outputs {
     void reset();
     Bytes slot(size_t slot) const { return Bytes(mSlots[slot].data(), kSlotSize); }
     void put(size_t slot, size_t offset, const Bytes& content);
+    /**
+     * `text` with what the slots hold in the place of "{u8@0}", "{u16@1+2}", "{i32@0}" and
+     * "{text@0}": a type, a slot and, behind the plus, an offset.
+     */
+    std::string shownIn(const std::string& text) const;
 
   private:
     struct alignas(16) Slot : std::array<char, kSlotSize> {};
@@ -106,8 +111,8 @@ class Row {
     Row& unchecked();
 
     /*
-     * Log lines, as patterns (see matches()) in which "{f}" stands for the function's name and
-     * "{r}" for the result of that run. Lines under another tag than the table's: "tag|pattern".
+     * Log lines, as patterns (see expectLog()) in which "{f}" stands for the function's name, "{r}"
+     * for the result of that run and "{i32@0}" for what the caller then holds (see Outputs).
      */
     /** Traced before anything else. */
     Row& entry(std::vector<std::string> lines);

@@ -3,6 +3,10 @@
 #define TESTS_SUPPORT_WIRE_H
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
 
 #include "hw_qeltvapi_common.h"
 #include "log_capture.h"
@@ -27,7 +31,7 @@ inline ScriptedService& ready() {
     captureLog();
     ScriptedService& service = ScriptedService::instance();
     service.start();
-    service.take();
+    service.settle();
     takeLog();
     return service;
 }
@@ -42,8 +46,16 @@ void expectLostReplyEndsTheProcess(const Values& sent, const F& call) {
     const bool forks = QELTV_EMULATOR[0] != '\0';
     GTEST_FLAG_SET(death_test_style, forks ? "fast" : "threadsafe");
     const auto lose = [&] {
-        ScriptedService::instance().start();
-        ScriptedService::instance().expectAndLose(sent);
+        ScriptedService& service = ScriptedService::instance();
+        service.start();
+        service.expectAndLose(sent);
+        // The parent only sees how this process ends.
+        service.beforeAnswer([&service] {
+            for (const std::string& difference : service.takeDifferences()) {
+                fprintf(stderr, "%s\n", difference.c_str());
+                _exit(EXIT_FAILURE);
+            }
+        });
         call();
     };
     EXPECT_DEATH(lose(), forks ? "failed HIDL call" : "failed HIDL call.*FAILED_TRANSACTION");

@@ -40,7 +40,6 @@ Row wholeRecord(const char* function, uint32_t ordinal, int (*get)(void*)) {
 
 Table table() {
     const std::string returned = "<{f}:{n}> {f} reuturn {r}\n";
-    const std::string inside = "<operator():{n}> Enter operator():{n}";
     Table t;
     t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_audioinfo)(client)";
@@ -112,41 +111,6 @@ Table table() {
                   a_qeltvapi_audio_info_get_inputsource_available_record),
             wholeRecord("a_qeltvapi_get_inputsource_current_audio_info", 156,
                         a_qeltvapi_get_inputsource_current_audio_info),
-            Row("a_qeltvapi_audio_info_set_value", 157)
-                    .call([](Outputs&) { return a_qeltvapi_audio_info_set_value(-11, -12); })
-                    .sent({i32(-11), i32(-12)})
-                    .answered({i32(11)})
-                    .returns(11)
-                    .direct<int32_t>(),
-            Row("a_qeltvapi_audio_info_get_value", 158)
-                    .call([](Outputs& o) {
-                        return a_qeltvapi_audio_info_get_value(-13, o.at<uint32_t>(0));
-                    })
-                    .sent({i32(-13)})
-                    .answered({u32(0x80000003), i32(12)})
-                    .returns(12)
-                    .stores(0, uint32_t{0x80000003})
-                    .reply({inside}),
-            Row("a_qeltvapi_audio_info_set_data", 159)
-                    .call([](Outputs& o) {
-                        return a_qeltvapi_audio_info_set_data(-14, o.at(0), 15);
-                    })
-                    .given(0, counted(15, 40))
-                    .sent({i32(-14), bytes(counted(15, 40)), i32(15)})
-                    .answered({i32(13)})
-                    .returns(13)
-                    .direct<int32_t>(),
-            // The buffer is the request, then takes the answer whole.
-            Row("a_qeltvapi_audio_info_get_data", 160)
-                    .call([](Outputs& o) {
-                        return a_qeltvapi_audio_info_get_data(-15, o.at(0), 16);
-                    })
-                    .given(0, counted(16, 50))
-                    .sent({i32(-15), i32(16), bytes(counted(16, 50))})
-                    .answered({bytes(counted(20)), i32(14)})
-                    .returns(14)
-                    .stores(0, counted(20))
-                    .reply({inside}),
     };
     return t;
 }

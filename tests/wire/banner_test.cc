@@ -11,9 +11,6 @@ Table table() {
     t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_banner)(client)";
     t.rows = {
-            Row("a_qeltvapi_banner_register_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_banner_register_callback(nullptr); })
-                    .entry({"<{f}:171> {f}"}),
             Row("a_qeltvapi_banner_get_item_state", 97)
                     .call([](Outputs& o) {
                         return a_qeltvapi_banner_get_item_state(-1, 2, o.at<uint8_t>(0));

@@ -9,6 +9,14 @@ namespace {
 constexpr char kTag[] = "(hw_qeltvapi_broadcast)(client)";
 constexpr char kRet[] = "<{f}:{n}> ret={r}";
 
+/** A slot's value as the trace shows it. */
+template <class T>
+constexpr const char* kShown = "{i32@0}";
+template <>
+constexpr const char* kShown<uint8_t> = "{u8@0}";
+template <>
+constexpr const char* kShown<uint16_t> = "{u16@0}";
+
 /** A function whose result is the method's own, with its arguments as traced. */
 Row plain(const std::string& name, uint32_t ordinal, Row::CallFn call, Values sent, int32_t code,
           const std::string& args = "") {
@@ -16,6 +24,14 @@ Row plain(const std::string& name, uint32_t ordinal, Row::CallFn call, Values se
     row.call(call).sent(std::move(sent)).answered({i32(code)}).returns(code).direct<int32_t>();
     if (!args.empty()) row.started({"<{f}:{n}> ARG=[" + args + "]"});
     return row.exit({kRet});
+}
+
+/** A function that refuses a null pointer before it fetches the proxy. */
+Row refusal(const std::string& name, Row::CallFn call) {
+    return Row("a_qeltvapi_broadcast_" + name, Row::kNoCall)
+            .call(call)
+            .returns(-1)
+            .replyAlways({"<{f}:{n}> Arg invalid(null ptr).\n"});
 }
 
 /** A function that stores one value, always in slot 0. */
@@ -29,7 +45,7 @@ Row getter(const std::string& name, uint32_t ordinal, Row::CallFn call, Values s
             .returns(code)
             .stores(0, stored)
             .entry({"<{f}:{n}> ."})
-            .exit({"<{f}:{n}> val={*}, ret={r}"});
+            .exit({std::string("<{f}:{n}> val=") + kShown<T> + ", ret={r}"});
 }
 
 Bytes regionImage() {
@@ -91,8 +107,7 @@ Table table() {
                     .answered({i32(-70001), i32(28)})
                     .returns(28)
                     .stores(0, int32_t{-70001})
-                    .entry({"<{f}:{n}> ."})
-                    .exit({"<{f}:{n}> status={*}, ret={r}"}),
+                    .exit({"<{f}:{n}> status={i32@0}, ret={r}"}),
             getter(
                     "get_tuning_error", 8,
                     [](Outputs& o) {
@@ -204,8 +219,7 @@ Table table() {
                     .stores(0, Bytes("Operato\0", 8))
                     .missing(0)
                     .missingLines({}, {})
-                    .entry({"<{f}:{n}> ."})
-                    .exit({"<{f}:{n}> val={*}, ret={r}"}),
+                    .exit({"<{f}:{n}> val={text@0}, ret={r}"}),
             getter(
                     "get_mheg_input_event_mask", 25,
                     [](Outputs& o) {
@@ -264,6 +278,36 @@ Table table() {
                         return a_qeltvapi_broadcast_transfer_external_ui_status(&r);
                     },
                     {record(bytesOf(int32_t{-19}) + Bytes("\1\0\0\0", 4))}, 54),
+            refusal("get_cam_operator_name",
+                    [](Outputs&) {
+                        return a_qeltvapi_broadcast_get_cam_operator_name(8, nullptr);
+                    }),
+            refusal("sync_stop",
+                    [](Outputs&) { return a_qeltvapi_broadcast_sync_stop(nullptr, 1); }),
+            refusal("strm_is_orig_scramble",
+                    [](Outputs& o) {
+                        return a_qeltvapi_broadcast_strm_is_orig_scramble(nullptr, 1,
+                                                                          o.at<uint8_t>(0));
+                    }),
+            refusal("change_freq",
+                    [](Outputs&) {
+                        const QELTVAPI_CHANGE_FREQ_T r = frequency();
+                        return a_qeltvapi_broadcast_change_freq(nullptr, &r);
+                    }),
+            refusal("change_freq",
+                    [](Outputs&) { return a_qeltvapi_broadcast_change_freq("a", nullptr); }),
+            refusal("ana_channel_fine_tune",
+                    [](Outputs&) {
+                        return a_qeltvapi_broadcast_ana_channel_fine_tune(nullptr, 1, 1);
+                    }),
+            refusal("get_connect_attr",
+                    [](Outputs& o) {
+                        return a_qeltvapi_broadcast_get_connect_attr(nullptr, 1, o.at<int32_t>(0));
+                    }),
+            refusal("transfer_external_ui_status",
+                    [](Outputs&) {
+                        return a_qeltvapi_broadcast_transfer_external_ui_status(nullptr);
+                    }),
     };
     return t;
 }
@@ -276,7 +320,7 @@ TEST(BroadcastWire, ZeroIsFalseWhereverATruthValueIsSent) {
     const auto sends = [&](Values values, const std::function<int()>& call) {
         service.expect(std::move(values), {i32(0)});
         call();
-        EXPECT_EQ("", service.take().at(0).difference);
+        service.settle();
     };
     sends({i32(1), i32(2), i32(3), boolean(false)},
           [] { return a_qeltvapi_broadcast_select_channel(1, 2, 3, 0); });
@@ -298,47 +342,8 @@ TEST(BroadcastWire, ZeroIsFalseWhereverATruthValueIsSent) {
     uint8_t value = 0;
     service.expect({i32(1), i32(2), boolean(false)}, {u8(1), i32(0)});
     a_qeltvapi_broadcast_is_channel_number_valid(1, 2, 0, &value);
-    EXPECT_EQ("", service.take().at(0).difference);
     service.expect({}, {boolean(false)});
     EXPECT_EQ(0, a_qeltvapi_broadcast_is_signal_loss());
-}
-
-TEST(BroadcastWire, ANullPathRecordOrBufferIsRefusedWithOneLineAndNoCall) {
-    ScriptedService& service = ScriptedService::instance();
-    service.start();
-    captureLog();
-    const auto refuses = [&](const std::string& name, const std::function<int()>& call) {
-        SCOPED_TRACE(name);
-        for (bool on : {false, true}) {
-            takeLog();
-            service.take();
-            Debug debug(on);
-            EXPECT_EQ(-1, call());
-            EXPECT_TRUE(service.take().empty());
-            const std::vector<LogLine> lines = takeLog();
-            ASSERT_EQ(1u, lines.size());
-            EXPECT_EQ(kTag, lines[0].tag);
-            EXPECT_TRUE(matches("<a_qeltvapi_broadcast_" + name + ":{n}> Arg invalid(null ptr).\n",
-                                lines[0].text))
-                    << lines[0].text;
-        }
-    };
-    const QELTVAPI_CHANGE_FREQ_T r = frequency();
-    uint8_t byte = 0;
-    int32_t value = 0;
-    refuses("get_cam_operator_name",
-            [] { return a_qeltvapi_broadcast_get_cam_operator_name(8, nullptr); });
-    refuses("sync_stop", [] { return a_qeltvapi_broadcast_sync_stop(nullptr, 1); });
-    refuses("strm_is_orig_scramble",
-            [&] { return a_qeltvapi_broadcast_strm_is_orig_scramble(nullptr, 1, &byte); });
-    refuses("change_freq", [&] { return a_qeltvapi_broadcast_change_freq(nullptr, &r); });
-    refuses("change_freq", [] { return a_qeltvapi_broadcast_change_freq("a", nullptr); });
-    refuses("ana_channel_fine_tune",
-            [] { return a_qeltvapi_broadcast_ana_channel_fine_tune(nullptr, 1, 1); });
-    refuses("get_connect_attr",
-            [&] { return a_qeltvapi_broadcast_get_connect_attr(nullptr, 1, &value); });
-    refuses("transfer_external_ui_status",
-            [] { return a_qeltvapi_broadcast_transfer_external_ui_status(nullptr); });
 }
 
 TEST(BroadcastWire, TheOperatorNameEndsWithinTheCallersRoom) {

@@ -36,6 +36,27 @@ Table table() {
                     .returns(1)
                     .unchecked()
                     .exit({"<{f}:{n}> {f}, b_status={r}\n"}),
+            Row("a_qeltvapi_get_earc_caps", 0)
+                    .call([](Outputs&) { return a_qeltvapi_get_earc_caps(); })
+                    .answered({boolean(false)})
+                    .returns(0)
+                    .unchecked()
+                    .exit({"<{f}:{n}> {f}, b_supported=0\n"}),
+            Row("a_qeltvapi_set_earc_enable", 1)
+                    .call([](Outputs&) { return a_qeltvapi_set_earc_enable(0); })
+                    .sent({boolean(false)})
+                    .answered({i32(4)})
+                    .returns(4)
+                    .missing(-1)
+                    .missingLines({}, {"<{f}:{n}> {f}, Get service fail"})
+                    .unchecked(),
+            Row("a_qeltvapi_get_earc_status", 2)
+                    .call([](Outputs&) { return a_qeltvapi_get_earc_status(3); })
+                    .sent({u32(3)})
+                    .answered({boolean(false)})
+                    .returns(0)
+                    .unchecked()
+                    .exit({"<{f}:{n}> {f}, b_status=0\n"}),
     };
     return t;
 }

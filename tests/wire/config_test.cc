@@ -20,8 +20,8 @@ Table table() {
                     .answered({u32(0xfffe0064), i32(3)})
                     .returns(3)
                     .stores(0, uint32_t{0xfffe0064})
-                    .exit({"<{f}:118> {*}, {r}"})
-                    .exitWhenMissing({"<{f}:118> {*}, -1"}),
+                    .exit({"<{f}:118> {i32@0}, {r}"})
+                    .exitWhenMissing({"<{f}:118> {i32@0}, -1"}),
             Row("a_qeltvapi_config_get_value", 1)
                     .call([](Outputs& o) {
                         return a_qeltvapi_config_get_value(7, "volume", o.at<int32_t>(0));
@@ -31,8 +31,8 @@ Table table() {
                     .returns(5)
                     .stores(0, int32_t{-42})
                     .entry({"<{f}:124> {f}"})
-                    .exit({"<{f}:140> {*}, {r}"})
-                    .exitWhenMissing({"<{f}:140> {*}, -1"}),
+                    .exit({"<{f}:140> {i32@0}, {r}"})
+                    .exitWhenMissing({"<{f}:140> {i32@0}, -1"}),
             Row("a_qeltvapi_config_set_value", 2)
                     .call([](Outputs&) {
                         return a_qeltvapi_config_set_value(11, "hue", -12, 0x40000013);
@@ -182,7 +182,6 @@ TEST(ConfigWire, ANullTextIsSentAsTheEmptyOne) {
     service.start();
     service.expect({str(""), str("")}, {i32(4)});
     EXPECT_EQ(4, a_qeltvapi_config_set_str_value(nullptr, nullptr));
-    EXPECT_EQ("", service.take().at(0).difference);
 }
 
 }  // namespace

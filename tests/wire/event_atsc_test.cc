@@ -56,9 +56,6 @@ Table table() {
     t.tag = "(hw_qeltvapi_event_atsc)(client)";
     t.entry = {"<{f}:{n}> {f}"};
     t.rows = {
-            Row("a_qeltvapi_event_atsc_register_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_event_atsc_register_callback(nullptr); })
-                    .entry({"<{f}:373> {f}"}),
             Row("a_qeltvapi_event_atsc_load_events", 135)
                     .call([](Outputs& o) {
                         return a_qeltvapi_event_atsc_load_events(-1, INT64_C(-0x123456789a), 3,

@@ -1,5 +1,3 @@
-#include "hw_qeltvapi_ews.h"
-
 #include "hw_qeltvapi_ews_pa.h"
 #include "wire.h"
 
@@ -10,33 +8,10 @@ namespace {
 Table table() {
     Table t;
     t.interface = "IQelTvApi";
-    t.tag = "(hw_qeltvapi_ews)(client)";
-    t.rows = {
-            Row("a_qeltvapi_ews_reg_msg_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_ews_reg_msg_callback(nullptr); })
-                    .entry({"<{f}:21> {f}", "<{f}:22> "}),
-            // Its second line is written with the debug switch off, too.
-            Row("c_rpc_reg_qeltvapi_ews_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ews_cb_hndlrs(1, 2); })
-                    .entry({"<{f}:32> {f}"})
-                    .replyAlways({"<{f}:33> "}),
-    };
-    return t;
-}
-
-Table ewspaTable() {
-    Table t;
-    t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_ews_pa)(client)";
     t.entry = {"<{f}:{n}> {f}"};
     t.exit = {"<{f}:{n}> {f} reuturn {r}\n"};
     t.rows = {
-            Row("a_qeltvapi_ewspa_reg_msg_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_ewspa_reg_msg_callback(nullptr);
-            }),
-            Row("c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs("x"); })
-                    .entry({"<{f}:119> {f}"}),
             // A set stores the answer as well; a get more than was asked for.
             Row("a_qeltvapi_ewspa_set", 227)
                     .given(0, bytesOf<int32_t>({-1, 2, -3}))
@@ -71,18 +46,6 @@ Table ewspaTable() {
     return t;
 }
 
-TEST(EwsWire, AMissingServiceGivesItsResultAndTouchesNothing) {
-    runMissing(table());
-    runMissing(ewspaTable());
-}
-
-TEST(EwsWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
-    runAnswered(table());
-    runAnswered(ewspaTable());
-}
-
-TEST(EwsWire, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) {
-    runLost(ewspaTable());
-}
+WIRE_TABLE_TESTS(EwsWire, table())
 
 }  // namespace

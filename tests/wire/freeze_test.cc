@@ -37,7 +37,7 @@ TEST(FreezeWire, OnlyOneFreezes) {
     for (int freeze : {0, 2, -1, 0x101}) {
         service.expect({str("p"), boolean(false)}, {i32(0)});
         EXPECT_EQ(0, a_qeltvapi_freeze_set_freeze("p", freeze));
-        EXPECT_EQ("", service.take().back().difference);
+        service.settle();
     }
 }
 

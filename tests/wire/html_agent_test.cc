@@ -11,9 +11,6 @@ Table table() {
     t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_html_agent)(client)";
     t.rows = {
-            Row("a_qeltvapi_html_agent_reg_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_html_agent_reg_callback(nullptr);
-            }),
             // A longer reply is cut to what was sent.
             Row("a_qeltvapi_html_agent_exchange_data", 248)
                     .given(0, counted(16))

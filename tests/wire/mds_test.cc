@@ -11,9 +11,6 @@ Table table() {
     t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_mds)(client)";
     t.rows = {
-            Row("a_qeltvapi_mds_reg_msg_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_mds_reg_msg_callback(nullptr); })
-                    .entry({"<{f}:134> {f}"}),
             Row("a_qeltvapi_mds_fvpMtdtOperator", 250)
                     .call([](Outputs&) { return a_qeltvapi_mds_fvpMtdtOperator("operator=1"); })
                     .sent({str("operator=1")})
@@ -32,7 +29,7 @@ Table table() {
                     .returns(3)
                     .stores(0, Bytes("NEW"))
                     .entry({"<{f}:{n}> {f}\n"})
-                    .exit({"<{f}:{n}> {f},pc_getValue:{*} value"}),
+                    .exit({"<{f}:{n}> {f},pc_getValue:{text@0}"}),
     };
     return t;
 }

@@ -180,8 +180,8 @@ struct Arg {
 
 /**
  * A value of a kind at a place, different at every place: i, u 32-bit with and without sign, h
- * 16-bit, b truth, T tag above 2^32, L tag of which every process sees the low half, s text, v
- * data.
+ * 16-bit, b and f the truth values, T tag above 2^32, L tag of which every process sees the low
+ * half, s text, v data.
  */
 Arg makeArg(char kind, size_t place) {
     const auto k = static_cast<uint32_t>(place);
@@ -202,6 +202,8 @@ Arg makeArg(char kind, size_t place) {
         }
         case 'b':
             return {boolean(true), "1", "1"};
+        case 'f':
+            return {boolean(false), "0", "0"};
         case 'T':
             return {u64(tag), shown(static_cast<uintptr_t>(tag)), shown(tag)};
         case 'L':
@@ -239,6 +241,7 @@ const std::vector<Notification>& notifications() {
             {4, "qeltvapi_3dmode_callback_fct", slot<a_qeltvapi_3dmode_register_callback>, "iTTTTT",
              "201> {0}"},
             {5, "qeltvapi_osdmessage_callback_fct", nullptr, "bTTTTT", "221> {0}"},
+            {5, "qeltvapi_osdmessage_callback_fct", nullptr, "fTTTTT", "221> {0}"},
             {6, "qeltvapi_special_mode_callback", nullptr, "iTT", "227> {0}"},
             {7, "qeltvapi_util_nousedkey_callback",
              slot<a_qeltvapi_util_register_nousedkey_callback>, "iTTTTT", "239> {0}"},
@@ -284,6 +287,7 @@ const std::vector<Notification>& notifications() {
              "iTTTTT", "707> {0}"},
             {32, "qeltvapi_hbbtv_msg_callback", slot<a_qeltvapi_hbbtv_reg_msg_callback>, "iTv"},
             {33, "qeltvapi_oad_callback_fct", slot<a_qeltvapi_oad_register_callback>, "iTsibi"},
+            {33, "qeltvapi_oad_callback_fct", slot<a_qeltvapi_oad_register_callback>, "iTsifi"},
             {34, "qeltvapi_mheg5_msg_callback", slot<a_qeltvapi_mheg5_register_msg_callback>,
              "iTiii",
              "762> {MHEG5} i4_type:{0}, pv_tag:{1}, i4_arg1:{2}, i4_arg2:{3}, i4_arg3:{4}."},
@@ -442,6 +446,10 @@ uint32_t answerQuery(uint32_t query, void* data, uint32_t size, uintptr_t tag) {
 }
 
 TEST(Notifications, AQuestionToTheAndroidSideIsAlwaysAnswered) {
+    captureLog();
+    ASSERT_NE(nullptr, callback());
+    takeLog();
+    Debug on(true);
     const Values question = {u32(0x80000011), u64(0x1122334455), u32(3), u64(0xf000000012345678)};
     EXPECT_EQ("", notify(8, question, {u32(0), bytes("")}));
 
@@ -452,6 +460,7 @@ TEST(Notifications, AQuestionToTheAndroidSideIsAlwaysAnswered) {
                                       shown(static_cast<uintptr_t>(0xf000000012345678)), "clear"}),
             takeSeen());
     EXPECT_EQ("", notify(8, {u32(1), u64(0), u32(0), u64(0)}, {u32(0xfedc0001), bytes("")}));
+    EXPECT_TRUE(lines().empty()) << "it has no trace";
     a_qeltvapi_highlevel_register_android_responser(nullptr);
     takeSeen();
 }
@@ -515,6 +524,14 @@ TEST(Notifications, ACardInsertionIsTracedWithItsSlot) {
     EXPECT_EQ("",
               notify(50, {u64(1), u64(2), i32(QELTVAPI_CI_NFY_COND_CARD_INSERT), bytes("\x03")}));
     EXPECT_EQ(traces(1, 3), lines());
+    // Another condition is not traced like that, and without debugging nothing is.
+    EXPECT_EQ("", notify(50, {u64(1), u64(2), i32(QELTVAPI_CI_NFY_COND_CARD_INSERT + 1),
+                              bytes("\x03")}));
+    EXPECT_EQ(1u, lines().size());
+    Debug off(false);
+    EXPECT_EQ("",
+              notify(50, {u64(1), u64(2), i32(QELTVAPI_CI_NFY_COND_CARD_INSERT), bytes("\x03")}));
+    EXPECT_TRUE(lines().empty());
 }
 
 std::string narrow(const uint16_t* text) {
@@ -557,6 +574,8 @@ struct CiFunction {
 
 TEST(Notifications, AnEnquiryOfTheCamArrivesAsARecordWithATerminatedText) {
     ASSERT_NE(nullptr, callback());
+    takeLog();
+    Debug on(true);
     const Value enquiry = record(Bytes("\1\4", 2) + Bytes(22, '\0'))
                                   .vec(8, bytesOf<uint16_t>({'P', 'I', 'N'}), sizeof(uint16_t));
     const Values values = {u64(0x500000006), u64(0x700000008), i32(-12), enquiry};
@@ -564,10 +583,13 @@ TEST(Notifications, AnEnquiryOfTheCamArrivesAsARecordWithATerminatedText) {
     CiFunction function(seeEnquiry);
     EXPECT_EQ("", notify(51, values));
     EXPECT_EQ((std::vector<std::string>{"6", "8", "-12", "1", "4", "PIN"}), takeSeen());
+    EXPECT_TRUE(lines().empty()) << "it has no trace";
 }
 
 TEST(Notifications, AMenuOfTheCamArrivesAsARecordWithItsChoices) {
     ASSERT_NE(nullptr, callback());
+    takeLog();
+    Debug on(true);
     CiFunction function(seeMenu);
     HIDL_CI_MMI_MENU_T menu;
     menu.title = {'C', 'A', 'M'};
@@ -580,6 +602,7 @@ TEST(Notifications, AMenuOfTheCamArrivesAsARecordWithItsChoices) {
     EXPECT_EQ((std::vector<std::string>{"6", "8", "13", "CAM", "S", "", "one", "two"}), takeSeen());
     EXPECT_TRUE(proxy->a_hidl_qeltvapi_ci_nfy_fct_menu(6, 8, 13, HIDL_CI_MMI_MENU_T()).isOk());
     EXPECT_EQ((std::vector<std::string>{"6", "8", "13", "", "", ""}), takeSeen());
+    EXPECT_TRUE(lines().empty()) << "it has no trace";
 }
 
 int reregister(int32_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {

@@ -20,9 +20,6 @@ Table table() {
     t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_oad)(client)";
     t.rows = {
-            Row("a_qeltvapi_oad_register_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_oad_register_callback(nullptr);
-            }),
             Row("a_qeltvapi_oad_get_scheduleinfo", 192)
                     .call([](Outputs& o) {
                         return a_qeltvapi_oad_get_scheduleinfo(o.at<char>(0), 64);

@@ -136,6 +136,11 @@ TEST(PvrBrowserWire, EmptyTextsAndRecordsLeaveTheBufferAlone) {
     EXPECT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_channelname_by_index(1, buffer));
     service.expect({str("")}, {bytes(""), i32(0)});
     EXPECT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_item_by_path(nullptr, buffer));
+    service.expect({str("")}, {str(""), i32(0)});
+    EXPECT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_channelname_by_path(nullptr, buffer));
+    uint32_t value = 0;
+    service.expect({str("")}, {u32(7), i32(0)});
+    EXPECT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_channelid_by_path(nullptr, &value));
     EXPECT_STREQ("....", buffer);
 }
 

@@ -11,9 +11,6 @@ Table table() {
     t.interface = "IQelTvApi";
     t.tag = "(hw_qeltvapi_pwddlg)(client)";
     t.rows = {
-            Row("a_qeltvapi_pwddlg_register_msg_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_pwddlg_register_msg_callback(nullptr); })
-                    .entry({"<{f}:93> {f}"}),
             // The answer is cut to 8 bits, the -1 of the failures too.
             Row("a_qeltvapi_PWDDLG_checkPWD", 117)
                     .call([](Outputs&) { return a_qeltvapi_PWDDLG_checkPWD("4711"); })

@@ -14,11 +14,6 @@ Table table() {
     t.lost = 0;
     t.missingAlways = {"<{f}:{n}> Get qeltvapi service fail. \n"};
     t.rows = {
-            Row("a_qeltvapi_teletext_register_msg_callback", Row::kNoCall)
-                    .call([](Outputs&) {
-                        return a_qeltvapi_teletext_register_msg_callback(nullptr);
-                    })
-                    .entry({"<{f}:20> {f}"}),
             Row("a_qeltvapi_teletext_get_cur_page", 231)
                     .call([](Outputs& o) { return a_qeltvapi_teletext_get_cur_page(o.at(0)); })
                     .answered({bytes(counted(6)), i32(1)})

@@ -51,14 +51,6 @@ Table table() {
     t.interface = "IQelTvApiTimeshift";
     t.tag = "(hw_qeltvapi_timeshift)(client)";
     t.rows = {
-            Row("a_qeltvapi_timeshift_register_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_timeshift_register_callback(nullptr); })
-                    .returns(0)
-                    .entry({"<{f}:272> {f}"}),
-            Row("a_qeltvapi_timeshift_unregister_callback", Row::kNoCall)
-                    .call([](Outputs&) { return a_qeltvapi_timeshift_unregister_callback(); })
-                    .returns(0)
-                    .entry({"<{f}:282> {f}"}),
             // No blank before the line end, unlike the others.
             checked("get_registerdevice_schedule", 0,
                     [](Outputs&) { return a_qeltvapi_timeshift_get_registerdevice_schedule(); }, {})
@@ -109,7 +101,6 @@ TEST(TimeshiftWire, ZeroIsTheOnlyFalse) {
     EXPECT_EQ(0, a_qeltvapi_timeshift_set_auto_record(0));
     service.expect({boolean(false)}, {i32(0)});
     EXPECT_EQ(0, a_qeltvapi_timeshift_set_play_before_full(0));
-    for (const Seen& seen : service.take()) EXPECT_EQ("", seen.difference);
 }
 
 TEST(TimeshiftWire, UnregisteringLeavesTheFunctionRegistered) {

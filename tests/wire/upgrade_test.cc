@@ -40,15 +40,6 @@ Table table() {
     t.missing = 0;
     t.missingTraced = {"<{f}:{n}> {f}"};
     t.rows = {
-            Row("a_qeltvapi_upgrade_register_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_upgrade_register_callback(nullptr);
-            }),
-            Row("a_qeltvapi_upgrade_unregister_callback", Row::kNoCall).call([](Outputs&) {
-                return a_qeltvapi_upgrade_unregister_callback(nullptr);
-            }),
-            Row("c_rpc_reg_qeltvapi_upgrade_cb_hndlrs", Row::kNoCall)
-                    .call([](Outputs&) { return c_rpc_reg_qeltvapi_upgrade_cb_hndlrs(1, "x"); })
-                    .entry({"<{f}:302> {f}"}),
             // Any number but 0 is true.
             Row("a_qeltvapi_upgrade_start", 216)
                     .call([](Outputs&) { return a_qeltvapi_upgrade_start(0x80000001, 2); })
@@ -132,7 +123,7 @@ Table table() {
                     .missing(-1)
                     .stores(0, bytesOf(true))
                     .missingLines({}, {})
-                    .exit({"<{f}:{n}> {n}, {r}"})
+                    .exit({"<{f}:{n}> {u8@0}, {r}"})
                     .exitWhenMissing({"<{f}:{n}> 0, -1"}),
             plain("a_qeltvapi_upgrade_check_update", 225, a_qeltvapi_upgrade_check_update),
             Row("a_qeltvapi_upgrade_set", 226)
@@ -182,18 +173,6 @@ TEST(UpgradeWire, ALostReplyOfAPlainFunctionEndsTheProcess) {
              [] { return a_qeltvapi_upgrade_set(1, "1234", 2, "5678"); }},
     };
     for (const auto& c : calls) expectLostReplyEndsTheProcess(c.sent, c.call);
-}
-
-TEST(UpgradeWire, TheExitTraceOfTheSupportTellsWhatTheServiceSaid) {
-    ScriptedService& service = ready();
-    Debug debug(true);
-    service.expect({u32(1)}, {boolean(true), i32(10)});
-    bool supported = false;
-    EXPECT_EQ(10, a_qeltvapi_upgrade_is_supported(1, &supported));
-    const std::vector<LogLine> lines = takeLog();
-    ASSERT_FALSE(lines.empty());
-    EXPECT_TRUE(matches("<a_qeltvapi_upgrade_is_supported:{n}> 1, 10", lines.back().text))
-            << lines.back().text;
 }
 
 }  // namespace

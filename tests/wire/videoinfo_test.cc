@@ -63,4 +63,14 @@ Table table() {
 
 WIRE_TABLE_TESTS(VideoinfoWire, table())
 
+TEST(VideoinfoWire, ABlockMayBeLongerThan64KiB) {
+    ScriptedService& service = ready();
+    Bytes block = counted(70000);
+    service.expect({i32(1), bytes(block), i32(70000)}, {i32(2)});
+    EXPECT_EQ(2, a_qeltvapi_videoinfo_set_data(1, block.data(), 70000));
+    service.expect({i32(3), bytes(block)}, {bytes(Bytes(70000, 'a')), i32(4)});
+    EXPECT_EQ(4, a_qeltvapi_videoinfo_get_data(3, block.data(), 70000));
+    EXPECT_TRUE(Bytes(70000, 'a') == block);
+}
+
 }  // namespace

@@ -89,7 +89,6 @@ TEST(VolctrlWire, ZeroUnmutes) {
     a_qeltvapi_volctrl_setMute(0);
     service.expect({i32(1), boolean(false)}, {i32(0)});
     a_qeltvapi_volctrl_setMute_by_type(1, 0);
-    for (const Seen& seen : service.take()) EXPECT_EQ("", seen.difference);
 }
 
 }  // namespace

@@ -54,4 +54,7 @@ struct IonCounts {
 
 IonCounts ionCounts();
 
+/** Lets go of the buffers that are kept for reuse. */
+void ionForgetBuffers();
+
 }  // namespace hidlhost

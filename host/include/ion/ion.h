@@ -11,7 +11,7 @@ extern "C" {
  *
  * All functions return 0 or a descriptor, and a negative errno on failure. Descriptors are closed
  * on exec. Buffers outlive the device descriptor and are released with their last descriptor and
- * mapping, in whatever process.
+ * mapping, in any process. Some of the memory released is kept for the next buffers of its size.
  */
 
 typedef int ion_user_handle_t;

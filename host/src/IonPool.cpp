@@ -1,0 +1,118 @@
+#include "IonPool.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "Fork.h"
+
+namespace hidlhost {
+namespace {
+
+int create(size_t size) {
+    const int file = memfd_create("ion", MFD_CLOEXEC | MFD_ALLOW_SEALING);
+    if (file < 0) return -errno;
+    if (ftruncate(file, static_cast<off_t>(size)) != 0 ||
+        fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0) {
+        const int error = errno;
+        close(file);
+        return -error;
+    }
+    return file;
+}
+
+/** Opens another file description, which counts as an opener. That of memfd_create() does not. */
+int openAgain(int file) {
+    char path[32];
+    snprintf(path, sizeof(path), "/proc/self/fd/%d", file);
+    return open(path, O_RDWR | O_CLOEXEC);
+}
+
+bool unused(int file) {
+    if (fcntl(file, F_SETLEASE, F_WRLCK) != 0) return false;
+    fcntl(file, F_SETLEASE, F_UNLCK);
+    return true;
+}
+
+}  // namespace
+
+IonPool& IonPool::get() {
+    return onePerProcess<IonPool>([] { return new IonPool; });
+}
+
+int IonPool::allocate(size_t size) {
+    if (size < kSmallest || size > kMostBytes) return create(size);
+    Buffer buffer;
+    if (takeUnused(size, &buffer)) {
+        memset(buffer.mapping, 0, size);
+    } else {
+        const int fresh = create(size);
+        if (fresh < 0) return fresh;
+        buffer.file = openAgain(fresh);
+        if (buffer.file < 0) return fresh;
+        close(fresh);
+        // Opening a file under a lease signals the holder, by default with SIGIO, which kills.
+        fcntl(buffer.file, F_SETSIG, SIGURG);
+        // Where there are no leases no buffer would ever come back.
+        if (!unused(buffer.file)) return buffer.file;
+        buffer.size = size;
+        buffer.mapping = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, buffer.file, 0);
+        if (buffer.mapping == MAP_FAILED) return buffer.file;
+        madvise(buffer.mapping, size, MADV_DONTFORK);
+    }
+    const int handedOut = openAgain(buffer.file);
+    const int error = errno;
+    put(buffer);
+    return handedOut < 0 ? -error : handedOut;
+}
+
+bool IonPool::takeUnused(size_t size, Buffer* buffer) {
+    std::lock_guard<std::mutex> lock(mMutex);
+    for (size_t i = mBuffers.size(); i-- > 0;) {
+        if (mBuffers[i].size != size || !unused(mBuffers[i].file)) continue;
+        *buffer = mBuffers[i];
+        mBuffers.erase(mBuffers.begin() + static_cast<ptrdiff_t>(i));
+        mBytes -= size;
+        return true;
+    }
+    return false;
+}
+
+void IonPool::put(const Buffer& buffer) {
+    std::vector<Buffer> dropped;
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        mBuffers.push_back(buffer);
+        mBytes += buffer.size;
+        while (mBuffers.size() > kMostBuffers || mBytes > kMostBytes) {
+            mBytes -= mBuffers.front().size;
+            dropped.push_back(mBuffers.front());
+            mBuffers.erase(mBuffers.begin());
+        }
+    }
+    for (const Buffer& old : dropped) {
+        munmap(old.mapping, old.size);
+        close(old.file);
+    }
+}
+
+void IonPool::clear() {
+    std::vector<Buffer> all;
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        all.swap(mBuffers);
+        mBytes = 0;
+    }
+    for (const Buffer& buffer : all) {
+        munmap(buffer.mapping, buffer.size);
+        close(buffer.file);
+    }
+}
+
+}  // namespace hidlhost
