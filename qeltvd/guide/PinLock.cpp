@@ -38,7 +38,7 @@ std::chrono::milliseconds delayAfter(int64_t wrong) {
     const int64_t charged = wrong - QELTV_PIN_FREE_TRIES;
     if (charged <= 0) return std::chrono::milliseconds(0);
     const int64_t doubled = int64_t{1000} << std::min<int64_t>(charged - 1, 30);
-    return std::chrono::milliseconds(std::min(doubled, QELTV_PIN_LONGEST_DELAY_MS));
+    return std::chrono::milliseconds(std::min<int64_t>(doubled, QELTV_PIN_LONGEST_DELAY_MS));
 }
 
 }  // namespace

@@ -37,7 +37,11 @@ void setLanguage(QELTV_AUDIO_TRACK_T& track, const std::string& language) {
 QELTV_AUDIO_TRACK_T track(uint32_t number, uint32_t pid, const std::string& language,
                           QELTV_AUDIO_CODEC codec, uint8_t channels, QELTV_AUDIO_PURPOSE purpose,
                           uint32_t kbit) {
-    QELTV_AUDIO_TRACK_T track{number, pid, {}, codec, channels, purpose, 0, 48000, kbit};
+    QELTV_AUDIO_TRACK_T track{number,   pid,
+                              {},       static_cast<uint8_t>(codec),
+                              channels, static_cast<uint8_t>(purpose),
+                              0,        48000,
+                              kbit};
     setLanguage(track, language);
     return track;
 }
