@@ -37,7 +37,7 @@ typedef struct {
     int32_t number;   /**< number of the warning, from 1; ignored in a request */
     int32_t severity; /**< 1 test, 2 watch, 3 warning */
     int32_t area;     /**< area in which it holds; 0 for everywhere */
-    int32_t seconds;  /**< remaining duration in seconds, from 1 */
+    int32_t seconds;  /**< remaining duration in seconds, 1 to 86400 */
 } QELTV_WARNING_ENTRY_T;
 
 /** An alert, as 32-bit values. */
@@ -46,7 +46,7 @@ typedef struct {
     int32_t channelChange; /**< 1 when the television changes to the channel with details, else 0 */
     int32_t channel;       /**< channel id of the channel with details; 0 for none */
     int32_t area;          /**< area in which it holds; 0 for everywhere */
-    int32_t seconds;       /**< duration in seconds */
+    int32_t seconds;       /**< duration in seconds, 1 to 86400 */
 } QELTV_ALERT_ENTRY_T;
 
 /** Kind of a warning notification. */

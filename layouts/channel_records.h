@@ -131,10 +131,10 @@ typedef struct {
     uint32_t record_id;           /**< id of the record, from 1 */
     int32_t position;             /**< tenths of a degree, east positive */
     uint32_t low_oscillator_khz;  /**< low local oscillator of the LNB in kHz */
-    uint32_t high_oscillator_khz; /**< high local oscillator of the LNB in kHz; 0 for none */
-    uint32_t switch_khz;          /**< lowest frequency of the high band in kHz; 0 for none */
+    uint32_t high_oscillator_khz; /**< high local oscillator of the LNB in kHz */
+    uint32_t switch_khz;          /**< lowest frequency of the high band in kHz */
     uint8_t switch_port;          /**< input of the DiSEqC switch from 1; 0 for no switch */
-    uint8_t enabled;              /**< 1 when scans include it, else 0 */
+    uint8_t enabled;              /**< 1 when the user has enabled it, else 0 */
     uint8_t reserved0[2];         /**< 0 */
     char name[128];               /**< name of the satellite */
     uint8_t reserved1[124];       /**< 0 */

@@ -14,7 +14,6 @@ enum QELTV_CI_GET {
     QELTV_CI_GET_LANGUAGE = 10,       /**< 4 bytes: preferred language, see QELTV_CI_SET_LANGUAGE */
     QELTV_CI_GET_POWER = 13,          /**< 8 bits: 1 while the CAM is powered, else 0 */
     QELTV_CI_GET_CAM_NAME_UTF16 = 15, /**< name of the CAM in UTF-16 units */
-    QELTV_CI_GET_PIN = 29,            /**< PIN that the television hands to the CAM, digits */
 };
 
 /** Set types. */

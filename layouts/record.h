@@ -87,7 +87,7 @@ typedef struct {
     uint32_t booking;     /**< number of the booking, from 1; 0 for a new one */
     uint32_t channel;     /**< channel id */
     int64_t start;        /**< start in seconds since 1970, UTC */
-    uint32_t seconds;     /**< duration in seconds */
+    uint32_t seconds;     /**< duration in seconds, 1 to 86400 */
     uint32_t repeat;      /**< a QELTV_BOOKING_REPEAT */
     uint32_t state;       /**< a QELTV_BOOKING_STATE; ignored in a request */
     uint32_t rate;        /**< data rate in KiB per second; 0 for the disk's own rate */
@@ -125,7 +125,7 @@ typedef struct {
     int64_t start;        /**< start in seconds since 1970, UTC */
     int64_t bytes;        /**< size of the file in bytes */
     uint32_t seconds;     /**< duration in seconds */
-    uint32_t stopReason;  /**< a QELTV_STOP_REASON; 0 while it records */
+    uint32_t stopReason;  /**< a QELTV_STOP_REASON */
     uint32_t rating;      /**< its first rating, as QELTV_COMMAND_RATING set it; 0 for none */
     uint32_t retention;   /**< days that it is kept; 0 for ever */
     char channelName[64]; /**< name of the channel */

@@ -7,7 +7,7 @@
 /** Flags of a date-time record, bits. */
 enum QELTV_DTG_FLAG {
     QELTV_DTG_UTC = 1, /**< UTC; without the bit, local time of the television */
-    /** local time with daylight saving; read only where the hour occurs twice */
+    /** local time with daylight saving; in a request it matters only where an hour occurs twice */
     QELTV_DTG_DAYLIGHT = 2,
 };
 
