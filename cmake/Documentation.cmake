@@ -6,6 +6,6 @@ if(NOT DOXYGEN_FOUND OR NOT Python3_FOUND)
     return()
 endif()
 add_custom_target(docs
-    COMMAND "${CMAKE_SOURCE_DIR}/docs/reference/build" "${CMAKE_BINARY_DIR}/docs/reference"
+    COMMAND "${PROJECT_SOURCE_DIR}/docs/reference/build" "${PROJECT_BINARY_DIR}/docs/reference"
     USES_TERMINAL
     VERBATIM)

@@ -7,17 +7,37 @@ include(CMakePackageConfigHelpers)
 set_target_properties(hidlhost PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 1)
 set_target_properties(hidlhost qeltvapi_hidl qeltvapi_client PROPERTIES
     INSTALL_RPATH "$ORIGIN;${android_dir}")
-install(TARGETS hidlhost qeltvapi_hidl qeltvapi_client LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# Nothing is installed from a tree that lacks some of it.
+set(wanted $<TARGET_GENEX_EVAL:installed,$<TARGET_PROPERTY:installed,FILES>>)
+install(CODE "
+    foreach(file IN ITEMS $<JOIN:${wanted}, >)
+        if(NOT EXISTS \"\${file}\")
+            message(FATAL_ERROR \"There is no \${file}. Build the target 'installed' first:\n\"
+                \"  cmake --build ${PROJECT_BINARY_DIR} --target installed\")
+        endif()
+    endforeach()")
 
 set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/qeltvapi")
 set(runtime_include_dir "${CMAKE_INSTALL_INCLUDEDIR}/hidlhost")
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/qeltvapi")
+# Two sets, because the C interface is usable without the platform's headers.
+install(TARGETS qeltvapi_client EXPORT qeltvapi-client-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${include_dir}")
+install(TARGETS qeltvapi_hidl EXPORT qeltvapi-hidl-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${include_dir}")
+install(TARGETS hidlhost EXPORT qeltvapi-hidl-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${runtime_include_dir}")
+foreach(set client hidl)
+    install(EXPORT qeltvapi-${set}-targets NAMESPACE qeltvapi:: DESTINATION "${package_dir}")
+endforeach()
+
 install(DIRECTORY include/ DESTINATION "${include_dir}" FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host/include/ DESTINATION "${runtime_include_dir}" FILES_MATCHING PATTERN "*.h")
 foreach(package android.hidl.base@1.0 android.hidl.manager@1.0 android.hidl.safe_union@1.0)
-    install(DIRECTORY "${CMAKE_BINARY_DIR}/hidl/${package}/" DESTINATION "${runtime_include_dir}"
+    install(DIRECTORY "${PROJECT_BINARY_DIR}/hidl/${package}/" DESTINATION "${runtime_include_dir}"
         FILES_MATCHING PATTERN "*.h")
 endforeach()
-install(DIRECTORY "${CMAKE_BINARY_DIR}/hidl/vendor.qelnova.tv.qeltvapi@1.0/"
+install(DIRECTORY "${PROJECT_BINARY_DIR}/hidl/vendor.qelnova.tv.qeltvapi@1.0/"
     DESTINATION "${include_dir}" FILES_MATCHING PATTERN "*.h")
 
 # The roots for hidl-gen: -r vendor.qelnova.tv:<prefix>/share/qeltvapi/interface
@@ -31,47 +51,53 @@ install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples"
     FILES_MATCHING PATTERN "*.c")
 
 configure_package_config_file(cmake/install/qeltvapi-config.cmake.in
-    "${CMAKE_BINARY_DIR}/install/qeltvapi-config.cmake"
-    INSTALL_DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/qeltvapi"
-    PATH_VARS include_dir runtime_include_dir data_dir CMAKE_INSTALL_LIBDIR)
-write_basic_package_version_file("${CMAKE_BINARY_DIR}/install/qeltvapi-config-version.cmake"
+    "${PROJECT_BINARY_DIR}/install/qeltvapi-config.cmake"
+    INSTALL_DESTINATION "${package_dir}"
+    PATH_VARS include_dir data_dir)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/install/qeltvapi-config-version.cmake"
     COMPATIBILITY SameMajorVersion)
-install(FILES "${CMAKE_BINARY_DIR}/install/qeltvapi-config.cmake"
-    "${CMAKE_BINARY_DIR}/install/qeltvapi-config-version.cmake"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmake/qeltvapi")
+install(FILES "${PROJECT_BINARY_DIR}/install/qeltvapi-config.cmake"
+    "${PROJECT_BINARY_DIR}/install/qeltvapi-config-version.cmake"
+    DESTINATION "${package_dir}")
 file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" /)
-configure_file(cmake/install/qeltvapi.pc.in "${CMAKE_BINARY_DIR}/install/qeltvapi.pc" @ONLY)
-install(FILES "${CMAKE_BINARY_DIR}/install/qeltvapi.pc"
+configure_file(cmake/install/qeltvapi.pc.in "${PROJECT_BINARY_DIR}/install/qeltvapi.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/install/qeltvapi.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
+set(installed_files
+    $<TARGET_FILE:hidlhost> $<TARGET_FILE:qeltvapi_hidl> $<TARGET_FILE:qeltvapi_client>)
 if(TARGET qeltvd)
     set_target_properties(qeltvd PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
     install(TARGETS qeltvd RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    list(APPEND installed_files $<TARGET_FILE:qeltvd>)
     install(CODE "
         set(qeltvd_path \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/qeltvd\")
-        configure_file(\"${CMAKE_SOURCE_DIR}/cmake/install/qeltvd.service.in\"
-            \"${CMAKE_BINARY_DIR}/install/qeltvd.service\" @ONLY)")
-    install(FILES "${CMAKE_BINARY_DIR}/install/qeltvd.service" DESTINATION lib/systemd/user)
+        configure_file(\"${PROJECT_SOURCE_DIR}/cmake/install/qeltvd.service.in\"
+            \"${PROJECT_BINARY_DIR}/install/qeltvd.service\" @ONLY)")
+    install(FILES "${PROJECT_BINARY_DIR}/install/qeltvd.service" DESTINATION lib/systemd/user)
 endif()
 if(NOT CMAKE_CROSSCOMPILING)
     set_target_properties(qeltvctl PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
     install(TARGETS qeltvctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    # Both from the command tree that the tool itself tells.
-    set(tool_dir "${CMAKE_BINARY_DIR}/tools")
+    # Both from the command tree that the tool itself prints.
+    set(tool_dir "${PROJECT_BINARY_DIR}/tools")
     add_custom_command(OUTPUT "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash"
         COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
-            $<TARGET_FILE:Python3::Interpreter> "${CMAKE_SOURCE_DIR}/tools/generate_manual.py"
+            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
             $<TARGET_FILE:qeltvctl> "${tool_dir}" "${PROJECT_VERSION}"
         DEPENDS qeltvctl tools/generate_manual.py
         VERBATIM)
-    add_custom_target(qeltvctl_manual ALL
-        DEPENDS "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash")
     install(FILES "${tool_dir}/qeltvctl.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
     install(FILES "${tool_dir}/qeltvctl.bash" RENAME qeltvctl
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+    list(APPEND installed_files
+        $<TARGET_FILE:qeltvctl> "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash")
 endif()
+# All that the rules above take from the build tree, and so the least to build before an install.
+add_custom_target(installed ALL DEPENDS ${installed_files})
+set_target_properties(installed PROPERTIES FILES "${installed_files}")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME qeltvapi)
@@ -89,7 +115,7 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
-    "${CMAKE_BINARY_DIR}/host" "${CMAKE_BINARY_DIR}/interface" "${CMAKE_BINARY_DIR}/clientwrapper")
+    "${PROJECT_BINARY_DIR}/host" "${PROJECT_BINARY_DIR}/interface" "${PROJECT_BINARY_DIR}/clientwrapper")
 # For the C++ declarations, and for what the reference television scans.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dtv-scan-tables")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS

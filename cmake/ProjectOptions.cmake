@@ -25,7 +25,7 @@ endif()
 # The loader looks every symbol up in one library after the other: none that nothing is used of.
 add_link_options(-Wl,--as-needed -Wl,--hash-style=gnu)
 
-find_package(Threads REQUIRED)
+find_package(Threads REQUIRED GLOBAL)
 
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE -Wall -Wextra -Wconversion -Werror)
@@ -34,10 +34,10 @@ target_link_libraries(project_options INTERFACE Threads::Threads)
 # Makes __FILE__ in TARGET's sources start at the source directory ("clientwrapper/x.cpp"), which
 # log texts print. ccache hands the compiler a path relative to the build directory, hence two maps.
 function(use_source_relative_file_macro target)
-    file(RELATIVE_PATH from_build "${CMAKE_BINARY_DIR}" "${CMAKE_SOURCE_DIR}")
+    file(RELATIVE_PATH from_build "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
     string(REGEX REPLACE "/$" "" from_build "${from_build}")
     target_compile_options(${target} PRIVATE
-        "-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=" "-fmacro-prefix-map=${from_build}/=")
+        "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=" "-fmacro-prefix-map=${from_build}/=")
 endfunction()
 
 # Binds TARGET, a shared library, to its own symbols at link time: looking them up is most of what the

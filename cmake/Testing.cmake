@@ -7,7 +7,8 @@ if(CMAKE_CROSSCOMPILING)
         message(FATAL_ERROR "googletest is missing (no /usr/src/googletest)")
     endif()
     set(INSTALL_GTEST OFF)
-    add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+    add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest"
+        EXCLUDE_FROM_ALL SYSTEM)
     foreach(target gtest gtest_main gmock gmock_main)
         target_compile_options(${target} PRIVATE -w)
         if(NOT TARGET GTest::${target})
@@ -21,9 +22,10 @@ endif()
 # The television that tests start: built for this machine, also when the tests are not, because a
 # 32-bit client against the 64-bit service is a case of its own.
 if(CMAKE_CROSSCOMPILING)
-    set(QELTV_HOST_BUILD "${CMAKE_SOURCE_DIR}/build/host" CACHE PATH "Build tree for this machine")
+    set(QELTV_HOST_BUILD "${PROJECT_SOURCE_DIR}/build/host" CACHE PATH
+        "Build tree for this machine")
 else()
-    set(QELTV_HOST_BUILD "${CMAKE_BINARY_DIR}")
+    set(QELTV_HOST_BUILD "${PROJECT_BINARY_DIR}")
 endif()
 
 # qeltv_add_test(<name> SOURCES ... [LIBRARIES ...] [PROGRAMS target ...] [SHARDS n] [TIMEOUT s])
@@ -53,9 +55,9 @@ function(qeltv_add_test name)
     list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)
     target_compile_definitions(${name} PRIVATE
         "QELTV_EMULATOR=\"${emulator}\""
-        "QELTV_BUILD_DIR=\"${CMAKE_BINARY_DIR}\""
+        "QELTV_BUILD_DIR=\"${PROJECT_BINARY_DIR}\""
         "QELTV_HOST_BUILD_DIR=\"${QELTV_HOST_BUILD}\""
-        "QELTV_SOURCE_DIR=\"${CMAKE_SOURCE_DIR}\"")
+        "QELTV_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}\"")
 
     set(timeout 120)
     if(arg_TIMEOUT)
@@ -76,6 +78,6 @@ function(qeltv_add_test name)
         endif()
         add_test(NAME ${test} COMMAND ${name})
         set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT
-            "GTEST_OUTPUT=json:${CMAKE_BINARY_DIR}/gtest/${test}.json;GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${shard};ASAN_OPTIONS=detect_leaks=1;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=halt_on_error=0:suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp")
+            "GTEST_OUTPUT=json:${PROJECT_BINARY_DIR}/gtest/${test}.json;GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${shard};ASAN_OPTIONS=detect_leaks=1;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=halt_on_error=0:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
     endforeach()
 endfunction()

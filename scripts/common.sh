@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by ./run, ./test and the scripts beside this file; the caller stands in the source tree.
 
 say() { printf '%s\n' "$*"; }
@@ -7,12 +8,17 @@ die() {
     exit 1
 }
 
+# Used by the scripts that source this one.
+# shellcheck disable=SC2034
 packages_build=(clang lld cmake ninja-build ccache hidl-gen android-libutils-dev
     android-libcutils-dev android-liblog-dev android-libbase-dev libsqlite3-dev libcli11-dev
     nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev dtv-scan-tables
     pkg-config libhowardhinnant-date-dev libsodium-dev python3)
+# shellcheck disable=SC2034
 packages_armhf=(g++-arm-linux-gnueabihf qemu-user googletest)
-packages_checks=(g++ clang-format binutils blueprint-tools doxygen pkg-config abigail-tools)
+# shellcheck disable=SC2034
+packages_checks=(g++ clang-format binutils blueprint-tools doxygen pkg-config abigail-tools
+    shellcheck)
 
 # sanitizer_package: the sanitizers' runtime has clang's version in its name.
 sanitizer_package() {
@@ -31,21 +37,24 @@ missing_packages() {
 
 # need NAME...: installs the packages that are not there. Touches the network only when one is not.
 need() {
-    local missing sudo=() log
+    local missing sudo=() quiet=() log
     missing=$(missing_packages "$@")
     [ -n "$missing" ] || return 0
     command -v apt-get >/dev/null || die "missing packages, and no apt-get to install them: $missing"
     if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [ -t 0 ]; } ||
+        if ! command -v sudo >/dev/null || { ! sudo -n true 2>/dev/null && [ ! -t 0 ]; }; then
             die "missing packages, and no right to install them: $missing"
+        fi
         sudo=(sudo)
     fi
     say "installing: $missing"
+    [ -t 1 ] || quiet=(-q)
     log=$(mktemp)
     # The package lists are fetched only when the ones at hand do not do.
     # shellcheck disable=SC2086
-    if ! apt_install $missing >"$log" 2>&1 &&
-        ! { "${sudo[@]}" apt-get -q update && apt_install $missing; } >"$log" 2>&1; then
+    if ! logged "$log" apt_get install --no-install-recommends $missing &&
+        ! { logged "$log" apt_get update &&
+            logged "$log" apt_get install --no-install-recommends $missing; }; then
         grep '^E:' "$log" >&2
         rm -f "$log"
         die "cannot install the missing packages: $(missing_packages "$@")"
@@ -53,9 +62,17 @@ need() {
     rm -f "$log"
 }
 
-apt_install() {
-    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o DPkg::Lock::Timeout=300 \
-        install --no-install-recommends "$@"
+# apt_get COMMAND...: with sudo and quiet as need() sets them.
+apt_get() {
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get "${quiet[@]}" -y \
+        -o DPkg::Lock::Timeout=300 "$@"
+}
+
+# logged LOG COMMAND...: the command's output goes to a terminal if there is one, otherwise to LOG.
+logged() {
+    local log=$1
+    shift
+    if [ -t 1 ]; then "$@"; else "$@" >"$log" 2>&1; fi
 }
 
 # configure PRESET [-DNAME=VALUE...]: quiet unless it fails.
@@ -69,9 +86,17 @@ configure() {
     }
 }
 
-# build PRESET [TARGET...]
-build() {
-    local preset=$1
+# compile PRESET [TARGET...]: shows its progress on a terminal; elsewhere quiet unless it fails.
+compile() {
+    local preset=$1 log=build/build-$1.log
     shift
-    cmake --build --preset "$preset" ${1:+--target "$@"} || die "cannot build build/$preset"
+    logged "$log" cmake --build --preset "$preset" ${1:+--target "$@"} && return
+    # Where ninja stops on a failure, what it printed before is of no use.
+    [ -t 1 ] || sed -n '/^FAILED: \|^ninja: error/,$p' "$log" >&2
+    return 1
+}
+
+# build PRESET [TARGET...]: as compile(), and ends the script if it fails.
+build() {
+    compile "$@" || die "cannot build build/$1"
 }

@@ -6,24 +6,15 @@ function with values that are known only at run time.
 usage: generate_calls.py OUT.cpp INCLUDE_DIR   (the headers that its qeltvapi.h includes)
 """
 
-import os
+import pathlib
 import re
 import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "scripts"))
+import headers
+
 INTEGERS = {"int": 4, "int8_t": 1, "uint8_t": 1, "int16_t": 2, "uint16_t": 2, "int32_t": 4,
             "uint32_t": 4, "int64_t": 8, "uint64_t": 8, "bool": 1}
-
-DECLARATION = re.compile(r"/\*\*((?:[^*]|\*(?!/))*)\*/\s*"
-                         r"((?:unsigned )?\w+[ *]+)(\w+)\(([^()]*)\);", re.S)
-RECORD = re.compile(r"typedef struct \{(.*?)^\} (\w+);", re.S | re.M)
-FUNCTION_TYPE = re.compile(r"^typedef \w+[ *]+\(\*(\w+)\)\(", re.M)
-FILE_COMMENT = re.compile(r"\A\s*/\*\*((?:[^*]|\*(?!/))*)\*/")
-
-
-def plain(comment):
-    """A comment without its stars, paragraphs kept, lines joined."""
-    lines = [re.sub(r"^\s*\* ?", "", line).rstrip() for line in comment.split("\n")]
-    return "\n".join(lines).strip()
 
 
 def joined(text):
@@ -34,7 +25,7 @@ def joined(text):
 
 def split_comment(comment):
     """The text, the comments and directions of the parameters by name, and of the result."""
-    text, *tags = re.split(r"^(?=@(?:param|return)\b)", plain(comment), flags=re.M)
+    text, *tags = re.split(r"^(?=@(?:param|return)\b)", headers.plain(comment), flags=re.M)
     parameters, result = {}, ""
     for tag in tags:
         if tag.startswith("@return"):
@@ -90,31 +81,22 @@ def passed(index, kind, category):
 
 def main():
     out_path, directory = sys.argv[1:]
-    with open(os.path.join(directory, "qeltvapi.h")) as umbrella:
-        headers = [os.path.join(directory, name)
-                   for name in re.findall(r'#include "(\w+\.h)"', umbrella.read())]
-    records, functions, sources = {}, set(), {}
-    for header in headers:
-        with open(header) as file:
-            sources[header] = source = file.read()
-        for body, name in RECORD.findall(source):
-            body = re.sub(r"/\*.*?\*/", "", body, flags=re.S)
+    files = headers.families(directory)
+    records, functions = {}, set()
+    for file in files:
+        source = file.read_text()
+        for name, body in headers.records(source):
             records[name] = "*" in body or any(n in body for n, deep in records.items() if deep)
-        functions.update(FUNCTION_TYPE.findall(source))
+        functions.update(headers.function_types(source))
 
     entries, thunks = [], []
-    for header in headers:
-        file_comment = FILE_COMMENT.match(sources[header])
-        about = joined(plain(file_comment[1])) if file_comment else ""
-        for comment, result, name, listed in DECLARATION.findall(sources[header]):
+    for file in files:
+        source = file.read_text()
+        about = joined(headers.plain(headers.file_comment(source)))
+        for comment, result, name, parameters in headers.functions(source):
             text, comments, result_comment = split_comment(comment)
-            result = result.strip()
-            listed = re.sub(r"\s+", " ", listed.strip())
             arguments, why = [], None
-            names = [] if listed in ("void", "QELTVAPI_ANY_ARGS", "") else listed.split(", ")
-            for argument in names:
-                kind, argument_name = re.match(r"^(.*?[ *])(\w+)$", argument).groups()
-                kind = re.sub(r"\s*\*", "*", kind.strip())
+            for kind, argument_name in parameters or []:
                 direction, note = comments.get(argument_name, ("", ""))
                 category, target, reason = classify(kind, direction, records, functions)
                 why = why or (reason and f"{argument_name} {reason}")
@@ -131,7 +113,8 @@ def main():
                 else:
                     body = f"return static_cast<int64_t>({call});"
                 thunks.append(f"int64_t {thunk}([[maybe_unused]] const Slot* a) {{\n    {body}\n}}")
-            shown = "..." if listed == "QELTVAPI_ANY_ARGS" else listed or "void"
+            shown = "..." if parameters is None else \
+                ", ".join(f"{kind} {argument}" for kind, argument in parameters) or "void"
             rows = []
             for argument_name, kind, note, category, target in arguments:
                 if category is None:
@@ -142,7 +125,7 @@ def main():
                             f"{literal(note)}, Kind::{category}, "
                             f"{f'sizeof({target})' if target else '0'}, {signed}}},\n")
             entries.append(
-                f"        {{{literal(name)}, {literal(os.path.basename(header))},\n"
+                f"        {{{literal(name)}, {literal(file.name)},\n"
                 f"         {literal(f'{result} {name}({shown})')},\n"
                 f"         {literal(text)},\n         {literal(about)},\n"
                 f"         {literal(result)}, {literal(result_comment)},\n"

@@ -6,6 +6,23 @@
 #include "hw_qeltvapi_common.h"
 #include "tool.h"
 
+namespace tool {
+
+#define GROUP(name) void add##name(Command& app);
+#include "groups.inc"
+#undef GROUP
+
+namespace {
+
+constexpr void (*kGroups[])(Command&) = {
+#define GROUP(name) add##name,
+#include "groups.inc"
+#undef GROUP
+};
+
+}  // namespace
+}  // namespace tool
+
 int main(int argc, char** argv) {
     tool::CommandLine app(
             "qeltvctl", "Drives the television through the client library.",
@@ -20,29 +37,9 @@ int main(int argc, char** argv) {
         __android_log_set_minimum_priority(ANDROID_LOG_DEBUG);
     });
 
-    tool::addAlert(app);
-    tool::addBiss(app);
-    tool::addCall(app);
-    tool::addChannel(app);
-    tool::addCi(app);
-    tool::addConfig(app);
-    tool::addEpg(app);
-    tool::addRecord(app);
-    tool::addRating(app);
-    tool::addScan(app);
-    tool::addSatellite(app);
-    tool::addService(app);
-    tool::addTime(app);
-    tool::addUpgrade(app);
-    tool::addSubtitle(app);
-    tool::addTeletext(app);
-    tool::addTimeshift(app);
-    tool::addTune(app);
-    tool::addInput(app);
-    tool::addSound(app);
-    tool::addPicture(app);
-    tool::addPower(app);
-    tool::addWatch(app);
+    for (const auto add : tool::kGroups) {
+        add(app);
+    }
 
     if (argc == 2 && strcmp(argv[1], "--print-commands") == 0) {
         tool::printCommands(app);

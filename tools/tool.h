@@ -61,28 +61,4 @@ void addJson(Command* command, bool* json);
 /** Prints the tree of commands as JSON, for the manual and the completion of shells. */
 void printCommands(const CommandLine& app);
 
-void addAlert(Command& app);
-void addBiss(Command& app);
-void addCall(Command& app);
-void addChannel(Command& app);
-void addCi(Command& app);
-void addConfig(Command& app);
-void addEpg(Command& app);
-void addInput(Command& app);
-void addPicture(Command& app);
-void addPower(Command& app);
-void addRecord(Command& app);
-void addRating(Command& app);
-void addScan(Command& app);
-void addSatellite(Command& app);
-void addService(Command& app);
-void addTime(Command& app);
-void addUpgrade(Command& app);
-void addSound(Command& app);
-void addSubtitle(Command& app);
-void addTeletext(Command& app);
-void addTimeshift(Command& app);
-void addTune(Command& app);
-void addWatch(Command& app);
-
 }  // namespace tool

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <nlohmann/json.hpp>
@@ -60,7 +59,7 @@ class Printer {
     uint64_t mPrinted = 0;
 };
 
-// Never destroyed, as the names below: notifications arrive until the very end of the process.
+// Never destroyed: notifications arrive until the very end of the process.
 Printer& sPrinter = *new Printer;
 
 /** A value of a notification. Blocks come without their length, so only that there is one shows. */
@@ -80,28 +79,34 @@ struct Kind {
     std::function<void()> listen;
 };
 
-std::map<int, std::string>& sNames = *new std::map<int, std::string>;
+/** The name of the kind that a function of the library registers for. */
+template <auto Registration>
+const char* sName = nullptr;
 
-/** One C function for each kind, told apart by its number. */
-template <int K, class... A>
+/** One C function for each kind. */
+template <auto Registration, class... A>
 int onNotification(A... values) {
     Json all = Json::array();
     (all.push_back(shown(values)), ...);
-    sPrinter.print(sNames[K], all);
+    sPrinter.print(sName<Registration>, all);
     return 0;
 }
 
-template <int K, class... A>
-Kind kind(const char* name, int (*registration)(int (*)(A...))) {
-    sNames[K] = name;
-    return {name, [registration] { registration(onNotification<K, A...>); }};
+template <auto Registration, class... A>
+void listen(int (*registration)(int (*)(A...))) {
+    registration(onNotification<Registration, A...>);
 }
 
 /** The same where the function stands behind an argument that is not used. */
-template <int K, class First, class... A>
-Kind kind(const char* name, int (*registration)(First, int (*)(A...))) {
-    sNames[K] = name;
-    return {name, [registration] { registration(First{}, onNotification<K, A...>); }};
+template <auto Registration, class First, class... A>
+void listen(int (*registration)(First, int (*)(A...))) {
+    registration(First{}, onNotification<Registration, A...>);
+}
+
+template <auto Registration>
+Kind kind(const char* name) {
+    sName<Registration> = name;
+    return {name, [] { listen<Registration>(Registration); }};
 }
 
 int listenToCi(int (*fn)(uint32_t, uint32_t, int32_t, const void*)) {
@@ -112,57 +117,57 @@ int listenToCi(int (*fn)(uint32_t, uint32_t, int32_t, const void*)) {
 
 std::vector<Kind> kinds() {
     return {
-            kind<1>("3dmode", a_qeltvapi_3dmode_register_callback),
-            kind<2>("apptv", a_qeltvapi_apptv_register_callback),
-            kind<3>("audio", a_qeltvapi_audio_info_register_callback),
-            kind<4>("banner", a_qeltvapi_banner_register_callback),
-            kind<5>("bisskey", a_qeltvapi_bisskey_register_callback),
-            kind<6>("bml", a_qeltvapi_bml_reg_msg_callback),
-            kind<7>("broadcast", a_qeltvapi_broadcast_register_callback),
-            kind<8>("ch_logo", a_qeltvapi_ch_logo_reg_callback),
-            kind<9>("channellist", a_qeltvapi_channellist_register_callback),
-            kind<10>("ci", listenToCi),
-            kind<11>("concern_column", a_qeltvapi_concerncolumn_channellist_register_callback),
-            kind<12>("config", a_qeltvapi_config_reg_callback),
-            kind<13>("dt", a_qeltvapi_time_register_dt_event_callback),
-            kind<14>("eas", a_qeltvapi_eas_reg_callback),
-            kind<15>("event", a_qeltvapi_event_register_callback),
-            kind<16>("event_atsc", a_qeltvapi_event_atsc_register_callback),
-            kind<17>("ews", a_qeltvapi_ews_reg_msg_callback),
-            kind<18>("ewspa", a_qeltvapi_ewspa_reg_msg_callback),
-            kind<19>("ginga", a_qeltvapi_ginga_register_callback),
-            kind<20>("ginga_update", a_qeltvapi_ginga_update_register_callback),
-            kind<21>("ginga_volume", a_qeltvapi_ginga_volume_register_callback),
-            kind<22>("hbbtv", a_qeltvapi_hbbtv_reg_msg_callback),
-            kind<23>("highlevel", a_qeltvapi_highlevel_register_callback),
-            kind<24>("html_agent", a_qeltvapi_html_agent_reg_callback),
-            kind<25>("listmode", a_qeltvapi_listMode_update_register_callback),
-            kind<26>("mds", a_qeltvapi_mds_reg_msg_callback),
-            kind<27>("mheg5", a_qeltvapi_mheg5_register_msg_callback),
-            kind<28>("mheg5_hbbtv", a_qeltvapi_mheg5_reg_launch_hbbtv_nfy),
-            kind<29>("nousedkey", a_qeltvapi_util_register_nousedkey_callback),
-            kind<30>("oad", a_qeltvapi_oad_register_callback),
-            kind<31>("ocl_scaninfo", a_qeltvapi_ocl_scanInfo_register_callback),
-            kind<32>("pcl", c_pcl_reg_nfy_fct),
-            kind<33>("pvr_status", a_qeltvapi_record_pvr_register_callback),
-            kind<34>("pwddlg", a_qeltvapi_pwddlg_register_msg_callback),
-            kind<35>("rating", a_qeltvapi_rating_op_vchip_reg_callback),
-            kind<36>("satllist", a_qeltvapi_satllist_register_callback),
-            kind<37>("scan", a_qeltvapi_scan_reg_callback),
-            kind<38>("screensaver", a_qeltvapi_screensaver_register_msg_callback),
-            kind<39>("sleep_timer", a_qeltvapi_time_register_sleep_timer_callback),
-            kind<40>("subtitle", a_qeltvapi_subtitle_reg_callback),
-            kind<41>("svctx", c_svctx_set_listener),
-            kind<42>("svlid", a_qeltvapi_svlid_update_register_callback),
-            kind<43>("sync_source", a_qeltvapi_time_register_sync_source_callback),
-            kind<44>("teletext", a_qeltvapi_teletext_register_msg_callback),
-            kind<45>("timeshift", a_qeltvapi_timeshift_register_callback),
-            kind<46>("tslid", a_qeltvapi_tslid_update_register_callback),
-            kind<47>("tts", a_qeltvapi_tts_reg_msg_callback),
-            kind<48>("tvprovider", a_qeltvapi_tvprovider_channellist_register_callback),
-            kind<49>("upgrade", a_qeltvapi_upgrade_register_callback),
-            kind<50>("videoinfo", a_qeltvapi_videoinfo_reg_common_nfy),
-            kind<51>("warning", a_qeltvapi_warning_register_msg_callback),
+            kind<a_qeltvapi_3dmode_register_callback>("3dmode"),
+            kind<a_qeltvapi_apptv_register_callback>("apptv"),
+            kind<a_qeltvapi_audio_info_register_callback>("audio"),
+            kind<a_qeltvapi_banner_register_callback>("banner"),
+            kind<a_qeltvapi_bisskey_register_callback>("bisskey"),
+            kind<a_qeltvapi_bml_reg_msg_callback>("bml"),
+            kind<a_qeltvapi_broadcast_register_callback>("broadcast"),
+            kind<a_qeltvapi_ch_logo_reg_callback>("ch_logo"),
+            kind<a_qeltvapi_channellist_register_callback>("channellist"),
+            kind<listenToCi>("ci"),
+            kind<a_qeltvapi_concerncolumn_channellist_register_callback>("concern_column"),
+            kind<a_qeltvapi_config_reg_callback>("config"),
+            kind<a_qeltvapi_time_register_dt_event_callback>("dt"),
+            kind<a_qeltvapi_eas_reg_callback>("eas"),
+            kind<a_qeltvapi_event_register_callback>("event"),
+            kind<a_qeltvapi_event_atsc_register_callback>("event_atsc"),
+            kind<a_qeltvapi_ews_reg_msg_callback>("ews"),
+            kind<a_qeltvapi_ewspa_reg_msg_callback>("ewspa"),
+            kind<a_qeltvapi_ginga_register_callback>("ginga"),
+            kind<a_qeltvapi_ginga_update_register_callback>("ginga_update"),
+            kind<a_qeltvapi_ginga_volume_register_callback>("ginga_volume"),
+            kind<a_qeltvapi_hbbtv_reg_msg_callback>("hbbtv"),
+            kind<a_qeltvapi_highlevel_register_callback>("highlevel"),
+            kind<a_qeltvapi_html_agent_reg_callback>("html_agent"),
+            kind<a_qeltvapi_listMode_update_register_callback>("listmode"),
+            kind<a_qeltvapi_mds_reg_msg_callback>("mds"),
+            kind<a_qeltvapi_mheg5_register_msg_callback>("mheg5"),
+            kind<a_qeltvapi_mheg5_reg_launch_hbbtv_nfy>("mheg5_hbbtv"),
+            kind<a_qeltvapi_util_register_nousedkey_callback>("nousedkey"),
+            kind<a_qeltvapi_oad_register_callback>("oad"),
+            kind<a_qeltvapi_ocl_scanInfo_register_callback>("ocl_scaninfo"),
+            kind<c_pcl_reg_nfy_fct>("pcl"),
+            kind<a_qeltvapi_record_pvr_register_callback>("pvr_status"),
+            kind<a_qeltvapi_pwddlg_register_msg_callback>("pwddlg"),
+            kind<a_qeltvapi_rating_op_vchip_reg_callback>("rating"),
+            kind<a_qeltvapi_satllist_register_callback>("satllist"),
+            kind<a_qeltvapi_scan_reg_callback>("scan"),
+            kind<a_qeltvapi_screensaver_register_msg_callback>("screensaver"),
+            kind<a_qeltvapi_time_register_sleep_timer_callback>("sleep_timer"),
+            kind<a_qeltvapi_subtitle_reg_callback>("subtitle"),
+            kind<c_svctx_set_listener>("svctx"),
+            kind<a_qeltvapi_svlid_update_register_callback>("svlid"),
+            kind<a_qeltvapi_time_register_sync_source_callback>("sync_source"),
+            kind<a_qeltvapi_teletext_register_msg_callback>("teletext"),
+            kind<a_qeltvapi_timeshift_register_callback>("timeshift"),
+            kind<a_qeltvapi_tslid_update_register_callback>("tslid"),
+            kind<a_qeltvapi_tts_reg_msg_callback>("tts"),
+            kind<a_qeltvapi_tvprovider_channellist_register_callback>("tvprovider"),
+            kind<a_qeltvapi_upgrade_register_callback>("upgrade"),
+            kind<a_qeltvapi_videoinfo_reg_common_nfy>("videoinfo"),
+            kind<a_qeltvapi_warning_register_msg_callback>("warning"),
     };
 }
 

@@ -11,61 +11,12 @@ usage: generate.py OUT_DIR CALLBACK_INTERFACE HEADER...
 """
 
 import os
+import pathlib
 import re
 import sys
 
-METHOD = re.compile(r"^    virtual ::android::hardware::Return<(.+?)> (\w+)\((.*)\) = 0;$")
-CALLBACK = re.compile(r"^    using (\w+)_cb = std::function<void\((.*)\)>;$")
-BASE = re.compile(r"^    // Methods from ::android::hidl::base|interfaceChain")
-
-
-def split_parameters(text):
-    """Splits at the commas outside of angle brackets; gives (type, name) pairs."""
-    parts, depth, start = [], 0, 0
-    for i, c in enumerate(text):
-        if c == "<":
-            depth += 1
-        elif c == ">":
-            depth -= 1
-        elif c == "," and depth == 0:
-            parts.append(text[start:i])
-            start = i + 1
-    parts.append(text[start:])
-    pairs = []
-    for part in parts:
-        part = part.strip()
-        if part:
-            kind, name = part.rsplit(" ", 1)
-            pairs.append((kind, name))
-    return pairs
-
-
-def value_type(kind):
-    """The type of a value that a parameter of this type refers to."""
-    return re.sub(r"^const |&$", "", kind).strip()
-
-
-def parse(header):
-    """The methods of an interface: (name, result, parameters, callback parameters or None)."""
-    callbacks, methods = {}, []
-    with open(header) as lines:
-        for line in lines:
-            line = line.rstrip("\n")
-            found = CALLBACK.match(line)
-            if found:
-                callbacks[found.group(1)] = split_parameters(found.group(2))
-                continue
-            found = METHOD.match(line)
-            if found:
-                result, name, parameters = found.groups()
-                pairs = split_parameters(parameters)
-                answers = None
-                if pairs and pairs[-1][1] == "_hidl_cb":
-                    pairs.pop()
-                    answers = callbacks[name]
-                methods.append((name, result, pairs, answers))
-    return methods
-
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
+import headers
 
 def default_class(interface, methods):
     out = [f"class {interface}Default : public {interface} {{",
@@ -76,8 +27,8 @@ def default_class(interface, methods):
         types = [kind for kind, _ in parameters]
         if answers is not None:
             types.append(f"{name}_cb cb")
-            values = [f"{value_type(kind)}{{}}" for kind, _ in answers]
-            if value_type(answers[-1][0]) == "int32_t":
+            values = [f"{headers.value_type(kind)}{{}}" for kind, _ in answers]
+            if headers.value_type(answers[-1][0]) == "int32_t":
                 values[-1] = "mCode"
             body = f"cb({', '.join(values)}); return ::android::hardware::Void();"
         elif result == "void":
@@ -97,7 +48,7 @@ def raise_source(callback, methods):
            "namespace qeltvd {", "", "namespace {", "", f"using Callback = {callback};",
            "using Call = bool (*)(Callback&, const nlohmann::json&);", ""]
     for name, _, parameters, answers in methods:
-        arguments = [f"json_value<{value_type(kind)}>(v.at({i}))"
+        arguments = [f"json_value<{headers.value_type(kind)}>(v.at({i}))"
                      for i, (kind, _) in enumerate(parameters)]
         if answers is not None:
             arguments.append(f"[]({', '.join(kind for kind, _ in answers)}) {{}}")
@@ -126,15 +77,15 @@ def raise_source(callback, methods):
 
 
 def main():
-    out_dir, callback, headers = sys.argv[1], sys.argv[2], sys.argv[3:]
+    out_dir, callback, files = sys.argv[1], sys.argv[2], sys.argv[3:]
     os.makedirs(out_dir, exist_ok=True)
     namespace = None
     defaults, names = [], []
-    for header in headers:
-        interface = os.path.splitext(os.path.basename(header))[0]
-        methods = parse(header)
-        with open(header) as text:
-            namespaces = re.findall(r"^namespace (\w+) \{$", text.read(), re.M)
+    for file in files:
+        interface = pathlib.Path(file).stem
+        text = pathlib.Path(file).read_text()
+        methods = headers.generated_methods(text)
+        namespaces = re.findall(r"^namespace (\w+) \{$", text, re.M)
         namespace = "::".join(namespaces[:namespaces.index("V1_0") + 1])
         names.append(f"constexpr const char* k{interface}Methods[] = {{\n"
                      + "\n".join(f'    "{m[0]}",' for m in methods) + "\n};\n")
@@ -144,7 +95,7 @@ def main():
         else:
             defaults.append(default_class(interface, methods))
     includes = "\n".join(f"#include <{namespace.replace('::', '/').replace('V1_0', '1.0')}/"
-                         f"{os.path.basename(h)}>" for h in headers)
+                         f"{os.path.basename(file)}>" for file in files)
     with open(os.path.join(out_dir, "Defaults.h"), "w") as f:
         f.write(f"#pragma once\n\n{includes}\n\nnamespace qeltvd {{\n\nusing namespace ::{namespace};"
                 "\n\n" + "\n".join(defaults) + "\n}  // namespace qeltvd\n")

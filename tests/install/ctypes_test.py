@@ -2,17 +2,16 @@
 """The installed library from Python: ctypes_test.py LIBRARY INCLUDE, with a television at work."""
 import ctypes
 import pathlib
-import re
 import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
+import headers
 
 library = ctypes.CDLL(sys.argv[1])
 
 # Every function that the headers declare is there.
-names = set()
-for header in pathlib.Path(sys.argv[2]).glob("*.h"):
-    text = re.sub(r"/\*.*?\*/|//[^\n]*|#define[^\n]*(?:\\\n[^\n]*)*", "", header.read_text(),
-                  flags=re.S)
-    names.update(re.findall(r"^\w[\w *]*\b([ac]_\w+)\(", text, re.M))
+names = {function.name for header in headers.families(sys.argv[2])
+         for function in headers.functions(header.read_text())}
 assert len(names) > 700, len(names)
 for name in names:
     getattr(library, name)

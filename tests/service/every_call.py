@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """Writes a function that calls every method of every interface, from the headers of the package.
 
-usage: every_call.py GENERATOR_DIR OUT.cpp CALLBACK_INTERFACE HEADER...
+usage: every_call.py OUT.cpp CALLBACK_INTERFACE HEADER...
 """
 
-import os
+import pathlib
 import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
+import headers
 
 
 def calls(interface, methods):
@@ -13,7 +16,7 @@ def calls(interface, methods):
            f"    const auto tv = {interface}::getService(\"default\", false);",
            f"    if (tv == nullptr) return called(\"{interface}\", false);"]
     for name, _, parameters, answers in methods:
-        arguments = [f"values.next<{generate.value_type(kind)}>()" for kind, _ in parameters]
+        arguments = [f"values.next<{headers.value_type(kind)}>()" for kind, _ in parameters]
         if answers is not None:
             arguments.append("[](const auto&...) {}")
         out.append(f"    called(\"{name}\", tv->{name}({', '.join(arguments)}).isOk());")
@@ -22,25 +25,19 @@ def calls(interface, methods):
 
 
 def main():
-    out_file, callback, headers = sys.argv[2], sys.argv[3], sys.argv[4:]
-    headers = [h for h in headers
-               if os.path.basename(h).startswith("IQel") and os.path.basename(h) != callback + ".h"]
-    out = [f"#include <vendor/qelnova/tv/qeltvapi/1.0/{os.path.basename(h)}>" for h in headers]
+    out_file, callback = sys.argv[1:3]
+    files = [file for file in map(pathlib.Path, sys.argv[3:])
+             if file.name.startswith("IQel") and file.stem != callback]
+    out = [f"#include <vendor/qelnova/tv/qeltvapi/1.0/{file.name}>" for file in files]
     out += ["", '#include "every_call.h"', "", "namespace wire {", "",
             "using namespace vendor::qelnova::tv::qeltvapi::V1_0;", ""]
-    names = []
-    for header in headers:
-        interface = os.path.splitext(os.path.basename(header))[0]
-        names.append(interface)
-        out += calls(interface, generate.parse(header))
+    for file in files:
+        out += calls(file.stem, headers.generated_methods(file.read_text()))
     out.append("void callEverything(Values& values, const Called& called) {")
-    out += [f"    call{name}(values, called);" for name in names]
+    out += [f"    call{file.stem}(values, called);" for file in files]
     out += ["}", "", "}  // namespace wire", ""]
-    with open(out_file, "w") as f:
-        f.write("\n".join(out))
+    pathlib.Path(out_file).write_text("\n".join(out))
 
 
 if __name__ == "__main__":
-    sys.path.insert(0, sys.argv[1])
-    import generate
     main()
