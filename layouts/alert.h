@@ -1,69 +1,60 @@
-/** What crosses the emergency alert and warning methods of this television. */
-#pragma once
+/** What crosses the emergency alert and emergency warning methods of the reference television. */
+#ifndef QELTV_LAYOUTS_ALERT_H
+#define QELTV_LAYOUTS_ALERT_H
 
-#include <cstdint>
+#include <stdint.h>
 
-namespace qeltvd::layouts {
-
-/** Type of an alert. */
-enum AlertType : int32_t {
-    kAlertNone = 0,
-    kAlertTest = 1,
-    kAlertMessage = 2,
-    kAlertWarning = 3,
-    kAlertNational = 4,
+/** Type of an emergency alert. */
+enum QELTV_ALERT_TYPE {
+    QELTV_ALERT_NONE = 0,     /**< no alert */
+    QELTV_ALERT_TEST = 1,     /**< a test; nothing has happened */
+    QELTV_ALERT_MESSAGE = 2,  /**< an administrative message */
+    QELTV_ALERT_WARNING = 3,  /**< a warning of an area */
+    QELTV_ALERT_NATIONAL = 4, /**< a national emergency */
 };
 
 /** Kind of an alert notification; its arguments are the four values of the alert's state. */
-enum AlertEvent : int32_t {
-    kAlertBegins = 1,
-    kAlertEnds = 2,
-    /** It has ended because the application left it; the channel stays. */
-    kAlertLeft = 3,
+enum QELTV_ALERT_EVENT {
+    QELTV_ALERT_BEGINS = 1, /**< an alert begins */
+    QELTV_ALERT_ENDS = 2,   /**< the alert ends, and the channel before it returns */
+    QELTV_ALERT_LEFT = 3,   /**< the application ends the alert, and the channel stays */
 };
 
-/** First value of ewspa_get() and ewspa_set(); the second value is @c b. */
-enum WarningItem : uint32_t {
-    /** get: number of monitors, then their areas. */
-    kWarningMonitors = 1,
-    /** get: number of warnings for monitor b, then a WarningEntry each. */
-    kWarningList = 2,
-    /** set: raises a warning, data a WarningEntry; the answer has the number it got. */
-    kWarningRaise = 3,
-    /** set: ends warning b. */
-    kWarningCancel = 4,
-    /** set: begins an alert as a broadcast would, data an AlertEntry; type 0 ends it. */
-    kAlertRaise = 5,
+/** First value of ewspa_get() and ewspa_set(); b is the second value. */
+enum QELTV_WARNING_ITEM {
+    QELTV_WARNING_MONITORS = 1, /**< get: number of monitors, then the area of each */
+    /** get: number of warnings for monitor b, then a QELTV_WARNING_ENTRY_T for each */
+    QELTV_WARNING_LIST = 2,
+    /** set: raises the QELTV_WARNING_ENTRY_T in the data; the answer has its number */
+    QELTV_WARNING_RAISE = 3,
+    QELTV_WARNING_CANCEL = 4, /**< set: ends warning b */
+    /** set: begins the QELTV_ALERT_ENTRY_T in the data as a broadcast does; type 0 ends it */
+    QELTV_ALERT_RAISE = 5,
 };
 
-/** As 32-bit values. */
-struct WarningEntry {
-    int32_t number;
-    /** 1 test, 2 watch, 3 warning. */
-    int32_t severity;
-    /** Where it holds; 0 everywhere. */
-    int32_t area;
-    /** That it still lasts. */
-    int32_t seconds;
-};
-static_assert(sizeof(WarningEntry) == 16);
+/** A warning, as 32-bit values. */
+typedef struct {
+    int32_t number;   /**< number of the warning, from 1; ignored in a request */
+    int32_t severity; /**< 1 test, 2 watch, 3 warning */
+    int32_t area;     /**< area in which it holds; 0 for everywhere */
+    int32_t seconds;  /**< remaining duration in seconds, 1 to 86400 */
+} QELTV_WARNING_ENTRY_T;
 
-struct AlertEntry {
-    int32_t type;
-    /** 1 when the television goes to the channel that has details. */
-    int32_t channelChange;
-    /** The channel with details. */
-    int32_t channel;
-    /** Where it holds. */
-    int32_t area;
-    int32_t seconds;
-};
-static_assert(sizeof(AlertEntry) == 20);
+/** An alert, as 32-bit values. */
+typedef struct {
+    int32_t type;          /**< a QELTV_ALERT_TYPE */
+    int32_t channelChange; /**< 1 when the television changes to the channel with details, else 0 */
+    int32_t channel;       /**< channel id of the channel with details; 0 for none */
+    int32_t area;          /**< area in which it holds; 0 for everywhere */
+    int32_t seconds;       /**< duration in seconds, 1 to 86400 */
+} QELTV_ALERT_ENTRY_T;
 
 /** Kind of a warning notification. */
-enum WarningEvent : int32_t { kWarningBegins = 1, kWarningEnds = 2 };
+enum QELTV_WARNING_EVENT {
+    QELTV_WARNING_BEGINS = 1, /**< a warning begins */
+    QELTV_WARNING_ENDS = 2,   /**< a warning ends */
+};
 
-/** Monitors that can be there at once. */
-constexpr uint32_t kWarningMonitorLimit = 16;
+#define QELTV_WARNING_MONITOR_LIMIT 16u /**< most monitors at a time */
 
-}  // namespace qeltvd::layouts
+#endif /* QELTV_LAYOUTS_ALERT_H */

@@ -1,99 +1,44 @@
-#pragma once
+/**
+ * Channel ids of the reference television. The two highest bits are the kind, the four below them
+ * the list, the others the number:
+ *
+ *     one part   0 | list | 10 zeros     | number 16 bits
+ *     two parts  1 | list | 6 zeros | major 10 bits | minor 10 bits
+ *     non-PSIP   2 | list | 2 zeros | RF channel 8 bits | program number 16 bits
+ *
+ * 0 is no channel. The low 16 bits are the short id; they identify a channel of one list, except
+ * two-part channels of a major number above 63 and non-PSIP channels.
+ */
+#ifndef QELTV_LAYOUTS_CHANNEL_IDS_H
+#define QELTV_LAYOUTS_CHANNEL_IDS_H
 
-#include <cstdint>
+/** Kind of a channel id. */
+enum QELTV_CHANNEL_ID_KIND {
+    QELTV_CHANNEL_ID_ONE_PART = 0,  /**< a number, as of DVB */
+    QELTV_CHANNEL_ID_TWO_PARTS = 1, /**< major and minor number, as of ATSC */
+    QELTV_CHANNEL_ID_NON_PSIP = 2,  /**< an ATSC service without PSIP: RF channel and program */
+};
 
-namespace qeltvd {
+#define QELTV_CHANNEL_ID_KIND_SHIFT 30        /**< lowest bit of the kind */
+#define QELTV_CHANNEL_ID_LIST_SHIFT 26        /**< lowest bit of the list */
+#define QELTV_CHANNEL_ID_LIST_MASK 0xfu       /**< list, after the shift */
+#define QELTV_CHANNEL_ID_NUMBER_MASK 0xffffu  /**< number of a one-part id */
+#define QELTV_CHANNEL_ID_MAJOR_SHIFT 10       /**< lowest bit of the major number */
+#define QELTV_CHANNEL_ID_PART_MASK 0x3ffu     /**< minor number; major number after the shift */
+#define QELTV_CHANNEL_ID_RF_SHIFT 16          /**< lowest bit of the RF channel */
+#define QELTV_CHANNEL_ID_RF_MASK 0xffu        /**< RF channel, after the shift */
+#define QELTV_CHANNEL_ID_PROGRAM_MASK 0xffffu /**< program number of a non-PSIP id */
+
+#define QELTV_CHANNEL_LIST_MAXIMUM 15u        /**< largest list id; the smallest is 1 */
+#define QELTV_CHANNEL_NUMBER_MAXIMUM 0xffffu  /**< largest one-part number; the smallest is 1 */
+#define QELTV_CHANNEL_PART_MAXIMUM 0x3ffu     /**< largest major and minor number */
+#define QELTV_CHANNEL_RF_MAXIMUM 0xffu        /**< largest RF channel; the smallest is 1 */
+#define QELTV_CHANNEL_PROGRAM_MAXIMUM 0xffffu /**< largest program number */
 
 /**
- * Channel ids. The two highest bits tell the kind, the four below them the list, the rest the
- * number:
- *
- *   one part   0 | list | 10 zeros     | number 16 bits
- *   two parts  1 | list | 6 zeros | major 10 bits | minor 10 bits
- *   non-PSIP   2 | list | 2 zeros | RF channel 8 bits | program number 16 bits
- *
- * 0 is no channel. The low 16 bits tell channels of one list apart, but for two-part channels of a
- * major number above 63 and non-PSIP channels; they are the short id.
+ * Shift of the major number in a two-part number as the viewer enters it: major << 16 | minor. Of
+ * a non-PSIP channel they are RF channel and program number.
  */
-namespace channel_ids {
+#define QELTV_CHANNEL_DIALLED_MAJOR_SHIFT 16
 
-enum Kind : uint32_t { kOnePart = 0, kTwoParts = 1, kNonPsip = 2 };
-
-constexpr uint32_t kMaximumList = 15;
-constexpr uint32_t kMaximumNumber = 0xffff;
-constexpr uint32_t kMaximumPart = 0x3ff;
-
-constexpr uint32_t make(Kind kind, uint32_t list, uint32_t payload) {
-    return kind << 30 | list << 26 | payload;
-}
-
-/** 0 where a part does not fit. */
-constexpr uint32_t onePart(uint32_t list, uint32_t number) {
-    if (list == 0 || list > kMaximumList || number == 0 || number > kMaximumNumber) return 0;
-    return make(kOnePart, list, number);
-}
-
-constexpr uint32_t twoParts(uint32_t list, uint32_t major, uint32_t minor) {
-    if (list == 0 || list > kMaximumList || major == 0 || major > kMaximumPart) return 0;
-    return minor > kMaximumPart ? 0 : make(kTwoParts, list, major << 10 | minor);
-}
-
-constexpr uint32_t nonPsip(uint32_t list, uint32_t rfChannel, uint32_t program) {
-    if (list == 0 || list > kMaximumList || rfChannel == 0 || rfChannel > 0xff) return 0;
-    return program > 0xffff ? 0 : make(kNonPsip, list, rfChannel << 16 | program);
-}
-
-constexpr uint32_t kind(uint32_t id) {
-    return id >> 30;
-}
-
-constexpr uint16_t list(uint32_t id) {
-    return static_cast<uint16_t>(id >> 26 & 0xf);
-}
-
-constexpr bool isOnePart(uint32_t id) {
-    return kind(id) == kOnePart && (id & 0xffff) != 0;
-}
-
-constexpr bool isNonPsip(uint32_t id) {
-    return kind(id) == kNonPsip;
-}
-
-/** The number of a one-part id, the RF channel of a non-PSIP id. */
-constexpr uint16_t major(uint32_t id) {
-    switch (kind(id)) {
-        case kOnePart:
-            return static_cast<uint16_t>(id);
-        case kTwoParts:
-            return static_cast<uint16_t>(id >> 10 & 0x3ff);
-        default:
-            return static_cast<uint16_t>(id >> 16 & 0xff);
-    }
-}
-
-/** 0 for a one-part id, the program number of a non-PSIP id. */
-constexpr uint16_t minor(uint32_t id) {
-    switch (kind(id)) {
-        case kOnePart:
-            return 0;
-        case kTwoParts:
-            return static_cast<uint16_t>(id & 0x3ff);
-        default:
-            return static_cast<uint16_t>(id);
-    }
-}
-
-/** What the viewer dials: a number, or major << 16 | minor. */
-constexpr uint32_t number(uint32_t id) {
-    return kind(id) == kOnePart ? id & 0xffff : uint32_t{major(id)} << 16 | minor(id);
-}
-
-/** The id of a number in a list; the inverse of number() but for non-PSIP channels. */
-constexpr uint32_t ofNumber(uint32_t list, uint32_t number) {
-    return number <= kMaximumNumber ? onePart(list, number)
-                                    : twoParts(list, number >> 16, number & 0xffff);
-}
-
-}  // namespace channel_ids
-
-}  // namespace qeltvd
+#endif /* QELTV_LAYOUTS_CHANNEL_IDS_H */

@@ -1,25 +1,15 @@
-#pragma once
-
-#include <cstdint>
-
-namespace qeltvd {
-
 /**
- * The result codes of the reference television. 0 is success; the library's own -1 and -2 are
- * not used, so that a caller can tell a refusal from a service that is not there.
+ * The result codes of the reference television. The library's own -1 and -2 are not among them, so
+ * that a caller can distinguish a refusal from a service that is not reachable.
  */
-enum Code : int32_t {
-    kOk = 0,
-    /** No such item, channel, record, handle. */
-    kNotFound = -3,
-    /** A value outside of its range, a record of the wrong size. */
-    kBadValue = -4,
-    /** Not now: disabled, locked, busy, the wrong state. */
-    kRefused = -5,
-    /** The store could not be written. */
-    kStorage = -6,
-    /** This television does not have that function. */
-    kUnsupported = -38,
-};
+#ifndef QELTV_LAYOUTS_CODES_H
+#define QELTV_LAYOUTS_CODES_H
 
-}  // namespace qeltvd
+#define QELTV_OK 0              /**< success */
+#define QELTV_NOT_FOUND (-3)    /**< no such item, channel, record or handle */
+#define QELTV_BAD_VALUE (-4)    /**< a value out of range, or a record of the wrong size */
+#define QELTV_REFUSED (-5)      /**< not possible in this state: disabled, locked, busy */
+#define QELTV_STORAGE (-6)      /**< the store cannot be written */
+#define QELTV_UNSUPPORTED (-38) /**< this television does not have the function */
+
+#endif /* QELTV_LAYOUTS_CODES_H */

@@ -1,185 +1,181 @@
-/** What crosses the event, ATSC event and banner interfaces of this television. */
-#pragma once
+/** What crosses the event, ATSC event and banner interfaces of the reference television. */
+#ifndef QELTV_LAYOUTS_EVENT_H
+#define QELTV_LAYOUTS_EVENT_H
 
-#include <cstddef>
-#include <cstdint>
+#include <stdint.h>
 
-namespace qeltvd::layouts {
+#define QELTV_GUIDE_DAYS_BACK 1  /**< days (UTC) before the current one that the EPG covers */
+#define QELTV_GUIDE_DAYS_AHEAD 7 /**< days (UTC) after the current one that the EPG covers */
 
-/** The guide knows the events of yesterday, today and the seven days after it (UTC). */
-constexpr int kGuideDaysBack = 1;
-constexpr int kGuideDaysAhead = 7;
-
-/** First content nibble of DVB. */
-enum Genre : uint8_t {
-    kGenreFilm = 1,
-    kGenreNews = 2,
-    kGenreShow = 3,
-    kGenreSport = 4,
-    kGenreChildren = 5,
-    kGenreMusic = 6,
-    kGenreArts = 7,
-    kGenreSociety = 8,
-    kGenreScience = 9,
-    kGenreLeisure = 10,
+/** Genre of an event: the first content nibble of DVB. 0 is undefined. */
+enum QELTV_GENRE {
+    QELTV_GENRE_FILM = 1,     /**< film, drama */
+    QELTV_GENRE_NEWS = 2,     /**< news, current affairs */
+    QELTV_GENRE_SHOW = 3,     /**< show, game show */
+    QELTV_GENRE_SPORT = 4,    /**< sport */
+    QELTV_GENRE_CHILDREN = 5, /**< programmes for children and young people */
+    QELTV_GENRE_MUSIC = 6,    /**< music, ballet, dance */
+    QELTV_GENRE_ARTS = 7,     /**< arts, culture */
+    QELTV_GENRE_SOCIETY = 8,  /**< society, politics, economy */
+    QELTV_GENRE_SCIENCE = 9,  /**< education, science */
+    QELTV_GENRE_LEISURE = 10, /**< leisure hobbies */
 };
 
-enum EventFlag : uint16_t {
-    kEventBlocked = 1,
-    kEventSubtitles = 2,
-    kEventHd = 4,
-    kEventAudioDescription = 8,
-    kEventScrambled = 16,
-    /** It is on air now. */
-    kEventPresent = 32,
+/** Flags of an event, bits. */
+enum QELTV_EVENT_FLAG {
+    QELTV_EVENT_BLOCKED = 1,           /**< parental control blocks it */
+    QELTV_EVENT_SUBTITLES = 2,         /**< it has subtitles */
+    QELTV_EVENT_HD = 4,                /**< it is in high definition */
+    QELTV_EVENT_AUDIO_DESCRIPTION = 8, /**< it has an audio description */
+    QELTV_EVENT_SCRAMBLED = 16,        /**< it is scrambled */
+    QELTV_EVENT_PRESENT = 32,          /**< it is on air */
 };
 
-/** Age of an event that tells none. */
-constexpr uint8_t kAgeNotTold = 255;
+#define QELTV_AGE_UNRATED 255 /**< age of an event without an age rating */
 
-/** The general block. Texts of all blocks are UTF-8. */
-struct EventGeneral {
-    uint32_t channelId;
-    uint16_t eventId;
-    uint8_t genre;
-    /** Years, 0 for everybody, or kAgeNotTold. */
-    uint8_t age;
-    /** Seconds since 1970, UTC. */
-    int64_t start;
-    /** Seconds. */
-    uint32_t duration;
-    uint16_t flags;
-    /** Bytes of the texts. */
-    uint16_t detailsLength;
-    uint16_t guidanceLength;
-    uint16_t extendedLength;
-    /** 0 for none. */
-    uint16_t series;
-    uint16_t episode;
-    char language[4];
-    uint32_t reserved;
-    /** Filled with zeros. */
-    char title[96];
-};
-static_assert(sizeof(EventGeneral) == 136 && offsetof(EventGeneral, title) == 40);
+/** The general block of an event. Texts of all blocks are UTF-8. */
+typedef struct {
+    uint32_t channelId;      /**< channel id of the event's channel */
+    uint16_t eventId;        /**< id of the event, unique on its channel */
+    uint8_t genre;           /**< a QELTV_GENRE; 0 undefined */
+    uint8_t age;             /**< lowest age in years, 0 for all, or QELTV_AGE_UNRATED */
+    int64_t start;           /**< start in seconds since 1970, UTC */
+    uint32_t duration;       /**< duration in seconds */
+    uint16_t flags;          /**< QELTV_EVENT_FLAG bits */
+    uint16_t detailsLength;  /**< bytes of the details, without terminator */
+    uint16_t guidanceLength; /**< bytes of the guidance, without terminator */
+    uint16_t extendedLength; /**< bytes of the extended details, without terminator */
+    uint16_t series;         /**< number of the series; 0 for none */
+    uint16_t episode;        /**< number of the episode; 0 for none */
+    char language[4];        /**< ISO 639-2 code of the texts and a zero */
+    uint32_t reserved;       /**< 0 */
+    char title[96];          /**< title, zero-padded */
+} QELTV_EVENT_GENERAL_T;
 
-/*
- * Blocks of a length that the caller gives are filled with zeros. Texts (details, guidance,
- * extended details) end with one; the others are arrays of the following records, of which only
- * whole ones are stored. Group and series have entries of EventCommon: the episodes of the series
- * on the same channel that the guide knows, in the order of their times.
- */
-struct EventCommon {
-    uint32_t channelId;
-    uint16_t eventId;
-    uint16_t reserved;
-};
-static_assert(sizeof(EventCommon) == 8);
-
-struct EventRating {
-    char country[4];
-    uint8_t age;
-    /** Bits: dialogue, language, sex, violence. */
-    uint8_t content;
-    uint8_t film;
-    uint8_t children;
-};
-static_assert(sizeof(EventRating) == 8);
-
-struct ContentIdentifier {
-    /** 1 programme, 2 series. */
-    uint8_t type;
-    char crid[63];
-};
-static_assert(sizeof(ContentIdentifier) == 64);
-
-struct AudioComponent {
-    char language[4];
-    /** 1 MPEG, 2 AC-3, 3 HE-AAC. */
-    uint8_t codec;
-    uint8_t channels;
-    /** 0 main, 1 audio description. */
-    uint8_t purpose;
-    uint8_t reserved;
-};
-static_assert(sizeof(AudioComponent) == 8);
-
-/** Largest block that is sent; a caller that asks for more gets nothing but an error. */
-constexpr int32_t kEventBlockMaximum = 1 << 20;
-
-/*
- * Event filter: the 16-bit value is how many hours are looked at (0: to the end of the guide), the
- * 32-bit value from when on (UTC seconds, 0: now), the 16 bytes a text that the title has to
- * contain, whatever the case (UTF-8, filled with zeros), the flag leaves blocked events out, the
- * list has genres (none: all), the last byte is the highest age (0: any). Channel 0 stands for all.
+/**
+ * An event's identity; the entry of the blocks of group and series, which are the episodes of the
+ * series on the same channel in the EPG, in the order of their times.
  *
- * Query parameters, for this filter and for ranges: shortest and longest duration in seconds (0:
- * any), a bit for each genre (0: all); only events to come or on air, only unblocked ones, only
- * with subtitles, only in high definition.
+ * Blocks of a length that the caller passes are zero-padded. Texts (details, guidance, extended
+ * details) end in a zero; the other blocks are arrays of records, of which only whole ones are
+ * stored.
  */
-constexpr uint32_t kEveryChannel = 0;
+typedef struct {
+    uint32_t channelId; /**< channel id of the event's channel */
+    uint16_t eventId;   /**< id of the event */
+    uint16_t reserved;  /**< 0 */
+} QELTV_EVENT_COMMON_T;
+
+/** A rating of an event. */
+typedef struct {
+    char country[4];  /**< ISO 3166 code of three letters and a zero */
+    uint8_t age;      /**< lowest age in years, or QELTV_AGE_UNRATED */
+    uint8_t content;  /**< bits 0 to 3: dialogue, language, sex, violence */
+    uint8_t film;     /**< a QELTV_US_MOVIE_LIMIT; 0 for none */
+    uint8_t children; /**< 1 for a programme for children, else 0 */
+} QELTV_EVENT_RATING_T;
+
+/** A content identifier. */
+typedef struct {
+    uint8_t type;  /**< 1 programme, 2 series */
+    char crid[63]; /**< CRID, zero-padded */
+} QELTV_CONTENT_IDENTIFIER_T;
+
+/** An audio component of an event. */
+typedef struct {
+    char language[4]; /**< ISO 639-2 code and a zero */
+    uint8_t codec;    /**< 1 MPEG, 2 AC-3, 3 HE-AAC */
+    uint8_t channels; /**< number of audio channels */
+    uint8_t purpose;  /**< 0 main sound, 1 audio description */
+    uint8_t reserved; /**< 0 */
+} QELTV_AUDIO_COMPONENT_T;
+
+/** Largest block in bytes; a request for a larger one returns only an error. */
+#define QELTV_EVENT_BLOCK_MAXIMUM (1 << 20)
+
+/**
+ * Channel of an event filter that stands for every channel.
+ *
+ * Event filter: the 16-bit value is the length of the window in hours (0: to the end of the EPG),
+ * the 32-bit value its start (seconds since 1970, UTC; 0: now), the 16 bytes a text that the title
+ * contains regardless of case (UTF-8, zero-padded), the flag leaves blocked events out, the list
+ * has genres (none: all), the last byte is the highest age (0: any).
+ *
+ * Query parameters, for filters and ranges: shortest and longest duration in seconds (0: any), a
+ * bit for each genre (0: all); only events to come or on air, only unblocked ones, only ones with
+ * subtitles, only ones in high definition.
+ */
+#define QELTV_EVERY_CHANNEL 0u
 
 /** Type of an event notification; its values. */
-enum EventEvent : int32_t {
-    /** Channel, its present event, its following event: on a channel of the active window or the
-     *  current one. */
-    kPresentChanged = 1,
-    /** Number of channels, start and end of the window. */
-    kWindowChanged = 2,
-    /** Channel 0: what is blocked has changed. */
-    kBlockingChanged = 3,
+enum QELTV_EVENT_EVENT {
+    /** channel, its present and following event; of a channel in the active window or the current
+     */
+    QELTV_EVENT_PRESENT_CHANGED = 1,
+    QELTV_EVENT_WINDOW_CHANGED = 2,   /**< number of channels, start and end of the window */
+    QELTV_EVENT_BLOCKING_CHANGED = 3, /**< channel 0: the blocked events have changed */
 };
 
-/** ATSC tables: each covers three hours from 0, 3, 6... o'clock UTC, EIT-0 the present ones. */
-constexpr uint32_t kEitSeconds = 3 * 3600;
-constexpr int32_t kEitTables = 56;
-/** Events that are loaded by id at a time, at most, and by one call. */
-constexpr size_t kAtscLoadedMaximum = 1024;
-constexpr size_t kAtscListMaximum = 255;
+/** Seconds that an ATSC table covers; tables begin at 0, 3, 6... o'clock UTC, EIT-0 is present. */
+#define QELTV_EIT_SECONDS (3u * 3600u)
+#define QELTV_EIT_TABLES 56            /**< number of tables: EIT-0 to EIT-55 */
+#define QELTV_ATSC_LOADED_MAXIMUM 1024 /**< most ATSC events loaded at a time */
+#define QELTV_ATSC_LIST_MAXIMUM 255    /**< most ATSC events loaded by one call */
 
 /** Status of the tables of a channel. */
-enum EitStatus : int32_t { kEitNone = 0, kEitPart = 1, kEitAll = 2 };
+enum QELTV_EIT_STATUS {
+    QELTV_EIT_NONE = 0, /**< no table is loaded */
+    QELTV_EIT_PART = 1, /**< some tables are loaded */
+    QELTV_EIT_ALL = 2,  /**< all tables are loaded */
+};
 
-/** An entry of the list of table states: number of events, and the highest bit when loaded. */
-constexpr uint32_t kEitLoaded = 0x80000000;
-
-/*
+/**
+ * Bit of a table state: the table is loaded. The other bits are its number of events.
+ *
  * ATSC event record, fields by offset: 0 event id, 4 channel id, 8 number of the table, 12 start
- * (UTC seconds), 20 duration, 28 genre, 30 EventFlag, 32 title, 288 length of the details, 292
- * label of the rating, 296 language.
+ * (seconds since 1970, UTC), 20 duration in seconds, 28 genre, 30 QELTV_EVENT_FLAG bits, 32 title,
+ * 288 length of the details in bytes, 292 label of the rating, 296 language.
  */
+#define QELTV_EIT_LOADED 0x80000000u
 
 /** Type of an ATSC event notification; its values. */
-enum AtscEvent : int32_t {
-    /** Channel, number of events, table or -1. */
-    kAtscLoaded = 1,
+enum QELTV_ATSC_EVENT {
+    QELTV_ATSC_LOADED = 1, /**< channel, number of events, table or -1 */
 };
 
 /** Pages of the banner, the first number of an item. */
-enum BannerPage : int32_t { kBannerSimple = 0, kBannerDetailed = 1 };
-
-/** Items of a page, the second number; the id is page << 16 | item | 1 << 31. */
-enum BannerItem : int32_t {
-    kBannerNumber,
-    kBannerChannel,
-    kBannerClock,
-    kBannerTitle,
-    kBannerTimes,
-    kBannerFollowing,
-    /** From here on on the detailed page only. */
-    kBannerGenre,
-    kBannerRating,
-    kBannerSound,
-    kBannerPicture,
-    kBannerLock,
-    kBannerDetails,
-    kBannerItems,
+enum QELTV_BANNER_PAGE {
+    QELTV_BANNER_SIMPLE = 0,   /**< the short banner */
+    QELTV_BANNER_DETAILED = 1, /**< the banner with all items */
 };
-constexpr uint32_t kBannerIdBit = 0x80000000;
 
-enum BannerState : uint8_t { kBannerHidden = 0, kBannerShown = 1 };
+/** Items of a page, the second number; the id is page << 16 | item | QELTV_BANNER_ID_BIT. */
+enum QELTV_BANNER_ITEM {
+    QELTV_BANNER_NUMBER = 0,    /**< number of the channel */
+    QELTV_BANNER_CHANNEL = 1,   /**< name of the channel */
+    QELTV_BANNER_CLOCK = 2,     /**< local time */
+    QELTV_BANNER_TITLE = 3,     /**< title of the present event */
+    QELTV_BANNER_TIMES = 4,     /**< start and end of the present event */
+    QELTV_BANNER_FOLLOWING = 5, /**< title of the following event */
+    QELTV_BANNER_GENRE = 6,     /**< detailed page: genre of the present event */
+    QELTV_BANNER_RATING = 7,    /**< detailed page: rating of the present event */
+    QELTV_BANNER_SOUND = 8,     /**< detailed page: audio track */
+    QELTV_BANNER_PICTURE = 9,   /**< detailed page: video format */
+    QELTV_BANNER_LOCK = 10,     /**< detailed page: lock of the channel */
+    QELTV_BANNER_DETAILS = 11,  /**< detailed page: details of the present event */
+    QELTV_BANNER_ITEMS = 12,    /**< number of items */
+};
+#define QELTV_BANNER_ID_BIT 0x80000000u /**< bit of every item id */
 
-/** Type of a banner notification: page and item (-1 for all) that have changed. */
-enum BannerEvent : int32_t { kBannerChanged = 1 };
+/** State of the banner. */
+enum QELTV_BANNER_STATE {
+    QELTV_BANNER_HIDDEN = 0, /**< not visible */
+    QELTV_BANNER_SHOWN = 1,  /**< visible */
+};
 
-}  // namespace qeltvd::layouts
+/** Type of a banner notification. */
+enum QELTV_BANNER_EVENT {
+    QELTV_BANNER_CHANGED = 1, /**< the page and the item that have changed; item -1 for all */
+};
+
+#endif /* QELTV_LAYOUTS_EVENT_H */

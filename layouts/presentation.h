@@ -1,441 +1,432 @@
 /**
  * What crosses the broadcast, input, multi-view, service-context, sound, picture, power and
- * TV-application methods of this television. Video paths are "main" (also "") and "sub"; a path
- * as a number is 0 or 1. Truth values are 0 and 1.
+ * TV-application methods of the reference television. Video paths are "main" (also "") and "sub";
+ * a path as a number is 0 or 1. Truth values are 0 and 1.
  */
-#pragma once
+#ifndef QELTV_LAYOUTS_PRESENTATION_H
+#define QELTV_LAYOUTS_PRESENTATION_H
 
-#include <cstddef>
-#include <cstdint>
+#include <stdint.h>
 
-namespace qeltvd::layouts {
+#define QELTV_PATHS 2u /**< number of video paths */
 
-constexpr uint32_t kPaths = 2;
+/* Tuning */
 
-// Tuning
-
-enum TuningStatus : int32_t {
-    kTuningStopped = 0,
-    /** The tuner looks for the signal, or the input for its source. */
-    kTuningSearches = 1,
-    /** There is a signal; the decoders start. */
-    kTuningLocked = 2,
-    kTuningPlays = 3,
-    kTuningFailed = 4,
+/** Status of a video path. */
+enum QELTV_TUNING_STATUS {
+    QELTV_TUNING_STOPPED = 0,  /**< nothing is shown */
+    QELTV_TUNING_SEARCHES = 1, /**< the tuner searches the signal, or the input its source */
+    QELTV_TUNING_LOCKED = 2,   /**< the tuner has locked; the decoders start */
+    QELTV_TUNING_PLAYS = 3,    /**< video and sound play */
+    QELTV_TUNING_FAILED = 4,   /**< see the QELTV_TUNING_ERROR */
 };
 
-enum TuningError : int32_t {
-    kTuningNoError = 0,
-    kTuningNoSignal = 1,
-    kTuningScrambled = 2,
-    /** A locked channel or a blocked input. */
-    kTuningBlocked = 3,
-    /** The signal is there and the service is not in it. */
-    kTuningNoService = 4,
-};
-
-/** Kind of a broadcast notification. Unless told otherwise: channel, path, TuningError, banner. */
-enum BroadcastEvent : int32_t {
-    kBroadcastSelecting = 1,
-    kBroadcastLocked = 2,
-    kBroadcastPlays = 3,
-    kBroadcastFailed = 4,
-    kBroadcastStopped = 5,
-    /** The signal of a channel that played is gone; kBroadcastSelecting follows its return. */
-    kBroadcastSignalLost = 6,
-    /** Whether the banner is visible, 0, 0, 0. */
-    kBroadcastBanner = 7,
-    /** The number so far, digits, whether the entry is complete, 0. */
-    kBroadcastDigits = 8,
-    /** Whether the favourite icon shows, 0, 0, 0. */
-    kBroadcastFavouriteIcon = 9,
+/** Error of a video path. */
+enum QELTV_TUNING_ERROR {
+    QELTV_TUNING_NO_ERROR = 0,   /**< no error */
+    QELTV_TUNING_NO_SIGNAL = 1,  /**< no signal */
+    QELTV_TUNING_SCRAMBLED = 2,  /**< the service is scrambled and cannot be descrambled */
+    QELTV_TUNING_BLOCKED = 3,    /**< a locked channel or a blocked input */
+    QELTV_TUNING_NO_SERVICE = 4, /**< the multiplex does not carry the service */
 };
 
 /**
- * Notifications of service contexts: the listener gets BroadcastEvent 1 to 6, TuningError and
- * path; the select notification BroadcastEvent, channel and TuningError. They come for the context
- * of the path itself and for every context that is open on it.
+ * Kind of a broadcast notification; its values, by default channel, path, QELTV_TUNING_ERROR,
+ * banner.
  */
-constexpr uint32_t contextOfPath(uint32_t path) {
-    return path + 1;
-}
+enum QELTV_BROADCAST_EVENT {
+    QELTV_BROADCAST_SELECTING = 1, /**< a channel change begins */
+    QELTV_BROADCAST_LOCKED = 2,    /**< the tuner has locked */
+    QELTV_BROADCAST_PLAYS = 3,     /**< video and sound play */
+    QELTV_BROADCAST_FAILED = 4,    /**< the channel change failed */
+    QELTV_BROADCAST_STOPPED = 5,   /**< the path is stopped */
+    /** the signal of the playing channel is lost; QELTV_BROADCAST_SELECTING follows its return */
+    QELTV_BROADCAST_SIGNAL_LOST = 6,
+    QELTV_BROADCAST_BANNER = 7,         /**< 1 when the banner is visible else 0, 0, 0, 0 */
+    QELTV_BROADCAST_DIGITS = 8,         /**< number so far, digits, 1 when it is complete, 0 */
+    QELTV_BROADCAST_FAVOURITE_ICON = 9, /**< 1 when the favourite icon is visible else 0, 0, 0, 0 */
+};
+
+/**
+ * Service context of path 0; that of path n is QELTV_CONTEXT_OF_MAIN + n.
+ *
+ * Notifications of service contexts: the listener receives QELTV_BROADCAST_EVENT 1 to 6,
+ * QELTV_TUNING_ERROR and path; the select notification QELTV_BROADCAST_EVENT, channel and
+ * QELTV_TUNING_ERROR. The context of the path is notified, and every context that is open on it.
+ */
+#define QELTV_CONTEXT_OF_MAIN 1u
 
 /** Attributes of get_connect_attr(). */
-enum ConnectAttribute : int32_t {
-    kConnectLocked = 1,
-    /** 0 to 100. */
-    kConnectLevel = 2,
-    kConnectQuality = 3,
-    /** Errors in 10^9 bits. */
-    kConnectBitErrors = 4,
-    kConnectFrequencyKHz = 5,
-    /** Thousands of symbols per second; of terrestrial signals the bandwidth in kHz. */
-    kConnectSymbolRate = 6,
-    /** As in multiplex_record_t. */
-    kConnectModulation = 7,
-    kConnectSystem = 8,
-    kConnectChannel = 9,
-    kConnectList = 10,
-    kConnectStatus = 11,
-    kConnectError = 12,
+enum QELTV_CONNECT_ATTRIBUTE {
+    QELTV_CONNECT_LOCKED = 1,        /**< 1 while the tuner is locked, else 0 */
+    QELTV_CONNECT_LEVEL = 2,         /**< signal level, 0 to 100 */
+    QELTV_CONNECT_QUALITY = 3,       /**< signal quality, 0 to 100 */
+    QELTV_CONNECT_BIT_ERRORS = 4,    /**< errors in 10^9 bits */
+    QELTV_CONNECT_FREQUENCY_KHZ = 5, /**< frequency in kHz */
+    /** symbol rate in 1000 symbols per second; of terrestrial signals the bandwidth in kHz */
+    QELTV_CONNECT_SYMBOL_RATE = 6,
+    QELTV_CONNECT_MODULATION = 7, /**< modulation as in multiplex_record_t */
+    QELTV_CONNECT_SYSTEM = 8,     /**< delivery system, CHANNEL_SYSTEM_ */
+    QELTV_CONNECT_CHANNEL = 9,    /**< channel id */
+    QELTV_CONNECT_LIST = 10,      /**< list id of the channel */
+    QELTV_CONNECT_STATUS = 11,    /**< a QELTV_TUNING_STATUS */
+    QELTV_CONNECT_ERROR = 12,     /**< a QELTV_TUNING_ERROR */
 };
 
-/** Words of a frequency change: word1 kHz, word2 and word3 not looked at; `head` is this. */
-struct FrequencyHead {
-    /** As in multiplex_record_t; 0 any. */
-    uint32_t system;
-    /** As in multiplex_record_t; 0 any. */
-    uint32_t polarisation;
-    uint32_t unused[2];
-};
-static_assert(sizeof(FrequencyHead) == 16);
+/** `head` of a frequency change. Its word1 is the frequency in kHz; word2 and word3 are ignored. */
+typedef struct {
+    uint32_t system;       /**< delivery system, CHANNEL_SYSTEM_; 0 for any */
+    uint32_t polarisation; /**< as in multiplex_record_t; 0 for any */
+    uint32_t unused[2];    /**< 0 */
+} QELTV_FREQUENCY_HEAD_T;
 
-/** Remote-control keys; those of Android. The digits are 7 (for 0) to 16. */
-enum Key : int32_t {
-    kKeyDigit0 = 7,
-    kKeyDigit9 = 16,
-    kKeyOk = 23,
-    kKeyVolumeUp = 24,
-    kKeyVolumeDown = 25,
-    kKeyPower = 26,
-    kKeyPeriod = 56,
-    kKeyMute = 164,
-    kKeyInfo = 165,
-    kKeyChannelUp = 166,
-    kKeyChannelDown = 167,
-    kKeyInput = 178,
-    kKeyAudioTrack = 222,
-    kKeyLastChannel = 229,
+/** Remote-control keys, the key codes of Android. The digits are 7 (for 0) to 16 (for 9). */
+enum QELTV_KEY {
+    QELTV_KEY_DIGIT_0 = 7,        /**< digit 0 */
+    QELTV_KEY_DIGIT_9 = 16,       /**< digit 9 */
+    QELTV_KEY_OK = 23,            /**< OK */
+    QELTV_KEY_VOLUME_UP = 24,     /**< volume up */
+    QELTV_KEY_VOLUME_DOWN = 25,   /**< volume down */
+    QELTV_KEY_POWER = 26,         /**< power */
+    QELTV_KEY_PERIOD = 56,        /**< separator of major and minor number */
+    QELTV_KEY_MUTE = 164,         /**< mute */
+    QELTV_KEY_INFO = 165,         /**< info, the banner */
+    QELTV_KEY_CHANNEL_UP = 166,   /**< channel up */
+    QELTV_KEY_CHANNEL_DOWN = 167, /**< channel down */
+    QELTV_KEY_INPUT = 178,        /**< next input */
+    QELTV_KEY_AUDIO_TRACK = 222,  /**< next audio track */
+    QELTV_KEY_LAST_CHANNEL = 229, /**< the channel before the current one */
 };
 
-// Inputs
+/* Inputs */
 
-enum InputType : uint8_t {
-    kInputTuner = 0,
-    kInputComposite = 1,
-    kInputComponent = 2,
-    kInputScart = 3,
-    kInputVga = 4,
-    kInputHdmi = 5,
+/** Type of an input. */
+enum QELTV_INPUT_TYPE {
+    QELTV_INPUT_TUNER = 0,     /**< the tuner */
+    QELTV_INPUT_COMPOSITE = 1, /**< composite video */
+    QELTV_INPUT_COMPONENT = 2, /**< component video */
+    QELTV_INPUT_SCART = 3,     /**< SCART */
+    QELTV_INPUT_VGA = 4,       /**< VGA */
+    QELTV_INPUT_HDMI = 5,      /**< HDMI */
 };
 
-/** Bits of the last byte of an input's record. */
-constexpr uint8_t kInputHasSignal = 1;
-constexpr uint8_t kInputMhl = 2;
+#define QELTV_INPUT_HAS_SIGNAL 1 /**< bit of the last byte of an input's record: has a signal */
+#define QELTV_INPUT_MHL 2        /**< bit of the last byte of an input's record: has MHL */
 
-/** Label 0 is none; the last one stands for the user's own name. */
-constexpr uint8_t kInputLabels = 9;
-constexpr uint8_t kInputLabelUser = 8;
+#define QELTV_INPUT_LABELS 9     /**< number of labels; 0 is none */
+#define QELTV_INPUT_LABEL_USER 8 /**< label that stands for the user's own name */
 
-/** Form of a name: as printed beside the socket, or by label or user's name where there is one. */
-enum NameForm : int32_t { kNamePlain = 0, kNameShown = 1 };
-
-// Multi-view. Regions are in ten-thousandths of the screen.
-
-enum TvMode : int32_t { kTvNormal = 0, kTvPictureInPicture = 1, kTvSideBySide = 2 };
-constexpr uint32_t kRegionFull = 10000;
-enum VideoResource : int32_t { kResourceNone = 0, kResourcePath = 1, kResourceWithoutPath = 2 };
-
-// Service contexts
-
-/** Block of stream type 0: by channel id, or where that is 0 by what the broadcast calls it. */
-struct SelectChannel {
-    uint32_t channel;
-    uint32_t list;
-    uint16_t networkId;
-    uint16_t streamId;
-    uint16_t serviceId;
-    uint16_t reserved0;
-    uint8_t reserved[48];
-};
-static_assert(sizeof(SelectChannel) == 64);
-
-/** Block of stream type 4. Without a block the first text says what: a channel number or input. */
-struct SelectInput {
-    uint32_t source;
-    uint8_t reserved[28];
-};
-static_assert(sizeof(SelectInput) == 32);
-
-/** Bit of the value beside a select request. */
-constexpr uint32_t kSelectWithBanner = 1;
-
-struct VideoSource {
-    uint32_t width;
-    uint32_t height;
-    /** Frames per second times 1000. */
-    uint32_t frameRate;
-    uint32_t interlaced;
-    uint32_t aspectWidth;
-    uint32_t aspectHeight;
-    /** A VideoCodec. */
-    uint32_t codec;
-    uint32_t bits;
-    /** "1920x1080i 25"; empty when nothing plays. */
-    char text[36];
-    uint8_t reserved[64];
-};
-static_assert(sizeof(VideoSource) == 132);
-
-enum VideoCodec : uint32_t {
-    kVideoNone = 0,
-    kVideoMpeg2 = 1,
-    kVideoAvc = 2,
-    kVideoHevc = 3,
-    kVideoRaw = 4
+/** Form of an input's name. */
+enum QELTV_NAME_FORM {
+    QELTV_NAME_PLAIN = 0, /**< as printed beside the socket */
+    QELTV_NAME_SHOWN = 1, /**< the label or the user's name where there is one */
 };
 
-/** Also the audio information of a service context. */
-struct AudioTrack {
-    /** From 1. */
-    uint32_t track;
-    uint32_t pid;
-    char language[4];
-    /** An AudioCodec. */
-    uint8_t codec;
-    uint8_t channels;
-    /** An AudioPurpose. */
-    uint8_t purpose;
-    uint8_t current;
-    uint32_t sampleRate;
-    uint32_t kbitPerSecond;
-};
-static_assert(sizeof(AudioTrack) == 24);
+/* Multi-view */
 
-enum AudioCodec : uint8_t { kAudioMpeg = 1, kAudioAc3 = 2, kAudioAac = 3, kAudioPcm = 4 };
-enum AudioPurpose : uint8_t { kAudioMain = 0, kAudioOriginal = 1, kAudioDescription = 2 };
-
-/** Attributes of c_svctx_get(); user attributes come back as stream << 8 | attribute | this. */
-enum ContextAttribute : uint32_t {
-    kContextPath = 1,
-    kContextChannel = 2,
-    /** Two words: TuningStatus, TuningError. */
-    kContextStatus = 3,
-    kContextSource = 4,
-    /** Name of the channel or input. */
-    kContextName = 5,
-    kContextStreamAttribute = 0x10000,
+/** Mode of the screen. */
+enum QELTV_TV_MODE {
+    QELTV_TV_NORMAL = 0,             /**< the main path only */
+    QELTV_TV_PICTURE_IN_PICTURE = 1, /**< picture-in-picture */
+    QELTV_TV_SIDE_BY_SIDE = 2,       /**< both paths side by side */
 };
-enum Stream : uint32_t { kStreamVideo = 0, kStreamAudio = 1, kStreamSubtitle = 2 };
-/** Attribute of the audio stream, one word: selects a track. Others are kept and not looked at. */
-constexpr uint32_t kStreamTrack = 1;
+#define QELTV_REGION_FULL 10000u /**< full width or height; regions in 1/10000 */
+/** What a video path uses. */
+enum QELTV_VIDEO_RESOURCE {
+    QELTV_RESOURCE_NONE = 0,         /**< nothing */
+    QELTV_RESOURCE_PATH = 1,         /**< started with a video path */
+    QELTV_RESOURCE_WITHOUT_PATH = 2, /**< started without a video path */
+};
+
+/* Service contexts */
+
+/** Block of stream type 0: selects by channel id, or where that is 0 by the ids of the broadcast.
+ */
+typedef struct {
+    uint32_t channel;     /**< channel id; 0 for the fields below */
+    uint32_t list;        /**< list id; 0 for every list */
+    uint16_t networkId;   /**< original network id */
+    uint16_t streamId;    /**< transport stream id */
+    uint16_t serviceId;   /**< service id */
+    uint16_t reserved0;   /**< 0 */
+    uint8_t reserved[48]; /**< 0 */
+} QELTV_SELECT_CHANNEL_T;
+
+/** Block of stream type 4. Without a block the first text is a channel number or an input's name.
+ */
+typedef struct {
+    uint32_t source;      /**< number of the input */
+    uint8_t reserved[28]; /**< 0 */
+} QELTV_SELECT_INPUT_T;
+
+/** Bit of the value beside a select request: shows the banner. */
+#define QELTV_SELECT_WITH_BANNER 1u
+
+/** Video format of a path. */
+typedef struct {
+    uint32_t width;        /**< width in pixels */
+    uint32_t height;       /**< height in pixels */
+    uint32_t frameRate;    /**< frames per second times 1000 */
+    uint32_t interlaced;   /**< 1 for interlaced video, else 0 */
+    uint32_t aspectWidth;  /**< first number of the aspect ratio, 16 of 16:9 */
+    uint32_t aspectHeight; /**< second number of the aspect ratio, 9 of 16:9 */
+    uint32_t codec;        /**< a QELTV_VIDEO_CODEC */
+    uint32_t bits;         /**< bits of a sample, 8 or 10 */
+    char text[36];         /**< "1920x1080i 25", zero-padded; empty when nothing plays */
+    uint8_t reserved[64];  /**< 0 */
+} QELTV_VIDEO_SOURCE_T;
+
+/** Video codec. */
+enum QELTV_VIDEO_CODEC {
+    QELTV_VIDEO_NONE = 0,  /**< no video */
+    QELTV_VIDEO_MPEG2 = 1, /**< MPEG-2 */
+    QELTV_VIDEO_AVC = 2,   /**< H.264 */
+    QELTV_VIDEO_HEVC = 3,  /**< H.265 */
+    QELTV_VIDEO_RAW = 4,   /**< uncompressed, of an input */
+};
+
+/** An audio track; also the audio information of a service context. */
+typedef struct {
+    uint32_t track;         /**< number of the track, from 1 */
+    uint32_t pid;           /**< PID; 0 for an input */
+    char language[4];       /**< ISO 639-2 code and a zero */
+    uint8_t codec;          /**< a QELTV_AUDIO_CODEC */
+    uint8_t channels;       /**< number of audio channels */
+    uint8_t purpose;        /**< a QELTV_AUDIO_PURPOSE */
+    uint8_t current;        /**< 1 for the track that plays, else 0 */
+    uint32_t sampleRate;    /**< sample rate in Hz */
+    uint32_t kbitPerSecond; /**< bit rate in kbit/s */
+} QELTV_AUDIO_TRACK_T;
+
+/** Audio codec. */
+enum QELTV_AUDIO_CODEC {
+    QELTV_AUDIO_MPEG = 1, /**< MPEG-1 layer 2 */
+    QELTV_AUDIO_AC3 = 2,  /**< AC-3 */
+    QELTV_AUDIO_AAC = 3,  /**< HE-AAC */
+    QELTV_AUDIO_PCM = 4,  /**< PCM, of an input */
+};
+/** Purpose of an audio track. */
+enum QELTV_AUDIO_PURPOSE {
+    QELTV_AUDIO_MAIN = 0,        /**< main sound */
+    QELTV_AUDIO_ORIGINAL = 1,    /**< original language */
+    QELTV_AUDIO_DESCRIPTION = 2, /**< audio description */
+};
+
+/** Attributes of c_svctx_get(). */
+enum QELTV_CONTEXT_ATTRIBUTE {
+    QELTV_CONTEXT_PATH = 1,    /**< the path */
+    QELTV_CONTEXT_CHANNEL = 2, /**< channel id; 0 for an input */
+    QELTV_CONTEXT_STATUS = 3,  /**< two words: QELTV_TUNING_STATUS, QELTV_TUNING_ERROR */
+    QELTV_CONTEXT_SOURCE = 4,  /**< number of the input */
+    QELTV_CONTEXT_NAME = 5,    /**< name of the channel or input */
+    /** added to stream << 8 | attribute: a stream attribute that was set */
+    QELTV_CONTEXT_STREAM_ATTRIBUTE = 0x10000,
+};
+/** Streams of a service context. */
+enum QELTV_STREAM {
+    QELTV_STREAM_VIDEO = 0,    /**< video */
+    QELTV_STREAM_AUDIO = 1,    /**< sound */
+    QELTV_STREAM_SUBTITLE = 2, /**< subtitles */
+};
+/** Attribute of the audio stream, one word: selects a track. Other attributes are only kept. */
+#define QELTV_STREAM_TRACK 1u
 
 /** Connection attribute of 48 bytes. */
-struct Connection {
-    uint32_t path;
-    uint32_t source;
-    uint32_t status;
-    uint32_t error;
-    uint32_t channel;
-    uint32_t frequencyKHz;
-    uint32_t symbolRate;
-    uint32_t modulation;
-    uint32_t system;
-    uint32_t level;
-    uint32_t quality;
-    uint32_t bitErrors;
-};
-static_assert(sizeof(Connection) == 48);
+typedef struct {
+    uint32_t path;         /**< the path */
+    uint32_t source;       /**< number of the input */
+    uint32_t status;       /**< a QELTV_TUNING_STATUS */
+    uint32_t error;        /**< a QELTV_TUNING_ERROR */
+    uint32_t channel;      /**< channel id; 0 for an input */
+    uint32_t frequencyKHz; /**< frequency in kHz */
+    uint32_t symbolRate;   /**< as QELTV_CONNECT_SYMBOL_RATE */
+    uint32_t modulation;   /**< modulation as in multiplex_record_t */
+    uint32_t system;       /**< delivery system, CHANNEL_SYSTEM_ */
+    uint32_t level;        /**< signal level, 0 to 100 */
+    uint32_t quality;      /**< signal quality, 0 to 100 */
+    uint32_t bitErrors;    /**< errors in 10^9 bits */
+} QELTV_CONNECTION_T;
 
-enum ConnectionCode : uint32_t {
-    kConnectionAll = 0xC1000004,
-    kConnectionLocked = 0xC1000007,
-    kConnectionLevel = 0xC1000008,
-    kConnectionQuality = 0xC100000C,
-    kConnectionBitErrors = 0xC1000013,
-    /** Set: tunes; the first word is kHz, the others not looked at. */
-    kConnectionFrequency = 0xC0000065,
-    /** Set: the region of the picture, four words. */
-    kConnectionRegion = 0xC100021F,
-    /** Set: video mute, one word. */
-    kConnectionMute = 0xC0000069,
-};
+/* Connection codes; the first five can be read, the others set. */
+#define QELTV_CONNECTION_ALL 0xC1000004u        /**< a QELTV_CONNECTION_T */
+#define QELTV_CONNECTION_LOCKED 0xC1000007u     /**< 1 while the tuner is locked, else 0 */
+#define QELTV_CONNECTION_LEVEL 0xC1000008u      /**< signal level, 0 to 100 */
+#define QELTV_CONNECTION_QUALITY 0xC100000Cu    /**< signal quality, 0 to 100 */
+#define QELTV_CONNECTION_BIT_ERRORS 0xC1000013u /**< errors in 10^9 bits */
+/** tunes: the first word is the frequency in kHz, the others are ignored */
+#define QELTV_CONNECTION_FREQUENCY 0xC0000065u
+#define QELTV_CONNECTION_REGION 0xC100021Fu /**< region of the picture, four words */
+#define QELTV_CONNECTION_MUTE 0xC0000069u   /**< video mute, one word: 1 muted, 0 not */
 
-/** Info blocks; those from kInfoUser to kInfoUserLast can be set and are kept with the context. */
-enum InfoCode : uint32_t {
-    kInfoVideo = 1,
-    kInfoAudio = 2,
-    kInfoConnection = 3,
-    kInfoUser = 0x100,
-    kInfoUserLast = 0x1ff,
+/** Info blocks; those from QELTV_INFO_USER to QELTV_INFO_USER_LAST are set and kept per context. */
+enum QELTV_INFO_CODE {
+    QELTV_INFO_VIDEO = 1,         /**< a QELTV_VIDEO_SOURCE_T */
+    QELTV_INFO_AUDIO = 2,         /**< a QELTV_AUDIO_TRACK_T */
+    QELTV_INFO_CONNECTION = 3,    /**< a QELTV_CONNECTION_T */
+    QELTV_INFO_USER = 0x100,      /**< first block of the application */
+    QELTV_INFO_USER_LAST = 0x1ff, /**< last block of the application */
 };
 
-/** Condition of a source notification of a component; width, height. */
-enum SourceDetect : uint32_t { kSourceDetected = 1, kSourceLost = 2 };
+/** Condition of a source notification of a component; width and height in pixels. */
+enum QELTV_SOURCE_DETECT {
+    QELTV_SOURCE_DETECTED = 1, /**< the source has a signal */
+    QELTV_SOURCE_LOST = 2,     /**< the source has no signal */
+};
 /** Types of stream components. */
-enum ComponentType : uint32_t { kComponentVideo = 0, kComponentAudio = 1, kComponentSubtitle = 2 };
-
-// Sound
-
-enum VolumeType : int32_t {
-    kVolumeSpeaker = 0,
-    kVolumeHeadphone = 1,
-    kVolumeDigital = 2,
-    kVolumeDescription = 3,
-    kVolumeBluetooth = 4,
-};
-constexpr int32_t kVolumeTypes = 5;
-constexpr int32_t kVolumeMaximum = 100;
-
-/** Kind of an audio notification; its arguments, those that are left out 0. */
-enum AudioEvent : int32_t {
-    /** Path, number of tracks. */
-    kAudioTracksChanged = 1,
-    /** Path, track. */
-    kAudioTrackSelected = 2,
-    /** VolumeType, volume. */
-    kAudioVolume = 3,
-    /** VolumeType, muted. */
-    kAudioMute = 4,
-    /** Effect. */
-    kAudioEffect = 5,
-    /** AudioValue, value. */
-    kAudioValueChanged = 6,
+enum QELTV_COMPONENT_TYPE {
+    QELTV_COMPONENT_VIDEO = 0,    /**< video */
+    QELTV_COMPONENT_AUDIO = 1,    /**< sound */
+    QELTV_COMPONENT_SUBTITLE = 2, /**< subtitles */
 };
 
-enum AudioValue : int32_t {
-    kAudioDescriptionOn = 1,
-    /** Volume of the description beside the main sound, 0 to 100. */
-    kAudioDescriptionMix = 2,
-    /** 0 to 250. */
-    kAudioDelayMs = 3,
-    /** 0 automatic, 1 PCM, 2 as it comes. */
-    kAudioDigitalOut = 4,
-    /** 0 to 3. */
-    kAudioDialogue = 5,
-    /** Of the current track, only read. */
-    kAudioCurrentCodec = 100,
-    kAudioCurrentChannels = 101,
-    kAudioCurrentRate = 102,
+/* Sound */
+
+/** Output or sound whose volume is set. */
+enum QELTV_VOLUME_TYPE {
+    QELTV_VOLUME_SPEAKER = 0,     /**< speakers */
+    QELTV_VOLUME_HEADPHONE = 1,   /**< headphones */
+    QELTV_VOLUME_DIGITAL = 2,     /**< digital output */
+    QELTV_VOLUME_DESCRIPTION = 3, /**< audio description */
+    QELTV_VOLUME_BLUETOOTH = 4,   /**< Bluetooth headphones */
+};
+#define QELTV_VOLUME_TYPES 5     /**< number of volume types */
+#define QELTV_VOLUME_MAXIMUM 100 /**< largest volume; the smallest is 0 */
+
+/** Kind of an audio notification; its arguments, omitted ones are 0. */
+enum QELTV_AUDIO_EVENT {
+    QELTV_AUDIO_TRACKS_CHANGED = 1, /**< path, number of tracks */
+    QELTV_AUDIO_TRACK_SELECTED = 2, /**< path, track */
+    QELTV_AUDIO_VOLUME = 3,         /**< QELTV_VOLUME_TYPE, volume */
+    QELTV_AUDIO_MUTE = 4,           /**< QELTV_VOLUME_TYPE, 1 muted or 0 not */
+    QELTV_AUDIO_EFFECT = 5,         /**< the sound effect */
+    QELTV_AUDIO_VALUE_CHANGED = 6,  /**< QELTV_AUDIO_VALUE, value */
 };
 
-/** Audio data: five bands of the equaliser, signed bytes from -12 to 12. */
-constexpr int32_t kAudioEqualiser = 1;
-constexpr uint32_t kAudioEqualiserSize = 5;
-
-// Picture
-
-/** Kind of a video notification; its arguments, those that are left out 0. */
-enum VideoEvent : int32_t {
-    /** Mode. */
-    kVideoPictureMode = 1,
-    /** Mode. */
-    kVideoScreenMode = 2,
-    /** Path, width, height, frames per second times 1000, interlaced; all 0 without video. */
-    kVideoFormat = 3,
-    /** Path, frozen. */
-    kVideoFreeze = 4,
-    /** Path, muted. */
-    kVideoMute = 5,
-    /** The four values. */
-    kVideoOverscan = 6,
-    /** VideoValue, value. */
-    kVideoValueChanged = 7,
+/** Audio values. */
+enum QELTV_AUDIO_VALUE {
+    QELTV_AUDIO_DESCRIPTION_ON = 1,     /**< 1 with audio description, else 0 */
+    QELTV_AUDIO_DESCRIPTION_MIX = 2,    /**< volume of the description in the mix, 0 to 100 */
+    QELTV_AUDIO_DELAY_MS = 3,           /**< delay of the sound in ms, 0 to 250 */
+    QELTV_AUDIO_DIGITAL_OUT = 4,        /**< digital output: 0 automatic, 1 PCM, 2 unchanged */
+    QELTV_AUDIO_DIALOGUE = 5,           /**< dialogue enhancement, 0 to 3 */
+    QELTV_AUDIO_CURRENT_CODEC = 100,    /**< read only: QELTV_AUDIO_CODEC of the current track */
+    QELTV_AUDIO_CURRENT_CHANNELS = 101, /**< read only: audio channels of the current track */
+    QELTV_AUDIO_CURRENT_RATE = 102,     /**< read only: sample rate of the current track in Hz */
 };
 
-enum VideoValue : int32_t {
-    /** Of the main picture, only read. */
-    kVideoWidth = 1,
-    kVideoHeight = 2,
-    kVideoFrameRate = 3,
-    kVideoInterlaced = 4,
-    kVideoCodecValue = 5,
-    kVideoAspect = 6,
-    kVideoGameMode = 100,
-    kVideoFilmMode = 101,
-    /** 0 off to 3. */
-    kVideoMotion = 102,
+#define QELTV_AUDIO_EQUALISER 1       /**< audio data: the bands of the equaliser, -12 to 12 each */
+#define QELTV_AUDIO_EQUALISER_SIZE 5u /**< bands of the equaliser, a signed byte each */
+
+/* Picture */
+
+/** Kind of a video notification; its arguments, omitted ones are 0. */
+enum QELTV_VIDEO_EVENT {
+    QELTV_VIDEO_PICTURE_MODE = 1, /**< the picture mode */
+    QELTV_VIDEO_SCREEN_MODE = 2,  /**< the screen mode */
+    /** path, width, height, frames per second times 1000, interlaced; all 0 without video */
+    QELTV_VIDEO_FORMAT = 3,
+    QELTV_VIDEO_FREEZE = 4,        /**< path, 1 frozen or 0 not */
+    QELTV_VIDEO_MUTE = 5,          /**< path, 1 muted or 0 not */
+    QELTV_VIDEO_OVERSCAN = 6,      /**< top, bottom, left, right, as QELTV_OVERSCAN_MAXIMUM */
+    QELTV_VIDEO_VALUE_CHANGED = 7, /**< QELTV_VIDEO_VALUE, value */
+};
+
+/** Video values. */
+enum QELTV_VIDEO_VALUE {
+    QELTV_VIDEO_WIDTH = 1,       /**< read only: width of the main picture in pixels */
+    QELTV_VIDEO_HEIGHT = 2,      /**< read only: height of the main picture in pixels */
+    QELTV_VIDEO_FRAME_RATE = 3,  /**< read only: frames per second times 1000 */
+    QELTV_VIDEO_INTERLACED = 4,  /**< read only: 1 for interlaced video, else 0 */
+    QELTV_VIDEO_CODEC_VALUE = 5, /**< read only: a QELTV_VIDEO_CODEC */
+    QELTV_VIDEO_ASPECT = 6,      /**< read only: aspect ratio */
+    QELTV_VIDEO_GAME_MODE = 100, /**< 1 with game mode, else 0 */
+    QELTV_VIDEO_FILM_MODE = 101, /**< 1 with film mode, else 0 */
+    QELTV_VIDEO_MOTION = 102,    /**< motion compensation, 0 off to 3 */
 };
 
 /** Video data. */
-enum VideoData : int32_t {
-    /** A VideoSource. */
-    kVideoDataSource = 1,
-    /** A DataRange. */
-    kVideoDataRange = 4,
-    /** Up to kVideoDataUserSize bytes that are kept and not looked at. */
-    kVideoDataUser = 100,
+enum QELTV_VIDEO_DATA {
+    QELTV_VIDEO_DATA_SOURCE = 1, /**< a QELTV_VIDEO_SOURCE_T */
+    QELTV_VIDEO_DATA_RANGE = 4,  /**< a QELTV_DATA_RANGE_T */
+    QELTV_VIDEO_DATA_USER = 100, /**< bytes of the application, which are only kept */
 };
-constexpr uint32_t kVideoDataUserSize = 256;
+#define QELTV_VIDEO_DATA_USER_SIZE 256u /**< most bytes of QELTV_VIDEO_DATA_USER */
 
-/** Brightness of what is shown, in 8-bit steps. */
-struct DataRange {
-    /** 0 limited (16 to 235), 1 full. */
-    uint32_t range;
-    uint32_t minimum;
-    uint32_t maximum;
-    uint32_t average;
+/** Brightness of the picture, in 8-bit steps. */
+typedef struct {
+    uint32_t range;   /**< 0 limited (16 to 235), 1 full */
+    uint32_t minimum; /**< darkest value, 0 to 255 */
+    uint32_t maximum; /**< brightest value, 0 to 255 */
+    uint32_t average; /**< mean value, 0 to 255 */
+} QELTV_DATA_RANGE_T;
+
+/** Largest overscan: top, bottom, left, right, in thousandths of the picture. */
+#define QELTV_OVERSCAN_MAXIMUM 100
+
+/* Power */
+
+/** Why the television left standby. */
+enum QELTV_WAKE_REASON {
+    QELTV_WAKE_UNKNOWN = 0, /**< unknown */
+    QELTV_WAKE_MAINS = 1,   /**< mains power */
+    QELTV_WAKE_REMOTE = 2,  /**< remote control */
+    QELTV_WAKE_TIMER = 3,   /**< a timer */
+    QELTV_WAKE_CEC = 4,     /**< CEC */
+    QELTV_WAKE_NETWORK = 5, /**< the network */
+    QELTV_WAKE_PANEL = 6,   /**< a key of the panel */
 };
-static_assert(sizeof(DataRange) == 16);
+#define QELTV_WAKE_REASONS 7u /**< number of wake reasons */
+/** Mask of the wake-up setup; bit n allows reason n. */
+#define QELTV_WAKE_SETUP_MASK ((1u << QELTV_WAKE_REASONS) - 1u)
 
-/** Overscan: top, bottom, left, right, in thousandths of the picture. */
-constexpr int32_t kOverscanMaximum = 100;
-
-// Power
-
-enum WakeReason : uint32_t {
-    kWakeUnknown = 0,
-    kWakeMains = 1,
-    kWakeRemote = 2,
-    kWakeTimer = 3,
-    kWakeCec = 4,
-    kWakeNetwork = 5,
-    kWakePanel = 6,
+/** Why the television powers down. */
+enum QELTV_POWER_DOWN_REASON {
+    QELTV_DOWN_UNKNOWN = 0,     /**< unknown */
+    QELTV_DOWN_REMOTE = 1,      /**< remote control */
+    QELTV_DOWN_SLEEP_TIMER = 2, /**< the sleep timer */
+    QELTV_DOWN_NO_SIGNAL = 3,   /**< no signal for too long */
+    QELTV_DOWN_IDLE = 4,        /**< no key for too long */
+    QELTV_DOWN_UPGRADE = 5,     /**< an upgrade */
 };
-constexpr uint32_t kWakeReasons = 7;
-/** Wake-up setup: bit n allows reason n. */
-constexpr uint32_t kWakeSetupMask = (1u << kWakeReasons) - 1;
-
-enum PowerDownReason : uint32_t {
-    kDownUnknown = 0,
-    kDownRemote = 1,
-    kDownSleepTimer = 2,
-    kDownNoSignal = 3,
-    kDownIdle = 4,
-    kDownUpgrade = 5,
-};
-constexpr uint32_t kDownReasons = 6;
+#define QELTV_DOWN_REASONS 6u /**< number of power-down reasons */
 
 /** Condition of a power notification; its two arguments. */
-enum PowerEvent : uint32_t {
-    /** PowerDownReason, 0. */
-    kPowerDown = 1,
-    /** PowerDownReason, 0. */
-    kPowerSuspend = 2,
-    /** PowerDownReason, 0: somebody asks for a power-down; the television stays on. */
-    kPowerDownRequested = 3,
-    /** WakeReason, 0. */
-    kPowerWake = 4,
-    /** Line, level: a line that is monitored has changed. */
-    kPowerGpio = 5,
+enum QELTV_POWER_EVENT {
+    QELTV_POWER_DOWN = 1,    /**< standby begins; QELTV_POWER_DOWN_REASON, 0 */
+    QELTV_POWER_SUSPEND = 2, /**< suspend begins; QELTV_POWER_DOWN_REASON, 0 */
+    /** a power-down is requested, the television stays on; QELTV_POWER_DOWN_REASON, 0 */
+    QELTV_POWER_DOWN_REQUESTED = 3,
+    QELTV_POWER_WAKE = 4, /**< standby ends; QELTV_WAKE_REASON, 0 */
+    QELTV_POWER_GPIO = 5, /**< a monitored line changes; line, level */
 };
 
-/** GPIO lines. Those below kGpioOutputs are inputs. The second argument of a read is one of: */
-constexpr uint32_t kGpioLines = 64;
-constexpr uint32_t kGpioOutputs = 16;
-enum GpioRead : uint32_t { kGpioLevel = 0, kGpioDirection = 1, kGpioMonitored = 2 };
-
-// TV application
-
-/** Kind of an application notification; its arguments, those that are left out 0. */
-enum AppTvEvent : int32_t {
-    /** Path, status. */
-    kAppTvStatus = 1,
-    /** Started. */
-    kAppTvStarted = 2,
-    /** Path, unlocked. */
-    kAppTvUnlock = 3,
+#define QELTV_GPIO_LINES 64u   /**< number of GPIO lines */
+#define QELTV_GPIO_OUTPUTS 16u /**< first output; the lines below it are inputs */
+/** Second argument of a GPIO read. */
+enum QELTV_GPIO_READ {
+    QELTV_GPIO_LEVEL = 0,     /**< level, 0 or 1 */
+    QELTV_GPIO_DIRECTION = 1, /**< 0 input, 1 output */
+    QELTV_GPIO_MONITORED = 2, /**< 1 while the line is monitored, else 0 */
 };
 
-enum Capability : int32_t {
-    kCapabilityTuners = 1,
-    kCapabilityPaths = 2,
-    kCapabilityInputs = 3,
-    kCapabilityHdmi = 4,
-    kCapabilityVolume = 5,
-    /** Bit n for delivery system n of multiplex_record_t. */
-    kCapabilitySystems = 6,
-    kCapabilityTvModes = 7,
+/* TV application */
+
+/** Kind of an application notification; its arguments, omitted ones are 0. */
+enum QELTV_APP_TV_EVENT {
+    QELTV_APP_TV_STATUS = 1,  /**< path, status that the application has set */
+    QELTV_APP_TV_STARTED = 2, /**< value that the application has set */
+    QELTV_APP_TV_UNLOCK = 3,  /**< path, 1 unlocked or 0 not */
 };
 
-}  // namespace qeltvd::layouts
+/** Capabilities of the television. */
+enum QELTV_CAPABILITY {
+    QELTV_CAPABILITY_TUNERS = 1,   /**< number of tuners */
+    QELTV_CAPABILITY_PATHS = 2,    /**< number of video paths */
+    QELTV_CAPABILITY_INPUTS = 3,   /**< number of inputs */
+    QELTV_CAPABILITY_HDMI = 4,     /**< number of HDMI inputs */
+    QELTV_CAPABILITY_VOLUME = 5,   /**< largest volume */
+    QELTV_CAPABILITY_SYSTEMS = 6,  /**< bit n for CHANNEL_SYSTEM_ n */
+    QELTV_CAPABILITY_TV_MODES = 7, /**< number of screen modes, QELTV_TV_MODE */
+};
+
+#endif /* QELTV_LAYOUTS_PRESENTATION_H */

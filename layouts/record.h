@@ -1,214 +1,176 @@
 /**
- * What crosses the recording, timeshift and browser interfaces of this television: the records
- * that are opaque to the client library, and the meaning of plain numbers.
+ * What crosses the recording, timeshift and browser interfaces of the reference television: the
+ * records that are opaque to the client library, and the meaning of plain numbers.
  */
-#pragma once
+#ifndef QELTV_LAYOUTS_RECORD_H
+#define QELTV_LAYOUTS_RECORD_H
 
-#include <cstddef>
-#include <cstdint>
-
-namespace qeltvd::layouts {
+#include <stdint.h>
 
 /** Status of a recording. */
-enum RecordingStatus : int32_t {
-    kRecordingOpened = 0,
-    kRecordingRuns = 1,
-    kRecordingStopped = 2,
-    /** It ended because of an error; what was written until then is kept. */
-    kRecordingFailed = 3,
-    /** Nothing is written any more, but that it has ended could not be stored yet. */
-    kRecordingStopping = 4,
+enum QELTV_RECORDING_STATUS {
+    QELTV_RECORDING_OPENED = 0,   /**< opened and not started */
+    QELTV_RECORDING_RUNS = 1,     /**< records */
+    QELTV_RECORDING_STOPPED = 2,  /**< complete */
+    QELTV_RECORDING_FAILED = 3,   /**< ended by an error; the part before the error is kept */
+    QELTV_RECORDING_STOPPING = 4, /**< nothing more is written; its end is not stored yet */
 };
 
 /** Last error of a recording or of the timeshift. */
-enum RecordingError : int32_t {
-    kErrorNone = 0,
-    kErrorDiskFull = 1,
-    kErrorDiskGone = 2,
-    kErrorWrite = 3,
-    kErrorNoChannel = 4,
-    /** The tuner receives another stream for another recording. */
-    kErrorTunerBusy = 5,
+enum QELTV_RECORDING_ERROR {
+    QELTV_RECORDING_ERROR_NONE = 0,       /**< no error */
+    QELTV_RECORDING_ERROR_DISK_FULL = 1,  /**< the disk or its limit is full */
+    QELTV_RECORDING_ERROR_DISK_GONE = 2,  /**< the disk was unplugged */
+    QELTV_RECORDING_ERROR_WRITE = 3,      /**< the disk cannot be written */
+    QELTV_RECORDING_ERROR_NO_CHANNEL = 4, /**< there is no such channel */
+    QELTV_RECORDING_ERROR_TUNER_BUSY = 5, /**< another recording receives another multiplex */
 };
 
-/** Why a recording ended, as the browser tells it. */
-enum StopReason : uint32_t {
-    kStopUser = 1,
-    /** The time of its booking, or the limit of its mode. */
-    kStopTime = 2,
-    kStopDiskFull = 3,
-    kStopDisk = 4,
-    kStopPowerLost = 5,
-    kStopStandby = 6,
+/** Why a recording ended, as the browser reports it. */
+enum QELTV_STOP_REASON {
+    QELTV_STOP_USER = 1,       /**< stopped by the user */
+    QELTV_STOP_TIME = 2,       /**< end of its booking, or the limit of its mode */
+    QELTV_STOP_DISK_FULL = 3,  /**< the disk or its limit was full */
+    QELTV_STOP_DISK = 4,       /**< the disk was unplugged or could not be written */
+    QELTV_STOP_POWER_LOST = 5, /**< the television lost power */
+    QELTV_STOP_STANDBY = 6,    /**< the television went to standby */
 };
 
 /** Mode of a recording: when it ends by itself. */
-enum RecordingMode : int32_t {
-    kModeEndless = 0,
-    /** After so many seconds. */
-    kModeSeconds = 1,
-    /** After so many KiB. */
-    kModeKib = 2,
+enum QELTV_RECORDING_MODE {
+    QELTV_RECORDING_MODE_ENDLESS = 0, /**< never */
+    QELTV_RECORDING_MODE_SECONDS = 1, /**< after a number of seconds */
+    QELTV_RECORDING_MODE_KIB = 2,     /**< after a number of KiB */
 };
 
 /** Kind of a recording notification; its two arguments. */
-enum RecordingEvent : int32_t {
-    /** Recording, booking or 0. */
-    kRecordingStartedEvent = 1,
-    /** Recording, StopReason. */
-    kRecordingStoppedEvent = 2,
-    /** Recording, RecordingError. */
-    kRecordingFailedEvent = 3,
-    /** Booking, 0: it was made or changed. */
-    kBookingStoredEvent = 4,
-    /** Booking, 0. */
-    kBookingDeletedEvent = 5,
-    /** Booking, 0: its time passed while the television was off. */
-    kBookingMissedEvent = 6,
-    /** Booking, RecordingError: it could not start. */
-    kBookingFailedEvent = 7,
+enum QELTV_RECORDING_EVENT {
+    QELTV_RECORDING_STARTED_EVENT = 1, /**< recording, booking or 0 */
+    QELTV_RECORDING_STOPPED_EVENT = 2, /**< recording, QELTV_STOP_REASON */
+    QELTV_RECORDING_FAILED_EVENT = 3,  /**< recording, QELTV_RECORDING_ERROR */
+    QELTV_BOOKING_STORED_EVENT = 4,    /**< booking, 0: it is new or changed */
+    QELTV_BOOKING_DELETED_EVENT = 5,   /**< booking, 0 */
+    QELTV_BOOKING_MISSED_EVENT = 6,    /**< booking, 0: its time passed while the power was off */
+    QELTV_BOOKING_FAILED_EVENT = 7,    /**< booking, QELTV_RECORDING_ERROR: it could not start */
 };
 
-/** Event that an application passes to the recorder. */
-enum RecorderCommand : uint32_t {
-    /** A disk was unplugged; value: the disk. Its recordings end. */
-    kCommandDiskRemoved = 1,
-    /** A disk is back; value: the disk. */
-    kCommandDiskInserted = 2,
-    /** The television goes to standby: recordings without a booking end. */
-    kCommandStandby = 3,
-    /** With a text. Names the programme of a recording; value: the recording. */
-    kCommandProgrammeName = 16,
-    /** With a number. Sets the first rating of a recording; value: the recording. */
-    kCommandRating = 17,
-    /** With a number. For how many days a recording is kept; 0 for ever; value: the recording. */
-    kCommandRetention = 18,
+/** Event that an application passes to the recorder, with a value. */
+enum QELTV_RECORDER_COMMAND {
+    QELTV_COMMAND_DISK_REMOVED = 1,    /**< a disk is unplugged; the disk. Its recordings end. */
+    QELTV_COMMAND_DISK_INSERTED = 2,   /**< a disk is back; the disk */
+    QELTV_COMMAND_STANDBY = 3,         /**< standby begins: recordings without a booking end */
+    QELTV_COMMAND_PROGRAMME_NAME = 16, /**< the recording; a text names its programme */
+    QELTV_COMMAND_RATING = 17,         /**< the recording; a number is its first rating */
+    QELTV_COMMAND_RETENTION = 18, /**< the recording; a number of days to keep it, 0 for ever */
 };
 
-enum BookingState : uint32_t {
-    kBookingWaits = 0,
-    kBookingRuns = 1,
-    kBookingMissed = 2,
-    kBookingFailed = 3,
+/** State of a booking. */
+enum QELTV_BOOKING_STATE {
+    QELTV_BOOKING_WAITS = 0,  /**< waits for its start */
+    QELTV_BOOKING_RUNS = 1,   /**< records */
+    QELTV_BOOKING_MISSED = 2, /**< its time passed while the power was off */
+    QELTV_BOOKING_FAILED = 3, /**< it could not start */
 };
 
-enum BookingRepeat : uint32_t { kOnce = 0, kDaily = 1, kWeekly = 2 };
-
-/** Flag of set_schedule_record(): book even what cannot be received together with another one. */
-constexpr uint32_t kBookInSpiteOfConflict = 1;
-
-/** Schedule record. Texts are UTF-8, shorter ones filled with zeros. */
-struct ScheduleRecord {
-    /** Number of the booking; 0 for a new one. */
-    uint32_t booking;
-    uint32_t channel;
-    /** Seconds since 1970, UTC. */
-    int64_t start;
-    uint32_t seconds;
-    uint32_t repeat;
-    /** Only told: a BookingState. */
-    uint32_t state;
-    /** KiB per second; 0 for the disk's own rate. */
-    uint32_t rate;
-    /** Only told: a RecordingError, of a booking that failed. */
-    uint32_t error;
-    uint32_t reserved;
-    char programme[128];
-    /** Only told. */
-    char channelName[64];
-    uint8_t unused[16];
+/** Repetition of a booking. */
+enum QELTV_BOOKING_REPEAT {
+    QELTV_BOOKING_ONCE = 0,   /**< records once */
+    QELTV_BOOKING_DAILY = 1,  /**< records every day */
+    QELTV_BOOKING_WEEKLY = 2, /**< records every week */
 };
-static_assert(sizeof(ScheduleRecord) == 248);
-static_assert(offsetof(ScheduleRecord, start) == 8);
-static_assert(offsetof(ScheduleRecord, programme) == 40);
 
-/** What is to be received and when; 0 seconds means all the time. */
-struct SourceRecord {
-    /** 0: a channel; 1: an input, which no recording can use. */
-    uint32_t kind;
-    /** Channel id, or number of the input. */
-    uint32_t id;
-    int64_t start;
-    uint32_t seconds;
-    uint8_t unused[52];
-};
-static_assert(sizeof(SourceRecord) == 72);
+/** Flag of set_schedule_record(): books in spite of a conflict with another booking. */
+#define QELTV_BOOK_IN_SPITE_OF_CONFLICT 1u
+
+/** Schedule record. Texts are UTF-8, zero-padded. */
+typedef struct {
+    uint32_t booking;     /**< number of the booking, from 1; 0 for a new one */
+    uint32_t channel;     /**< channel id */
+    int64_t start;        /**< start in seconds since 1970, UTC */
+    uint32_t seconds;     /**< duration in seconds, 1 to 86400 */
+    uint32_t repeat;      /**< a QELTV_BOOKING_REPEAT */
+    uint32_t state;       /**< a QELTV_BOOKING_STATE; ignored in a request */
+    uint32_t rate;        /**< data rate in KiB per second; 0 for the disk's own rate */
+    uint32_t error;       /**< QELTV_RECORDING_ERROR of a failed booking; ignored in a request */
+    uint32_t reserved;    /**< 0 */
+    char programme[128];  /**< name of the programme */
+    char channelName[64]; /**< name of the channel; ignored in a request */
+    uint8_t unused[16];   /**< 0 */
+} QELTV_SCHEDULE_RECORD_T;
+
+/** What is received and when. */
+typedef struct {
+    uint32_t kind;      /**< 0 a channel, 1 an input, which no recording can use */
+    uint32_t id;        /**< channel id, or number of the input */
+    int64_t start;      /**< start in seconds since 1970, UTC */
+    uint32_t seconds;   /**< duration in seconds; 0 for all the time */
+    uint8_t unused[52]; /**< 0 */
+} QELTV_SOURCE_RECORD_T;
 
 /** Disk record: size limit and data rate of the recordings on a disk. */
-struct DiskRecord {
-    uint32_t disk;
-    /** Bytes that recordings may take; 0 for all that the file system has. */
-    uint32_t limitLow;
-    uint32_t limitHigh;
-    /** Bytes per second; 0 leaves it. */
-    uint32_t rate;
-    uint32_t unused;
-};
-static_assert(sizeof(DiskRecord) == 20);
+typedef struct {
+    uint32_t disk;      /**< number of the disk, from 0 */
+    uint32_t limitLow;  /**< low half of the limit in bytes; limit 0 for the whole file system */
+    uint32_t limitHigh; /**< high half of the limit in bytes */
+    uint32_t rate;      /**< data rate in bytes per second; 0 leaves it */
+    uint32_t unused;    /**< 0 */
+} QELTV_DISK_RECORD_T;
 
-/** Item record of the browser. */
-struct BrowserItem {
-    uint32_t item;
-    uint32_t channel;
-    uint32_t major;
-    uint32_t minor;
-    /** Seconds since 1970, UTC. */
-    int64_t start;
-    int64_t bytes;
-    uint32_t seconds;
-    uint32_t stopReason;
-    uint32_t rating;
-    /** Days that it is kept; 0 for ever. */
-    uint32_t retention;
-    char channelName[64];
-    char programme[128];
-    char path[256];
-};
-static_assert(sizeof(BrowserItem) == 496);
+/** Item record of the browser. Texts are UTF-8, zero-padded. */
+typedef struct {
+    uint32_t item;        /**< number of the item */
+    uint32_t channel;     /**< channel id */
+    uint32_t major;       /**< major number of the channel, or its number */
+    uint32_t minor;       /**< minor number of the channel; 0 for a one-part number */
+    int64_t start;        /**< start in seconds since 1970, UTC */
+    int64_t bytes;        /**< size of the file in bytes */
+    uint32_t seconds;     /**< duration in seconds */
+    uint32_t stopReason;  /**< a QELTV_STOP_REASON */
+    uint32_t rating;      /**< its first rating, as QELTV_COMMAND_RATING set it; 0 for none */
+    uint32_t retention;   /**< days that it is kept; 0 for ever */
+    char channelName[64]; /**< name of the channel */
+    char programme[128];  /**< name of the programme */
+    char path[256];       /**< path of the file */
+} QELTV_BROWSER_ITEM_T;
 
 /** File-info record of the browser. */
-struct BrowserInfo {
-    uint32_t items;
-    uint32_t unused;
-    int64_t bytes;
-    /** Free on the television's own disk. */
-    int64_t free;
-};
-static_assert(sizeof(BrowserInfo) == 24);
+typedef struct {
+    uint32_t items;  /**< number of items */
+    uint32_t unused; /**< 0 */
+    int64_t bytes;   /**< size of all items in bytes */
+    int64_t free;    /**< free bytes on the television's own disk */
+} QELTV_BROWSER_INFO_T;
 
 /** Status of the timeshift's device. */
-enum DeviceStatus : int32_t {
-    kDeviceNone = 0,
-    kDeviceRegisters = 1,
-    kDeviceReady = 2,
-    kDeviceFailed = 3,
+enum QELTV_DEVICE_STATUS {
+    QELTV_DEVICE_NONE = 0,      /**< no device */
+    QELTV_DEVICE_REGISTERS = 1, /**< is being registered */
+    QELTV_DEVICE_READY = 2,     /**< ready */
+    QELTV_DEVICE_FAILED = 3,    /**< the registration failed */
 };
 
 /** Status of the recording behind the timeshift. */
-enum TimeshiftStatus : int32_t {
-    kTimeshiftIdle = 0,
-    kTimeshiftRecords = 1,
-    /** The buffer is full: the oldest goes as the newest comes. */
-    kTimeshiftFull = 2,
-    /** Recording has ended; what is there can still be played. */
-    kTimeshiftKept = 3,
+enum QELTV_TIMESHIFT_STATUS {
+    QELTV_TIMESHIFT_IDLE = 0,    /**< nothing is recorded */
+    QELTV_TIMESHIFT_RECORDS = 1, /**< records */
+    QELTV_TIMESHIFT_FULL = 2, /**< records; the buffer is full, the newest overwrites the oldest */
+    QELTV_TIMESHIFT_KEPT = 3, /**< stopped; the buffer can still be played */
 };
 
 /** How the timeshift is stopped. */
-enum TimeshiftStop : uint32_t { kStopDrop = 0, kStopKeep = 1 };
-
-/** Kind of a timeshift notification; its two arguments. */
-enum TimeshiftEvent : int32_t {
-    /** DeviceStatus, progress in percent. */
-    kTimeshiftDeviceEvent = 1,
-    /** TimeshiftStatus, 0. */
-    kTimeshiftStatusEvent = 2,
-    /** Speed in percent as signed 32 bits (0: paused, 100: as broadcast), position. */
-    kTimeshiftSpeedEvent = 3,
-    /** Position, 0: playing forward has come to what is being broadcast. */
-    kTimeshiftLiveEvent = 4,
-    /** Position, 0: playing backward has come to the oldest. */
-    kTimeshiftBeginEvent = 5,
+enum QELTV_TIMESHIFT_STOP {
+    QELTV_TIMESHIFT_STOP_DROP = 0, /**< the buffer is dropped */
+    QELTV_TIMESHIFT_STOP_KEEP = 1, /**< the buffer can still be played */
 };
 
-}  // namespace qeltvd::layouts
+/** Kind of a timeshift notification; its two arguments. Positions are in milliseconds. */
+enum QELTV_TIMESHIFT_EVENT {
+    QELTV_TIMESHIFT_DEVICE_EVENT = 1, /**< QELTV_DEVICE_STATUS, progress in percent */
+    QELTV_TIMESHIFT_STATUS_EVENT = 2, /**< QELTV_TIMESHIFT_STATUS, 0 */
+    /** speed in percent as signed 32 bits (0 paused, 100 as broadcast), position */
+    QELTV_TIMESHIFT_SPEED_EVENT = 3,
+    QELTV_TIMESHIFT_LIVE_EVENT = 4,  /**< position, 0: playing forward reaches the broadcast */
+    QELTV_TIMESHIFT_BEGIN_EVENT = 5, /**< position, 0: playing backward reaches the oldest */
+};
+
+#endif /* QELTV_LAYOUTS_RECORD_H */

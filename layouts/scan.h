@@ -1,94 +1,83 @@
-/** What crosses the scan interface of this television. */
-#pragma once
+/** What crosses the scan interface of the reference television. */
+#ifndef QELTV_LAYOUTS_SCAN_H
+#define QELTV_LAYOUTS_SCAN_H
 
-#include <cstdint>
-
-namespace qeltvd::layouts {
+#include <stdint.h>
 
 /**
- * The 64-bit argument of a scan: the mode in the low 8 bits, and of a single frequency that in kHz
- * in the high 32 bits. The regions are those of the configuration item "channels.region". The flag
- * has channels removed that are not found any more, when the scan has gone through all of it.
+ * Mode of a scan: the low 8 bits of its 64-bit argument. The regions are those of the
+ * configuration item "channels.region". With the flag a complete scan removes the channels that it
+ * does not find.
  */
-enum ScanMode : uint64_t {
-    /** Every transponder of every region. */
-    kScanFull = 0,
-    /** Air, cable, satellite only. */
-    kScanAir = 1,
-    kScanCable = 2,
-    kScanSatellite = 3,
-    /** The transponders at one frequency. */
-    kScanFrequency = 4,
+enum QELTV_SCAN_MODE {
+    QELTV_SCAN_FULL = 0,      /**< every transponder of every region */
+    QELTV_SCAN_AIR = 1,       /**< the terrestrial transponders */
+    QELTV_SCAN_CABLE = 2,     /**< the cable transponders */
+    QELTV_SCAN_SATELLITE = 3, /**< the satellite transponders */
+    QELTV_SCAN_FREQUENCY = 4, /**< the transponders at one frequency */
 };
-constexpr uint64_t scanFrequency(uint32_t kHz) {
-    return kScanFrequency | uint64_t{kHz} << 32;
-}
+
+/** Lowest bit of the frequency in kHz in the argument of a QELTV_SCAN_FREQUENCY scan. */
+#define QELTV_SCAN_FREQUENCY_SHIFT 32
 
 /**
- * Parameters hold for the next scan. The indices count the transponders of a region from 0, both
- * ends are scanned. Modulation mask of ATSC: 1 8VSB, 2 64 QAM, 4 256 QAM, 0 all; frequency plan: 0
- * as in the tables, 1 air, 2 cable. Flag of ISDB: 1 leaves radio out. There is no analogue tuner:
- * NTSC, PAL, SECAM, and DTMB too, are not supported.
+ * Modulation mask of ATSC, all bits: 1 8VSB, 2 64 QAM, 4 256 QAM; 0 stands for all.
+ *
+ * Scan parameters hold for the next scan. Indices count the transponders of a region from 0; both
+ * ends are scanned. There is no analogue tuner: NTSC, PAL, SECAM and DTMB are not supported.
  */
-constexpr uint32_t kScanModulations = 7;
-constexpr uint32_t kScanPlans = 2;
-constexpr uint32_t kIsdbNoRadio = 1;
+#define QELTV_SCAN_MODULATIONS 7u
+/** Largest frequency plan: 0 as in the tables, 1 air, 2 cable. */
+#define QELTV_SCAN_PLANS 2u
+#define QELTV_ISDB_NO_RADIO 1u /**< flag of an ISDB scan: leaves radio services out */
 
 /** Type of a scan notification; its values. */
-enum ScanEvent : int32_t {
-    /** Number of transponders. */
-    kScanStarted = 1,
-    /** Percent, frequency in kHz, television and radio services so far: one is done. */
-    kScanProgress = 2,
-    /** Television services, radio services, new ones, removed ones. */
-    kScanComplete = 3,
-    /** The same values: what was found until then is kept. */
-    kScanCancelled = 4,
-    /** A code. */
-    kScanFailed = 5,
+enum QELTV_SCAN_EVENT {
+    QELTV_SCAN_STARTED = 1, /**< number of transponders */
+    /** a transponder is done: percent, frequency in kHz, television and radio services so far */
+    QELTV_SCAN_PROGRESS = 2,
+    QELTV_SCAN_COMPLETE = 3,  /**< television services, radio services, new ones, removed ones */
+    QELTV_SCAN_CANCELLED = 4, /**< as QELTV_SCAN_COMPLETE: the services found so far are kept */
+    QELTV_SCAN_FAILED = 5,    /**< a code of codes.h */
 };
 
 /**
- * First element of an exchange; the others, and the answer, which begins with the same element.
- * Without a standard's transponders in the regions its exchange is refused, and what came goes
- * back as it was; so it does with an unknown command. An answer has at most kScanExchangeRoom
- * elements.
+ * First element of an exchange and of its answer; the other elements. Without a transponder of the
+ * standard in the regions the exchange is refused, and its elements return unchanged, as for an
+ * unknown command.
  */
-enum ScanExchange : int32_t {
-    /** Answer: ScanState, percent, kHz, index and number of the transponder, television services,
-     *  radio services, new ones. */
-    kExchangeStatus = 1,
-    /** First and last index for the next scan; answer: the same. */
-    kExchangeRange = 2,
-    /** Index; answer: index, kHz, symbol rate or bandwidth, modulation, delivery system. */
-    kExchangeTransponder = 3,
-    /** Answer: number of transponders of the standard. */
-    kExchangeCount = 4,
+enum QELTV_SCAN_EXCHANGE {
+    /** answer: QELTV_SCAN_STATE, percent, kHz, index of the transponder, number of transponders,
+     *  television services, radio services, new ones */
+    QELTV_EXCHANGE_STATUS = 1,
+    QELTV_EXCHANGE_RANGE = 2, /**< first and last index for the next scan; answer: the same */
+    /** index; answer: index, kHz, symbol rate or bandwidth, modulation, delivery system */
+    QELTV_EXCHANGE_TRANSPONDER = 3,
+    QELTV_EXCHANGE_COUNT = 4, /**< answer: number of transponders of the standard */
 };
-constexpr uint32_t kScanExchangeRoom = 16;
+#define QELTV_SCAN_EXCHANGE_CAPACITY 16u /**< most elements of an answer */
 
-enum ScanState : int32_t {
-    kScanIdle = 0,
-    kScanRuns = 1,
-    kScanDone = 2,
-    kScanStopped = 3,
-    kScanBroken = 4,
+/** State of the scan. */
+enum QELTV_SCAN_STATE {
+    QELTV_SCAN_STATE_IDLE = 0,      /**< no scan since the start */
+    QELTV_SCAN_STATE_RUNNING = 1,   /**< a scan runs */
+    QELTV_SCAN_STATE_COMPLETE = 2,  /**< the last scan is complete */
+    QELTV_SCAN_STATE_CANCELLED = 3, /**< the last scan was cancelled */
+    QELTV_SCAN_STATE_FAILED = 4,    /**< the last scan failed */
 };
 
 /** Answer of get_market_region(). */
-enum MarketRegion : int32_t {
-    kMarketEurope = 1,
-    kMarketNorthAmerica = 2,
-    kMarketLatinAmerica = 3,
+enum QELTV_MARKET_REGION {
+    QELTV_MARKET_EUROPE = 1,        /**< Europe, DVB */
+    QELTV_MARKET_NORTH_AMERICA = 2, /**< North America, ATSC */
+    QELTV_MARKET_LATIN_AMERICA = 3, /**< Latin America, ISDB */
 };
 
 /** Texts of scan_dvbc_get_str_data(). */
-enum ScanText : uint32_t {
-    /** The regions. */
-    kScanTextRegion = 0,
-    kScanTextCountry = 1,
-    /** Name of the transponder that is being scanned, or was last. */
-    kScanTextTransponder = 2,
+enum QELTV_SCAN_TEXT {
+    QELTV_SCAN_TEXT_REGION = 0,      /**< the regions */
+    QELTV_SCAN_TEXT_COUNTRY = 1,     /**< the country */
+    QELTV_SCAN_TEXT_TRANSPONDER = 2, /**< name of the current transponder, or of the last one */
 };
 
-}  // namespace qeltvd::layouts
+#endif /* QELTV_LAYOUTS_SCAN_H */

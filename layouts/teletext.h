@@ -1,73 +1,73 @@
-/** What crosses the teletext, subtitle, caption, metadata and HTML agent methods. */
-#pragma once
+/**
+ * What crosses the teletext, subtitle, caption, metadata and HTML agent methods of the reference
+ * television.
+ */
+#ifndef QELTV_LAYOUTS_TELETEXT_H
+#define QELTV_LAYOUTS_TELETEXT_H
 
-#include <cstdint>
+#include <stdint.h>
 
-namespace qeltvd::layouts {
-
-constexpr uint32_t kTeletextColumns = 40;
-constexpr uint32_t kTeletextRows = 25;
+#define QELTV_TELETEXT_COLUMNS 40 /**< characters in a row */
+#define QELTV_TELETEXT_ROWS 25    /**< rows of a page */
 
 /**
- * Page record, 32 bits: the page number as three hexadecimal digits (0x100 to 0x8ff) in the low
- * half, the subpage in the high half; subpage 0 is the one that is on air.
+ * Lowest bit of the subpage in a page record. A page record has 32 bits: the page number as three
+ * hexadecimal digits (0x100 to 0x8ff) in the low half, the subpage in the high half; subpage 0 is
+ * the one that is on air.
  */
-constexpr uint32_t teletextPage(uint32_t number, uint32_t subpage) {
-    return number | subpage << 16;
-}
+#define QELTV_TELETEXT_SUBPAGE_SHIFT 16
 
 /** Answer of get_cur_page(). */
-struct TeletextPage {
-    uint32_t page;
-    /** Subpages of the page; 0 when the page is not broadcast. */
-    uint32_t subpages;
-    /** Seven-bit codes, control codes included; the first row has the clock. */
-    uint8_t rows[kTeletextRows][kTeletextColumns];
-};
-static_assert(sizeof(TeletextPage) == 1008);
+typedef struct {
+    uint32_t page;     /**< page record */
+    uint32_t subpages; /**< subpages of the page; 0 when the page is not broadcast */
+    /** seven-bit codes with control codes; the first row has the clock */
+    uint8_t rows[QELTV_TELETEXT_ROWS][QELTV_TELETEXT_COLUMNS];
+} QELTV_TELETEXT_PAGE_T;
 
 /** Entry of a TOP table. A table is the number of entries in 32 bits, then the entries. */
-struct TopEntry {
-    /** Page number as in the page record; the page key of the methods. */
-    uint16_t page;
-    /** 1 block, 2 group, 3 page. */
-    uint16_t level;
-    /** UTF-8, filled with zeros. */
-    char title[28];
+typedef struct {
+    uint16_t page;  /**< page number as in the page record; the page key of the methods */
+    uint16_t level; /**< 1 block, 2 group, 3 page */
+    char title[28]; /**< title, UTF-8, zero-padded */
+} QELTV_TOP_ENTRY_T;
+
+/** Kind of a teletext notification. */
+enum QELTV_TELETEXT_EVENT {
+    QELTV_TELETEXT_PAGE_CHANGED = 1, /**< page record, subpages, 0 */
 };
-static_assert(sizeof(TopEntry) == 32);
 
-/** Kind of a teletext notification; page record, subpages, 0. */
-enum TeletextEvent : int32_t { kTeletextPageChanged = 1 };
-
-enum SubtitleKind : int32_t { kSubtitleDvb = 1, kSubtitleTeletext = 2, kSubtitleHearing = 3 };
-
-/** Entry of the subtitle loop: number of entries, number of the one that plays, then these. */
-struct SubtitleEntry {
-    /** From 1; what play() takes, and 0 for off. */
-    int32_t number;
-    /** Three letters, the first in bits 16 to 23. */
-    int32_t language;
-    int32_t kind;
+/** Kind of a subtitle. */
+enum QELTV_SUBTITLE_KIND {
+    QELTV_SUBTITLE_DVB = 1,      /**< DVB subtitles */
+    QELTV_SUBTITLE_TELETEXT = 2, /**< a teletext page */
+    QELTV_SUBTITLE_HEARING = 3,  /**< subtitles for the hard of hearing */
 };
-static_assert(sizeof(SubtitleEntry) == 12);
 
-/** Kind of a subtitle notification; number, language, SubtitleKind, 0. */
-enum SubtitleEvent : int32_t { kSubtitleChanged = 1 };
+/** Entry of the subtitle loop: number of entries, number of the active one, then the entries. */
+typedef struct {
+    int32_t number;   /**< from 1; the argument of play(), which takes 0 for off */
+    int32_t language; /**< ISO 639-2 code, its first letter in bits 16 to 23 */
+    int32_t kind;     /**< a QELTV_SUBTITLE_KIND */
+} QELTV_SUBTITLE_ENTRY_T;
+
+/** Kind of a subtitle notification. */
+enum QELTV_SUBTITLE_EVENT {
+    QELTV_SUBTITLE_CHANGED = 1, /**< number, language, QELTV_SUBTITLE_KIND, 0 */
+};
 
 /** First word of an exchange with the HTML agent; the reply begins with the result code. */
-enum HtmlCommand : uint32_t {
-    /** Answers what follows as it came. */
-    kHtmlEcho = 0,
-    /** Key, then words to keep under it. */
-    kHtmlStore = 1,
-    /** Key; the reply has the number of words and the words. */
-    kHtmlLoad = 2,
-    /** Kind, then words that go to every application as a notification of that kind. */
-    kHtmlPost = 3,
+enum QELTV_HTML_COMMAND {
+    QELTV_HTML_ECHO = 0,  /**< the reply has the words of the request */
+    QELTV_HTML_STORE = 1, /**< key, then words to store under it */
+    QELTV_HTML_LOAD = 2,  /**< key; the reply has the number of words and the words */
+    QELTV_HTML_POST = 3,  /**< kind, then words; every application is notified with that kind */
 };
 
-/** Status that get_earc_status() tells. */
-enum EarcStatus : uint32_t { kEarcEnabled = 0, kEarcConnected = 1 };
+/** Statuses of get_earc_status(). */
+enum QELTV_EARC_STATUS {
+    QELTV_EARC_ENABLED = 0,   /**< whether eARC is enabled */
+    QELTV_EARC_CONNECTED = 1, /**< whether an eARC device is connected */
+};
 
-}  // namespace qeltvd::layouts
+#endif /* QELTV_LAYOUTS_TELETEXT_H */

@@ -1,90 +1,71 @@
-/** What crosses the time interface of this television. */
-#pragma once
+/** What crosses the time interface of the reference television. */
+#ifndef QELTV_LAYOUTS_TIME_H
+#define QELTV_LAYOUTS_TIME_H
 
-#include <cstddef>
-#include <cstdint>
+#include <stdint.h>
 
-namespace qeltvd::layouts {
-
-enum DtgFlag : uint16_t {
-    /** The record is in UTC; without it, local time of the television. */
-    kDtgUtc = 1,
-    /** Local time with daylight saving; told, and asked for where an hour comes twice. */
-    kDtgDaylight = 2,
+/** Flags of a date-time record, bits. */
+enum QELTV_DTG_FLAG {
+    QELTV_DTG_UTC = 1, /**< UTC; without the bit, local time of the television */
+    /** local time with daylight saving; in a request it matters only where an hour occurs twice */
+    QELTV_DTG_DAYLIGHT = 2,
 };
 
-/** The 10-byte date-time record. All zero is no time. */
-struct Dtg {
-    /** 1 to 9999, Gregorian calendar at all times. */
-    uint16_t year;
-    /** From 1. */
-    uint8_t month;
-    uint8_t day;
-    /** 0 Sunday to 6 Saturday; only told. */
-    uint8_t weekday;
-    uint8_t hour;
-    uint8_t minute;
-    uint8_t second;
-    /** DtgFlag. */
-    uint16_t flags;
-};
-static_assert(sizeof(Dtg) == 10 && offsetof(Dtg, flags) == 8);
+/** The 10-byte date-time record. All zeros are no time. */
+typedef struct {
+    uint16_t year;   /**< 1 to 9999, Gregorian calendar at all times */
+    uint8_t month;   /**< 1 to 12 */
+    uint8_t day;     /**< 1 to 31 */
+    uint8_t weekday; /**< 0 Sunday to 6 Saturday; ignored in a request */
+    uint8_t hour;    /**< 0 to 23 */
+    uint8_t minute;  /**< 0 to 59 */
+    uint8_t second;  /**< 0 to 59 */
+    uint16_t flags;  /**< QELTV_DTG_FLAG bits */
+} QELTV_DTG_T;
 
-/** Type of a_qeltvapi_time_convert(); the flags of the record are not looked at. */
-enum TimeConversion : uint32_t {
-    kUtcToLocal = 0,
-    kLocalToUtc = 1,
-    /** Carries fields beyond their range over, as minute 75 into the hour. */
-    kNormalise = 2,
+/** Type of a_qeltvapi_time_convert(); the flags of the record are ignored. */
+enum QELTV_TIME_CONVERSION {
+    QELTV_TIME_UTC_TO_LOCAL = 0, /**< from UTC to local time */
+    QELTV_TIME_LOCAL_TO_UTC = 1, /**< from local time to UTC */
+    QELTV_TIME_NORMALISE = 2,    /**< carries fields out of range over: minute 75 into the hour */
 };
 
 /** What the clock follows. */
-enum SyncSource : int32_t {
-    /** Nothing: the user sets time, zone and offset. */
-    kSyncManual = 0,
-    /** The broadcast (time and time offset table), zone of the configured place. */
-    kSyncBroadcast = 1,
-    /** The network (the clock of this machine); zone and offset may be set. */
-    kSyncNetwork = 2,
+enum QELTV_SYNC_SOURCE {
+    QELTV_SYNC_MANUAL = 0,    /**< nothing: the user sets time, zone and offset */
+    QELTV_SYNC_BROADCAST = 1, /**< the broadcast (TDT, TOT), zone of the configured place */
+    QELTV_SYNC_NETWORK = 2,   /**< the network (the host's clock); zone and offset can be set */
 };
 
-/** First byte of the raw broadcast time; the three values are given after each. */
-enum RawTimeTable : uint8_t {
-    /** UTC seconds, local offset in seconds, UTC second of the next change of it (0 none). */
-    kRawTot = 1,
-    /** System time table: the same values. */
-    kRawStt = 2,
+/** First byte of the raw broadcast time; the three values that follow. */
+enum QELTV_RAW_TIME_TABLE {
+    /** time offset table: UTC in seconds since 1970, local offset in seconds, UTC of the next
+     *  change of the offset (0 for none) */
+    QELTV_RAW_TIME_TOT = 1,
+    QELTV_RAW_TIME_STT = 2, /**< system time table: the same values */
 };
 
 /** Type of a date-time notification; its argument. */
-enum TimeEvent : int32_t {
-    /** UTC seconds: the clock was set or jumped. */
-    kTimeChanged = 1,
-    /** Local time minus UTC in seconds: zone or offset have changed. */
-    kZoneChanged = 2,
+enum QELTV_TIME_EVENT {
+    QELTV_TIME_CHANGED = 1,      /**< the clock is set or jumps; seconds since 1970, UTC */
+    QELTV_TIME_ZONE_CHANGED = 2, /**< zone or offset changes; local time minus UTC in seconds */
 };
 
-/** Type of a sync-source notification: the SyncSource. */
-enum SyncEvent : int32_t { kSyncSourceChanged = 1 };
+/** Type of a sync-source notification. */
+enum QELTV_SYNC_EVENT {
+    QELTV_SYNC_SOURCE_CHANGED = 1, /**< the QELTV_SYNC_SOURCE */
+};
 
 /** Type of a sleep-timer notification; its argument. */
-enum SleepEvent : int32_t {
-    /** Seconds until it fires. */
-    kSleepSet = 1,
-    /** Seconds left: it fires soon. */
-    kSleepWarning = 2,
-    /** 0: its time is up. */
-    kSleepExpired = 3,
-    /** 0: it was switched off. */
-    kSleepCancelled = 4,
+enum QELTV_SLEEP_EVENT {
+    QELTV_SLEEP_SET = 1,       /**< the timer is set; seconds until it expires */
+    QELTV_SLEEP_WARNING = 2,   /**< the timer expires soon; seconds left */
+    QELTV_SLEEP_EXPIRED = 3,   /**< the timer expires; 0 */
+    QELTV_SLEEP_CANCELLED = 4, /**< the timer is switched off; 0 */
 };
 
-/** Longest sleep timer, in seconds. */
-constexpr int32_t kSleepMaximum = 24 * 3600;
-/** The warning comes so many seconds before. */
-constexpr int32_t kSleepWarningTime = 60;
+#define QELTV_SLEEP_MAXIMUM (24 * 3600) /**< longest sleep timer, in seconds */
+#define QELTV_SLEEP_WARNING_TIME 60     /**< seconds from the warning to the expiry */
+#define QELTV_ZONE_MAXIMUM (14 * 3600)  /**< largest zone and offset, in seconds either way */
 
-/** Largest time zone and offset, in seconds either way. */
-constexpr int64_t kZoneMaximum = 14 * 3600;
-
-}  // namespace qeltvd::layouts
+#endif /* QELTV_LAYOUTS_TIME_H */

@@ -1,97 +1,90 @@
-/** What crosses the upgrade and over-air download interfaces of this television. */
-#pragma once
-
-#include <cstdint>
-
-namespace qeltvd::layouts {
-
-/** The items that can be upgraded: the plain number of most functions, and the index. */
-enum UpgradeItem : uint32_t { kItemFirmware = 0, kItemBootloader = 1, kUpgradeItems = 2 };
-
-/** State of an item, and type of a notification: the item, and the percentage or a code. */
-enum UpgradeState : int32_t {
-    kUpgradeIdle = 0,
-    kUpgradeChecking = 1,
-    /** There is a newer version. */
-    kUpgradeAvailable = 2,
-    kUpgradeUpToDate = 3,
-    kUpgradeDownloading = 4,
-    kUpgradeDownloaded = 5,
-    kUpgradeInstalling = 6,
-    /** It takes effect with the next reboot. */
-    kUpgradeInstalled = 7,
-    kUpgradeRebooting = 8,
-    kUpgradeDone = 9,
-    kUpgradeCancelled = 10,
-    kUpgradeFailed = 11,
-};
-
-/** Answer of query_upgrade_result(). */
-enum UpgradeResult : int32_t {
-    kResultNone = 0,
-    kResultSuccess = 1,
-    kResultCancelled = 2,
-    kResultFailed = 3,
-};
-
-/*
+/**
+ * What crosses the upgrade and over-air download interfaces of the reference television.
+ *
  * Firmware information: model, version, build date, hardware, country, serial number, version of
  * the bootloader; the number of items.
  *
  * Item information: kind ("MAIN", "BOOT") and region ("EU"); size in KiB; version, date, name and
- * MD5 sum (32 digits) of what can be downloaded; UpgradeState; 1 where the user is not asked.
+ * MD5 sum (32 digits) of the available download; QELTV_UPGRADE_STATE; 1 when the upgrade needs no
+ * confirmation.
  */
+#ifndef QELTV_LAYOUTS_UPGRADE_H
+#define QELTV_LAYOUTS_UPGRADE_H
 
-/** Settings of upgrade_set(), each number with a 32-bit value. */
-enum UpgradeSetting : uint32_t {
-    /** 0 or 1. */
-    kSettingAutoCheck = 1,
-    kSettingAutoDownload = 2,
-    /** 0 released versions, 1 early ones. */
-    kSettingBranch = 3,
+#include <stdint.h>
+
+/** The items that can be upgraded: the plain number of most functions, and the index. */
+enum QELTV_UPGRADE_ITEM {
+    QELTV_UPGRADE_ITEM_FIRMWARE = 0,   /**< the firmware */
+    QELTV_UPGRADE_ITEM_BOOTLOADER = 1, /**< the bootloader */
+    QELTV_UPGRADE_ITEMS = 2,           /**< number of items */
 };
 
-/** State of the over-air download, and type of its notification. The text is the version; the
- * first number the percentage, the flag whether it is automatic, the second number the state. */
-enum OadState : int32_t {
-    kOadIdle = 0,
-    /** Looks for a download on the channel that it has jumped to. */
-    kOadDetecting = 1,
-    kOadFound = 2,
-    /** Waits for its time in the schedule. */
-    kOadScheduled = 3,
-    kOadDownloading = 4,
-    kOadDownloaded = 5,
-    kOadFlashing = 6,
-    /** Asks for a restart. */
-    kOadFlashed = 7,
-    kOadRestarting = 8,
-    kOadStopped = 9,
-    /** Asks again. */
-    kOadReminder = 10,
-    kOadNothingNew = 11,
+/** State of an item, and type of a notification: the item, and the percentage or a code. */
+enum QELTV_UPGRADE_STATE {
+    QELTV_UPGRADE_IDLE = 0,        /**< nothing is under way */
+    QELTV_UPGRADE_CHECKING = 1,    /**< looks for a newer version */
+    QELTV_UPGRADE_AVAILABLE = 2,   /**< a newer version is available */
+    QELTV_UPGRADE_UP_TO_DATE = 3,  /**< there is no newer version */
+    QELTV_UPGRADE_DOWNLOADING = 4, /**< downloads; percentage */
+    QELTV_UPGRADE_DOWNLOADED = 5,  /**< the download is complete */
+    QELTV_UPGRADE_INSTALLING = 6,  /**< installs; percentage */
+    QELTV_UPGRADE_INSTALLED = 7,   /**< installed; takes effect with the next reboot */
+    QELTV_UPGRADE_REBOOTING = 8,   /**< reboots */
+    QELTV_UPGRADE_DONE = 9,        /**< the new version runs */
+    QELTV_UPGRADE_CANCELLED = 10,  /**< cancelled by the application */
+    QELTV_UPGRADE_FAILED = 11,     /**< failed; a code of codes.h */
+};
+
+/** Answer of query_upgrade_result(). */
+enum QELTV_UPGRADE_RESULT {
+    QELTV_UPGRADE_RESULT_NONE = 0,      /**< no upgrade so far */
+    QELTV_UPGRADE_RESULT_SUCCESS = 1,   /**< the last upgrade succeeded */
+    QELTV_UPGRADE_RESULT_CANCELLED = 2, /**< the last upgrade was cancelled */
+    QELTV_UPGRADE_RESULT_FAILED = 3,    /**< the last upgrade failed */
+};
+
+/** Settings of upgrade_set(), each a number with a 32-bit value. */
+enum QELTV_UPGRADE_SETTING {
+    QELTV_UPGRADE_SETTING_AUTO_CHECK = 1,    /**< 1 to check without a request, else 0 */
+    QELTV_UPGRADE_SETTING_AUTO_DOWNLOAD = 2, /**< 1 to download without a request, else 0 */
+    QELTV_UPGRADE_SETTING_BRANCH = 3,        /**< 0 released versions, 1 early ones */
+};
+
+/**
+ * State of the over-air download, and type of its notification. The text is the version, the first
+ * number the percentage, the flag 1 for an automatic download, the second number the state.
+ */
+enum QELTV_OAD_STATE {
+    QELTV_OAD_IDLE = 0,         /**< nothing is under way */
+    QELTV_OAD_DETECTING = 1,    /**< looks for a download on the channel that it has changed to */
+    QELTV_OAD_FOUND = 2,        /**< a download is broadcast */
+    QELTV_OAD_SCHEDULED = 3,    /**< waits for the scheduled time */
+    QELTV_OAD_DOWNLOADING = 4,  /**< downloads */
+    QELTV_OAD_DOWNLOADED = 5,   /**< the download is complete */
+    QELTV_OAD_FLASHING = 6,     /**< flashes the download */
+    QELTV_OAD_FLASHED = 7,      /**< flashed; waits for the consent to a restart */
+    QELTV_OAD_RESTARTING = 8,   /**< restarts */
+    QELTV_OAD_STOPPED = 9,      /**< stopped by the application */
+    QELTV_OAD_REMINDER = 10,    /**< repeats the offer that was postponed */
+    QELTV_OAD_NOTHING_NEW = 11, /**< no newer version is broadcast */
 };
 
 /** Texts of oad_get_datainfo(). */
-enum OadText : uint32_t {
-    kOadTextVersion = 0,
-    /** KiB. */
-    kOadTextSize = 1,
-    kOadTextDescription = 2,
-    /** Path of the package file. */
-    kOadTextPackage = 3,
+enum QELTV_OAD_TEXT {
+    QELTV_OAD_TEXT_VERSION = 0,     /**< version */
+    QELTV_OAD_TEXT_SIZE = 1,        /**< size in KiB */
+    QELTV_OAD_TEXT_DESCRIPTION = 2, /**< description */
+    QELTV_OAD_TEXT_PACKAGE = 3,     /**< path of the package file */
 };
 
 /** Answer of oad_get_power_on_status(). */
-enum OadPowerOn : int32_t {
-    kPowerOnNormal = 0,
-    /** The last restart has brought a new version. */
-    kPowerOnUpdated = 1,
-    /** A download waits for its flashing or restart. */
-    kPowerOnPending = 2,
+enum QELTV_OAD_POWER_ON {
+    QELTV_OAD_POWER_ON_NORMAL = 0,  /**< nothing to report */
+    QELTV_OAD_POWER_ON_UPDATED = 1, /**< the last restart has brought a new version */
+    QELTV_OAD_POWER_ON_PENDING = 2, /**< a download waits for its flashing or restart */
 };
 
-/** How long after "later" the reminder comes. */
-constexpr int64_t kOadReminderSeconds = 24 * 3600;
+#define QELTV_OAD_REMINDER_SECONDS (24 * 3600) /**< seconds from postponing to the reminder */
 
-}  // namespace qeltvd::layouts
+#endif /* QELTV_LAYOUTS_UPGRADE_H */

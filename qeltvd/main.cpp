@@ -16,6 +16,7 @@
 #include "CecService.h"
 #include "ChannelListService.h"
 #include "CiService.h"
+#include "Code.h"
 #include "ConfigService.h"
 #include "EventService.h"
 #include "InputSrcService.h"
@@ -28,7 +29,6 @@
 #include "StateLock.h"
 #include "TimeService.h"
 #include "TimeshiftService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 namespace {

@@ -10,7 +10,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kTypes[] = {"none", "test", "message", "warning", "national"};
@@ -40,11 +39,11 @@ void status(uint32_t area, bool asJson) {
               {"launched", a_qeltvapi_eas_get_android_launch_status() == 1},
               {"monitors", Json::array()},
               {"warnings", Json::array()}};
-    const auto monitors = read(kWarningMonitors, 0);
+    const auto monitors = read(QELTV_WARNING_MONITORS, 0);
     for (int32_t i = 0; i < monitors[0]; ++i) {
         json["monitors"].push_back(monitors[static_cast<size_t>(i) + 1]);
     }
-    const auto warnings = read(kWarningList, area);
+    const auto warnings = read(QELTV_WARNING_LIST, area);
     std::vector<std::vector<std::string>> rows{{"WARNING", "SEVERITY", "AREA", "SECONDS"}};
     for (int32_t i = 0; i < warnings[0]; ++i) {
         const int32_t* entry = &warnings[1 + static_cast<size_t>(i) * 4];
@@ -60,7 +59,7 @@ void status(uint32_t area, bool asJson) {
         return;
     }
     printf("alert     %s\n", nameOf(kTypes, type));
-    if (type != kAlertNone) printf("area      %d\n", where);
+    if (type != QELTV_ALERT_NONE) printf("area      %d\n", where);
     if (change == 1) printf("channel   %u\n", static_cast<uint32_t>(channel));
     printf("screen    %s\n", json["launched"].get<bool>() ? "launched" : "not launched");
     printf("monitors  %s\n", json["monitors"].dump().c_str());
@@ -98,14 +97,14 @@ void addAlert(Command& app) {
         while (options->name != kTypes[type]) ++type;
         int32_t words[] = {type, options->channel != 0, static_cast<int32_t>(options->channel),
                            options->area, options->seconds};
-        check(a_qeltvapi_ewspa_set(kAlertRaise, 0, words, 5), "alert");
+        check(a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, words, 5), "alert");
     });
 
     command = alert->addCommand("end", "End the alert as a broadcast would");
     command->callback([] {
         requireService();
         int32_t words[5] = {};
-        check(a_qeltvapi_ewspa_set(kAlertRaise, 0, words, 5), "end");
+        check(a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, words, 5), "end");
     });
 
     command = alert->addCommand("leave", "Leave the alert, and stay on the channel");
@@ -146,7 +145,7 @@ void addAlert(Command& app) {
         int32_t severity = 1;
         while (options->name != kSeverities[severity]) ++severity;
         int32_t words[] = {0, severity, options->area, options->seconds};
-        check(a_qeltvapi_ewspa_set(kWarningRaise, 0, words, 4), "warning");
+        check(a_qeltvapi_ewspa_set(QELTV_WARNING_RAISE, 0, words, 4), "warning");
         printf("warning %d\n", words[0]);
     });
 
@@ -154,7 +153,7 @@ void addAlert(Command& app) {
     command->addOption("number", options->number, "The warning")->required();
     command->callback([options] {
         requireService();
-        check(a_qeltvapi_ewspa_set(kWarningCancel, options->number, nullptr, 0), "cancel");
+        check(a_qeltvapi_ewspa_set(QELTV_WARNING_CANCEL, options->number, nullptr, 0), "cancel");
     });
 }
 

@@ -14,12 +14,12 @@
 #include "hw_qeltvapi_ci.h"
 #include "hw_qeltvapi_common.h"
 #include "layouts/ci.h"
+#include "layouts/codes.h"
 #include "tool.h"
 
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using namespace std::chrono_literals;
 using Json = nlohmann::ordered_json;
 
@@ -66,12 +66,12 @@ std::deque<Shown>& sShown = *new std::deque<Shown>;
 
 int onCi(uint32_t, uint32_t, int32_t cond, const void* data) {
     Shown shown{cond, {}, {}, {}, {}, false, 0};
-    if (cond == kCiEnquiry) {
+    if (cond == QELTV_CI_ENQUIRY) {
         const auto* enquiry = static_cast<const QELTVAPI_CI_MMI_ENQ_T*>(data);
         shown.title = utf8(enquiry->w2s_text);
         shown.blind = enquiry->b_blind != 0;
         shown.length = enquiry->ui1_ans_len;
-    } else if (cond == kCiMenu || cond == kCiList) {
+    } else if (cond == QELTV_CI_MENU || cond == QELTV_CI_LIST) {
         const auto* menu = static_cast<const QELTVAPI_CI_MMI_MENU_T*>(data);
         shown.title = utf8(menu->w2s_title);
         shown.subTitle = utf8(menu->w2s_sub_title);
@@ -79,7 +79,7 @@ int onCi(uint32_t, uint32_t, int32_t cond, const void* data) {
         for (uint32_t i = 0; i < menu->ui4_choices; ++i) {
             shown.choices.push_back(utf8(menu->pw2s_choice[i]));
         }
-    } else if (cond != kCiClosed) {
+    } else if (cond != QELTV_CI_CLOSED) {
         return 0;
     }
     std::lock_guard<std::mutex> guard(sLock);
@@ -148,30 +148,30 @@ void print(const Shown& shown) {
     printf("\n%s\n", shown.title.c_str());
     if (!shown.subTitle.empty()) printf("%s\n", shown.subTitle.c_str());
     for (size_t i = 0; i < shown.choices.size(); ++i) {
-        if (shown.cond == kCiMenu) {
+        if (shown.cond == QELTV_CI_MENU) {
             printf("  %zu  %s\n", i + 1, shown.choices[i].c_str());
         } else {
             printf("  %s\n", shown.choices[i].c_str());
         }
     }
     if (!shown.bottom.empty()) printf("%s\n", shown.bottom.c_str());
-    if (shown.cond == kCiEnquiry) printf("%d characters, nothing to cancel\n", shown.length);
+    if (shown.cond == QELTV_CI_ENQUIRY) printf("%d characters, nothing to cancel\n", shown.length);
 }
 
 int answerMenu(uint32_t dialogue, const std::string& text) {
     char* end = nullptr;
     const unsigned long choice = strtoul(text.c_str(), &end, 10);
-    if (text.empty() || *end != 0 || choice > 255) return -4;
+    if (text.empty() || *end != 0 || choice > 255) return QELTV_BAD_VALUE;
     uint32_t words[] = {dialogue, static_cast<uint32_t>(choice)};
-    return a_qeltvapi_ci_set(kCiSetMenuAnswer, 0, words);
+    return a_qeltvapi_ci_set(QELTV_CI_SET_MENU_ANSWER, 0, words);
 }
 
 int answerEnquiry(uint32_t dialogue, const std::string& text) {
     std::vector<uint16_t> units;
     for (const char c : text) units.push_back(static_cast<unsigned char>(c));
     units.push_back(0);
-    QELTVAPI_CI_MMI_ENQ_ANS_T answer{text.empty() ? kCiCancelled : kCiAnswered, dialogue,
-                                     units.data()};
+    QELTVAPI_CI_MMI_ENQ_ANS_T answer{text.empty() ? QELTV_CI_CANCELLED : QELTV_CI_ANSWERED,
+                                     dialogue, units.data()};
     return a_qeltvapi_ci_set(QELTVAPI_CI_SET_TYPE_MMI_ENQ_ANS, 0, &answer);
 }
 
@@ -183,8 +183,8 @@ void menu(const std::vector<std::string>& given) {
     Shown shown{};
     bool arrived = false;
     for (int i = 0; i < 50 && !arrived; ++i) {
-        const int code = a_qeltvapi_ci_set(kCiSetOpenMenu, 0, nullptr);
-        if (code == -5) throw Failure(kRefused, "there is no CAM that is ready");
+        const int code = a_qeltvapi_ci_set(QELTV_CI_SET_OPEN_MENU, 0, nullptr);
+        if (code == QELTV_REFUSED) throw Failure(kRefused, "there is no CAM that is ready");
         check(code, "menu");
         arrived = wait(&shown, 200ms);
     }
@@ -193,18 +193,18 @@ void menu(const std::vector<std::string>& given) {
     for (Shown later{}; wait(&later, given.empty() ? 50ms : 250ms);) shown = later;
 
     Answers answers(given);
-    while (shown.cond != kCiClosed) {
+    while (shown.cond != QELTV_CI_CLOSED) {
         print(shown);
         std::string text;
         if (!answers.next(shown.blind, &text)) {
-            a_qeltvapi_ci_set(kCiSetClose, 0, nullptr);
+            a_qeltvapi_ci_set(QELTV_CI_SET_CLOSE, 0, nullptr);
             break;
         }
         uint32_t dialogue[2];
-        read(kCiGetDialogue, dialogue);
-        const int code = shown.cond == kCiEnquiry ? answerEnquiry(dialogue[1], text)
-                                                  : answerMenu(dialogue[1], text);
-        if (code == -4) {
+        read(QELTV_CI_GET_DIALOGUE, dialogue);
+        const int code = shown.cond == QELTV_CI_ENQUIRY ? answerEnquiry(dialogue[1], text)
+                                                        : answerMenu(dialogue[1], text);
+        if (code == QELTV_BAD_VALUE) {
             printf("That cannot be chosen.\n");
             continue;
         }
@@ -222,11 +222,11 @@ void status(bool asJson) {
     uint16_t systems[16];
     uint16_t name[128];
     char language[4];
-    read(kCiGetSlotState, state);
-    read(kCiGetDialogue, dialogue);
-    read(kCiGetCaSystems, systems);
-    read(kCiGetCamNameUtf16, name);
-    read(kCiGetLanguage, language);
+    read(QELTV_CI_GET_SLOT_STATE, state);
+    read(QELTV_CI_GET_DIALOGUE, dialogue);
+    read(QELTV_CI_GET_CA_SYSTEMS, systems);
+    read(QELTV_CI_GET_CAM_NAME_UTF16, name);
+    read(QELTV_CI_GET_LANGUAGE, language);
     uint8_t valid = 0;
     uint16_t pin[16] = {};
     uint32_t length = 0;
@@ -300,7 +300,7 @@ void addCi(Command& app) {
     command->addOption("digits", options->text, "4 to 8 digits; none to forget it");
     command->callback([options] {
         requireService();
-        check(a_qeltvapi_ci_set(kCiSetPin, 0, options->text.data()), "PIN");
+        check(a_qeltvapi_ci_set(QELTV_CI_SET_PIN, 0, options->text.data()), "PIN");
     });
 
     const auto simple = [&](const char* name, const char* text, int type) {
@@ -309,9 +309,9 @@ void addCi(Command& app) {
             check(a_qeltvapi_ci_set(type, 0, nullptr), name);
         });
     };
-    simple("insert", "Put the CAM into the slot", kCiSetInsert);
-    simple("remove", "Take the CAM out of the slot", kCiSetRemove);
-    simple("reset", "Reset the CAM", kCiSetReset);
+    simple("insert", "Put the CAM into the slot", QELTV_CI_SET_INSERT);
+    simple("remove", "Take the CAM out of the slot", QELTV_CI_SET_REMOVE);
+    simple("reset", "Reset the CAM", QELTV_CI_SET_RESET);
 
     Command* key = ci->addCommand("key", "Key data of the host");
     key->requireCommand();

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "hw_qeltvapi_config.h"
+#include "layouts/codes.h"
 #include "tool.h"
 
 namespace tool {
@@ -12,8 +13,6 @@ namespace {
 /** The selector that covers items of every group, and the item that lists them all. */
 constexpr uint32_t kAnyGroup = 0;
 constexpr char kItems[] = "system.items";
-
-constexpr int kNotFound = -3;
 
 struct Item {
     std::string name;
@@ -53,13 +52,13 @@ std::string readText(const std::string& name) {
 bool isInteger(const std::string& name) {
     int32_t value = 0;
     const int code = a_qeltvapi_config_get_value(kAnyGroup, name.c_str(), &value);
-    if (code != kNotFound) {
+    if (code != QELTV_NOT_FOUND) {
         check(code, name);
         return true;
     }
     Room room;
     uint32_t length = 0;
-    if (a_qeltvapi_config_get_str_value(name.c_str(), room.text(), &length) == kNotFound) {
+    if (a_qeltvapi_config_get_str_value(name.c_str(), room.text(), &length) == QELTV_NOT_FOUND) {
         throw Failure(kRefused, "there is no item " + name);
     }
     return false;

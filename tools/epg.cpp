@@ -17,7 +17,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kGenres[] = {"",      "film", "news",    "show",    "sport",  "children",
@@ -42,27 +41,35 @@ std::vector<Found> query(uint32_t channel, const QELTVAPI_EVENT_FILTER_T& filter
     return found;
 }
 
-EventGeneral read(const Found& found) {
+QELTV_EVENT_GENERAL_T read(const Found& found) {
     Room room(1 << 12);
     check(a_qeltvapi_event_get_general_info(static_cast<int>(found.channel), found.event,
                                             room.data()),
           "event");
-    EventGeneral general;
+    QELTV_EVENT_GENERAL_T general;
     memcpy(&general, room.data(), sizeof(general));
     general.title[sizeof(general.title) - 1] = 0;
     return general;
 }
 
 std::string numberOf(uint32_t channel) {
-    const uint32_t number = qeltvd::channel_ids::number(channel);
-    if (number <= UINT16_MAX) return std::to_string(number);
-    return std::to_string(number >> 16) + "-" + std::to_string(number & UINT16_MAX);
+    switch (channel >> QELTV_CHANNEL_ID_KIND_SHIFT) {
+        case QELTV_CHANNEL_ID_ONE_PART:
+            return std::to_string(channel & QELTV_CHANNEL_ID_NUMBER_MASK);
+        case QELTV_CHANNEL_ID_TWO_PARTS:
+            return std::to_string(channel >> QELTV_CHANNEL_ID_MAJOR_SHIFT &
+                                  QELTV_CHANNEL_ID_PART_MASK) +
+                   "-" + std::to_string(channel & QELTV_CHANNEL_ID_PART_MASK);
+        default:
+            return std::to_string(channel >> QELTV_CHANNEL_ID_RF_SHIFT & QELTV_CHANNEL_ID_RF_MASK) +
+                   "-" + std::to_string(channel & QELTV_CHANNEL_ID_PROGRAM_MASK);
+    }
 }
 
 std::string nameOf(uint32_t channel) {
     channel_record_t record{};
     const int code = a_qeltvapi_channellist_get_svl_rec_by_channel_id(
-            qeltvd::channel_ids::list(channel), channel, &record);
+            channel >> QELTV_CHANNEL_ID_LIST_SHIFT & QELTV_CHANNEL_ID_LIST_MASK, channel, &record);
     if (code != 0) return "";
     record.name[sizeof(record.name) - 1] = 0;
     return record.name;
@@ -85,17 +92,17 @@ const char* genreOf(uint8_t genre) {
     return genre < sizeof(kGenres) / sizeof(kGenres[0]) ? kGenres[genre] : "";
 }
 
-std::string timesOf(const EventGeneral& event) {
+std::string timesOf(const QELTV_EVENT_GENERAL_T& event) {
     return clockText(localFields(event.start)) + "-" +
            clockText(localFields(event.start + event.duration));
 }
 
 /** What stands for the title of an event that is locked. */
-std::string titleOf(const EventGeneral& event) {
-    return (event.flags & kEventBlocked) != 0 ? "(locked)" : event.title;
+std::string titleOf(const QELTV_EVENT_GENERAL_T& event) {
+    return (event.flags & QELTV_EVENT_BLOCKED) != 0 ? "(locked)" : event.title;
 }
 
-Json jsonOf(const Found& found, const EventGeneral& event) {
+Json jsonOf(const Found& found, const QELTV_EVENT_GENERAL_T& event) {
     return {{"channel", found.channel},
             {"number", numberOf(found.channel)},
             {"event", found.event},
@@ -104,7 +111,7 @@ Json jsonOf(const Found& found, const EventGeneral& event) {
             {"title", event.title},
             {"genre", genreOf(event.genre)},
             {"rating", ratingOf(found)},
-            {"locked", (event.flags & kEventBlocked) != 0},
+            {"locked", (event.flags & QELTV_EVENT_BLOCKED) != 0},
             {"series", event.series},
             {"episode", event.episode}};
 }
@@ -114,7 +121,7 @@ void print(const std::vector<Found>& events, bool withChannel, bool json) {
     if (withChannel) rows[0].insert(rows[0].begin(), {"CHANNEL", "DATE"});
     Json all = Json::array();
     for (const Found& found : events) {
-        const EventGeneral event = read(found);
+        const QELTV_EVENT_GENERAL_T event = read(found);
         if (json) {
             all.push_back(jsonOf(found, event));
             continue;
@@ -138,7 +145,7 @@ std::vector<uint32_t> channels() {
     QELTVAPI_EVENT_FILTER_T filter{};
     filter.word = 1;
     std::set<uint32_t> all;
-    for (const Found& found : query(kEveryChannel, filter)) all.insert(found.channel);
+    for (const Found& found : query(QELTV_EVERY_CHANNEL, filter)) all.insert(found.channel);
     return {all.begin(), all.end()};
 }
 
@@ -160,7 +167,7 @@ void now(const std::string& only, bool json) {
         const auto id = static_cast<int>(channel);
         if (a_qeltvapi_event_get_pf_event_id(id, &present.event, 1) != 0) continue;
         const bool last = a_qeltvapi_event_get_pf_event_id(id, &following.event, 0) != 0;
-        const EventGeneral event = read(present);
+        const QELTV_EVENT_GENERAL_T event = read(present);
         const std::string name = nameOf(channel);
         if (json) {
             Json entry{{"channel", channel}, {"number", numberOf(channel)}, {"name", name}};
@@ -171,7 +178,7 @@ void now(const std::string& only, bool json) {
         }
         std::string then;
         if (!last) {
-            const EventGeneral next = read(following);
+            const QELTV_EVENT_GENERAL_T next = read(following);
             then = clockText(localFields(next.start)) + " " + titleOf(next);
         }
         rows.push_back(
@@ -216,7 +223,7 @@ void search(const std::string& text, const std::vector<std::string>& genres, int
         if (genre == std::end(kGenres)) throw Failure(kUsage, "there is no genre " + name);
         filter.list[filter.count++] = static_cast<uint8_t>(genre - std::begin(kGenres));
     }
-    std::vector<Found> found = query(kEveryChannel, filter);
+    std::vector<Found> found = query(QELTV_EVERY_CHANNEL, filter);
     if (found.size() > limit) found.resize(limit);
     print(found, true, json);
 }
@@ -225,15 +232,15 @@ void show(const std::string& channelText, const std::string& eventText, bool jso
     requireService();
     Found found{channelOf(channelText), 0};
     found.event = static_cast<uint16_t>(parseNumber(eventText, "an event", 0, UINT16_MAX));
-    const EventGeneral event = read(found);
-    const bool locked = (event.flags & kEventBlocked) != 0;
-    std::vector<EventCommon> episodes(64);
-    check(a_qeltvapi_event_get_group_info(static_cast<int>(found.channel), found.event,
-                                          episodes.data(),
-                                          static_cast<int>(episodes.size() * sizeof(EventCommon))),
+    const QELTV_EVENT_GENERAL_T event = read(found);
+    const bool locked = (event.flags & QELTV_EVENT_BLOCKED) != 0;
+    std::vector<QELTV_EVENT_COMMON_T> episodes(64);
+    check(a_qeltvapi_event_get_group_info(
+                  static_cast<int>(found.channel), found.event, episodes.data(),
+                  static_cast<int>(episodes.size() * sizeof(QELTV_EVENT_COMMON_T))),
           "group");
     episodes.erase(std::remove_if(episodes.begin(), episodes.end(),
-                                  [](const EventCommon& e) { return e.channelId == 0; }),
+                                  [](const QELTV_EVENT_COMMON_T& e) { return e.channelId == 0; }),
                    episodes.end());
     const std::string details =
             locked ? "" : textOf(a_qeltvapi_event_get_details_extend_info, found);
@@ -243,7 +250,8 @@ void show(const std::string& channelText, const std::string& eventText, bool jso
         all["details"] = details;
         all["guidance"] = guidance;
         all["episodes"] = Json::array();
-        for (const EventCommon& episode : episodes) all["episodes"].push_back(episode.eventId);
+        for (const QELTV_EVENT_COMMON_T& episode : episodes)
+            all["episodes"].push_back(episode.eventId);
         printf("%s\n", all.dump(2).c_str());
         return;
     }

@@ -8,41 +8,39 @@
 
 namespace tool {
 
-using qeltvd::layouts::Dtg;
-
-Dtg fields(const QELTVAPI_DTG_T& record) {
-    Dtg dtg;
+QELTV_DTG_T fields(const QELTVAPI_DTG_T& record) {
+    QELTV_DTG_T dtg;
     memcpy(&dtg, record.head, sizeof(record.head));
     dtg.flags = record.tail;
     return dtg;
 }
 
-QELTVAPI_DTG_T record(const Dtg& fields) {
+QELTVAPI_DTG_T record(const QELTV_DTG_T& fields) {
     QELTVAPI_DTG_T dtg{};
     memcpy(dtg.head, &fields, sizeof(dtg.head));
     dtg.tail = fields.flags;
     return dtg;
 }
 
-Dtg localFields(int64_t utc) {
+QELTV_DTG_T localFields(int64_t utc) {
     QELTVAPI_DTG_T dtg{};
     check(c_dt_utc_sec_to_loc_dtg(utc, &dtg), "local time");
     return fields(dtg);
 }
 
-std::string dateText(const Dtg& fields) {
+std::string dateText(const QELTV_DTG_T& fields) {
     char text[32];
     snprintf(text, sizeof(text), "%04u-%02u-%02u", fields.year, fields.month, fields.day);
     return text;
 }
 
-std::string clockText(const Dtg& fields) {
+std::string clockText(const QELTV_DTG_T& fields) {
     char text[32];
     snprintf(text, sizeof(text), "%02u:%02u", fields.hour, fields.minute);
     return text;
 }
 
-std::string timeText(const Dtg& fields) {
+std::string timeText(const QELTV_DTG_T& fields) {
     char text[64];
     snprintf(text, sizeof(text), "%s %s:%02u", dateText(fields).c_str(), clockText(fields).c_str(),
              fields.second);
@@ -56,7 +54,7 @@ int64_t televisionTime() {
 namespace {
 
 /** UTC of a local time; nothing where it is none. */
-std::optional<int64_t> utcOf(const Dtg& local) {
+std::optional<int64_t> utcOf(const QELTV_DTG_T& local) {
     const QELTVAPI_DTG_T dtg = record(local);
     int64_t milliseconds = 0;
     a_qeltvapi_time_convert_local_time_to_millis(&dtg, &milliseconds);
@@ -68,7 +66,7 @@ std::optional<int64_t> utcOf(const Dtg& local) {
 }  // namespace
 
 int64_t midnight(const std::string& date) {
-    Dtg day = localFields(televisionTime());
+    QELTV_DTG_T day = localFields(televisionTime());
     if (!date.empty()) {
         unsigned year = 0, month = 0, number = 0;
         char rest = 0;
@@ -96,7 +94,7 @@ int64_t localTimeIn(const std::string& text) {
     if (found < 5 || length != static_cast<int>(text.size())) {
         throw Failure(kUsage, "\"" + text + "\" is no time, as 2026-03-29 20:15");
     }
-    Dtg local{};
+    QELTV_DTG_T local{};
     local.year = static_cast<uint16_t>(year);
     local.month = static_cast<uint8_t>(month);
     local.day = static_cast<uint8_t>(day);

@@ -9,14 +9,14 @@
 /** Times as the television tells them: in its own calendar and time zone. */
 namespace tool {
 
-qeltvd::layouts::Dtg fields(const QELTVAPI_DTG_T& record);
-QELTVAPI_DTG_T record(const qeltvd::layouts::Dtg& fields);
+QELTV_DTG_T fields(const QELTVAPI_DTG_T& record);
+QELTVAPI_DTG_T record(const QELTV_DTG_T& fields);
 
-qeltvd::layouts::Dtg localFields(int64_t utc);
+QELTV_DTG_T localFields(int64_t utc);
 /** "2026-03-29", "02:30", "2026-03-29 02:30:15". */
-std::string dateText(const qeltvd::layouts::Dtg& fields);
-std::string clockText(const qeltvd::layouts::Dtg& fields);
-std::string timeText(const qeltvd::layouts::Dtg& fields);
+std::string dateText(const QELTV_DTG_T& fields);
+std::string clockText(const QELTV_DTG_T& fields);
+std::string timeText(const QELTV_DTG_T& fields);
 
 /** Local midnight of a date as dateText() prints it; "" for today. */
 int64_t midnight(const std::string& date);

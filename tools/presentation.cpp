@@ -14,21 +14,20 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kVolumeNames[kVolumeTypes] = {"speaker", "headphone", "digital",
-                                                    "description", "bluetooth"};
+constexpr const char* kVolumeNames[QELTV_VOLUME_TYPES] = {"speaker", "headphone", "digital",
+                                                          "description", "bluetooth"};
 constexpr const char* kPictureModes[] = {"",      "standard", "vivid", "film",
                                          "sport", "game",     "photo", "user"};
 constexpr const char* kSoundEffects[] = {"",       "standard", "music", "film",
                                          "speech", "sport",    "night"};
 constexpr const char* kScreenModes[] = {"",          "automatic", "16:9", "4:3",
                                         "zoom 14:9", "zoom 16:9", "wide", "pixel by pixel"};
-constexpr const char* kWakeNames[kWakeReasons] = {"unknown", "mains",   "remote control", "timer",
-                                                  "CEC",     "network", "front panel"};
-constexpr const char* kDownNames[kDownReasons] = {"unknown",   "remote control", "sleep timer",
-                                                  "no signal", "idle",           "upgrade"};
+constexpr const char* kWakeNames[QELTV_WAKE_REASONS] = {
+        "unknown", "mains", "remote control", "timer", "CEC", "network", "front panel"};
+constexpr const char* kDownNames[QELTV_DOWN_REASONS] = {
+        "unknown", "remote control", "sleep timer", "no signal", "idle", "upgrade"};
 
 template <size_t N>
 std::string nameOf(const char* const (&names)[N], uint32_t number) {
@@ -86,7 +85,7 @@ std::vector<uint16_t> allModes(CountModes countOf, GetModes get, const char* wha
 void printVolumes(bool json) {
     std::vector<std::vector<std::string>> rows{{"TYPE", "VOLUME", ""}};
     Json all = Json::array();
-    for (int32_t type = 0; type < kVolumeTypes; ++type) {
+    for (int32_t type = 0; type < QELTV_VOLUME_TYPES; ++type) {
         const auto volume = check(a_qeltvapi_volctrl_getVolume_by_type(type), kVolumeNames[type]);
         const bool muted = a_qeltvapi_volctrl_getMute_by_type(type) != 0;
         rows.push_back({kVolumeNames[type], std::to_string(volume), muted ? "muted" : ""});
@@ -122,12 +121,12 @@ void volume(const std::string& word, const std::string& typeName, bool json) {
 
 void printTracks(bool json) {
     // Either the tuner plays or another input: only one of the two has tracks.
-    std::vector<AudioTrack> tracks;
+    std::vector<QELTV_AUDIO_TRACK_T> tracks;
     for (const auto get : {a_qeltvapi_audio_info_get_available_record,
                            a_qeltvapi_audio_info_get_inputsource_available_record}) {
         uint32_t count = 0;
         check(get(nullptr, &count), "audio");
-        std::vector<AudioTrack> room(count + 64);
+        std::vector<QELTV_AUDIO_TRACK_T> room(count + 64);
         uint32_t stored = count;
         check(get(room.data(), &stored), "audio");
         room.resize(std::min(count, stored));
@@ -135,7 +134,7 @@ void printTracks(bool json) {
     }
     std::vector<std::vector<std::string>> rows{{"TRACK", "ABOUT", "KBIT/S", ""}};
     Json all = Json::array();
-    for (const AudioTrack& track : tracks) {
+    for (const QELTV_AUDIO_TRACK_T& track : tracks) {
         Room about;
         int32_t length = 0;
         check(a_qeltvapi_get_audio_apd_text(static_cast<int32_t>(track.track), about.data(),
@@ -167,7 +166,7 @@ void printPower(bool json) {
     check(c_pcl_get_wakeup_setup(&setup), "power");
     check(c_pcl_get_wakeup_irkey(&key), "power");
     std::string allowed;
-    for (uint32_t reason = 0; reason < kWakeReasons; ++reason) {
+    for (uint32_t reason = 0; reason < QELTV_WAKE_REASONS; ++reason) {
         if ((setup & 1u << reason) == 0) continue;
         if (!allowed.empty()) allowed += ", ";
         allowed += kWakeNames[reason];
@@ -369,7 +368,7 @@ void addPower(Command& app) {
             return;
         }
         uint32_t value = 0;
-        check(c_pcl_get_gpio(options->line, kGpioLevel, &value), "gpio");
+        check(c_pcl_get_gpio(options->line, QELTV_GPIO_LEVEL, &value), "gpio");
         printf("%u\n", value);
     });
 }

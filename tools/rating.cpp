@@ -18,7 +18,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 struct Setting {
@@ -44,11 +43,11 @@ constexpr Setting kSettings[] = {
          a_qeltvapi_rating_set_isdb_content_setting_info},
 };
 
-constexpr const char* kUsTvNames[kUsTvFlags] = {
+constexpr const char* kUsTvNames[QELTV_US_TV_FLAGS] = {
         "TV-Y",    "TV-Y7",   "TV-G",    "TV-PG",   "TV-14",   "TV-MA",   "TV-Y7-FV",
         "TV-PG-D", "TV-PG-L", "TV-PG-S", "TV-PG-V", "TV-14-D", "TV-14-L", "TV-14-S",
         "TV-14-V", "TV-MA-L", "TV-MA-S", "TV-MA-V", "none",    "upwards"};
-static_assert(sizeof(QELTVAPI_RATING_US_TV_SETTING_T) == kUsTvFlags, "a byte for each flag");
+static_assert(sizeof(QELTVAPI_RATING_US_TV_SETTING_T) == QELTV_US_TV_FLAGS, "a byte for each flag");
 
 void show(bool json) {
     requireService();
@@ -62,11 +61,11 @@ void show(bool json) {
     }
     QELTVAPI_RATING_US_TV_SETTING_T flags{};
     check(a_qeltvapi_rating_get_us_tv_setting_info(&flags), "us-tv");
-    uint8_t bytes[kUsTvFlags];
+    uint8_t bytes[QELTV_US_TV_FLAGS];
     memcpy(bytes, &flags, sizeof(bytes));
     std::string names;
     all["us-tv"] = Json::array();
-    for (size_t i = 0; i < kUsTvFlags; ++i) {
+    for (size_t i = 0; i < QELTV_US_TV_FLAGS; ++i) {
         if (bytes[i] == 0) continue;
         names += (names.empty() ? "" : " ") + std::string(kUsTvNames[i]);
         all["us-tv"].push_back(kUsTvNames[i]);
@@ -99,11 +98,11 @@ void set(const std::string& name, const std::string& text) {
 
 void setUsTv(const std::vector<std::string>& names) {
     requireService();
-    uint8_t bytes[kUsTvFlags] = {};
+    uint8_t bytes[QELTV_US_TV_FLAGS] = {};
     for (const std::string& name : names) {
         size_t index = 0;
-        while (index < kUsTvFlags && name != kUsTvNames[index]) ++index;
-        if (index == kUsTvFlags) throw Failure(kUsage, "there is no US rating " + name);
+        while (index < QELTV_US_TV_FLAGS && name != kUsTvNames[index]) ++index;
+        if (index == QELTV_US_TV_FLAGS) throw Failure(kUsage, "there is no US rating " + name);
         bytes[index] = 1;
     }
     QELTVAPI_RATING_US_TV_SETTING_T flags;
@@ -145,16 +144,16 @@ std::string readPin(const char* prompt) {
 void checkPin() {
     requireService();
     switch (a_qeltvapi_PWDDLG_checkPWD(readPin("PIN").c_str())) {
-        case kPinRight:
+        case QELTV_PIN_RIGHT:
             printf("right\n");
             return;
-        case kPinWrong:
+        case QELTV_PIN_WRONG:
             throw Failure(kRefused, "the PIN is wrong");
-        case kPinLocked:
+        case QELTV_PIN_LOCKED:
             throw Failure(kRefused, "too many wrong tries, wait before the next one");
-        case kPinMalformed:
+        case QELTV_PIN_MALFORMED:
             throw Failure(kUsage, "a PIN has 4 to 8 digits");
-        case kPinFailed:
+        case QELTV_PIN_FAILED:
             throw Failure(kRefused, "the PIN cannot be judged");
         default:
             throw Failure(kUnreachable, "the television did not answer");

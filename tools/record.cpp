@@ -8,6 +8,7 @@
 #include "hw_qeltvapi_pvr_browser.h"
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_timeshift.h"
+#include "layouts/codes.h"
 #include "layouts/record.h"
 #include "local_time.h"
 #include "tool.h"
@@ -15,7 +16,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 std::string localTime(int64_t utc) {
@@ -38,17 +38,17 @@ int64_t parseTime(const std::string& text) {
 
 const char* nameOfError(int error) {
     switch (error) {
-        case kErrorNone:
+        case QELTV_RECORDING_ERROR_NONE:
             return "";
-        case kErrorDiskFull:
+        case QELTV_RECORDING_ERROR_DISK_FULL:
             return "the disk is full";
-        case kErrorDiskGone:
+        case QELTV_RECORDING_ERROR_DISK_GONE:
             return "the disk is not there";
-        case kErrorWrite:
+        case QELTV_RECORDING_ERROR_WRITE:
             return "the disk cannot be written";
-        case kErrorNoChannel:
+        case QELTV_RECORDING_ERROR_NO_CHANNEL:
             return "there is no such channel";
-        case kErrorTunerBusy:
+        case QELTV_RECORDING_ERROR_TUNER_BUSY:
             return "the tuner is busy with another recording";
         default:
             return "unknown error";
@@ -104,12 +104,13 @@ void startRecording(const Options& options) {
                   options.file);
         }
         if (!options.programme.empty()) {
-            check(a_qeltvapi_pvr_set_event_extra(kCommandProgrammeName, handle, 0,
+            check(a_qeltvapi_pvr_set_event_extra(QELTV_COMMAND_PROGRAMME_NAME, handle, 0,
                                                  options.programme.c_str()),
                   options.programme);
         }
         check(a_qeltvapi_record_pvr_set_mode(handle,
-                                             options.seconds != 0 ? kModeSeconds : kModeEndless,
+                                             options.seconds != 0 ? QELTV_RECORDING_MODE_SECONDS
+                                                                  : QELTV_RECORDING_MODE_ENDLESS,
                                              static_cast<int32_t>(options.seconds), options.rate),
               "mode");
         if (a_qeltvapi_record_pvr_start(handle) < 0) {
@@ -191,11 +192,11 @@ void showStatus(const Options& options) {
            recording["file"].get<std::string>().c_str());
 }
 
-std::vector<ScheduleRecord> readBookings() {
-    std::vector<ScheduleRecord> bookings;
+std::vector<QELTV_SCHEDULE_RECORD_T> readBookings() {
+    std::vector<QELTV_SCHEDULE_RECORD_T> bookings;
     const auto count = check(a_qeltvapi_pvr_get_booking_count(), "bookings");
     for (uint32_t i = 0; i < count; ++i) {
-        ScheduleRecord record{};
+        QELTV_SCHEDULE_RECORD_T record{};
         if (a_qeltvapi_get_schedule_record(&record, i) < 0) break;
         bookings.push_back(record);
     }
@@ -208,7 +209,7 @@ void schedule(const Options& options, bool add) {
         std::vector<std::vector<std::string>> rows{
                 {"NUMBER", "START", "SECONDS", "REPEAT", "STATE", "CHANNEL", "PROGRAMME"}};
         Json json = Json::array();
-        for (const ScheduleRecord& b : readBookings()) {
+        for (const QELTV_SCHEDULE_RECORD_T& b : readBookings()) {
             rows.push_back({std::to_string(b.booking), localTime(b.start),
                             std::to_string(b.seconds), nameOfRepeat(b.repeat), nameOfState(b.state),
                             b.channelName, b.programme});
@@ -229,19 +230,19 @@ void schedule(const Options& options, bool add) {
         }
         return;
     }
-    ScheduleRecord record{};
+    QELTV_SCHEDULE_RECORD_T record{};
     record.channel = options.channel;
     record.start = parseTime(options.start);
     record.seconds = options.seconds;
-    record.repeat = options.repeat == "daily"    ? kDaily
-                    : options.repeat == "weekly" ? kWeekly
-                                                 : kOnce;
+    record.repeat = options.repeat == "daily"    ? QELTV_BOOKING_DAILY
+                    : options.repeat == "weekly" ? QELTV_BOOKING_WEEKLY
+                                                 : QELTV_BOOKING_ONCE;
     record.rate = options.rate;
     snprintf(record.programme, sizeof(record.programme), "%s", options.programme.c_str());
-    const int number =
-            a_qeltvapi_set_schedule_record(&record, options.force ? kBookInSpiteOfConflict : 0);
-    if (number == -5) throw Failure(kRefused, "another booking is in the way");
-    if (number == -3) {
+    const int number = a_qeltvapi_set_schedule_record(
+            &record, options.force ? QELTV_BOOK_IN_SPITE_OF_CONFLICT : 0);
+    if (number == QELTV_REFUSED) throw Failure(kRefused, "another booking is in the way");
+    if (number == QELTV_NOT_FOUND) {
         throw Failure(kRefused, "there is no channel " + std::to_string(options.channel));
     }
     check(number, "booking");
@@ -267,7 +268,7 @@ void listRecordings(bool asJson) {
             {"INDEX", "START", "SECONDS", "SIZE", "ENDED", "CHANNEL", "PROGRAMME", "FILE"}};
     Json json = Json::array();
     for (uint32_t i = 0; i < count; ++i) {
-        BrowserItem item{};
+        QELTV_BROWSER_ITEM_T item{};
         // Longer answers are stored whole.
         Room room;
         if (a_qeltvapi_mmp_get_pvr_browser_item_by_index(i, room.data()) < 0) break;
@@ -297,7 +298,7 @@ void listRecordings(bool asJson) {
 
 void setDisk(const Options& options) {
     requireService();
-    DiskRecord record{};
+    QELTV_DISK_RECORD_T record{};
     const uint64_t bytes = uint64_t{options.limit} << 20;
     record.limitLow = static_cast<uint32_t>(bytes);
     record.limitHigh = static_cast<uint32_t>(bytes >> 32);
@@ -441,7 +442,8 @@ void addTimeshift(Command& app) {
     command->addFlag("--keep", options->keep, "Keep what the buffer holds");
     command->callback([options] {
         requireService();
-        check(options->keep ? a_qeltvapi_timeshift_stop_ex(kStopKeep) : a_qeltvapi_timeshift_stop(),
+        check(options->keep ? a_qeltvapi_timeshift_stop_ex(QELTV_TIMESHIFT_STOP_KEEP)
+                            : a_qeltvapi_timeshift_stop(),
               "stop");
     });
 

@@ -17,8 +17,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
-
 constexpr int kBarWidth = 24;
 
 /** A scan notification: its type and values. */
@@ -117,17 +115,17 @@ void scan(uint64_t argument, bool clear, bool json) {
     for (;;) {
         const Progress progress = next();
         switch (progress.type) {
-            case kScanProgress:
+            case QELTV_SCAN_PROGRESS:
                 display.show(progress);
                 break;
-            case kScanComplete:
+            case QELTV_SCAN_COMPLETE:
                 display.finish("complete", progress);
                 check(a_qeltvapi_scan_select_crnt_or_first_channel(1), "first channel");
                 return;
-            case kScanCancelled:
+            case QELTV_SCAN_CANCELLED:
                 display.finish("cancelled", progress);
                 throw Failure(kRefused, "the scan was cancelled");
-            case kScanFailed:
+            case QELTV_SCAN_FAILED:
                 throw Failure(kRefused,
                               "the scan failed with code " +
                                       std::to_string(static_cast<int32_t>(progress.values[0])));
@@ -139,7 +137,7 @@ void scan(uint64_t argument, bool clear, bool json) {
 
 void status(bool json) {
     requireService();
-    int32_t data[kScanExchangeRoom] = {kExchangeStatus};
+    int32_t data[QELTV_SCAN_EXCHANGE_CAPACITY] = {QELTV_EXCHANGE_STATUS};
     check(a_scan_ce_exchange_data(data, 1), "scan status");
     Room room(256);
     check(static_cast<int32_t>(a_qeltvapi_get_user_message(room.text(), 255)), "scan message");
@@ -147,7 +145,7 @@ void status(bool json) {
         printf("%s\n", room.text());
         return;
     }
-    const nlohmann::ordered_json all{{"active", data[1] == kScanRuns},
+    const nlohmann::ordered_json all{{"active", data[1] == QELTV_SCAN_STATE_RUNNING},
                                      {"percent", data[2]},
                                      {"khz", data[3]},
                                      {"index", data[4]},
@@ -160,14 +158,14 @@ void status(bool json) {
 
 void list(bool json) {
     requireService();
-    int32_t count[kScanExchangeRoom] = {kExchangeCount};
+    int32_t count[QELTV_SCAN_EXCHANGE_CAPACITY] = {QELTV_EXCHANGE_COUNT};
     check(a_scan_ce_exchange_data(count, 1), "transponders");
     std::vector<std::vector<std::string>> rows{{"INDEX", "MHZ", "SYSTEM"}};
     constexpr const char* kSystems[] = {"?",      "DVB-T", "DVB-T2", "DVB-C", "DVB-S",
                                         "DVB-S2", "ATSC",  "QAM",    "ISDB-T"};
     nlohmann::ordered_json all = nlohmann::json::array();
     for (int32_t i = 0; i < count[1]; ++i) {
-        int32_t data[kScanExchangeRoom] = {kExchangeTransponder, i};
+        int32_t data[QELTV_SCAN_EXCHANGE_CAPACITY] = {QELTV_EXCHANGE_TRANSPONDER, i};
         check(a_scan_ce_exchange_data(data, 2), "transponder");
         const char* system = data[5] >= 0 && data[5] <= 8 ? kSystems[data[5]] : "?";
         char mhz[32];
@@ -213,12 +211,14 @@ void addScan(Command& app) {
     transponders->callback([options] { list(options->json); });
     scanning->callback([options, scanning] {
         if (scanning->commandGiven()) return;
-        uint64_t argument = options->mode == "air"         ? kScanAir
-                            : options->mode == "cable"     ? kScanCable
-                            : options->mode == "satellite" ? kScanSatellite
-                                                           : kScanFull;
+        uint64_t argument = options->mode == "air"         ? QELTV_SCAN_AIR
+                            : options->mode == "cable"     ? QELTV_SCAN_CABLE
+                            : options->mode == "satellite" ? QELTV_SCAN_SATELLITE
+                                                           : QELTV_SCAN_FULL;
         if (options->mhz > 0) {
-            argument = scanFrequency(static_cast<uint32_t>(std::llround(options->mhz * 1000)));
+            argument =
+                    QELTV_SCAN_FREQUENCY | static_cast<uint64_t>(std::llround(options->mhz * 1000))
+                                                   << QELTV_SCAN_FREQUENCY_SHIFT;
         }
         scan(argument, options->clear, options->json);
     });

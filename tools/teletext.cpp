@@ -13,7 +13,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 void appendUtf8(std::string* out, uint32_t c) {
@@ -59,7 +58,7 @@ std::string drawn(const uint8_t* row, bool colours) {
         text += "\033[3" + std::to_string(foreground) + ";4" + std::to_string(background) + "m";
     };
     paint();
-    for (uint32_t column = 0; column < kTeletextColumns; ++column) {
+    for (uint32_t column = 0; column < QELTV_TELETEXT_COLUMNS; ++column) {
         const uint8_t code = row[column] & 0x7f;
         if (code >= 0x20) {
             const bool cell = mosaics && (code < 0x40 || code >= 0x60);
@@ -96,12 +95,13 @@ uint32_t parsePage(const std::string& text) {
     return static_cast<uint32_t>(page);
 }
 
-std::vector<TopEntry> table(const Room& room) {
+std::vector<QELTV_TOP_ENTRY_T> table(const Room& room) {
     uint32_t count = 0;
     memcpy(&count, room.text(), sizeof(count));
-    std::vector<TopEntry> entries(std::min(count, 1000U));
+    std::vector<QELTV_TOP_ENTRY_T> entries(std::min(count, 1000U));
     if (!entries.empty()) {
-        memcpy(entries.data(), room.text() + sizeof(count), entries.size() * sizeof(TopEntry));
+        memcpy(entries.data(), room.text() + sizeof(count),
+               entries.size() * sizeof(QELTV_TOP_ENTRY_T));
     }
     return entries;
 }
@@ -112,22 +112,22 @@ void showTop() {
         throw Failure(kRefused, "this teletext has no TOP navigation");
     }
     std::vector<std::vector<std::string>> rows{{"PAGE", "TITLE"}};
-    const auto add = [&](const TopEntry& entry) {
+    const auto add = [&](const QELTV_TOP_ENTRY_T& entry) {
         char page[8];
         snprintf(page, sizeof(page), "%03x", entry.page);
         rows.push_back({page, std::string((entry.level - 1U) * 2, ' ') + entry.title});
     };
     Room blocks;
     check(a_qeltvapi_teletext_top_get_block_content(blocks.data()), "blocks");
-    for (const TopEntry& block : table(blocks)) {
+    for (const QELTV_TOP_ENTRY_T& block : table(blocks)) {
         add(block);
         Room groups;
         check(a_qeltvapi_teletext_top_get_group_content(&block.page, groups.data()), block.title);
-        for (const TopEntry& group : table(groups)) {
+        for (const QELTV_TOP_ENTRY_T& group : table(groups)) {
             add(group);
             Room pages;
             check(a_qeltvapi_teletext_top_get_page_content(&group.page, pages.data()), group.title);
-            for (const TopEntry& page : table(pages)) add(page);
+            for (const QELTV_TOP_ENTRY_T& page : table(pages)) add(page);
         }
     }
     printTable(rows);
@@ -142,12 +142,12 @@ void show(const Options& options) {
     uint32_t wanted = 0;
     if (!options.page.empty()) {
         wanted = parsePage(options.page);
-        const uint32_t record = teletextPage(wanted, options.subpage);
+        const uint32_t record = wanted | options.subpage << QELTV_TELETEXT_SUBPAGE_SHIFT;
         a_qeltvapi_teletext_set_page(&record);
     }
     Room room;
     check(a_qeltvapi_teletext_get_cur_page(room.data()), "teletext");
-    TeletextPage page;
+    QELTV_TELETEXT_PAGE_T page;
     memcpy(&page, room.data(), sizeof(page));
     const uint32_t subpage = page.page >> 16;
     // The function that sets the page does not tell whether it was.

@@ -10,8 +10,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
-
 constexpr const char* kSources[] = {"manual", "broadcast", "network"};
 
 std::string offsetText(int64_t seconds) {
@@ -31,7 +29,7 @@ int64_t parseOffset(const std::string& text) {
         (sign == '+' || sign == '-') && hours >= 0 && minutes >= 0 && minutes < 60) {
         return (hours * 3600 + minutes * 60) * (sign == '-' ? -1 : 1);
     }
-    return parseNumber(text, "an offset", -kZoneMaximum, kZoneMaximum);
+    return parseNumber(text, "an offset", -QELTV_ZONE_MAXIMUM, QELTV_ZONE_MAXIMUM);
 }
 
 /** "90", "90s", "30m", "2h", "off". */
@@ -53,7 +51,8 @@ int32_t parseDuration(const std::string& text) {
             break;
     }
     digits.pop_back();
-    return static_cast<int32_t>(parseNumber(digits, "a time", 0, kSleepMaximum / unit) * unit);
+    return static_cast<int32_t>(parseNumber(digits, "a time", 0, QELTV_SLEEP_MAXIMUM / unit) *
+                                unit);
 }
 
 void show(bool json) {
@@ -63,7 +62,7 @@ void show(bool json) {
     check(a_qeltvapi_utc_sec_to_dtg(utc, &now), "time");
     uint32_t source = 0;
     check(a_qeltvapi_time_get_sync_source(&source), "source");
-    const std::string from = source <= kSyncNetwork ? kSources[source] : "?";
+    const std::string from = source <= QELTV_SYNC_NETWORK ? kSources[source] : "?";
     // Negative west of Greenwich, so no code can be told from them.
     const int64_t zone = a_qeltvapi_time_get_time_zone();
     const int64_t offset = a_qeltvapi_time_get_time_offset();
@@ -72,17 +71,18 @@ void show(bool json) {
     if (sleep != 0) (void)a_qeltvapi_time_get_sleep_timer_remaining_time(&left);
     uint16_t mjd = 0, bcd = 0;
     check(c_dt_dtg_to_mjd_bcd(&now, &mjd, &bcd, nullptr), "date");
-    const Dtg local = localFields(utc);
+    const QELTV_DTG_T local = localFields(utc);
     if (json) {
-        const nlohmann::ordered_json all{{"utc", utc},
-                                         {"utc_text", timeText(fields(now))},
-                                         {"local_text", timeText(local)},
-                                         {"daylight_saving", (local.flags & kDtgDaylight) != 0},
-                                         {"zone", zone},
-                                         {"offset", offset},
-                                         {"source", from},
-                                         {"mjd", mjd},
-                                         {"sleep_left", left}};
+        const nlohmann::ordered_json all{
+                {"utc", utc},
+                {"utc_text", timeText(fields(now))},
+                {"local_text", timeText(local)},
+                {"daylight_saving", (local.flags & QELTV_DTG_DAYLIGHT) != 0},
+                {"zone", zone},
+                {"offset", offset},
+                {"source", from},
+                {"mjd", mjd},
+                {"sleep_left", left}};
         printf("%s\n", all.dump(2).c_str());
         return;
     }
@@ -101,7 +101,7 @@ void set(const std::string& date, const std::string& time) {
 
 void setSource(const std::string& name) {
     requireService();
-    for (int32_t source = 0; source <= kSyncNetwork; ++source) {
+    for (int32_t source = 0; source <= QELTV_SYNC_NETWORK; ++source) {
         if (name == kSources[source]) a_qeltvapi_time_set_sync_source(source);
     }
 }
@@ -131,7 +131,7 @@ void julian(const std::string& text) {
         printf("%s\n", dateText(fields(dtg)).c_str());
         return;
     }
-    const Dtg day = localFields(midnight(text));
+    const QELTV_DTG_T day = localFields(midnight(text));
     const QELTVAPI_DTG_T dtg = record(day);
     uint16_t mjd = 0;
     check(c_dt_dtg_to_mjd_bcd(&dtg, &mjd, nullptr, nullptr), text);

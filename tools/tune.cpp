@@ -11,13 +11,13 @@
 #include "hw_qeltvapi_inputsource.h"
 #include "hw_qeltvapi_volctrl.h"
 #include "hw_svctx.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "tool.h"
 
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
@@ -34,8 +34,8 @@ const char* errorName(uint32_t error) {
 
 /** What one path shows. */
 struct Shown {
-    Connection connection{};
-    VideoSource video{};
+    QELTV_CONNECTION_T connection{};
+    QELTV_VIDEO_SOURCE_T video{};
     std::string source, name, language;
 
     std::string state() const {
@@ -53,14 +53,14 @@ uint32_t pathNumber(const std::string& path) {
 
 Shown read(const std::string& path) {
     Shown shown;
-    const uint32_t context = contextOfPath(pathNumber(path));
-    check(c_svctx_get_conn_attr(context, 0, kConnectionAll, &shown.connection), "status");
+    const uint32_t context = QELTV_CONTEXT_OF_MAIN + pathNumber(path);
+    check(c_svctx_get_conn_attr(context, 0, QELTV_CONNECTION_ALL, &shown.connection), "status");
     check(c_svctx_get_video_src_resolution(context, &shown.video), "status");
     Room name, source, language;
     uint32_t length = 4096;
-    check(c_svctx_get(context, kContextName, name.data(), &length), "status");
+    check(c_svctx_get(context, QELTV_CONTEXT_NAME, name.data(), &length), "status");
     shown.name = name.text();
-    check(a_qeltvapi_inputsource_get_currentsourcename_bypath(source.text(), kNameShown,
+    check(a_qeltvapi_inputsource_get_currentsourcename_bypath(source.text(), QELTV_NAME_SHOWN,
                                                               path.c_str()),
           "status");
     shown.source = source.text();
@@ -124,17 +124,17 @@ void waitFor(const std::string& path, double seconds) {
     for (;;) {
         const Shown shown = read(path);
         switch (shown.connection.status) {
-            case kTuningPlays:
+            case QELTV_TUNING_PLAYS:
                 printf("%s, %s\n", shown.name.c_str(), shown.state().c_str());
                 return;
-            case kTuningLocked:
+            case QELTV_TUNING_LOCKED:
                 // A frequency has no service to wait for.
                 if (shown.connection.channel != 0 || shown.connection.source != 0) break;
                 printf("%u kHz, %s\n", shown.connection.frequencyKHz, shown.state().c_str());
                 return;
-            case kTuningFailed:
+            case QELTV_TUNING_FAILED:
                 throw Failure(kRefused, shown.name + ": " + errorName(shown.connection.error));
-            case kTuningStopped:
+            case QELTV_TUNING_STOPPED:
                 throw Failure(kRefused, "the path was stopped");
             default:
                 break;
@@ -165,7 +165,7 @@ int32_t channelOf(const std::string& what) {
     }
     const int channel = a_qeltvapi_apptv_get_matched_channel(
             static_cast<int32_t>(major), 1, 0, read == 2 ? static_cast<int32_t>(minor) : 0);
-    if (channel == -3) throw Failure(kRefused, "there is no channel " + what);
+    if (channel == QELTV_NOT_FOUND) throw Failure(kRefused, "there is no channel " + what);
     // An id with the highest bit set is negative here; the codes are small.
     return channel < -100 ? channel : static_cast<int32_t>(check(channel, what));
 }
@@ -192,9 +192,9 @@ void tune(const TuneOptions& options) {
         code = a_qeltvapi_broadcast_change_freq(options.path.c_str(), &frequency);
     } else if (options.what == "up" || options.what == "down" || options.what == "last") {
         if (path != 0) throw Failure(kUsage, "keys are for the main path");
-        code = a_qeltvapi_broadcast_key_handler(options.what == "up"     ? kKeyChannelUp
-                                                : options.what == "down" ? kKeyChannelDown
-                                                                         : kKeyLastChannel);
+        code = a_qeltvapi_broadcast_key_handler(options.what == "up"     ? QELTV_KEY_CHANNEL_UP
+                                                : options.what == "down" ? QELTV_KEY_CHANNEL_DOWN
+                                                                         : QELTV_KEY_LAST_CHANNEL);
     } else {
         code = select(channelOf(options.what));
     }
@@ -210,7 +210,7 @@ struct Input {
     std::string name, shown;
     uint8_t label = 0, blockSet = 0, blocked = 0, autoDetect = 0;
 
-    bool signal() const { return (record.tail & kInputHasSignal) != 0; }
+    bool signal() const { return (record.tail & QELTV_INPUT_HAS_SIGNAL) != 0; }
 };
 
 Input readInput(int32_t id) {
@@ -219,7 +219,8 @@ Input readInput(int32_t id) {
     check(a_qeltvapi_inputsource_get_sourcerec_byidx(id, &input.record), "input");
     input.name.assign(input.record.name, strnlen(input.record.name, sizeof(input.record.name)));
     Room shown;
-    check(a_qeltvapi_inputsource_get_sourcename_bysourceid(id, shown.text(), kNameShown), "input");
+    check(a_qeltvapi_inputsource_get_sourcename_bysourceid(id, shown.text(), QELTV_NAME_SHOWN),
+          "input");
     input.shown = shown.text();
     check(a_qeltvapi_inputsource_get_source_inputlabelidx_bysourceid(id, &input.label), "input");
     check(a_qeltvapi_inputsource_is_source_block_bysourceid(id, &input.blockSet), "input");
@@ -246,7 +247,7 @@ int32_t inputOf(const std::string& what) {
 void listInputs(bool asJson) {
     requireService();
     Room current;
-    check(a_qeltvapi_inputsource_get_currentsourcename(current.text(), kNamePlain), "input");
+    check(a_qeltvapi_inputsource_get_currentsourcename(current.text(), QELTV_NAME_PLAIN), "input");
     std::vector<std::vector<std::string>> rows{
             {"INPUT", "NAME", "SHOWN AS", "SIGNAL", "BLOCK", "DETECT", ""}};
     Json all = Json::array();
@@ -350,7 +351,8 @@ void addInput(Command& app) {
         const int32_t id = inputOf(options->input);
         check(a_qeltvapi_inputsource_set_userdefname_bysourceid(id, options->text.c_str()),
               options->input);
-        check(a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(id, kInputLabelUser),
+        check(a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(id,
+                                                                         QELTV_INPUT_LABEL_USER),
               options->input);
     });
 

@@ -18,7 +18,6 @@
 namespace tool {
 namespace {
 
-using namespace qeltvd::layouts;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kStates[] = {"idle",        "checking",   "available",  "up to date",
@@ -151,16 +150,17 @@ void run(uint32_t item, bool reboot) {
     requireService();
     listen();
     check(a_qeltvapi_upgrade_start(item, reboot), "upgrade");
-    const int32_t last = reboot ? kUpgradeDone : kUpgradeInstalled;
-    fail(follow(kStates, {last, kUpgradeUpToDate, kUpgradeCancelled, kUpgradeFailed}),
-         {kUpgradeCancelled, kUpgradeFailed});
+    const int32_t last = reboot ? QELTV_UPGRADE_DONE : QELTV_UPGRADE_INSTALLED;
+    fail(follow(kStates,
+                {last, QELTV_UPGRADE_UP_TO_DATE, QELTV_UPGRADE_CANCELLED, QELTV_UPGRADE_FAILED}),
+         {QELTV_UPGRADE_CANCELLED, QELTV_UPGRADE_FAILED});
 }
 
 void checkForUpdate(uint32_t item) {
     requireService();
     listen();
     check(a_qeltvapi_upgrade_check_update(item), "check");
-    follow(kStates, {kUpgradeAvailable, kUpgradeUpToDate, kUpgradeFailed});
+    follow(kStates, {QELTV_UPGRADE_AVAILABLE, QELTV_UPGRADE_UP_TO_DATE, QELTV_UPGRADE_FAILED});
 }
 
 void download(uint32_t item, const std::string& source, const std::string& target) {
@@ -168,8 +168,8 @@ void download(uint32_t item, const std::string& source, const std::string& targe
     listen();
     check(a_qeltvapi_upgrade_start_download_firmware(item, source.c_str(), target.c_str()),
           "download");
-    fail(follow(kStates, {kUpgradeDownloaded, kUpgradeCancelled, kUpgradeFailed}),
-         {kUpgradeCancelled, kUpgradeFailed});
+    fail(follow(kStates, {QELTV_UPGRADE_DOWNLOADED, QELTV_UPGRADE_CANCELLED, QELTV_UPGRADE_FAILED}),
+         {QELTV_UPGRADE_CANCELLED, QELTV_UPGRADE_FAILED});
 }
 
 /** One step of the over-air download, up to its last notification. */
@@ -191,7 +191,7 @@ void schedule() {
 
 void addUpgrade(Command& app) {
     struct Options {
-        uint32_t item = kItemFirmware;
+        uint32_t item = QELTV_UPGRADE_ITEM_FIRMWARE;
         std::string source = "https://updates.example/firmware", target = "/data/firmware";
         bool json = false, reboot = false;
     };
@@ -233,16 +233,17 @@ void addUpgrade(Command& app) {
     oad->addCommand("schedule", "When and where it is broadcast")->callback(schedule);
     oad->addCommand("detect", "Jump to the channel and look")->callback([] {
         overAir(a_qeltvapi_oad_start_jump_channel, "detection",
-                {kOadFound, kOadNothingNew, kOadStopped, kOadDownloading});
+                {QELTV_OAD_FOUND, QELTV_OAD_NOTHING_NEW, QELTV_OAD_STOPPED, QELTV_OAD_DOWNLOADING});
     });
     oad->addCommand("download", "Download what was found")->callback([] {
-        overAir(a_qeltvapi_oad_start_download, "download", {kOadDownloaded, kOadStopped});
+        overAir(a_qeltvapi_oad_start_download, "download",
+                {QELTV_OAD_DOWNLOADED, QELTV_OAD_STOPPED});
     });
     oad->addCommand("flash", "Write it")->callback([] {
-        overAir(a_qeltvapi_oad_start_flash, "flash", {kOadFlashed, kOadStopped});
+        overAir(a_qeltvapi_oad_start_flash, "flash", {QELTV_OAD_FLASHED, QELTV_OAD_STOPPED});
     });
     oad->addCommand("restart", "Restart into it")->callback([] {
-        overAir(a_qeltvapi_oad_accept_restart, "restart", {kOadIdle, kOadStopped});
+        overAir(a_qeltvapi_oad_accept_restart, "restart", {QELTV_OAD_IDLE, QELTV_OAD_STOPPED});
     });
 }
 

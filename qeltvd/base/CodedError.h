@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 

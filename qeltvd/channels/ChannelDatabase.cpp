@@ -6,10 +6,10 @@
 
 #include "ChannelEdit.h"
 #include "ChannelFill.h"
+#include "ChannelIds.h"
+#include "Code.h"
 #include "Guarded.h"
 #include "Stored.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -4,8 +4,8 @@
 #include <unordered_set>
 #include <utility>
 
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
+#include "ChannelIds.h"
+#include "Code.h"
 
 namespace qeltvd {
 

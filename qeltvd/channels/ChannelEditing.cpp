@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "ChannelEdit.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
+#include "ChannelIds.h"
+#include "Code.h"
 
 namespace qeltvd::channel_editing {
 

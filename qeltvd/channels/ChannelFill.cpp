@@ -10,8 +10,8 @@
 #include <unordered_set>
 
 #include "ChannelEdit.h"
+#include "ChannelIds.h"
 #include "ServiceGenerator.h"
-#include "layouts/channel_ids.h"
 
 namespace qeltvd::channel_editing {
 

@@ -3,7 +3,7 @@
 #include <set>
 #include <utility>
 
-#include "layouts/channel_ids.h"
+#include "ChannelIds.h"
 
 namespace qeltvd {
 

@@ -10,8 +10,8 @@
 #include <unordered_set>
 
 #include "ChannelEdit.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
+#include "ChannelIds.h"
+#include "Code.h"
 
 namespace qeltvd::channel_editing {
 

@@ -9,8 +9,8 @@
 #include <set>
 #include <type_traits>
 
+#include "ChannelIds.h"
 #include "LogText.h"
-#include "layouts/channel_ids.h"
 
 namespace qeltvd {
 

@@ -7,14 +7,12 @@
 #include <algorithm>
 #include <map>
 
+#include "Code.h"
 #include "Guarded.h"
 #include "ServiceGenerator.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -60,12 +58,12 @@ std::vector<Scanner::Stop> Scanner::stops() const {
 }
 
 int32_t Scanner::setRange(const Range& range) {
-    if (range.first > range.last || range.modulations > kScanModulations ||
-        range.plan > kScanPlans) {
+    if (range.first > range.last || range.modulations > QELTV_SCAN_MODULATIONS ||
+        range.plan > QELTV_SCAN_PLANS) {
         return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
-    if (mStatus.state == kScanRuns) return kRefused;
+    if (mStatus.state == QELTV_SCAN_STATE_RUNNING) return kRefused;
     mRange = range;
     return kOk;
 }
@@ -73,40 +71,40 @@ int32_t Scanner::setRange(const Range& range) {
 int32_t Scanner::start(uint64_t argument, bool exclusive) {
     const uint64_t mode = argument & 0xff;
     const auto kHz = static_cast<uint32_t>(argument >> 32);
-    if (mode > kScanFrequency || (argument & 0xffffff00) != 0 ||
-        (kHz != 0) != (mode == kScanFrequency)) {
+    if (mode > QELTV_SCAN_FREQUENCY || (argument & 0xffffff00) != 0 ||
+        (kHz != 0) != (mode == QELTV_SCAN_FREQUENCY)) {
         return kBadValue;
     }
     const std::vector<Stop> all = stops();
 
     std::unique_lock<std::mutex> guard(mLock);
-    if (mStatus.state == kScanRuns || mStop) return kRefused;
+    if (mStatus.state == QELTV_SCAN_STATE_RUNNING || mStop) return kRefused;
     // One that is cancelled takes a moment to end.
     mChanged.wait(guard, [&] { return !mRunning; });
-    if (mStatus.state == kScanRuns || mStop) return kRefused;
+    if (mStatus.state == QELTV_SCAN_STATE_RUNNING || mStop) return kRefused;
     std::vector<Stop> chosen;
     std::map<std::string, uint32_t> index;
     for (const Stop& stop : all) {
         const uint32_t at = index[stop.region.name]++;
         if (at < mRange.first || at > mRange.last || !wanted(stop.multiplex, mRange)) continue;
-        if (mode != kScanFull && mode != kScanFrequency &&
+        if (mode != QELTV_SCAN_FULL && mode != QELTV_SCAN_FREQUENCY &&
             static_cast<uint64_t>(stop.region.medium) != mode) {
             continue;
         }
-        if (mode == kScanFrequency && stop.multiplex.frequencyHz / 1000 != kHz) continue;
+        if (mode == QELTV_SCAN_FREQUENCY && stop.multiplex.frequencyHz / 1000 != kHz) continue;
         chosen.push_back(stop);
     }
     if (chosen.empty()) return kNotFound;
     const bool whole = chosen.size() == all.size() ||
-                       (mode != kScanFrequency && mRange.first == 0 && mRange.last == UINT32_MAX &&
-                        mRange.modulations == 0 && mRange.plan == 0);
+                       (mode != QELTV_SCAN_FREQUENCY && mRange.first == 0 &&
+                        mRange.last == UINT32_MAX && mRange.modulations == 0 && mRange.plan == 0);
     mStatus = {};
-    mStatus.state = kScanRuns;
+    mStatus.state = QELTV_SCAN_STATE_RUNNING;
     mStatus.count = static_cast<int32_t>(chosen.size());
     mJob = Job{std::move(chosen), mRange, exclusive, whole};
     mRange = {};
     mRunning = true;
-    tell(kScanStarted, mStatus.count);
+    tell(QELTV_SCAN_STARTED, mStatus.count);
     mChanged.notify_all();
     return kOk;
 }
@@ -114,8 +112,8 @@ int32_t Scanner::start(uint64_t argument, bool exclusive) {
 int32_t Scanner::cancel() {
     {
         std::lock_guard<std::mutex> guard(mLock);
-        if (mStatus.state != kScanRuns) return kRefused;
-        mStatus.state = kScanStopped;
+        if (mStatus.state != QELTV_SCAN_STATE_RUNNING) return kRefused;
+        mStatus.state = QELTV_SCAN_STATE_CANCELLED;
     }
     mChanged.notify_all();
     return kOk;
@@ -123,7 +121,7 @@ int32_t Scanner::cancel() {
 
 bool Scanner::active() const {
     std::lock_guard<std::mutex> guard(mLock);
-    return mStatus.state == kScanRuns;
+    return mStatus.state == QELTV_SCAN_STATE_RUNNING;
 }
 
 Scanner::Status Scanner::status() const {
@@ -134,7 +132,7 @@ Scanner::Status Scanner::status() const {
 bool Scanner::tune() {
     std::unique_lock<std::mutex> guard(mLock);
     return !mChanged.wait_for(guard, kLockTime,
-                              [&] { return mStop || mStatus.state != kScanRuns; });
+                              [&] { return mStop || mStatus.state != QELTV_SCAN_STATE_RUNNING; });
 }
 
 uint32_t Scanner::satelliteOf(const Region& region) {
@@ -221,7 +219,7 @@ int32_t Scanner::search(const Job& job, std::vector<Found>* found) {
         if (code != kOk) return code;
         std::lock_guard<std::mutex> guard(mLock);
         mStatus.percent = static_cast<int32_t>((i + 1) * 100 / job.stops.size());
-        tell(kScanProgress, mStatus.percent, kHz, mStatus.television, mStatus.radio);
+        tell(QELTV_SCAN_PROGRESS, mStatus.percent, kHz, mStatus.television, mStatus.radio);
     }
     return job.exclusive && job.whole ? removeOthers(job.stops, *found) : kOk;
 }
@@ -235,14 +233,14 @@ void Scanner::scan(const Job& job) {
     mChanged.notify_all();
     if (code != kOk) {
         ALOGE("the scan ends with code %d", code);
-        mStatus.state = kScanBroken;
-        tell(kScanFailed, code);
+        mStatus.state = QELTV_SCAN_STATE_FAILED;
+        tell(QELTV_SCAN_FAILED, code);
         return;
     }
     // One that is cancelled in its last moment has found everything all the same.
     const bool complete = found.size() == job.stops.size();
-    mStatus.state = complete ? kScanDone : kScanStopped;
-    tell(complete ? kScanComplete : kScanCancelled, mStatus.television, mStatus.radio,
+    mStatus.state = complete ? QELTV_SCAN_STATE_COMPLETE : QELTV_SCAN_STATE_CANCELLED;
+    tell(complete ? QELTV_SCAN_COMPLETE : QELTV_SCAN_CANCELLED, mStatus.television, mStatus.radio,
          mStatus.added, mStatus.removed);
 }
 

@@ -42,7 +42,7 @@ class Scanner {
     bool active() const;
 
     struct Status {
-        layouts::ScanState state = layouts::kScanIdle;
+        QELTV_SCAN_STATE state = QELTV_SCAN_STATE_IDLE;
         int32_t percent = 0;
         uint32_t kHz = 0;
         int32_t index = 0;

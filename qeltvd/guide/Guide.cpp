@@ -5,11 +5,9 @@
 #include <algorithm>
 #include <cctype>
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -36,80 +34,80 @@ struct Programme {
 };
 
 constexpr Programme kTelevision[] = {
-        {"Morning Bulletin", "News, weather and traffic to begin the day.", kGenreNews, 30, 0, 0,
-         false, false, false},
-        {"The World at Noon", "Correspondents report what the morning has brought.", kGenreNews, 15,
-         0, 0, false, false, false},
-        {"News at Eight", "The most important of the day in a quarter of an hour.", kGenreNews, 15,
-         0, 0, false, false, false},
-        {"Late Edition", "What was, and what it means: with guests in the studio.", kGenreNews, 30,
-         0, 0, false, false, false},
-        {"Harbour Street", "The people of a small street by the harbour, and their secrets.",
-         kGenreFilm, 45, 7, kDialogue, true, false, true},
-        {"Inspector Lindqvist", "A death in the archipelago takes the inspector back to her youth.",
-         kGenreFilm, 90, 12, kLanguage | kViolence, true, false, true},
-        {"Ward Seven", "Night shift in a hospital in which nothing goes to plan.", kGenreFilm, 45,
-         12, kDialogue, true, false, true},
-        {"The Long Crossing", "Two strangers and a stolen lorry on the road to the sea.",
-         kGenreFilm, 105, 12, kLanguage, false, false, true},
-        {"Ashes of the North", "A war has ended; what it did to a village has not.", kGenreFilm,
-         120, 16, kLanguage | kViolence, false, false, true},
-        {"Midnight Ledger", "An accountant finds a number that should not be there.", kGenreFilm,
-         105, 16, kSex | kViolence, false, false, true},
-        {"The Red Room", "Nobody who has slept in the room wants to tell what happened.",
-         kGenreFilm, 90, 18, kSex | kViolence | kLanguage, false, false, true},
-        {"A Summer in Crete", "Three generations, one house and no running water.", kGenreFilm, 90,
-         0, 0, false, false, true},
-        {"Quiz of the Nation", "Eight candidates, one chair and the question about everything.",
-         kGenreShow, 60, 0, 0, true, false, true},
-        {"Saturday Stage", "Music, magic and people who can do what nobody else can.", kGenreShow,
-         120, 0, 0, false, false, true},
-        {"Round the Table", "Four guests talk about what moves the country.", kGenreSociety, 60, 0,
+        {"Morning Bulletin", "News, weather and traffic to begin the day.", QELTV_GENRE_NEWS, 30, 0,
          0, false, false, false},
-        {"Matchday", "All games, all goals and the table after the weekend.", kGenreSport, 105, 0,
+        {"The World at Noon", "Correspondents report what the morning has brought.",
+         QELTV_GENRE_NEWS, 15, 0, 0, false, false, false},
+        {"News at Eight", "The most important of the day in a quarter of an hour.",
+         QELTV_GENRE_NEWS, 15, 0, 0, false, false, false},
+        {"Late Edition", "What was, and what it means: with guests in the studio.",
+         QELTV_GENRE_NEWS, 30, 0, 0, false, false, false},
+        {"Harbour Street", "The people of a small street by the harbour, and their secrets.",
+         QELTV_GENRE_FILM, 45, 7, kDialogue, true, false, true},
+        {"Inspector Lindqvist", "A death in the archipelago takes the inspector back to her youth.",
+         QELTV_GENRE_FILM, 90, 12, kLanguage | kViolence, true, false, true},
+        {"Ward Seven", "Night shift in a hospital in which nothing goes to plan.", QELTV_GENRE_FILM,
+         45, 12, kDialogue, true, false, true},
+        {"The Long Crossing", "Two strangers and a stolen lorry on the road to the sea.",
+         QELTV_GENRE_FILM, 105, 12, kLanguage, false, false, true},
+        {"Ashes of the North", "A war has ended; what it did to a village has not.",
+         QELTV_GENRE_FILM, 120, 16, kLanguage | kViolence, false, false, true},
+        {"Midnight Ledger", "An accountant finds a number that should not be there.",
+         QELTV_GENRE_FILM, 105, 16, kSex | kViolence, false, false, true},
+        {"The Red Room", "Nobody who has slept in the room wants to tell what happened.",
+         QELTV_GENRE_FILM, 90, 18, kSex | kViolence | kLanguage, false, false, true},
+        {"A Summer in Crete", "Three generations, one house and no running water.",
+         QELTV_GENRE_FILM, 90, 0, 0, false, false, true},
+        {"Quiz of the Nation", "Eight candidates, one chair and the question about everything.",
+         QELTV_GENRE_SHOW, 60, 0, 0, true, false, true},
+        {"Saturday Stage", "Music, magic and people who can do what nobody else can.",
+         QELTV_GENRE_SHOW, 120, 0, 0, false, false, true},
+        {"Round the Table", "Four guests talk about what moves the country.", QELTV_GENRE_SOCIETY,
+         60, 0, 0, false, false, false},
+        {"Matchday", "All games, all goals and the table after the weekend.", QELTV_GENRE_SPORT,
+         105, 0, 0, false, false, true},
+        {"On the Ice", "The semi-finals, live from the sold-out hall.", QELTV_GENRE_SPORT, 120, 0,
          0, false, false, true},
-        {"On the Ice", "The semi-finals, live from the sold-out hall.", kGenreSport, 120, 0, 0,
-         false, false, true},
-        {"Peloton", "Two hundred kilometres and the last climb decides.", kGenreSport, 60, 0, 0,
-         false, false, true},
-        {"Pip and the Moon", "Pip has lost a shoe, and the moon has seen where.", kGenreChildren,
-         15, 0, 0, true, true, true},
+        {"Peloton", "Two hundred kilometres and the last climb decides.", QELTV_GENRE_SPORT, 60, 0,
+         0, false, false, true},
+        {"Pip and the Moon", "Pip has lost a shoe, and the moon has seen where.",
+         QELTV_GENRE_CHILDREN, 15, 0, 0, true, true, true},
         {"The Tinkerers", "Nora and Sam build a submarine out of what the attic has.",
-         kGenreChildren, 30, 7, 0, true, true, true},
-        {"Dragon School", "First lesson: do not set fire to the teacher.", kGenreChildren, 25, 7,
-         kViolence, true, true, true},
-        {"Deep Water", "Animals of which nobody knew until a lamp sank to them.", kGenreScience, 45,
+         QELTV_GENRE_CHILDREN, 30, 7, 0, true, true, true},
+        {"Dragon School", "First lesson: do not set fire to the teacher.", QELTV_GENRE_CHILDREN, 25,
+         7, kViolence, true, true, true},
+        {"Deep Water", "Animals of which nobody knew until a lamp sank to them.",
+         QELTV_GENRE_SCIENCE, 45, 0, 0, true, false, true},
+        {"How It Holds", "Bridges, glue and knots: why things do not fall apart.",
+         QELTV_GENRE_SCIENCE, 30, 0, 0, true, false, true},
+        {"Roots of Cities", "What lies under the pavement of an old town.", QELTV_GENRE_SCIENCE, 45,
          0, 0, true, false, true},
-        {"How It Holds", "Bridges, glue and knots: why things do not fall apart.", kGenreScience,
-         30, 0, 0, true, false, true},
-        {"Roots of Cities", "What lies under the pavement of an old town.", kGenreScience, 45, 0, 0,
-         true, false, true},
-        {"The Painter's Eye", "One picture, one hour, and everything that is in it.", kGenreArts,
-         60, 0, 0, false, false, true},
-        {"Kitchen of the Alps", "Recipes from four valleys and one very old stove.", kGenreLeisure,
-         30, 0, 0, true, false, true},
-        {"Green Thumb", "What the garden needs this month, and what it does not.", kGenreLeisure,
-         30, 0, 0, true, false, true},
-        {"By Night Train", "From one end of the continent to the other, asleep.", kGenreLeisure, 45,
-         0, 0, true, false, true},
-        {"Concert from the Dome", "The radio orchestra plays the Sixth.", kGenreMusic, 90, 0, 0,
-         false, false, true},
+        {"The Painter's Eye", "One picture, one hour, and everything that is in it.",
+         QELTV_GENRE_ARTS, 60, 0, 0, false, false, true},
+        {"Kitchen of the Alps", "Recipes from four valleys and one very old stove.",
+         QELTV_GENRE_LEISURE, 30, 0, 0, true, false, true},
+        {"Green Thumb", "What the garden needs this month, and what it does not.",
+         QELTV_GENRE_LEISURE, 30, 0, 0, true, false, true},
+        {"By Night Train", "From one end of the continent to the other, asleep.",
+         QELTV_GENRE_LEISURE, 45, 0, 0, true, false, true},
+        {"Concert from the Dome", "The radio orchestra plays the Sixth.", QELTV_GENRE_MUSIC, 90, 0,
+         0, false, false, true},
 };
 
 constexpr Programme kRadio[] = {
-        {"News on the Hour", "The news, and the weather for the region.", kGenreNews, 15, 0, 0,
-         false, false, false},
-        {"Breakfast Radio", "Music and talk until the coffee works.", kGenreMusic, 120, 0, 0, true,
-         false, false},
-        {"The Record Shelf", "Listeners bring the record of their life.", kGenreMusic, 60, 0, 0,
+        {"News on the Hour", "The news, and the weather for the region.", QELTV_GENRE_NEWS, 15, 0,
+         0, false, false, false},
+        {"Breakfast Radio", "Music and talk until the coffee works.", QELTV_GENRE_MUSIC, 120, 0, 0,
          true, false, false},
-        {"Evening Concert", "Recorded in the concert house last season.", kGenreMusic, 105, 0, 0,
-         false, false, false},
-        {"The Radio Play", "A voice on the telephone, and it is one's own.", kGenreArts, 60, 12,
-         kViolence, false, false, true},
-        {"Question Time", "Experts answer what listeners want to know.", kGenreSociety, 45, 0, 0,
-         true, false, false},
-        {"Night Line", "Slow music, few words.", kGenreMusic, 120, 0, 0, false, false, false},
+        {"The Record Shelf", "Listeners bring the record of their life.", QELTV_GENRE_MUSIC, 60, 0,
+         0, true, false, false},
+        {"Evening Concert", "Recorded in the concert house last season.", QELTV_GENRE_MUSIC, 105, 0,
+         0, false, false, false},
+        {"The Radio Play", "A voice on the telephone, and it is one's own.", QELTV_GENRE_ARTS, 60,
+         12, kViolence, false, false, true},
+        {"Question Time", "Experts answer what listeners want to know.", QELTV_GENRE_SOCIETY, 45, 0,
+         0, true, false, false},
+        {"Night Line", "Slow music, few words.", QELTV_GENRE_MUSIC, 120, 0, 0, false, false, false},
 };
 
 constexpr size_t kTelevisionCount = sizeof(kTelevision) / sizeof(kTelevision[0]);
@@ -181,16 +179,16 @@ std::vector<Event> scheduleOf(uint32_t channelId, ServiceType type, bool scrambl
         event.genre = programme->genre;
         event.programme = radio ? kTelevisionCount + index : index;
         event.rating = {programme->age, programme->rated,
-                        programme->genre == kGenreFilm && !programme->series, programme->children,
-                        programme->content};
+                        programme->genre == QELTV_GENRE_FILM && !programme->series,
+                        programme->children, programme->content};
         if (programme->series) {
             event.series = static_cast<uint16_t>(event.programme + 1);
             event.episode = static_cast<uint16_t>(1 + random.below(240));
         }
-        if (!radio && traits % 3 != 0) event.flags |= kEventSubtitles;
-        if (!radio && (traits >> 8) % 2 != 0) event.flags |= kEventHd;
-        if (!radio && (traits >> 16) % 6 == 0) event.flags |= kEventAudioDescription;
-        if (scrambled) event.flags |= kEventScrambled;
+        if (!radio && traits % 3 != 0) event.flags |= QELTV_EVENT_SUBTITLES;
+        if (!radio && (traits >> 8) % 2 != 0) event.flags |= QELTV_EVENT_HD;
+        if (!radio && (traits >> 16) % 6 == 0) event.flags |= QELTV_EVENT_AUDIO_DESCRIPTION;
+        if (scrambled) event.flags |= QELTV_EVENT_SCRAMBLED;
         events.push_back(event);
         minute += length;
     }
@@ -211,9 +209,9 @@ std::string extendedOf(const Event& event) {
     const Programme& programme = programmeOf(event);
     std::string text = std::string(programme.title) + " (" + nameOfGenre(event.genre) + ", " +
                        std::to_string(event.duration / 60) + " minutes). " + detailsOf(event);
-    if ((event.flags & kEventSubtitles) != 0) text += " With subtitles.";
-    if ((event.flags & kEventAudioDescription) != 0) text += " With audio description.";
-    if ((event.flags & kEventHd) != 0) text += " In high definition.";
+    if ((event.flags & QELTV_EVENT_SUBTITLES) != 0) text += " With subtitles.";
+    if ((event.flags & QELTV_EVENT_AUDIO_DESCRIPTION) != 0) text += " With audio description.";
+    if ((event.flags & QELTV_EVENT_HD) != 0) text += " In high definition.";
     return text;
 }
 
@@ -273,11 +271,11 @@ void Guide::show(uint32_t path, uint32_t channelId) {
 }
 
 int64_t Guide::begin() const {
-    return (dayOf(mClock.now()) - kGuideDaysBack) * kDay;
+    return (dayOf(mClock.now()) - QELTV_GUIDE_DAYS_BACK) * kDay;
 }
 
 int64_t Guide::end() const {
-    return (dayOf(mClock.now()) + kGuideDaysAhead + 1) * kDay;
+    return (dayOf(mClock.now()) + QELTV_GUIDE_DAYS_AHEAD + 1) * kDay;
 }
 
 std::vector<Event> Guide::range(const Channel& channel, int64_t from, int64_t to) const {
@@ -337,7 +335,7 @@ std::vector<Event> Guide::episodes(const Event& event) const {
 
 std::vector<Event> Guide::search(const Filter& filter, size_t limit) const {
     std::vector<Channel> channels;
-    if (filter.channelId != kEveryChannel) {
+    if (filter.channelId != QELTV_EVERY_CHANNEL) {
         if (const auto channel = mChannels.byChannelId(filter.channelId)) {
             channels.push_back(*channel);
         }
@@ -379,8 +377,8 @@ bool Guide::passes(const Event& event) const {
     if (event.duration < parameters.shortest) return false;
     if (parameters.longest != 0 && event.duration > parameters.longest) return false;
     if (parameters.genres != 0 && (parameters.genres >> event.genre & 1) == 0) return false;
-    if (parameters.subtitles && (event.flags & kEventSubtitles) == 0) return false;
-    if (parameters.hd && (event.flags & kEventHd) == 0) return false;
+    if (parameters.subtitles && (event.flags & QELTV_EVENT_SUBTITLES) == 0) return false;
+    if (parameters.hd && (event.flags & QELTV_EVENT_HD) == 0) return false;
     if (parameters.toCome && event.end() <= mClock.now()) return false;
     return !parameters.unblocked || !blocked(event);
 }
@@ -401,15 +399,16 @@ void Guide::unlock() {
 }
 
 void Guide::blockingChanged() {
-    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, kBlockingChanged, {0});
+    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, QELTV_EVENT_BLOCKING_CHANGED,
+                    {0});
     callListener();
 }
 
 uint16_t Guide::flagsOf(const Event& event) const {
     uint16_t flags = event.flags;
     const int64_t now = mClock.now();
-    if (event.start <= now && now < event.end()) flags |= kEventPresent;
-    if (blocked(event)) flags |= kEventBlocked;
+    if (event.start <= now && now < event.end()) flags |= QELTV_EVENT_PRESENT;
+    if (blocked(event)) flags |= QELTV_EVENT_BLOCKED;
     return flags;
 }
 
@@ -422,7 +421,7 @@ int32_t Guide::setWindow(Window window) {
         std::lock_guard<std::mutex> guard(mLock);
         mWindow = window;
     }
-    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, kWindowChanged,
+    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, QELTV_EVENT_WINDOW_CHANGED,
                     {window.channels.size(), window.start, window.end});
     refresh();
     return kOk;
@@ -448,7 +447,7 @@ void Guide::arm(bool told) {
     const int64_t now = nowMs / 1000;
     int64_t last = 0;
     std::vector<uint32_t> channels;
-    std::array<uint32_t, kPaths> shown{};
+    std::array<uint32_t, QELTV_PATHS> shown{};
     {
         std::lock_guard<std::mutex> guard(mLock);
         last = mLastLook;
@@ -468,8 +467,8 @@ void Guide::arm(bool told) {
         next = std::min(next, event->end());
         if (told && event->start > last) tell(channelId);
         if (told && event->start > last && current && channelId == current->channelId) {
-            mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_banner_callback, kBannerChanged,
-                            {kBannerSimple, int64_t{-1}});
+            mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_banner_callback,
+                            QELTV_BANNER_CHANGED, {QELTV_BANNER_SIMPLE, int64_t{-1}});
         }
     }
     for (const uint32_t channelId : shown) {
@@ -482,7 +481,7 @@ void Guide::arm(bool told) {
 void Guide::tell(uint32_t channelId) const {
     const auto now = present(channelId);
     const auto then = following(channelId);
-    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, kPresentChanged,
+    mNotifier.event(&Notifier::Callback::a_hidl_event_update_nfy_fct, QELTV_EVENT_PRESENT_CHANGED,
                     {channelId, now ? now->id : 0u, then ? then->id : 0u});
 }
 
@@ -495,10 +494,10 @@ int32_t AtscGuide::load(uint32_t channelId, int64_t start, int32_t seconds,
     if (!mChannels.byChannelId(channelId)) return kNotFound;
     if (seconds <= 0 || start < 0 || start > INT64_MAX - seconds) return kBadValue;
     auto events = mGuide.range(channelId, start, start + seconds);
-    if (events.size() > kAtscListMaximum) events.resize(kAtscListMaximum);
+    if (events.size() > QELTV_ATSC_LIST_MAXIMUM) events.resize(QELTV_ATSC_LIST_MAXIMUM);
     {
         std::lock_guard<std::mutex> guard(mLock);
-        if (mLoaded.size() + events.size() > kAtscLoadedMaximum) return kRefused;
+        if (mLoaded.size() + events.size() > QELTV_ATSC_LOADED_MAXIMUM) return kRefused;
         for (const Event& event : events) {
             while (mLoaded.count(mNext) != 0) mNext = mNext == INT32_MAX ? 1 : mNext + 1;
             mLoaded[mNext] = event;
@@ -524,12 +523,12 @@ int32_t AtscGuide::free(int32_t id) {
 }
 
 int64_t AtscGuide::firstBegin() const {
-    return mClock.now() / kEitSeconds * kEitSeconds;
+    return mClock.now() / QELTV_EIT_SECONDS * QELTV_EIT_SECONDS;
 }
 
 std::vector<Event> AtscGuide::eventsOf(uint32_t channelId, int32_t table) const {
-    const int64_t begin = firstBegin() + int64_t{table} * kEitSeconds;
-    std::vector<Event> events = mGuide.range(channelId, begin, begin + kEitSeconds);
+    const int64_t begin = firstBegin() + int64_t{table} * QELTV_EIT_SECONDS;
+    std::vector<Event> events = mGuide.range(channelId, begin, begin + QELTV_EIT_SECONDS);
     if (table != 0 && !events.empty() && events.front().start < begin) {
         events.erase(events.begin());
     }
@@ -537,7 +536,7 @@ std::vector<Event> AtscGuide::eventsOf(uint32_t channelId, int32_t table) const 
 }
 
 int32_t AtscGuide::loadTable(uint32_t channelId, int32_t table, uint32_t* count) {
-    if (table < 0 || table >= kEitTables) return kBadValue;
+    if (table < 0 || table >= QELTV_EIT_TABLES) return kBadValue;
     if (!mChannels.byChannelId(channelId)) return kNotFound;
     const auto events = eventsOf(channelId, table);
     *count = static_cast<uint32_t>(events.size());
@@ -570,7 +569,7 @@ int32_t AtscGuide::find(int32_t table, int32_t index, Event* event) const {
 
 int32_t AtscGuide::status(uint32_t channelId, int32_t tables, std::vector<uint32_t>* states,
                           int32_t* status) const {
-    if (tables < 1 || tables > kEitTables) return kBadValue;
+    if (tables < 1 || tables > QELTV_EIT_TABLES) return kBadValue;
     if (!mChannels.byChannelId(channelId)) return kNotFound;
     int32_t loaded = 0;
     for (int32_t table = 0; table < tables; ++table) {
@@ -578,24 +577,24 @@ int32_t AtscGuide::status(uint32_t channelId, int32_t tables, std::vector<uint32
         std::lock_guard<std::mutex> guard(mLock);
         const auto found = mTables.find(table);
         if (found != mTables.end() && found->second.channelId == channelId) {
-            state = static_cast<uint32_t>(found->second.events.size()) | kEitLoaded;
+            state = static_cast<uint32_t>(found->second.events.size()) | QELTV_EIT_LOADED;
             ++loaded;
         }
         states->push_back(state);
     }
-    *status = loaded == 0 ? kEitNone : loaded == tables ? kEitAll : kEitPart;
+    *status = loaded == 0 ? QELTV_EIT_NONE : loaded == tables ? QELTV_EIT_ALL : QELTV_EIT_PART;
     return kOk;
 }
 
 int32_t AtscGuide::tableOf(const Event& event) const {
     const int64_t begin = firstBegin();
     if (event.start < begin) return 0;
-    const int64_t table = (event.start - begin) / kEitSeconds;
-    return static_cast<int32_t>(std::min<int64_t>(table, kEitTables));
+    const int64_t table = (event.start - begin) / QELTV_EIT_SECONDS;
+    return static_cast<int32_t>(std::min<int64_t>(table, QELTV_EIT_TABLES));
 }
 
 void AtscGuide::tell(uint32_t channelId, size_t count, int32_t table) const {
-    mNotifier.event(&Notifier::Callback::a_hidl_event_event_atsc_nfy_fct, kAtscLoaded,
+    mNotifier.event(&Notifier::Callback::a_hidl_event_event_atsc_nfy_fct, QELTV_ATSC_LOADED,
                     {channelId, count, int64_t{table}});
 }
 

@@ -27,7 +27,7 @@ struct Event {
     int64_t start = 0;
     uint32_t duration = 0;
     uint8_t genre = 0;
-    /** layouts::EventFlag, but for those that the moment decides. */
+    /** QELTV_EVENT_FLAG, but for those that the moment decides. */
     uint16_t flags = 0;
     uint16_t series = 0;
     uint16_t episode = 0;
@@ -76,7 +76,7 @@ class Guide {
     std::vector<Event> episodes(const Event& event) const;
 
     struct Filter {
-        uint32_t channelId = layouts::kEveryChannel;
+        uint32_t channelId = QELTV_EVERY_CHANNEL;
         int64_t from = 0;
         int64_t to = 0;
         std::string text;
@@ -140,7 +140,7 @@ class Guide {
 
     mutable std::mutex mLock;
     // Guarded by mLock.
-    std::array<uint32_t, layouts::kPaths> mShown{};
+    std::array<uint32_t, QELTV_PATHS> mShown{};
     Parameters mParameters;
     Window mWindow;
     std::optional<int64_t> mUnlocked;

@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "Code.h"
 #include "Guarded.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -35,10 +35,10 @@ std::string hashOf(const std::string& pin) {
 
 /** What the wrong tries so far cost. */
 std::chrono::milliseconds delayAfter(int64_t wrong) {
-    const int64_t charged = wrong - layouts::kPinFreeTries;
+    const int64_t charged = wrong - QELTV_PIN_FREE_TRIES;
     if (charged <= 0) return std::chrono::milliseconds(0);
     const int64_t doubled = int64_t{1000} << std::min<int64_t>(charged - 1, 30);
-    return std::chrono::milliseconds(std::min(doubled, layouts::kPinLongestDelayMs));
+    return std::chrono::milliseconds(std::min<int64_t>(doubled, QELTV_PIN_LONGEST_DELAY_MS));
 }
 
 }  // namespace
@@ -47,7 +47,7 @@ PinLock::PinLock(Store& store, Notifier& notifier) : mSettings(store), mNotifier
     if (sodium_init() < 0) throw std::runtime_error("no randomness for the PIN");
     mHash = mSettings.text(kHashSetting);
     if (mHash.empty()) {
-        mHash = hashOf(layouts::kFactoryPin);
+        mHash = hashOf(QELTV_PIN_FACTORY);
         mSettings.set(kHashSetting, mHash);
     }
     mWrong = mSettings.number(kWrongSetting, 0);
@@ -59,21 +59,21 @@ void PinLock::addListener(std::function<void()> listener) {
 }
 
 int32_t PinLock::check(const std::string& pin) {
-    if (!wellFormed(pin)) return layouts::kPinMalformed;
+    if (!wellFormed(pin)) return QELTV_PIN_MALFORMED;
     bool right = false;
     {
         // Held while hashing: one try at a time, however many ask at once.
         std::lock_guard<std::mutex> guard(mLock);
         if (delayLeftMs(Alarm::Clock::now()) > 0) {
-            tell(layouts::kPinRefused);
-            return layouts::kPinLocked;
+            tell(QELTV_PIN_EVENT_REFUSED);
+            return QELTV_PIN_LOCKED;
         }
         // Counted as wrong before it is judged: a crash in between gives no free try.
         const int32_t counted = stored([&] {
             mSettings.set(kWrongSetting, mWrong + 1);
             return kOk;
         });
-        if (counted != kOk) return layouts::kPinFailed;
+        if (counted != kOk) return QELTV_PIN_FAILED;
         right = crypto_pwhash_str_verify(mHash.c_str(), pin.data(), pin.size()) == 0;
         const auto now = Alarm::Clock::now();
         if (right) {
@@ -87,11 +87,11 @@ int32_t PinLock::check(const std::string& pin) {
             ++mWrong;
             mUnlocked = now + delayAfter(mWrong);
         }
-        tell(right ? layouts::kPinAccepted : layouts::kPinRejected);
+        tell(right ? QELTV_PIN_EVENT_ACCEPTED : QELTV_PIN_EVENT_REJECTED);
     }
-    if (!right) return layouts::kPinWrong;
+    if (!right) return QELTV_PIN_WRONG;
     callAll("following the PIN", mListeners);
-    return layouts::kPinRight;
+    return QELTV_PIN_RIGHT;
 }
 
 int32_t PinLock::change(const std::string& pin) {
@@ -103,14 +103,14 @@ int32_t PinLock::change(const std::string& pin) {
         mSettings.set(kHashSetting, hash);
         mHash = hash;
         mMayChangeUntil = {};
-        tell(layouts::kPinChanged);
+        tell(QELTV_PIN_EVENT_CHANGED);
         return kOk;
     });
 }
 
 int32_t PinLock::show() {
     std::lock_guard<std::mutex> guard(mLock);
-    tell(layouts::kPinShow);
+    tell(QELTV_PIN_EVENT_SHOW);
     return kOk;
 }
 

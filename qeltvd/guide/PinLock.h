@@ -25,7 +25,7 @@ class PinLock {
     /** Called after each right PIN; before serving only. */
     void addListener(std::function<void()> listener);
 
-    /** A layouts::PinAnswer. */
+    /** A QELTV_PIN_ANSWER. */
     int32_t check(const std::string& pin);
     /** A new PIN, within a minute of a right one. Gives a code. */
     int32_t change(const std::string& pin);

@@ -5,13 +5,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Code.h"
 #include "Guarded.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -27,13 +25,13 @@ struct Known {
 };
 
 constexpr Known kKnown[Ratings::kSettings] = {
-        {"rating.us_movie", kMovieX},
-        {"rating.canada_english", kEnglish18},
-        {"rating.canada_french", kFrench18},
+        {"rating.us_movie", QELTV_US_MOVIE_X},
+        {"rating.canada_english", QELTV_CANADA_ENGLISH_18},
+        {"rating.canada_french", QELTV_CANADA_FRENCH_18},
         {"rating.block_unrated", 1},
-        {"rating.isdb_content", kIsdbContentMask},
-        {"rating.isdb_age", kAgeMaximum},
-        {kAgeItem, kAgeMaximum},
+        {"rating.isdb_content", QELTV_ISDB_CONTENT_MASK},
+        {"rating.isdb_age", QELTV_AGE_MAXIMUM},
+        {kAgeItem, QELTV_AGE_MAXIMUM},
         {kLockItem, 1},
 };
 
@@ -46,57 +44,58 @@ constexpr const char* kContentWords[] = {"suggestive dialogue", "coarse language
                                          "sexual situations", "violence"};
 
 /** Each with its own version, dimensions and levels; received when storing is switched on. */
-constexpr OpenVchipTable kTable = {
-        kOpenVchipRegion,
+constexpr QELTV_OPEN_VCHIP_TABLE_T kTable = {
+        QELTV_OPEN_VCHIP_REGION,
         1,
-        kOpenVchipDimensions,
+        QELTV_OPEN_VCHIP_DIMENSIONS,
         0,
         "Reference region",
-        {{kOpenVchipLevels, 1, "Age"}, {4, 1, "Violence"}, {4, 0, "Language"}},
+        {{QELTV_OPEN_VCHIP_LEVELS, 1, "Age"}, {4, 1, "Violence"}, {4, 0, "Language"}},
 };
 
 uint8_t usTvLevel(const Rating& rating) {
-    if (rating.children) return rating.age >= 7 ? kTvY7 : kTvY;
-    if (rating.age >= 17) return kTvMa;
-    if (rating.age >= 13) return kTv14;
-    return rating.age >= 7 ? kTvPg : kTvG;
+    if (rating.children) return rating.age >= 7 ? QELTV_US_TV_Y7 : QELTV_US_TV_Y;
+    if (rating.age >= 17) return QELTV_US_TV_MA;
+    if (rating.age >= 13) return QELTV_US_TV_14;
+    return rating.age >= 7 ? QELTV_US_TV_PG : QELTV_US_TV_G;
 }
 
 uint8_t movieLevel(uint8_t age) {
-    if (age >= 18) return kMovieNc17;
-    if (age >= 16) return kMovieR;
-    if (age >= 13) return kMoviePg13;
-    return age >= 7 ? kMoviePg : kMovieG;
+    if (age >= 18) return QELTV_US_MOVIE_NC_17;
+    if (age >= 16) return QELTV_US_MOVIE_R;
+    if (age >= 13) return QELTV_US_MOVIE_PG_13;
+    return age >= 7 ? QELTV_US_MOVIE_PG : QELTV_US_MOVIE_G;
 }
 
 uint8_t englishLevel(const Rating& rating) {
-    if (rating.children) return rating.age >= 8 ? kEnglishC8 : kEnglishC;
-    if (rating.age >= 18) return kEnglish18;
-    if (rating.age >= 14) return kEnglish14;
-    return rating.age >= 8 ? kEnglishPg : kEnglishG;
+    if (rating.children) return rating.age >= 8 ? QELTV_CANADA_ENGLISH_C8 : QELTV_CANADA_ENGLISH_C;
+    if (rating.age >= 18) return QELTV_CANADA_ENGLISH_18;
+    if (rating.age >= 14) return QELTV_CANADA_ENGLISH_14;
+    return rating.age >= 8 ? QELTV_CANADA_ENGLISH_PG : QELTV_CANADA_ENGLISH_G;
 }
 
 uint8_t frenchLevel(uint8_t age) {
-    if (age >= 18) return kFrench18;
-    if (age >= 16) return kFrench16;
-    if (age >= 13) return kFrench13;
-    return age >= 8 ? kFrench8 : kFrenchG;
+    if (age >= 18) return QELTV_CANADA_FRENCH_18;
+    if (age >= 16) return QELTV_CANADA_FRENCH_16;
+    if (age >= 13) return QELTV_CANADA_FRENCH_13;
+    return age >= 8 ? QELTV_CANADA_FRENCH_8 : QELTV_CANADA_FRENCH_G;
 }
 
 /** Flag of a content bit of a television rating; none where the rating does not have it. */
 int contentFlag(uint8_t level, unsigned bit) {
-    constexpr int kFlags[][4] = {{kTvPgD, kTvPgL, kTvPgS, kTvPgV},
-                                 {kTv14D, kTv14L, kTv14S, kTv14V},
-                                 {-1, kTvMaL, kTvMaS, kTvMaV}};
-    if (level == kTvY7) return bit == 3 ? kTvY7Fv : -1;
-    return level >= kTvPg ? kFlags[level - kTvPg][bit] : -1;
+    constexpr int kFlags[][4] = {
+            {QELTV_US_TV_PG_D, QELTV_US_TV_PG_L, QELTV_US_TV_PG_S, QELTV_US_TV_PG_V},
+            {QELTV_US_TV_14_D, QELTV_US_TV_14_L, QELTV_US_TV_14_S, QELTV_US_TV_14_V},
+            {-1, QELTV_US_TV_MA_L, QELTV_US_TV_MA_S, QELTV_US_TV_MA_V}};
+    if (level == QELTV_US_TV_Y7) return bit == 3 ? QELTV_US_TV_Y7_FV : -1;
+    return level >= QELTV_US_TV_PG ? kFlags[level - QELTV_US_TV_PG][bit] : -1;
 }
 
 bool usTvBlocks(const Ratings::UsTv& flags, const Rating& rating) {
     const uint8_t level = usTvLevel(rating);
     if (flags[level] != 0) return true;
-    if (flags[kTvUpwards] != 0) {
-        const uint8_t lowest = rating.children ? kTvY : kTvG;
+    if (flags[QELTV_US_TV_UPWARDS] != 0) {
+        const uint8_t lowest = rating.children ? QELTV_US_TV_Y : QELTV_US_TV_G;
         for (uint8_t below = lowest; below < level; ++below) {
             if (flags[below] != 0) return true;
         }
@@ -125,7 +124,7 @@ std::string contentText(uint8_t content) {
 }
 
 std::string letters(uint8_t level, uint8_t content) {
-    if (level == kTvY7) return (content & 8) != 0 ? "-FV" : "";
+    if (level == QELTV_US_TV_Y7) return (content & 8) != 0 ? "-FV" : "";
     std::string text;
     for (unsigned bit = 0; bit < 4; ++bit) {
         if ((content >> bit & 1) != 0 && contentFlag(level, bit) >= 0) text += kContentLetters[bit];
@@ -140,7 +139,7 @@ std::string label(const char* const (&labels)[N], size_t index) {
 
 /** Label of a US rating: dimensions 0 to 6 television, 7 films. */
 std::string usLabel(const std::vector<uint8_t>& values, std::string* description) {
-    uint8_t level = kTvG, content = 0;
+    uint8_t level = QELTV_US_TV_G, content = 0;
     bool television = false;
     std::string movie;
     for (size_t i = 0; i + 1 < values.size(); i += 2) {
@@ -150,7 +149,7 @@ std::string usLabel(const std::vector<uint8_t>& values, std::string* description
             case 0:
                 // 1 is "none".
                 if (value >= 2 && value <= 5) {
-                    level = static_cast<uint8_t>(kTvG + value - 2);
+                    level = static_cast<uint8_t>(QELTV_US_TV_G + value - 2);
                     television = true;
                 }
                 break;
@@ -161,7 +160,7 @@ std::string usLabel(const std::vector<uint8_t>& values, std::string* description
                 content |= static_cast<uint8_t>(1 << (dimension - 1));
                 break;
             case 5:
-                level = value >= 2 ? kTvY7 : kTvY;
+                level = value >= 2 ? QELTV_US_TV_Y7 : QELTV_US_TV_Y;
                 television = true;
                 break;
             case 6:
@@ -229,7 +228,7 @@ uint8_t Ratings::get(Setting setting) const {
 
 int32_t Ratings::set(Setting setting, uint8_t value) {
     const bool age = setting == kIsdbAge || setting == kDvbAge;
-    if (value > kKnown[setting].maximum || (age && value > 0 && value < kAgeMinimum)) {
+    if (value > kKnown[setting].maximum || (age && value > 0 && value < QELTV_AGE_MINIMUM)) {
         return kBadValue;
     }
     if (setting == kDvbAge || setting == kEnable) {
@@ -262,8 +261,10 @@ int32_t Ratings::setUsTv(const UsTv& flags) {
 
 uint8_t Ratings::childGroup() const {
     const UsTv flags = usTv();
-    if (flags[kTvY] != 0 && (flags[kTvY7] != 0 || flags[kTvUpwards] != 0)) return kChildAll;
-    return flags[kTvY7] != 0 ? kChildY7 : kChildNone;
+    if (flags[QELTV_US_TV_Y] != 0 &&
+        (flags[QELTV_US_TV_Y7] != 0 || flags[QELTV_US_TV_UPWARDS] != 0))
+        return QELTV_CHILD_ALL;
+    return flags[QELTV_US_TV_Y7] != 0 ? QELTV_CHILD_Y7 : QELTV_CHILD_NONE;
 }
 
 int32_t Ratings::store(bool on) {
@@ -271,7 +272,8 @@ int32_t Ratings::store(bool on) {
     const bool there = vchipAvailable();
     const int32_t code = stored([&] {
         if (on && !there) {
-            mSettings.set(kVchipSetting, Store::Blob(kOpenVchipDimensions * kOpenVchipLevels));
+            mSettings.set(kVchipSetting,
+                          Store::Blob(QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS));
         } else if (!on) {
             mSettings.remove(kVchipSetting);
         }
@@ -279,36 +281,38 @@ int32_t Ratings::store(bool on) {
     });
     if (code == kOk && on != there) {
         mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_rating_op_vchip_callback_fct,
-                        on ? kVchipReceived : kVchipRemoved,
+                        on ? QELTV_OPEN_VCHIP_RECEIVED : QELTV_OPEN_VCHIP_REMOVED,
                         {kTable.region, kTable.version, kTable.dimensions});
     }
     return code;
 }
 
 bool Ratings::vchipAvailable() const {
-    return mSettings.bytes(kVchipSetting).size() == kOpenVchipDimensions * kOpenVchipLevels;
+    return mSettings.bytes(kVchipSetting).size() ==
+           QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS;
 }
 
-OpenVchipTable Ratings::vchipTable() const {
-    return vchipAvailable() ? kTable : OpenVchipTable{};
+QELTV_OPEN_VCHIP_TABLE_T Ratings::vchipTable() const {
+    return vchipAvailable() ? kTable : QELTV_OPEN_VCHIP_TABLE_T{};
 }
 
 int32_t Ratings::vchip(uint8_t region, uint8_t dimension, uint8_t* levels, Levels* blocked) const {
     const Store::Blob all = mSettings.bytes(kVchipSetting);
-    if (all.size() != kOpenVchipDimensions * kOpenVchipLevels || region != kTable.region ||
-        dimension >= kTable.dimensions) {
+    if (all.size() != QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS ||
+        region != kTable.region || dimension >= kTable.dimensions) {
         return kNotFound;
     }
     *levels = kTable.dimension[dimension].levels;
-    std::copy_n(all.begin() + dimension * kOpenVchipLevels, kOpenVchipLevels, blocked->begin());
+    std::copy_n(all.begin() + dimension * QELTV_OPEN_VCHIP_LEVELS, QELTV_OPEN_VCHIP_LEVELS,
+                blocked->begin());
     return kOk;
 }
 
 int32_t Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& blocked) {
     std::lock_guard<std::mutex> guard(mLock);
     Store::Blob all = mSettings.bytes(kVchipSetting);
-    if (all.size() != kOpenVchipDimensions * kOpenVchipLevels || region != kTable.region ||
-        dimension >= kTable.dimensions) {
+    if (all.size() != QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS ||
+        region != kTable.region || dimension >= kTable.dimensions) {
         return kNotFound;
     }
     for (size_t level = 0; level < blocked.size(); ++level) {
@@ -317,7 +321,8 @@ int32_t Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& block
             return kBadValue;
         }
     }
-    std::copy_n(blocked.begin(), kOpenVchipLevels, all.begin() + dimension * kOpenVchipLevels);
+    std::copy_n(blocked.begin(), QELTV_OPEN_VCHIP_LEVELS,
+                all.begin() + dimension * QELTV_OPEN_VCHIP_LEVELS);
     return stored([&] {
         mSettings.set(kVchipSetting, all);
         return int32_t{kOk};
@@ -335,7 +340,7 @@ bool Ratings::blocks(const Rating& rating) const {
     if (get(kEnable) == 0) return false;
     if (!rating.told) {
         return get(kBlockUnrated) != 0 ||
-               (system() == RatingSystem::kUnitedStates && usTv()[kTvNone] != 0);
+               (system() == RatingSystem::kUnitedStates && usTv()[QELTV_US_TV_NONE] != 0);
     }
     const auto atLimit = [](uint8_t level, uint8_t limit) { return limit != 0 && level >= limit; };
     switch (system()) {

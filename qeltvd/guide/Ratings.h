@@ -24,7 +24,7 @@ struct Rating {
     bool film = false;
     /** Made for children, which the US and Canada rate apart. */
     bool children = false;
-    /** Bits: dialogue, language, sex, violence (layouts::UsTvFlag has them in this order). */
+    /** Bits: dialogue, language, sex, violence (QELTV_US_TV_FLAG has them in this order). */
     uint8_t content = 0;
 
     bool operator==(const Rating& o) const {
@@ -71,7 +71,7 @@ class Ratings {
     /** Gives a code. */
     int32_t set(Setting setting, uint8_t value);
 
-    using UsTv = std::array<uint8_t, layouts::kUsTvFlags>;
+    using UsTv = std::array<uint8_t, QELTV_US_TV_FLAGS>;
     UsTv usTv() const;
     int32_t setUsTv(const UsTv& flags);
     uint8_t childGroup() const;
@@ -79,7 +79,7 @@ class Ratings {
     /** Receives the downloadable table, or forgets it with its settings. */
     int32_t store(bool on);
     bool vchipAvailable() const;
-    layouts::OpenVchipTable vchipTable() const;
+    QELTV_OPEN_VCHIP_TABLE_T vchipTable() const;
     using Levels = std::array<uint8_t, 255>;
     /** `levels` gets their number. */
     int32_t vchip(uint8_t region, uint8_t dimension, uint8_t* levels, Levels* blocked) const;

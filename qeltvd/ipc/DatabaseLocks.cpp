@@ -1,7 +1,7 @@
 #include "DatabaseLocks.h"
 
+#include "Code.h"
 #include "Process.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

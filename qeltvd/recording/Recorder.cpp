@@ -16,14 +16,13 @@
 #include <limits>
 #include <random>
 
+#include "Code.h"
 #include "Guarded.h"
 #include "LogText.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using namespace std::chrono_literals;
 using SteadyClock = std::chrono::steady_clock;
 
@@ -70,7 +69,7 @@ bool isDirectory(const std::string& path) {
 }
 
 int64_t period(uint32_t repeat) {
-    return repeat == kDaily ? kDay : repeat == kWeekly ? 7 * kDay : 0;
+    return repeat == QELTV_BOOKING_DAILY ? kDay : repeat == QELTV_BOOKING_WEEKLY ? 7 * kDay : 0;
 }
 
 /** Whether two times overlap that may come again; for the next two weeks. */
@@ -105,9 +104,9 @@ RecordedItem itemOf(const Store::Statement& row) {
 constexpr char kBookingColumns[] =
         "SELECT id, channel, start, seconds, repeat, rate, programme, state, error FROM bookings ";
 
-ScheduleRecord bookingOf(const Store::Statement& row) {
+QELTV_SCHEDULE_RECORD_T bookingOf(const Store::Statement& row) {
     const auto word = [&](int column) { return static_cast<uint32_t>(row.integer(column)); };
-    ScheduleRecord record{};
+    QELTV_SCHEDULE_RECORD_T record{};
     record.booking = word(0);
     record.channel = word(1);
     record.start = row.integer(2);
@@ -145,7 +144,7 @@ struct Recorder::Recording {
     uint32_t disk = 0;
     /** Bytes per second; 0 for the disk's. */
     uint32_t rate = 0;
-    int32_t mode = kModeEndless;
+    int32_t mode = QELTV_RECORDING_MODE_ENDLESS;
     int64_t modeValue = 0;
     std::string name;
     std::string programme;
@@ -153,8 +152,8 @@ struct Recorder::Recording {
     uint32_t retention = 0;
     int64_t booking = 0;
 
-    int32_t status = kRecordingOpened;
-    int32_t error = kErrorNone;
+    int32_t status = QELTV_RECORDING_OPENED;
+    int32_t error = QELTV_RECORDING_ERROR_NONE;
     uint32_t reason = 0;
     int64_t item = 0;
     int fd = -1;
@@ -227,7 +226,7 @@ Recorder::Recorder(Store& store, Settings& settings, Notifier& notifier,
         for (const auto& disk : mDisks) disk->present = static_cast<bool>(openDisk(disk->path));
         recover();
         Store::Statement(mStore, "UPDATE bookings SET state = 0 WHERE state = ?")
-                .bind(int64_t{kBookingRuns})
+                .bind(int64_t{QELTV_BOOKING_RUNS})
                 .run();
         return kOk;
     });
@@ -242,7 +241,8 @@ Recorder::~Recorder() {
     mWake.notify_one();
     mThread.join();
     for (const auto& [handle, recording] : mOpen) {
-        if (recording->status == kRecordingRuns) finish(*recording, kStopStandby, kErrorNone);
+        if (recording->status == QELTV_RECORDING_RUNS)
+            finish(*recording, QELTV_STOP_STANDBY, QELTV_RECORDING_ERROR_NONE);
     }
 }
 
@@ -306,7 +306,7 @@ void Recorder::recoverRecordings() {
         Store::Statement(mStore,
                          "UPDATE recordings SET stop_reason = ?, bytes = ?, seconds = ?"
                          " WHERE id = ?")
-                .bind(int64_t{kStopPowerLost})
+                .bind(int64_t{QELTV_STOP_POWER_LOST})
                 .bind(whole)
                 .bind(whole / std::max<int64_t>(1, cut.rate))
                 .bind(cut.id)
@@ -353,8 +353,9 @@ void Recorder::run() {
 SteadyClock::time_point Recorder::nextWake() const {
     auto wake = SteadyClock::now() + 1h;
     for (const auto& [handle, recording] : mOpen) {
-        if (recording->status == kRecordingRuns) wake = std::min(wake, SteadyClock::now() + kTurn);
-        if (recording->status == kRecordingStopping) wake = std::min(wake, mRetry);
+        if (recording->status == QELTV_RECORDING_RUNS)
+            wake = std::min(wake, SteadyClock::now() + kTurn);
+        if (recording->status == QELTV_RECORDING_STOPPING) wake = std::min(wake, mRetry);
     }
     // Clock and channels are asked outside of the store: they may wait for it themselves.
     const int64_t now = mClock.now();
@@ -384,19 +385,20 @@ void Recorder::clockChanged() {
 void Recorder::writeDue() {
     for (const auto& [handle, recording] : Handles(mOpen)) {
         Recording& r = *recording;
-        if (r.status == kRecordingStopping && SteadyClock::now() >= mRetry) store(r);
-        if (r.status != kRecordingRuns) continue;
+        if (r.status == QELTV_RECORDING_STOPPING && SteadyClock::now() >= mRetry) store(r);
+        if (r.status != QELTV_RECORDING_RUNS) continue;
         Disk* const disk = this->disk(r.disk);
         if (disk == nullptr || !disk->present) {
-            finish(r, kStopDisk, kErrorDiskGone);
+            finish(r, QELTV_STOP_DISK, QELTV_RECORDING_ERROR_DISK_GONE);
             continue;
         }
         const int64_t elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
                                         SteadyClock::now() - r.started)
                                         .count();
         int64_t due = int64_t{r.rate} * elapsed / 1000;
-        if (r.mode == kModeSeconds) due = std::min(due, int64_t{r.rate} * r.modeValue);
-        if (r.mode == kModeKib) due = std::min(due, r.modeValue * 1024);
+        if (r.mode == QELTV_RECORDING_MODE_SECONDS)
+            due = std::min(due, int64_t{r.rate} * r.modeValue);
+        if (r.mode == QELTV_RECORDING_MODE_KIB) due = std::min(due, r.modeValue * 1024);
         const int64_t wanted = std::min(due - r.written, kTurnLimit) / kPacket * kPacket;
         const int64_t room = wanted > 0 ? makeRoom(*disk, wanted) : 0;
         if (wanted > 0 && !writeOut(r, std::min(wanted, room / kPacket * kPacket))) continue;
@@ -405,10 +407,11 @@ void Recorder::writeDue() {
             r.seconds = elapsed / 1000;
         }
         if (wanted > room) {
-            finish(r, kStopDiskFull, kErrorDiskFull);
-        } else if ((r.mode == kModeSeconds && elapsed >= r.modeValue * 1000) ||
-                   (r.mode == kModeKib && r.modeValue * 1024 - r.written < kPacket)) {
-            finish(r, kStopTime, kErrorNone);
+            finish(r, QELTV_STOP_DISK_FULL, QELTV_RECORDING_ERROR_DISK_FULL);
+        } else if ((r.mode == QELTV_RECORDING_MODE_SECONDS && elapsed >= r.modeValue * 1000) ||
+                   (r.mode == QELTV_RECORDING_MODE_KIB &&
+                    r.modeValue * 1024 - r.written < kPacket)) {
+            finish(r, QELTV_STOP_TIME, QELTV_RECORDING_ERROR_NONE);
         }
     }
 }
@@ -441,7 +444,8 @@ bool Recorder::writeOut(Recording& r, int64_t bytes) {
     if (failure != 0) {
         ALOGE("%s: %s", logText(r.path).c_str(), strerror(failure));
         const bool full = failure == ENOSPC || failure == EDQUOT;
-        finish(r, full ? kStopDiskFull : kStopDisk, full ? kErrorDiskFull : kErrorWrite);
+        finish(r, full ? QELTV_STOP_DISK_FULL : QELTV_STOP_DISK,
+               full ? QELTV_RECORDING_ERROR_DISK_FULL : QELTV_RECORDING_ERROR_WRITE);
         return false;
     }
     std::lock_guard<std::mutex> guard(mLock);
@@ -457,17 +461,17 @@ int32_t Recorder::finish(Recording& r, uint32_t reason, int32_t error) {
         std::lock_guard<std::mutex> guard(mLock);
         r.seconds = std::chrono::duration_cast<std::chrono::seconds>(SteadyClock::now() - r.started)
                             .count();
-        if (error == kErrorDiskFull || r.mode == kModeKib) {
+        if (error == QELTV_RECORDING_ERROR_DISK_FULL || r.mode == QELTV_RECORDING_MODE_KIB) {
             r.seconds = r.written / std::max<int64_t>(1, r.rate);
         }
         r.synced = r.written;
         r.reason = reason;
         r.error = error;
-        r.status = kRecordingStopping;
+        r.status = QELTV_RECORDING_STOPPING;
         if (mCurrent == r.handle) {
             mCurrent = 0;
             for (const auto& [handle, other] : mOpen) {
-                if (other->status == kRecordingRuns) mCurrent = handle;
+                if (other->status == QELTV_RECORDING_RUNS) mCurrent = handle;
             }
         }
     }
@@ -509,14 +513,15 @@ int32_t Recorder::store(Recording& r) {
     }
     {
         std::lock_guard<std::mutex> guard(mLock);
-        r.status = r.error != kErrorNone ? kRecordingFailed : kRecordingStopped;
+        r.status = r.error != QELTV_RECORDING_ERROR_NONE ? QELTV_RECORDING_FAILED
+                                                         : QELTV_RECORDING_STOPPED;
     }
     ALOGI("recording %u has ended, reason %u, %lld bytes", r.handle, r.reason,
           static_cast<long long>(r.written));
-    if (r.error != kErrorNone) {
-        notify(kRecordingFailedEvent, r.handle, static_cast<uint64_t>(r.error));
+    if (r.error != QELTV_RECORDING_ERROR_NONE) {
+        notify(QELTV_RECORDING_FAILED_EVENT, r.handle, static_cast<uint64_t>(r.error));
     }
-    notify(kRecordingStoppedEvent, r.handle, r.reason);
+    notify(QELTV_RECORDING_STOPPED_EVENT, r.handle, r.reason);
     return kOk;
 }
 
@@ -532,9 +537,9 @@ void Recorder::endBooking(int64_t booking, int32_t error, int64_t now) {
                 .bind(int64_t{error})
                 .bind(booking)
                 .run();
-    } else if (error != kErrorNone) {
+    } else if (error != QELTV_RECORDING_ERROR_NONE) {
         Store::Statement(mStore, "UPDATE bookings SET state = ?, error = ? WHERE id = ?")
-                .bind(int64_t{kBookingFailed})
+                .bind(int64_t{QELTV_BOOKING_FAILED})
                 .bind(int64_t{error})
                 .bind(booking)
                 .run();
@@ -545,7 +550,7 @@ void Recorder::endBooking(int64_t booking, int32_t error, int64_t now) {
 
 void Recorder::startBookings() {
     const int64_t now = mClock.now();
-    std::vector<ScheduleRecord> due;
+    std::vector<QELTV_SCHEDULE_RECORD_T> due;
     {
         Store::Statement rows(mStore, (std::string(kBookingColumns) +
                                        "WHERE state = 0 AND start <= ? ORDER BY start, id")
@@ -553,52 +558,54 @@ void Recorder::startBookings() {
         rows.bind(now);
         while (rows.step()) due.push_back(bookingOf(rows));
     }
-    for (const ScheduleRecord& booking : due) {
+    for (const QELTV_SCHEDULE_RECORD_T& booking : due) {
         const bool already = std::any_of(mOpen.begin(), mOpen.end(), [&](const auto& open) {
             return open.second->booking == booking.booking &&
-                   (open.second->status == kRecordingRuns ||
-                    open.second->status == kRecordingStopping);
+                   (open.second->status == QELTV_RECORDING_RUNS ||
+                    open.second->status == QELTV_RECORDING_STOPPING);
         });
         const int64_t left = booking.start + booking.seconds - now;
         if (!already && left <= 0) {
-            if (booking.repeat != kOnce) {
-                endBooking(booking.booking, kErrorNone, now);
+            if (booking.repeat != QELTV_BOOKING_ONCE) {
+                endBooking(booking.booking, QELTV_RECORDING_ERROR_NONE, now);
             } else {
                 Store::Statement(mStore, "UPDATE bookings SET state = ? WHERE id = ?")
-                        .bind(int64_t{kBookingMissed})
+                        .bind(int64_t{QELTV_BOOKING_MISSED})
                         .bind(int64_t{booking.booking})
                         .run();
             }
-            notify(kBookingMissedEvent, booking.booking, 0);
+            notify(QELTV_BOOKING_MISSED_EVENT, booking.booking, 0);
             continue;
         }
-        int32_t error = kErrorNone;
+        int32_t error = QELTV_RECORDING_ERROR_NONE;
         if (!already) {
             const int32_t handle = openLocked(booking.channel);
             const auto recording = find(static_cast<uint32_t>(handle));
             if (recording == nullptr) {
-                error = kErrorNoChannel;
+                error = QELTV_RECORDING_ERROR_NO_CHANNEL;
             } else {
                 recording->programme = textOf(booking.programme);
-                recording->mode = kModeSeconds;
+                recording->mode = QELTV_RECORDING_MODE_SECONDS;
                 recording->modeValue = left;
                 recording->rate = booking.rate * 1024;
                 recording->booking = booking.booking;
                 if (startLocked(*recording) != kOk) {
-                    error = recording->error != kErrorNone ? recording->error : kErrorWrite;
+                    error = recording->error != QELTV_RECORDING_ERROR_NONE
+                                    ? recording->error
+                                    : QELTV_RECORDING_ERROR_WRITE;
                     std::lock_guard<std::mutex> guard(mLock);
                     mOpen.erase(recording->handle);
                 }
             }
         }
-        if (error == kErrorNone) {
+        if (error == QELTV_RECORDING_ERROR_NONE) {
             Store::Statement(mStore, "UPDATE bookings SET state = ?, error = 0 WHERE id = ?")
-                    .bind(int64_t{kBookingRuns})
+                    .bind(int64_t{QELTV_BOOKING_RUNS})
                     .bind(int64_t{booking.booking})
                     .run();
         } else {
             endBooking(booking.booking, error, now);
-            notify(kBookingFailedEvent, booking.booking, static_cast<uint64_t>(error));
+            notify(QELTV_BOOKING_FAILED_EVENT, booking.booking, static_cast<uint64_t>(error));
         }
     }
 }
@@ -621,8 +628,8 @@ int32_t Recorder::openLocked(uint32_t channel) {
     if (mOpen.size() >= kOpenLimit) {
         // Left open by an application that is gone, most likely.
         const auto idle = std::find_if(mOpen.begin(), mOpen.end(), [](const auto& open) {
-            return open.second->status != kRecordingRuns &&
-                   open.second->status != kRecordingStopping;
+            return open.second->status != QELTV_RECORDING_RUNS &&
+                   open.second->status != QELTV_RECORDING_STOPPING;
         });
         if (idle == mOpen.end()) return 0;
         mOpen.erase(idle);
@@ -639,8 +646,9 @@ int32_t Recorder::close(uint32_t handle) {
     Lock operation(mOperation);
     const auto recording = find(handle);
     if (recording == nullptr) return kNotFound;
-    if (recording->status == kRecordingRuns) finish(*recording, kStopUser, kErrorNone);
-    if (recording->status == kRecordingStopping && store(*recording) != kOk) return kStorage;
+    if (recording->status == QELTV_RECORDING_RUNS)
+        finish(*recording, QELTV_STOP_USER, QELTV_RECORDING_ERROR_NONE);
+    if (recording->status == QELTV_RECORDING_STOPPING && store(*recording) != kOk) return kStorage;
     std::lock_guard<std::mutex> guard(mLock);
     mOpen.erase(handle);
     return kOk;
@@ -650,7 +658,7 @@ int32_t Recorder::start(uint32_t handle) {
     Lock operation(mOperation);
     const auto recording = find(handle);
     if (recording == nullptr) return kNotFound;
-    if (recording->status != kRecordingOpened) return kRefused;
+    if (recording->status != QELTV_RECORDING_OPENED) return kRefused;
     return startLocked(*recording);
 }
 
@@ -663,15 +671,15 @@ int32_t Recorder::startLocked(Recording& r) {
     Disk* const disk = this->disk(r.disk);
     const Descriptor directory =
             disk != nullptr && disk->present ? openDisk(disk->path) : Descriptor();
-    if (!directory) return refuse(kErrorDiskGone, kRefused);
-    if (tunerBusy(r.channel.stream)) return refuse(kErrorTunerBusy, kRefused);
+    if (!directory) return refuse(QELTV_RECORDING_ERROR_DISK_GONE, kRefused);
+    if (tunerBusy(r.channel.stream)) return refuse(QELTV_RECORDING_ERROR_TUNER_BUSY, kRefused);
     const uint32_t rate = r.rate != 0 ? r.rate : disk->rate;
-    if (makeRoom(*disk, rate) < kPacket) return refuse(kErrorDiskFull, kStorage);
+    if (makeRoom(*disk, rate) < kPacket) return refuse(QELTV_RECORDING_ERROR_DISK_FULL, kStorage);
 
     const int64_t start = mClock.now();
     std::string name = r.name;
     if (name.empty()) {
-        const Dtg local = mClock.localRecord(start).value_or(Dtg{});
+        const QELTV_DTG_T local = mClock.localRecord(start).value_or(QELTV_DTG_T{});
         char stamp[64];
         snprintf(stamp, sizeof(stamp), "%04u%02u%02u-%02u%02u%02u-", local.year, local.month,
                  local.day, local.hour, local.minute, local.second);
@@ -685,7 +693,7 @@ int32_t Recorder::startLocked(Recording& r) {
         }
     }
     const std::string path = disk->path + "/" + name;
-    if (exists(directory.get(), name)) return refuse(kErrorWrite, kRefused);
+    if (exists(directory.get(), name)) return refuse(QELTV_RECORDING_ERROR_WRITE, kRefused);
 
     // The list knows of the file before it is there, so that none is ever forgotten.
     int64_t item = 0;
@@ -711,7 +719,7 @@ int32_t Recorder::startLocked(Recording& r) {
         transaction.commit();
         return kOk;
     });
-    if (code != kOk) return refuse(kErrorWrite, code);
+    if (code != kOk) return refuse(QELTV_RECORDING_ERROR_WRITE, code);
     const int fd = openat(directory.get(), name.c_str(),
                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (fd < 0) {
@@ -721,7 +729,9 @@ int32_t Recorder::startLocked(Recording& r) {
             Store::Statement(mStore, "DELETE FROM recordings WHERE id = ?").bind(item).run();
             return kOk;
         });
-        return refuse(failure == ENOSPC ? kErrorDiskFull : kErrorWrite, kStorage);
+        return refuse(
+                failure == ENOSPC ? QELTV_RECORDING_ERROR_DISK_FULL : QELTV_RECORDING_ERROR_WRITE,
+                kStorage);
     }
     fsync(directory.get());
     {
@@ -732,12 +742,12 @@ int32_t Recorder::startLocked(Recording& r) {
         r.item = item;
         r.fd = fd;
         r.started = SteadyClock::now();
-        r.error = kErrorNone;
-        r.status = kRecordingRuns;
+        r.error = QELTV_RECORDING_ERROR_NONE;
+        r.status = QELTV_RECORDING_RUNS;
         mCurrent = r.handle;
     }
     ALOGI("recording %u of channel %u into %s", r.handle, r.channel.id, logText(path).c_str());
-    notify(kRecordingStartedEvent, r.handle, static_cast<uint64_t>(r.booking));
+    notify(QELTV_RECORDING_STARTED_EVENT, r.handle, static_cast<uint64_t>(r.booking));
     mChanged = true;
     mWake.notify_one();
     return kOk;
@@ -747,13 +757,13 @@ int32_t Recorder::stop(uint32_t handle) {
     Lock operation(mOperation);
     const auto recording = find(handle);
     if (recording == nullptr) return kNotFound;
-    if (recording->status == kRecordingStopping) return store(*recording);
-    if (recording->status != kRecordingRuns) return kRefused;
+    if (recording->status == QELTV_RECORDING_STOPPING) return store(*recording);
+    if (recording->status != QELTV_RECORDING_RUNS) return kRefused;
     writeDue();
     // What was due may have filled the disk, or been the last.
-    if (recording->status == kRecordingStopped) return kOk;
-    if (recording->status != kRecordingRuns) return kStorage;
-    return finish(*recording, kStopUser, kErrorNone);
+    if (recording->status == QELTV_RECORDING_STOPPED) return kOk;
+    if (recording->status != QELTV_RECORDING_RUNS) return kStorage;
+    return finish(*recording, QELTV_STOP_USER, QELTV_RECORDING_ERROR_NONE);
 }
 
 int32_t Recorder::current() const {
@@ -815,11 +825,11 @@ int32_t Recorder::setMode(uint32_t handle, uint32_t mode, int32_t value, uint32_
     Lock operation(mOperation);
     const auto recording = find(handle);
     if (recording == nullptr) return kNotFound;
-    if (mode > kModeKib || value < 0 || (mode != kModeEndless && value == 0) ||
-        rate > kRateLimitKib) {
+    if (mode > QELTV_RECORDING_MODE_KIB || value < 0 ||
+        (mode != QELTV_RECORDING_MODE_ENDLESS && value == 0) || rate > kRateLimitKib) {
         return kBadValue;
     }
-    if (rate != 0 && recording->status != kRecordingOpened) return kRefused;
+    if (rate != 0 && recording->status != QELTV_RECORDING_OPENED) return kRefused;
     std::lock_guard<std::mutex> guard(mLock);
     recording->mode = static_cast<int32_t>(mode);
     recording->modeValue = value;
@@ -832,7 +842,7 @@ int32_t Recorder::setFileName(uint32_t handle, const std::string& name) {
     const auto recording = find(handle);
     if (recording == nullptr) return kNotFound;
     if (!isFileName(name)) return kBadValue;
-    if (recording->status != kRecordingOpened) return kRefused;
+    if (recording->status != QELTV_RECORDING_OPENED) return kRefused;
     const Disk* const disk = this->disk(recording->disk);
     if (disk != nullptr && exists(disk->path + "/" + name)) return kRefused;
     std::lock_guard<std::mutex> guard(mLock);
@@ -845,7 +855,7 @@ int32_t Recorder::setChannel(uint32_t handle, uint32_t channel) {
     const auto recording = find(handle);
     const auto found = mChannels(channel);
     if (recording == nullptr || !found) return kNotFound;
-    if (recording->status != kRecordingOpened) return kRefused;
+    if (recording->status != QELTV_RECORDING_OPENED) return kRefused;
     std::lock_guard<std::mutex> guard(mLock);
     recording->channel = *found;
     return kOk;
@@ -858,11 +868,12 @@ Recorder::Disk* Recorder::disk(uint32_t number) const {
     return nullptr;
 }
 
-int32_t Recorder::setDisk(uint32_t handle, const std::string& path, const DiskRecord& record) {
+int32_t Recorder::setDisk(uint32_t handle, const std::string& path,
+                          const QELTV_DISK_RECORD_T& record) {
     Lock operation(mOperation);
     const auto recording = find(handle);
     if (handle != 0 && recording == nullptr) return kNotFound;
-    if (handle != 0 && recording->status != kRecordingOpened) return kRefused;
+    if (handle != 0 && recording->status != QELTV_RECORDING_OPENED) return kRefused;
     const uint64_t limit = record.limitLow | uint64_t{record.limitHigh} << 32;
     if (record.disk >= kDisks || limit > std::numeric_limits<int64_t>::max() ||
         record.rate > kRateLimitKib * 1024 || path.size() > 200) {
@@ -878,7 +889,7 @@ int32_t Recorder::setDisk(uint32_t handle, const std::string& path, const DiskRe
         if (registered != kOk) return registered;
     }
     const bool used = std::any_of(mOpen.begin(), mOpen.end(), [&](const auto& open) {
-        return open.second->disk == record.disk && open.second->status == kRecordingRuns;
+        return open.second->disk == record.disk && open.second->status == QELTV_RECORDING_RUNS;
     });
     if (used && where != known->path) return kRefused;
     const uint32_t rate = record.rate != 0   ? record.rate
@@ -913,11 +924,11 @@ int32_t Recorder::setDisk(uint32_t handle, const std::string& path, const DiskRe
 int32_t Recorder::command(uint32_t command, uint32_t value) {
     Lock operation(mOperation);
     switch (command) {
-        case kCommandDiskRemoved:
-        case kCommandDiskInserted: {
+        case QELTV_COMMAND_DISK_REMOVED:
+        case QELTV_COMMAND_DISK_INSERTED: {
             Disk* const disk = this->disk(value);
             if (disk == nullptr) return kNotFound;
-            const bool there = command == kCommandDiskInserted;
+            const bool there = command == QELTV_COMMAND_DISK_INSERTED;
             if (there && !openDisk(disk->path)) return kRefused;
             {
                 std::lock_guard<std::mutex> guard(mLock);
@@ -932,11 +943,12 @@ int32_t Recorder::command(uint32_t command, uint32_t value) {
                 return kOk;
             });
         }
-        case kCommandStandby: {
+        case QELTV_COMMAND_STANDBY: {
             int32_t code = kOk;
             for (const auto& [handle, recording] : Handles(mOpen)) {
-                if (recording->status != kRecordingRuns || recording->booking != 0) continue;
-                if (finish(*recording, kStopStandby, kErrorNone) != kOk) code = kStorage;
+                if (recording->status != QELTV_RECORDING_RUNS || recording->booking != 0) continue;
+                if (finish(*recording, QELTV_STOP_STANDBY, QELTV_RECORDING_ERROR_NONE) != kOk)
+                    code = kStorage;
             }
             return code;
         }
@@ -947,18 +959,18 @@ int32_t Recorder::command(uint32_t command, uint32_t value) {
 
 int32_t Recorder::command(uint32_t command, uint32_t value, int32_t extra,
                           const std::string& text) {
-    if (command < kCommandProgrammeName) return this->command(command, value);
+    if (command < QELTV_COMMAND_PROGRAMME_NAME) return this->command(command, value);
     Lock operation(mOperation);
     const auto recording = find(value);
     if (recording == nullptr) return kNotFound;
     std::string programme = recording->programme;
     uint32_t rating = recording->rating;
     uint32_t retention = recording->retention;
-    if (command == kCommandProgrammeName && text.size() <= 120) {
+    if (command == QELTV_COMMAND_PROGRAMME_NAME && text.size() <= 120) {
         programme = text;
-    } else if (command == kCommandRating && extra >= 0) {
+    } else if (command == QELTV_COMMAND_RATING && extra >= 0) {
         rating = static_cast<uint32_t>(extra);
-    } else if (command == kCommandRetention && extra >= 0) {
+    } else if (command == QELTV_COMMAND_RETENTION && extra >= 0) {
         retention = static_cast<uint32_t>(extra);
     } else {
         return kBadValue;
@@ -1127,14 +1139,14 @@ int32_t Recorder::bookings() const {
     });
 }
 
-std::optional<ScheduleRecord> Recorder::bookingAt(uint32_t index) const {
+std::optional<QELTV_SCHEDULE_RECORD_T> Recorder::bookingAt(uint32_t index) const {
     Store::Statement row(
             mStore, (std::string(kBookingColumns) + "ORDER BY start, id LIMIT 1 OFFSET ?").c_str());
     if (!row.bind(int64_t{index}).step()) return std::nullopt;
     return bookingOf(row);
 }
 
-int32_t Recorder::booking(uint32_t index, ScheduleRecord* record) const {
+int32_t Recorder::booking(uint32_t index, QELTV_SCHEDULE_RECORD_T* record) const {
     return stored([&]() -> int32_t {
         const auto found = bookingAt(index);
         if (!found) return kNotFound;
@@ -1146,8 +1158,8 @@ int32_t Recorder::booking(uint32_t index, ScheduleRecord* record) const {
     });
 }
 
-bool Recorder::conflictsWithBookings(const ScheduleRecord& record, uint32_t stream) const {
-    std::vector<ScheduleRecord> others;
+bool Recorder::conflictsWithBookings(const QELTV_SCHEDULE_RECORD_T& record, uint32_t stream) const {
+    std::vector<QELTV_SCHEDULE_RECORD_T> others;
     {
         Store::Statement rows(
                 mStore,
@@ -1155,7 +1167,7 @@ bool Recorder::conflictsWithBookings(const ScheduleRecord& record, uint32_t stre
         rows.bind(int64_t{record.booking});
         while (rows.step()) others.push_back(bookingOf(rows));
     }
-    return std::any_of(others.begin(), others.end(), [&](const ScheduleRecord& other) {
+    return std::any_of(others.begin(), others.end(), [&](const QELTV_SCHEDULE_RECORD_T& other) {
         const auto channel = mChannels(other.channel);
         return channel && channel->stream != stream &&
                overlap(record.start, record.seconds, record.repeat, other.start, other.seconds,
@@ -1163,13 +1175,14 @@ bool Recorder::conflictsWithBookings(const ScheduleRecord& record, uint32_t stre
     });
 }
 
-int32_t Recorder::book(const ScheduleRecord& record, uint32_t flags) {
+int32_t Recorder::book(const QELTV_SCHEDULE_RECORD_T& record, uint32_t flags) {
     Lock operation(mOperation);
-    if (record.seconds == 0 || record.seconds > kLongest || record.repeat > kWeekly ||
+    if (record.seconds == 0 || record.seconds > kLongest || record.repeat > QELTV_BOOKING_WEEKLY ||
         record.rate > kRateLimitKib || record.start <= 0 ||
         record.start > std::numeric_limits<uint32_t>::max() ||
         (period(record.repeat) != 0 && record.seconds > period(record.repeat)) ||
-        record.start + record.seconds <= mClock.now() || (flags & ~kBookInSpiteOfConflict) != 0) {
+        record.start + record.seconds <= mClock.now() ||
+        (flags & ~QELTV_BOOK_IN_SPITE_OF_CONFLICT) != 0) {
         return kBadValue;
     }
     if (record.channel == 0) return kNotFound;
@@ -1180,11 +1193,11 @@ int32_t Recorder::book(const ScheduleRecord& record, uint32_t flags) {
         if (booking != 0) {
             Store::Statement row(mStore, "SELECT state FROM bookings WHERE id = ?");
             if (!row.bind(booking).step()) return kNotFound;
-            if (row.integer(0) == kBookingRuns) return kRefused;
+            if (row.integer(0) == QELTV_BOOKING_RUNS) return kRefused;
         } else if (bookings() >= static_cast<int32_t>(kBookingLimit)) {
             return kRefused;
         }
-        if ((flags & kBookInSpiteOfConflict) == 0 &&
+        if ((flags & QELTV_BOOK_IN_SPITE_OF_CONFLICT) == 0 &&
             conflictsWithBookings(record, channel->stream)) {
             return kRefused;
         }
@@ -1208,7 +1221,7 @@ int32_t Recorder::book(const ScheduleRecord& record, uint32_t flags) {
         return kOk;
     });
     if (code != kOk) return code;
-    notify(kBookingStoredEvent, static_cast<uint64_t>(booking), 0);
+    notify(QELTV_BOOKING_STORED_EVENT, static_cast<uint64_t>(booking), 0);
     mChanged = true;
     mWake.notify_one();
     return static_cast<int32_t>(booking);
@@ -1216,7 +1229,7 @@ int32_t Recorder::book(const ScheduleRecord& record, uint32_t flags) {
 
 int32_t Recorder::deleteBooking(uint32_t index) {
     Lock operation(mOperation);
-    std::optional<ScheduleRecord> found;
+    std::optional<QELTV_SCHEDULE_RECORD_T> found;
     const int32_t code = stored([&]() -> int32_t {
         found = bookingAt(index);
         if (!found) return kNotFound;
@@ -1228,25 +1241,28 @@ int32_t Recorder::deleteBooking(uint32_t index) {
     if (code != kOk) return code;
     for (const auto& [handle, recording] : Handles(mOpen)) {
         if (recording->booking != found->booking) continue;
-        if (recording->status == kRecordingRuns) finish(*recording, kStopUser, kErrorNone);
+        if (recording->status == QELTV_RECORDING_RUNS)
+            finish(*recording, QELTV_STOP_USER, QELTV_RECORDING_ERROR_NONE);
     }
-    notify(kBookingDeletedEvent, found->booking, 0);
+    notify(QELTV_BOOKING_DELETED_EVENT, found->booking, 0);
     return kOk;
 }
 
 bool Recorder::tunerBusy(uint32_t stream) const {
     return std::any_of(mOpen.begin(), mOpen.end(), [&](const auto& open) {
-        return open.second->status == kRecordingRuns && open.second->channel.stream != stream;
+        return open.second->status == QELTV_RECORDING_RUNS && open.second->channel.stream != stream;
     });
 }
 
-bool Recorder::conflict(const SourceRecord& first, const SourceRecord& second) const {
+bool Recorder::conflict(const QELTV_SOURCE_RECORD_T& first,
+                        const QELTV_SOURCE_RECORD_T& second) const {
     if (first.kind != 0 || second.kind != 0) return false;
     const auto a = mChannels(first.id);
     const auto b = mChannels(second.id);
     if (!a || !b || a->stream == b->stream) return false;
     return first.seconds == 0 || second.seconds == 0 ||
-           overlap(first.start, first.seconds, kOnce, second.start, second.seconds, kOnce);
+           overlap(first.start, first.seconds, QELTV_BOOKING_ONCE, second.start, second.seconds,
+                   QELTV_BOOKING_ONCE);
 }
 
 std::vector<RecordedItem> Recorder::items() const {

@@ -102,7 +102,7 @@ class Recorder {
     int32_t setFileName(uint32_t handle, const std::string& name);
     int32_t setChannel(uint32_t handle, uint32_t channel);
     /** @param handle 0 for the disk itself */
-    int32_t setDisk(uint32_t handle, const std::string& path, const layouts::DiskRecord& record);
+    int32_t setDisk(uint32_t handle, const std::string& path, const QELTV_DISK_RECORD_T& record);
     int32_t command(uint32_t command, uint32_t value);
     int32_t command(uint32_t command, uint32_t value, int32_t extra, const std::string& text);
 
@@ -115,10 +115,10 @@ class Recorder {
 
     int32_t bookings() const;
     /** The number of the booking, or a code. */
-    int32_t book(const layouts::ScheduleRecord& record, uint32_t flags);
-    int32_t booking(uint32_t index, layouts::ScheduleRecord* record) const;
+    int32_t book(const QELTV_SCHEDULE_RECORD_T& record, uint32_t flags);
+    int32_t booking(uint32_t index, QELTV_SCHEDULE_RECORD_T* record) const;
     int32_t deleteBooking(uint32_t index);
-    bool conflict(const layouts::SourceRecord& first, const layouts::SourceRecord& second) const;
+    bool conflict(const QELTV_SOURCE_RECORD_T& first, const QELTV_SOURCE_RECORD_T& second) const;
 
     /** Finished recordings, the oldest first. @throws StoreError */
     std::vector<RecordedItem> items() const;
@@ -153,8 +153,8 @@ class Recorder {
     void endBooking(int64_t booking, int32_t error, int64_t now);
     std::shared_ptr<Recording> find(uint32_t handle) const;
     bool tunerBusy(uint32_t stream) const;
-    std::optional<layouts::ScheduleRecord> bookingAt(uint32_t index) const;
-    bool conflictsWithBookings(const layouts::ScheduleRecord& record, uint32_t stream) const;
+    std::optional<QELTV_SCHEDULE_RECORD_T> bookingAt(uint32_t index) const;
+    bool conflictsWithBookings(const QELTV_SCHEDULE_RECORD_T& record, uint32_t stream) const;
     /** The directory of a disk, where it is there and is one of this television's. */
     Descriptor openDisk(const std::string& path) const;
     int32_t registered(int directory, bool ours) const;

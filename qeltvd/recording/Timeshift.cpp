@@ -13,14 +13,13 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Code.h"
 #include "Files.h"
 #include "LogText.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using namespace std::chrono_literals;
 
 namespace {
@@ -43,23 +42,24 @@ std::chrono::milliseconds ms(int64_t value) {
 int32_t makeBuffer(const std::string& directory, int64_t size) {
     const Descriptor disk = openDirectory(directory);
     struct statvfs info {};
-    if (!disk || fstatvfs(disk.get(), &info) != 0) return kErrorDiskGone;
+    if (!disk || fstatvfs(disk.get(), &info) != 0) return QELTV_RECORDING_ERROR_DISK_GONE;
     const Descriptor file = makeFile(disk.get(), Timeshift::kBufferFile);
     if (!file) {
         ALOGE("%s/%s: %s", logText(directory).c_str(), Timeshift::kBufferFile, strerror(errno));
-        return kErrorWrite;
+        return QELTV_RECORDING_ERROR_WRITE;
     }
     struct stat before {};
     fstat(file.get(), &before);
     const auto room =
             static_cast<int64_t>(info.f_bavail * info.f_frsize) + int64_t{before.st_blocks} * 512;
-    int32_t error = kErrorNone;
+    int32_t error = QELTV_RECORDING_ERROR_NONE;
     if (size > room) {
-        error = kErrorDiskFull;
+        error = QELTV_RECORDING_ERROR_DISK_FULL;
     } else if (ftruncate(file.get(), size) != 0) {
-        error = errno == ENOSPC || errno == EFBIG ? kErrorDiskFull : kErrorWrite;
+        error = errno == ENOSPC || errno == EFBIG ? QELTV_RECORDING_ERROR_DISK_FULL
+                                                  : QELTV_RECORDING_ERROR_WRITE;
     }
-    if (error != kErrorNone) unlinkat(disk.get(), Timeshift::kBufferFile, 0);
+    if (error != QELTV_RECORDING_ERROR_NONE) unlinkat(disk.get(), Timeshift::kBufferFile, 0);
     return error;
 }
 
@@ -80,9 +80,9 @@ int32_t Timeshift::registerDevice(const std::string& path, int64_t size) {
     if (path.empty() || path[0] != '/' || path.size() > 1024 || size < kMinimumSize) {
         return kBadValue;
     }
-    if (mStatus == kTimeshiftRecords || mStatus == kTimeshiftFull) return kRefused;
+    if (mStatus == QELTV_TIMESHIFT_RECORDS || mStatus == QELTV_TIMESHIFT_FULL) return kRefused;
     const int32_t error = makeBuffer(path, size);
-    if (error == kErrorNone) {
+    if (error == QELTV_RECORDING_ERROR_NONE) {
         const int32_t code = stored([&] {
             mSettings.set(kPathKey, path);
             mSettings.set(kSizeKey, size);
@@ -92,19 +92,21 @@ int32_t Timeshift::registerDevice(const std::string& path, int64_t size) {
         mPath = path;
         mSize = size;
     }
-    mStatus = kTimeshiftIdle;
+    mStatus = QELTV_TIMESHIFT_IDLE;
     mError = error;
-    mDevice = error == kErrorNone ? kDeviceRegisters : kDeviceFailed;
+    mDevice = error == QELTV_RECORDING_ERROR_NONE ? QELTV_DEVICE_REGISTERS : QELTV_DEVICE_FAILED;
     mRegistered = Clock::now();
-    tell(kTimeshiftDeviceEvent, mDevice, 0);
-    if (error == kErrorNone) mAlarm.in(kProgressStep);
-    return error == kErrorNone ? kOk : error == kErrorDiskGone ? kNotFound : kStorage;
+    tell(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, 0);
+    if (error == QELTV_RECORDING_ERROR_NONE) mAlarm.in(kProgressStep);
+    return error == QELTV_RECORDING_ERROR_NONE        ? kOk
+           : error == QELTV_RECORDING_ERROR_DISK_GONE ? kNotFound
+                                                      : kStorage;
 }
 
 int32_t Timeshift::progress() const {
     std::lock_guard<std::mutex> guard(mLock);
-    if (mDevice == kDeviceReady) return 100;
-    if (mDevice != kDeviceRegisters) return 0;
+    if (mDevice == QELTV_DEVICE_READY) return 100;
+    if (mDevice != QELTV_DEVICE_REGISTERS) return 0;
     const auto percent =
             elapsed(mRegistered) * 100 /
             std::chrono::duration_cast<std::chrono::milliseconds>(kExamination).count();
@@ -127,23 +129,24 @@ int32_t Timeshift::start() {
 }
 
 int32_t Timeshift::startLocked() {
-    if (mDevice != kDeviceReady || mStatus == kTimeshiftRecords || mStatus == kTimeshiftFull ||
-        mStandby) {
+    if (mDevice != QELTV_DEVICE_READY || mStatus == QELTV_TIMESHIFT_RECORDS ||
+        mStatus == QELTV_TIMESHIFT_FULL || mStandby) {
         return kRefused;
     }
     mStarted = Clock::now();
-    mStatus = kTimeshiftRecords;
-    mError = kErrorNone;
+    mStatus = QELTV_TIMESHIFT_RECORDS;
+    mError = QELTV_RECORDING_ERROR_NONE;
     view(0, 100);
-    tell(kTimeshiftStatusEvent, mStatus, 0);
+    tell(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
     mAlarm.in(ms(capacity()));
     return kOk;
 }
 
 int32_t Timeshift::stop(uint32_t how) {
     std::lock_guard<std::mutex> guard(mLock);
-    if (how > kStopKeep) return kBadValue;
-    if (mStatus == kTimeshiftIdle || (mStatus == kTimeshiftKept && how == kStopKeep)) {
+    if (how > QELTV_TIMESHIFT_STOP_KEEP) return kBadValue;
+    if (mStatus == QELTV_TIMESHIFT_IDLE ||
+        (mStatus == QELTV_TIMESHIFT_KEPT && how == QELTV_TIMESHIFT_STOP_KEEP)) {
         return kRefused;
     }
     stopLocked(how);
@@ -151,28 +154,28 @@ int32_t Timeshift::stop(uint32_t how) {
 }
 
 void Timeshift::stopLocked(uint32_t how) {
-    if (how == kStopKeep) {
+    if (how == QELTV_TIMESHIFT_STOP_KEEP) {
         const int64_t position = viewed();
         mEnd = live();
-        mStatus = kTimeshiftKept;
+        mStatus = QELTV_TIMESHIFT_KEPT;
         view(position, mSpeed);
     } else {
-        mStatus = kTimeshiftIdle;
+        mStatus = QELTV_TIMESHIFT_IDLE;
         view(0, 100);
     }
-    tell(kTimeshiftStatusEvent, mStatus, 0);
+    tell(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
     mAlarm.in(0ms);
 }
 
 void Timeshift::standBy(bool on) {
     std::lock_guard<std::mutex> guard(mLock);
     mStandby = on;
-    if (on && mStatus != kTimeshiftIdle) stopLocked(kStopDrop);
+    if (on && mStatus != QELTV_TIMESHIFT_IDLE) stopLocked(QELTV_TIMESHIFT_STOP_DROP);
     if (!on) startByItself();
 }
 
 void Timeshift::startByItself() {
-    if (mAutoRecord && mStatus == kTimeshiftIdle) startLocked();
+    if (mAutoRecord && mStatus == QELTV_TIMESHIFT_IDLE) startLocked();
 }
 
 int32_t Timeshift::play() {
@@ -185,11 +188,11 @@ int32_t Timeshift::pause() {
 
 int32_t Timeshift::seek(uint32_t position) {
     std::lock_guard<std::mutex> guard(mLock);
-    if (mStatus == kTimeshiftIdle) return kRefused;
+    if (mStatus == QELTV_TIMESHIFT_IDLE) return kRefused;
     if (!mPlayBeforeFull && !full()) return kRefused;
     if (position < oldest() || position > live()) return kBadValue;
     view(position, mSpeed);
-    tell(kTimeshiftSpeedEvent, mSpeed, position);
+    tell(QELTV_TIMESHIFT_SPEED_EVENT, mSpeed, position);
     mAlarm.in(0ms);
     return kOk;
 }
@@ -198,19 +201,19 @@ int32_t Timeshift::trickplay(uint32_t speed) {
     const auto percent = static_cast<int32_t>(speed);
     std::lock_guard<std::mutex> guard(mLock);
     if (percent < -kFastest || percent > kFastest) return kBadValue;
-    if (mStatus == kTimeshiftIdle) return kRefused;
+    if (mStatus == QELTV_TIMESHIFT_IDLE) return kRefused;
     // A pause is how the viewer comes to be behind at all.
     if (percent != 0 && percent != 100 && !mPlayBeforeFull && !full()) return kRefused;
     if (percent == 100 && mSpeed != 100 && !mPlayBeforeFull && !full()) return kRefused;
     view(viewed(), percent);
-    tell(kTimeshiftSpeedEvent, percent, mViewed);
+    tell(QELTV_TIMESHIFT_SPEED_EVENT, percent, mViewed);
     mAlarm.in(0ms);
     return kOk;
 }
 
 int32_t Timeshift::status() const {
     std::lock_guard<std::mutex> guard(mLock);
-    return mStatus == kTimeshiftRecords && full() ? kTimeshiftFull : mStatus;
+    return mStatus == QELTV_TIMESHIFT_RECORDS && full() ? QELTV_TIMESHIFT_FULL : mStatus;
 }
 
 int64_t Timeshift::duration() const {
@@ -265,10 +268,10 @@ int64_t Timeshift::capacity() const {
 
 int64_t Timeshift::live() const {
     switch (mStatus) {
-        case kTimeshiftRecords:
-        case kTimeshiftFull:
+        case QELTV_TIMESHIFT_RECORDS:
+        case QELTV_TIMESHIFT_FULL:
             return elapsed(mStarted);
-        case kTimeshiftKept:
+        case QELTV_TIMESHIFT_KEPT:
             return mEnd;
         default:
             return 0;
@@ -280,11 +283,11 @@ int64_t Timeshift::oldest() const {
 }
 
 bool Timeshift::full() const {
-    return mStatus != kTimeshiftIdle && live() >= capacity();
+    return mStatus != QELTV_TIMESHIFT_IDLE && live() >= capacity();
 }
 
 int64_t Timeshift::viewed() const {
-    if (mStatus == kTimeshiftIdle) return 0;
+    if (mStatus == QELTV_TIMESHIFT_IDLE) return 0;
     const int64_t position = mViewed + elapsed(mViewedAt) * mSpeed / 100;
     return std::clamp(position, oldest(), live());
 }
@@ -297,38 +300,38 @@ void Timeshift::view(int64_t position, int32_t speed) {
 
 void Timeshift::update() {
     std::lock_guard<std::mutex> guard(mLock);
-    if (mDevice == kDeviceRegisters) {
+    if (mDevice == QELTV_DEVICE_REGISTERS) {
         if (Clock::now() - mRegistered < kExamination) {
             const int64_t percent = elapsed(mRegistered) / 10;
-            tell(kTimeshiftDeviceEvent, mDevice, std::min<int64_t>(percent, 99));
+            tell(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, std::min<int64_t>(percent, 99));
             mAlarm.in(kProgressStep);
             return;
         }
-        mDevice = kDeviceReady;
-        tell(kTimeshiftDeviceEvent, mDevice, 100);
+        mDevice = QELTV_DEVICE_READY;
+        tell(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, 100);
         startByItself();
         return;
     }
-    if (mStatus == kTimeshiftIdle) return;
-    if (mStatus == kTimeshiftRecords && full()) {
-        mStatus = kTimeshiftFull;
-        tell(kTimeshiftStatusEvent, mStatus, 0);
+    if (mStatus == QELTV_TIMESHIFT_IDLE) return;
+    if (mStatus == QELTV_TIMESHIFT_RECORDS && full()) {
+        mStatus = QELTV_TIMESHIFT_FULL;
+        tell(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
     }
-    const bool records = mStatus != kTimeshiftKept;
+    const bool records = mStatus != QELTV_TIMESHIFT_KEPT;
     const int64_t newest = live();
     const int64_t first = oldest();
     const int64_t position = viewed();
     // What is in front moves as fast as the broadcast, and so does the end of a full buffer.
     const int32_t frontSpeed = records ? 100 : 0;
-    const int32_t backSpeed = mStatus == kTimeshiftFull ? 100 : 0;
+    const int32_t backSpeed = mStatus == QELTV_TIMESHIFT_FULL ? 100 : 0;
     if (mSpeed > frontSpeed && position >= newest) {
         view(newest, frontSpeed);
-        tell(kTimeshiftLiveEvent, newest, 0);
+        tell(QELTV_TIMESHIFT_LIVE_EVENT, newest, 0);
     } else if (mSpeed < backSpeed && position <= first) {
         // Paused or rewinding, and now the oldest is here: playing goes on from it.
         const int32_t speed = records ? 100 : 0;
         view(first, speed);
-        tell(kTimeshiftBeginEvent, first, 0);
+        tell(QELTV_TIMESHIFT_BEGIN_EVENT, first, 0);
     }
     const auto soon = [](int64_t distance, int32_t speed) {
         return ms(std::max<int64_t>(1, distance * 100 / speed + 1));
@@ -336,7 +339,7 @@ void Timeshift::update() {
     std::chrono::milliseconds wait = 24h;
     if (mSpeed > frontSpeed) wait = std::min(wait, soon(newest - viewed(), mSpeed - frontSpeed));
     if (mSpeed < backSpeed) wait = std::min(wait, soon(viewed() - oldest(), backSpeed - mSpeed));
-    if (mStatus == kTimeshiftRecords) wait = std::min(wait, ms(capacity() - newest + 1));
+    if (mStatus == QELTV_TIMESHIFT_RECORDS) wait = std::min(wait, ms(capacity() - newest + 1));
     mAlarm.in(wait);
 }
 

@@ -82,10 +82,10 @@ class Timeshift {
     // Guarded by mLock.
     std::string mPath;
     int64_t mSize = 0;
-    int32_t mDevice = layouts::kDeviceNone;
+    int32_t mDevice = QELTV_DEVICE_NONE;
     Clock::time_point mRegistered;
-    int32_t mError = layouts::kErrorNone;
-    int32_t mStatus = layouts::kTimeshiftIdle;
+    int32_t mError = QELTV_RECORDING_ERROR_NONE;
+    int32_t mStatus = QELTV_TIMESHIFT_IDLE;
     Clock::time_point mStarted;
     /** Length that a stopped timeshift has come to. */
     int64_t mEnd = 0;

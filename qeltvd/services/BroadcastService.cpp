@@ -3,12 +3,11 @@
 #include <cstring>
 
 #include "Blocks.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
+#include "ChannelIds.h"
+#include "Code.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 namespace {
@@ -40,7 +39,7 @@ std::vector<const TargetRegion*> regionsOf(int32_t level, int32_t primary) {
 }
 
 bool isPath(int32_t path) {
-    return path >= 0 && path < static_cast<int32_t>(kPaths);
+    return path >= 0 && path < static_cast<int32_t>(QELTV_PATHS);
 }
 
 }  // namespace
@@ -52,7 +51,7 @@ BroadcastService::BroadcastService(Television& tv)
 Presentation::Status BroadcastService::tuner() const {
     const auto path = mTv.presentation.tunerPath();
     if (path) return mTv.presentation.status(*path);
-    return {Inputs::kTuner, kTuningStopped, kTuningNoError, std::nullopt};
+    return {Inputs::kTuner, QELTV_TUNING_STOPPED, QELTV_TUNING_NO_ERROR, std::nullopt};
 }
 
 /** Whether numbers have two parts: in list `list`, or where that is 0 in the current one. */
@@ -176,7 +175,7 @@ BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_ch
 BroadcastService::Return<int32_t>
 BroadcastService::a_hidl_qeltvapi_broadcast_set_favorite_icon_on_banner(bool show) {
     mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
-                       kBroadcastFavouriteIcon, {show});
+                       QELTV_BROADCAST_FAVOURITE_ICON, {show});
     return kOk;
 }
 
@@ -283,7 +282,7 @@ BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_ch
         const String& name, const HIDL_QELTVAPI_CHANGE_FREQ_T& freq) {
     const auto path = Presentation::pathOf(name);
     if (!path) return kNotFound;
-    const auto head = recordOf<FrequencyHead>(freq.head.data(), sizeof(freq.head));
+    const auto head = recordOf<QELTV_FREQUENCY_HEAD_T>(freq.head.data(), sizeof(freq.head));
     if (!head) return kBadValue;
     return mTv.presentation.changeFrequency(*path, freq.word1, head->system, head->polarisation);
 }
@@ -301,44 +300,44 @@ BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_c
         reply(0, kNotFound);
         return Void();
     }
-    const Connection all = mTv.presentation.connection(*path);
+    const QELTV_CONNECTION_T all = mTv.presentation.connection(*path);
     const auto channel = mTv.presentation.status(*path).channel;
     const auto answer = [&](uint32_t value) { reply(static_cast<int32_t>(value), kOk); };
     switch (p2) {
-        case kConnectLocked:
-            answer(all.status == kTuningLocked || all.status == kTuningPlays);
+        case QELTV_CONNECT_LOCKED:
+            answer(all.status == QELTV_TUNING_LOCKED || all.status == QELTV_TUNING_PLAYS);
             break;
-        case kConnectLevel:
+        case QELTV_CONNECT_LEVEL:
             answer(all.level);
             break;
-        case kConnectQuality:
+        case QELTV_CONNECT_QUALITY:
             answer(all.quality);
             break;
-        case kConnectBitErrors:
+        case QELTV_CONNECT_BIT_ERRORS:
             answer(all.bitErrors);
             break;
-        case kConnectFrequencyKHz:
+        case QELTV_CONNECT_FREQUENCY_KHZ:
             answer(all.frequencyKHz);
             break;
-        case kConnectSymbolRate:
+        case QELTV_CONNECT_SYMBOL_RATE:
             answer(all.symbolRate);
             break;
-        case kConnectModulation:
+        case QELTV_CONNECT_MODULATION:
             answer(all.modulation);
             break;
-        case kConnectSystem:
+        case QELTV_CONNECT_SYSTEM:
             answer(all.system);
             break;
-        case kConnectChannel:
+        case QELTV_CONNECT_CHANNEL:
             answer(all.channel);
             break;
-        case kConnectList:
+        case QELTV_CONNECT_LIST:
             answer(channel ? channel->list : 0u);
             break;
-        case kConnectStatus:
+        case QELTV_CONNECT_STATUS:
             answer(all.status);
             break;
-        case kConnectError:
+        case QELTV_CONNECT_ERROR:
             answer(all.error);
             break;
         default:

@@ -7,30 +7,29 @@
 #include <limits>
 
 #include "Blocks.h"
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_vec;
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
-std::string dateOf(const Dtg& local) {
+std::string dateOf(const QELTV_DTG_T& local) {
     char text[32];
     snprintf(text, sizeof(text), "%04u-%02u-%02u", local.year, local.month, local.day);
     return text;
 }
 
-std::string timeOf(const Dtg& local) {
+std::string timeOf(const QELTV_DTG_T& local) {
     char text[32];
     snprintf(text, sizeof(text), "%02u:%02u:%02u", local.hour, local.minute, local.second);
     return text;
 }
 
-std::string weekOf(const Dtg& local) {
+std::string weekOf(const QELTV_DTG_T& local) {
     return weekdayName(local);
 }
 
@@ -48,7 +47,7 @@ void fill(char (&field)[N], const std::string& text) {
 }
 
 hidl_vec<uint8_t> record(const RecordedItem& item) {
-    BrowserItem record{};
+    QELTV_BROWSER_ITEM_T record{};
     record.item = static_cast<uint32_t>(item.id);
     record.channel = item.channel;
     record.major = item.major;
@@ -100,9 +99,9 @@ void BrowserService::answer(const Reply& reply, const Found& found, Value value)
 /** The value is one of the local time at which the recording has begun. */
 template <class Reply>
 void BrowserService::answerLocal(const Reply& reply, const Found& found,
-                                 std::string (*value)(const Dtg&)) const {
+                                 std::string (*value)(const QELTV_DTG_T&)) const {
     answer(reply, found, [&](const RecordedItem& item) {
-        return value(mTv.clock.localRecord(item.start).value_or(Dtg{}));
+        return value(mTv.clock.localRecord(item.start).value_or(QELTV_DTG_T{}));
     });
 }
 
@@ -132,7 +131,7 @@ BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser
 BrowserService::Return<void>
 BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_info(
         a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_info_cb reply) {
-    BrowserInfo info{};
+    QELTV_BROWSER_INFO_T info{};
     const int32_t code = stored([&] {
         for (const RecordedItem& item : mTv.recorder.items()) {
             ++info.items;

@@ -122,7 +122,7 @@ class BrowserService : public IQelTvApiPvrbrowserDefault {
     static void answer(const Reply& reply, const Found& found, Value value);
     template <class Reply>
     void answerLocal(const Reply& reply, const Found& found,
-                     std::string (*value)(const layouts::Dtg&)) const;
+                     std::string (*value)(const QELTV_DTG_T&)) const;
 };
 
 }  // namespace qeltvd

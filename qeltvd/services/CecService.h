@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Code.h"
 #include "Defaults.h"
 #include "Stored.h"
 #include "Television.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -26,7 +26,7 @@ class CecService : public IQelTvApiCecDefault {
     }
 
     Return<bool> a_hidl_qeltvapi_get_earc_status(uint32_t value) override {
-        if (value > layouts::kEarcConnected) return false;
+        if (value > QELTV_EARC_CONNECTED) return false;
         bool on = false;
         stored([&] {
             on = mSettings.number(kEnabled, 0) != 0;

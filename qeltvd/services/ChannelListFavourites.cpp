@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "ChannelIds.h"
 #include "ChannelListService.h"
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
+#include "ChannelIds.h"
 #include "ChannelListService.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 

@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <new>
 
+#include "ChannelIds.h"
+#include "Code.h"
 #include "Process.h"
 #include "SharedBlock.h"
 #include "Stored.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Code.h"
 #include "Process.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

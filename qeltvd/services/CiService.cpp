@@ -4,14 +4,13 @@
 
 #include <algorithm>
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_vec;
 using android::hardware::IPCThreadState;
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
@@ -34,7 +33,7 @@ CiService::Return<void> CiService::a_hidl_qeltvapi_ci_get(int32_t type, uint32_t
     } else if (answer->size() > len) {
         reply({}, 0, kBadValue);
     } else {
-        const size_t unit = type == kCiGetCamNameUtf16 ? sizeof(uint16_t) : 1;
+        const size_t unit = type == QELTV_CI_GET_CAM_NAME_UTF16 ? sizeof(uint16_t) : 1;
         reply(*answer, static_cast<uint32_t>(answer->size() / unit), kOk);
     }
     return Void();
@@ -87,10 +86,10 @@ CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_erase() {
 
 CiService::Return<void> CiService::a_hidl_qeltvapi_ci_key_get_host_id(
         uint8_t len, a_hidl_qeltvapi_ci_key_get_host_id_cb reply) {
-    if (len < kCiHostIdSize) {
+    if (len < QELTV_CI_HOST_ID_SIZE) {
         reply({}, 0, kBadValue);
     } else {
-        reply(mCam.hostId(), kCiHostIdSize, kOk);
+        reply(mCam.hostId(), QELTV_CI_HOST_ID_SIZE, kOk);
     }
     return Void();
 }

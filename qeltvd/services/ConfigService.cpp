@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "Blocks.h"
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -144,7 +144,7 @@ ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android
  */
 ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_video_resolution(
         a_hidl_qeltvapi_config_get_video_resolution_cb reply) {
-    const layouts::VideoSource video = mTv.presentation.video(Presentation::kMain);
+    const QELTV_VIDEO_SOURCE_T video = mTv.presentation.video(Presentation::kMain);
     reply(wordBytes({video.width, video.height, video.frameRate, video.interlaced}), kOk);
     return Void();
 }

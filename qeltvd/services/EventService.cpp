@@ -6,13 +6,12 @@
 #include <cstring>
 
 #include "Blocks.h"
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_vec;
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
@@ -22,7 +21,7 @@ constexpr int64_t kWindowSeconds = 3 * 3600;
 using Block = hidl_vec<uint8_t>;
 
 bool serves(int32_t room) {
-    return room >= 0 && room <= kEventBlockMaximum;
+    return room >= 0 && room <= QELTV_EVENT_BLOCK_MAXIMUM;
 }
 
 /** A block of exactly the length that the caller copies, all zeros. */
@@ -178,8 +177,8 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_pf_event_id(
     return Void();
 }
 
-std::vector<EventCommon> EventService::episodes(const Event& event) const {
-    std::vector<EventCommon> entries;
+std::vector<QELTV_EVENT_COMMON_T> EventService::episodes(const Event& event) const {
+    std::vector<QELTV_EVENT_COMMON_T> entries;
     for (const Event& episode : mTv.guide.episodes(event)) {
         entries.push_back({episode.channelId, episode.id, 0});
     }
@@ -230,7 +229,7 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_query_event_id_by
     int32_t code = kOk;
     if (!isSound(filter) || filter.count > filter.list.size()) {
         code = kBadValue;
-    } else if (id != kEveryChannel && !mTv.channels.byChannelId(id)) {
+    } else if (id != QELTV_EVERY_CHANNEL && !mTv.channels.byChannelId(id)) {
         code = kNotFound;
     } else {
         Guide::Filter wanted;
@@ -258,11 +257,11 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_general_info(
         reply(Block(), kNotFound);
         return Void();
     }
-    EventGeneral general{};
+    QELTV_EVENT_GENERAL_T general{};
     general.channelId = found->channelId;
     general.eventId = found->id;
     general.genre = found->genre;
-    general.age = found->rating.told ? found->rating.age : kAgeNotTold;
+    general.age = found->rating.told ? found->rating.age : QELTV_AGE_UNRATED;
     general.start = found->start;
     general.duration = found->duration;
     general.flags = mTv.guide.flagsOf(*found);
@@ -281,9 +280,9 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_rating_list(
         int32_t channel, int32_t event, int32_t room,
         a_hidl_qeltvapi_event_get_rating_list_cb reply) {
     const auto make = [&](const Event& found) {
-        std::vector<EventRating> ratings;
+        std::vector<QELTV_EVENT_RATING_T> ratings;
         if (found.rating.told) {
-            EventRating rating{};
+            QELTV_EVENT_RATING_T rating{};
             copyText(rating.country, mTv.config.text("channels.country"));
             rating.age = found.rating.age;
             rating.content = found.rating.content;
@@ -302,7 +301,7 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_content_ident
         a_hidl_qeltvapi_event_get_content_identifier_cb reply) {
     const auto make = [&](const Event& found) {
         const std::string base = "crid://television.example/" + std::to_string(found.channelId);
-        std::vector<ContentIdentifier> all(1);
+        std::vector<QELTV_CONTENT_IDENTIFIER_T> all(1);
         all[0].type = 1;
         copyText(all[0].crid, base + "/" + std::to_string(found.start));
         if (found.series != 0) {
@@ -319,11 +318,11 @@ EventService::Return<void> EventService::a_hidl_qeltvapi_event_get_audio_comp_in
         int32_t channel, int32_t event, int32_t room,
         a_hidl_qeltvapi_event_get_audio_comp_info_cb reply) {
     const auto make = [&](const Event& found) {
-        const bool hd = (found.flags & kEventHd) != 0;
-        std::vector<AudioComponent> all{
+        const bool hd = (found.flags & QELTV_EVENT_HD) != 0;
+        std::vector<QELTV_AUDIO_COMPONENT_T> all{
                 {"", static_cast<uint8_t>(hd ? 2 : 1), static_cast<uint8_t>(hd ? 6 : 2), 0, 0}};
         copyText(all[0].language, "eng");
-        if ((found.flags & kEventAudioDescription) != 0) {
+        if ((found.flags & QELTV_EVENT_AUDIO_DESCRIPTION) != 0) {
             all.push_back({"", 1, 2, 1, 0});
             copyText(all[1].language, "eng");
         }

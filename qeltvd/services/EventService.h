@@ -69,7 +69,7 @@ class EventService : public IQelTvApiEventDefault {
   private:
     std::optional<Event> find(int32_t channel, int32_t event) const;
     int32_t setWindow(const Vector<uint32_t>& channels, int64_t start, int64_t end, int32_t count);
-    std::vector<layouts::EventCommon> episodes(const Event& event) const;
+    std::vector<QELTV_EVENT_COMMON_T> episodes(const Event& event) const;
 
     Television& mTv;
 };

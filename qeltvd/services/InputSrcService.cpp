@@ -1,10 +1,9 @@
 #include "InputSrcService.h"
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 namespace {
@@ -25,11 +24,11 @@ uint8_t mhlPort() {
 InputSrcService::InputSrcService(Television& tv)
         : IQelTvApiInputSrcDefault(kUnsupported, false), mTv(tv) {}
 
-/** A name in a form; a NameForm that there is not is refused. */
+/** A name in a form; a QELTV_NAME_FORM that there is not is refused. */
 template <class Reply>
 void InputSrcService::answerName(int32_t id, int32_t form, const Reply& reply) const {
-    const bool isForm = form == kNamePlain || form == kNameShown;
-    reply(isForm ? mTv.inputs.name(id, static_cast<NameForm>(form)) : "",
+    const bool isForm = form == QELTV_NAME_PLAIN || form == QELTV_NAME_SHOWN;
+    reply(isForm ? mTv.inputs.name(id, static_cast<QELTV_NAME_FORM>(form)) : "",
           isForm ? known(id) : kBadValue);
 }
 
@@ -95,9 +94,9 @@ InputSrcService::Return<void> InputSrcService::a_hidl_qeltvapi_inputsource_get_s
     record.byte0 = static_cast<uint8_t>(idx);
     record.byte1 = socket.type;
     record.byte2 = socket.number;
-    record.name = mTv.inputs.name(idx, kNamePlain);
-    record.tail = static_cast<uint8_t>((mTv.inputs.hasSignal(idx) ? kInputHasSignal : 0) |
-                                       (socket.mhl ? kInputMhl : 0));
+    record.name = mTv.inputs.name(idx, QELTV_NAME_PLAIN);
+    record.tail = static_cast<uint8_t>((mTv.inputs.hasSignal(idx) ? QELTV_INPUT_HAS_SIGNAL : 0) |
+                                       (socket.mhl ? QELTV_INPUT_MHL : 0));
     reply(record, kOk);
     return Void();
 }
@@ -154,7 +153,7 @@ InputSrcService::a_hidl_qeltvapi_inputsource_cs_bysourceidandpathandpriority(int
     if (!number) return kNotFound;
     if (prio < 0) return kBadValue;
     // The lowest priority takes only a path that shows nothing.
-    if (prio == 0 && mTv.presentation.resource(*number) != kResourceNone) return kRefused;
+    if (prio == 0 && mTv.presentation.resource(*number) != QELTV_RESOURCE_NONE) return kRefused;
     return mTv.presentation.changeSource(*number, id);
 }
 

@@ -1,12 +1,11 @@
 #include "Blocks.h"
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_vec;
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
@@ -29,7 +28,7 @@ std::optional<T> entryFrom(const Words& words) {
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_eas_get_status(
         a_hidl_qeltvapi_eas_get_status_cb reply) {
-    const AlertEntry alert = mTv.alerts.alert();
+    const QELTV_ALERT_ENTRY_T alert = mTv.alerts.alert();
     reply(alert.type, alert.channelChange, alert.channel, alert.area, kOk);
     return Void();
 }
@@ -53,17 +52,18 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_ewspa_set(
         uint32_t a, uint32_t b, const Words& data, a_hidl_qeltvapi_ewspa_set_cb reply) {
     int32_t code = kBadValue;
     Words answer = data;
-    if (a == kWarningRaise) {
-        if (const auto entry = entryFrom<WarningEntry>(data))
+    if (a == QELTV_WARNING_RAISE) {
+        if (const auto entry = entryFrom<QELTV_WARNING_ENTRY_T>(data))
             code = mTv.alerts.raiseWarning(*entry);
         if (code > 0) {
             answer[0] = code;
             code = kOk;
         }
-    } else if (a == kWarningCancel) {
+    } else if (a == QELTV_WARNING_CANCEL) {
         code = mTv.alerts.cancelWarning(static_cast<int32_t>(b));
-    } else if (a == kAlertRaise) {
-        if (const auto entry = entryFrom<AlertEntry>(data)) code = mTv.alerts.raise(*entry);
+    } else if (a == QELTV_ALERT_RAISE) {
+        if (const auto entry = entryFrom<QELTV_ALERT_ENTRY_T>(data))
+            code = mTv.alerts.raise(*entry);
     }
     reply(answer, code);
     return Void();
@@ -72,13 +72,13 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_ewspa_set(
 MainService::Return<void> MainService::a_hidl_qeltvapi_ewspa_get(
         uint32_t a, uint32_t b, const Words& data, a_hidl_qeltvapi_ewspa_get_cb reply) {
     std::vector<int32_t> answer;
-    if (a == kWarningMonitors) {
+    if (a == QELTV_WARNING_MONITORS) {
         answer = mTv.alerts.monitors();
         answer.insert(answer.begin(), static_cast<int32_t>(answer.size()));
-    } else if (a == kWarningList) {
+    } else if (a == QELTV_WARNING_LIST) {
         const auto warnings = mTv.alerts.warnings(static_cast<int32_t>(b));
         answer.push_back(static_cast<int32_t>(warnings.size()));
-        for (const WarningEntry& entry : warnings) {
+        for (const QELTV_WARNING_ENTRY_T& entry : warnings) {
             answer.insert(answer.end(), {entry.number, entry.severity, entry.area, entry.seconds});
         }
     } else {

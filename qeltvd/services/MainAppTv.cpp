@@ -2,17 +2,16 @@
 
 #include <log/log.h>
 
+#include "ChannelIds.h"
+#include "Code.h"
 #include "LogText.h"
 #include "MainService.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
-void MainService::tellApplication(AppTvEvent event, uint64_t first, uint64_t second) {
+void MainService::tellApplication(QELTV_APP_TV_EVENT event, uint64_t first, uint64_t second) {
     mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_apptv_register_callback_fct,
                        static_cast<HIDL_QELTVAPI_APPTV_CALLBACK_TYPE_T>(event), {first, second});
 }
@@ -21,15 +20,15 @@ int32_t MainService::unblock(const std::string& path, bool unlocked) {
     const auto number = Presentation::pathOf(path);
     if (!number) return kNotFound;
     const int32_t code = mTv.presentation.unlock(*number, unlocked);
-    if (code == kOk) tellApplication(kAppTvUnlock, *number, unlocked);
+    if (code == kOk) tellApplication(QELTV_APP_TV_UNLOCK, *number, unlocked);
     return code;
 }
 
 /** Number and name of the channel, or the name of the input, that the main path shows. */
 std::string MainService::serviceText() const {
     const auto status = mTv.presentation.status(Presentation::kMain);
-    if (status.status == kTuningStopped) return "";
-    if (!status.channel) return mTv.inputs.name(status.source, kNameShown);
+    if (status.status == QELTV_TUNING_STOPPED) return "";
+    if (!status.channel) return mTv.inputs.name(status.source, QELTV_NAME_SHOWN);
     const uint32_t id = status.channel->channelId;
     std::string number = std::to_string(channel_ids::major(id));
     if (channel_ids::minor(id) != 0) number += "." + std::to_string(channel_ids::minor(id));
@@ -42,7 +41,7 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_save_timestamp(c
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_set_tv_started(bool started) {
-    tellApplication(kAppTvStarted, started);
+    tellApplication(QELTV_APP_TV_STARTED, started);
     return kOk;
 }
 
@@ -66,13 +65,13 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_nav_update_sys_s
         const String& path, int32_t status) {
     const auto number = Presentation::pathOf(path);
     if (!number) return kNotFound;
-    tellApplication(kAppTvStatus, *number, static_cast<uint32_t>(status));
+    tellApplication(QELTV_APP_TV_STATUS, *number, static_cast<uint32_t>(status));
     return kOk;
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_apptv_update_sys_status(int32_t status) {
-    for (uint32_t path = 0; path < kPaths; ++path) {
-        tellApplication(kAppTvStatus, path, static_cast<uint32_t>(status));
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path) {
+        tellApplication(QELTV_APP_TV_STATUS, path, static_cast<uint32_t>(status));
     }
     return kOk;
 }
@@ -119,31 +118,31 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_apptv_get_capability_ex(
         int32_t id, a_hidl_qeltvapi_apptv_get_capability_ex_cb reply) {
     uint32_t value = 0;
     switch (id) {
-        case kCapabilityTuners:
+        case QELTV_CAPABILITY_TUNERS:
             value = 1;
             break;
-        case kCapabilityPaths:
-            value = kPaths;
+        case QELTV_CAPABILITY_PATHS:
+            value = QELTV_PATHS;
             break;
-        case kCapabilityInputs:
+        case QELTV_CAPABILITY_INPUTS:
             value = Inputs::kCount;
             break;
-        case kCapabilityHdmi:
+        case QELTV_CAPABILITY_HDMI:
             for (int32_t input = 0; Inputs::exists(input); ++input) {
-                value += Inputs::socket(input).type == kInputHdmi;
+                value += Inputs::socket(input).type == QELTV_INPUT_HDMI;
             }
             break;
-        case kCapabilityVolume:
-            value = kVolumeMaximum;
+        case QELTV_CAPABILITY_VOLUME:
+            value = QELTV_VOLUME_MAXIMUM;
             break;
-        case kCapabilitySystems:
+        case QELTV_CAPABILITY_SYSTEMS:
             for (auto system = static_cast<uint32_t>(DeliverySystem::kDvbT);
                  system <= static_cast<uint32_t>(DeliverySystem::kIsdbT); ++system) {
                 value |= 1u << system;
             }
             break;
-        case kCapabilityTvModes:
-            value = kTvSideBySide + 1;
+        case QELTV_CAPABILITY_TV_MODES:
+            value = QELTV_TV_SIDE_BY_SIDE + 1;
             break;
         default:
             reply(0, kNotFound);

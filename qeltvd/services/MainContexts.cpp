@@ -3,13 +3,12 @@
 #include <cstring>
 
 #include "Blocks.h"
+#include "ChannelIds.h"
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 namespace {
@@ -20,8 +19,8 @@ constexpr uint32_t kInfoKey = 0x20000;
 }  // namespace
 
 /** The track that a path plays. */
-std::optional<AudioTrack> MainService::currentTrack(uint32_t path) const {
-    for (const AudioTrack& track : mTv.presentation.tracks(path)) {
+std::optional<QELTV_AUDIO_TRACK_T> MainService::currentTrack(uint32_t path) const {
+    for (const QELTV_AUDIO_TRACK_T& track : mTv.presentation.tracks(path)) {
         if (track.current != 0) return track;
     }
     return std::nullopt;
@@ -49,23 +48,23 @@ MainService::Return<void> MainService::a_hidl_c_svctx_get_64(uint32_t ctx, uint3
     }
     const Presentation::Status status = mTv.presentation.status(*path);
     switch (type) {
-        case kContextPath:
+        case QELTV_CONTEXT_PATH:
             reply(textBytes(*path == Presentation::kMain ? "main" : "sub"), kOk);
             break;
-        case kContextChannel:
+        case QELTV_CONTEXT_CHANNEL:
             reply(wordBytes({status.channel ? status.channel->channelId : 0}), kOk);
             break;
-        case kContextStatus:
+        case QELTV_CONTEXT_STATUS:
             reply(wordBytes({static_cast<uint32_t>(status.status),
                              static_cast<uint32_t>(status.error)}),
                   kOk);
             break;
-        case kContextSource:
+        case QELTV_CONTEXT_SOURCE:
             reply(wordBytes({static_cast<uint32_t>(status.source)}), kOk);
             break;
-        case kContextName:
+        case QELTV_CONTEXT_NAME:
             reply(textBytes(status.channel ? status.channel->name
-                                           : mTv.inputs.name(status.source, kNamePlain)),
+                                           : mTv.inputs.name(status.source, QELTV_NAME_PLAIN)),
                   kOk);
             break;
         default: {
@@ -89,9 +88,9 @@ MainService::Return<int32_t> MainService::a_hidl_c_svctx_select_svc(uint32_t ctx
                                                                     uint64_t tag) {
     const auto path = mTv.presentation.pathOfContext(ctx);
     if (!path) return kNotFound;
-    const bool banner = (v & kSelectWithBanner) != 0;
+    const bool banner = (v & QELTV_SELECT_WITH_BANNER) != 0;
     mTv.presentation.setTag(ctx, tag);
-    if (const auto wanted = recordOf<SelectChannel>(req.specific)) {
+    if (const auto wanted = recordOf<QELTV_SELECT_CHANNEL_T>(req.specific)) {
         uint32_t channel = wanted->channel;
         if (channel == 0) {
             if (wanted->list > channel_ids::kMaximumList) return kNotFound;
@@ -103,7 +102,7 @@ MainService::Return<int32_t> MainService::a_hidl_c_svctx_select_svc(uint32_t ctx
         }
         return mTv.presentation.select(*path, channel, banner);
     }
-    if (const auto wanted = recordOf<SelectInput>(req.specific)) {
+    if (const auto wanted = recordOf<QELTV_SELECT_INPUT_T>(req.specific)) {
         return mTv.presentation.changeSource(*path, static_cast<int32_t>(wanted->source));
     }
     // Analogue services, which there are none of, have 192 bytes.
@@ -128,14 +127,15 @@ MainService::Return<int32_t> MainService::a_hidl_c_svctx_set_stream_attr_64(uint
                                                                             const Bytes& data) {
     const auto path = mTv.presentation.pathOfContext(ctx);
     if (!path) return kNotFound;
-    if (stream > kStreamSubtitle || attr > 0xff) return kBadValue;
-    if (stream == kStreamAudio && attr == kStreamTrack) {
+    if (stream > QELTV_STREAM_SUBTITLE || attr > 0xff) return kBadValue;
+    if (stream == QELTV_STREAM_AUDIO && attr == QELTV_STREAM_TRACK) {
         const auto track = recordOf<uint32_t>(data);
         if (!track) return kBadValue;
         const int32_t code = mTv.presentation.selectTrack(*path, *track);
         if (code != kOk) return code;
     }
-    return mTv.presentation.setBlock(ctx, kContextStreamAttribute | stream << 8 | attr, data);
+    return mTv.presentation.setBlock(ctx, QELTV_CONTEXT_STREAM_ATTRIBUTE | stream << 8 | attr,
+                                     data);
 }
 
 MainService::Return<void> MainService::a_hidl_c_svctx_get_conn_attr(
@@ -146,22 +146,23 @@ MainService::Return<void> MainService::a_hidl_c_svctx_get_conn_attr(
         reply({}, kNotFound);
         return Void();
     }
-    const Connection all = mTv.presentation.connection(*path);
+    const QELTV_CONNECTION_T all = mTv.presentation.connection(*path);
     Bytes data;
     switch (code) {
-        case kConnectionAll:
+        case QELTV_CONNECTION_ALL:
             data = bytesOf(all);
             break;
-        case kConnectionLocked:
-            data = wordBytes({all.status == kTuningLocked || all.status == kTuningPlays});
+        case QELTV_CONNECTION_LOCKED:
+            data = wordBytes(
+                    {all.status == QELTV_TUNING_LOCKED || all.status == QELTV_TUNING_PLAYS});
             break;
-        case kConnectionLevel:
+        case QELTV_CONNECTION_LEVEL:
             data = wordBytes({all.level});
             break;
-        case kConnectionQuality:
+        case QELTV_CONNECTION_QUALITY:
             data = wordBytes({all.quality});
             break;
-        case kConnectionBitErrors:
+        case QELTV_CONNECTION_BIT_ERRORS:
             data = wordBytes({all.bitErrors});
             break;
         default:
@@ -180,7 +181,9 @@ MainService::Return<void> MainService::a_hidl_c_svctx_set_conn_attr(
         uint32_t ctx, uint32_t /*conn*/, uint32_t code, const Bytes& data,
         a_hidl_c_svctx_set_conn_attr_cb reply) {
     const auto path = mTv.presentation.pathOfContext(ctx);
-    const size_t size = code == kConnectionFrequency ? 32 : code == kConnectionRegion ? 16 : 4;
+    const size_t size = code == QELTV_CONNECTION_FREQUENCY ? 32
+                        : code == QELTV_CONNECTION_REGION  ? 16
+                                                           : 4;
     int32_t result = kOk;
     uint32_t words[4] = {};
     if (!path) {
@@ -189,11 +192,11 @@ MainService::Return<void> MainService::a_hidl_c_svctx_set_conn_attr(
         result = kBadValue;
     } else {
         memcpy(words, data.data(), std::min(size, sizeof(words)));
-        if (code == kConnectionFrequency) {
+        if (code == QELTV_CONNECTION_FREQUENCY) {
             result = mTv.presentation.changeFrequency(*path, words[0], 0, 0);
-        } else if (code == kConnectionRegion) {
+        } else if (code == QELTV_CONNECTION_REGION) {
             result = mTv.presentation.setRegion(*path, {words[0], words[1], words[2], words[3]});
-        } else if (code == kConnectionMute) {
+        } else if (code == QELTV_CONNECTION_MUTE) {
             result = mTv.presentation.setMuted(*path, words[0] != 0);
         } else {
             result = kNotFound;
@@ -219,13 +222,13 @@ MainService::Return<void> MainService::a_hidl_c_svctx_generic_get_info(
     int32_t result = kOk;
     if (!path) {
         result = kNotFound;
-    } else if (code == kInfoVideo) {
+    } else if (code == QELTV_INFO_VIDEO) {
         data = bytesOf(mTv.presentation.video(*path));
-    } else if (code == kInfoAudio) {
+    } else if (code == QELTV_INFO_AUDIO) {
         const auto track = currentTrack(*path);
         if (track) data = bytesOf(*track);
         result = track ? kOk : kRefused;
-    } else if (code == kInfoConnection) {
+    } else if (code == QELTV_INFO_CONNECTION) {
         data = bytesOf(mTv.presentation.connection(*path));
     } else {
         const auto block = mTv.presentation.block(ctx, kInfoKey | code);
@@ -241,7 +244,7 @@ MainService::Return<void> MainService::a_hidl_c_svctx_generic_get_info(
 MainService::Return<void> MainService::a_hidl_c_svctx_generic_set_info(
         uint32_t ctx, uint32_t /*v*/, uint32_t code, const Bytes& data,
         a_hidl_c_svctx_generic_set_info_cb reply) {
-    const bool user = code >= kInfoUser && code <= kInfoUserLast;
+    const bool user = code >= QELTV_INFO_USER && code <= QELTV_INFO_USER_LAST;
     reply(data, user ? mTv.presentation.setBlock(ctx, kInfoKey | code, data) : kNotFound);
     return Void();
 }

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
@@ -51,25 +50,25 @@ std::string clockText(const Television& tv, int64_t time) {
 
 /** The text of a banner item; none for one that there is not. */
 std::optional<std::string> bannerText(const Television& tv, int32_t page, int32_t item) {
-    const int32_t items = page == kBannerSimple     ? int32_t{kBannerGenre}
-                          : page == kBannerDetailed ? int32_t{kBannerItems}
-                                                    : 0;
+    const int32_t items = page == QELTV_BANNER_SIMPLE     ? int32_t{QELTV_BANNER_GENRE}
+                          : page == QELTV_BANNER_DETAILED ? int32_t{QELTV_BANNER_ITEMS}
+                                                          : 0;
     if (item < 0 || item >= items) return std::nullopt;
-    if (item == kBannerClock) return clockText(tv, tv.clock.now());
+    if (item == QELTV_BANNER_CLOCK) return clockText(tv, tv.clock.now());
     const auto channel = tv.channels.current();
     if (!channel) return "";
-    if (item == kBannerNumber) {
+    if (item == QELTV_BANNER_NUMBER) {
         const uint32_t major = channel->number >> 16, minor = channel->number & 0xffff;
         return major == 0 ? std::to_string(minor)
                           : std::to_string(major) + "-" + std::to_string(minor);
     }
-    if (item == kBannerChannel) return channel->name;
-    if (item == kBannerSound) return channel->language;
-    if (item == kBannerPicture) {
+    if (item == QELTV_BANNER_CHANNEL) return channel->name;
+    if (item == QELTV_BANNER_SOUND) return channel->language;
+    if (item == QELTV_BANNER_PICTURE) {
         if (channel->type != ServiceType::kTelevision) return "";
         return (channel->flags & CHANNEL_FLAG_HD) != 0 ? "HD" : "SD";
     }
-    if (item == kBannerFollowing) {
+    if (item == QELTV_BANNER_FOLLOWING) {
         const auto event = tv.guide.following(channel->channelId);
         return event ? clockText(tv, event->start) + " " + titleOf(*event) : "";
     }
@@ -77,18 +76,18 @@ std::optional<std::string> bannerText(const Television& tv, int32_t page, int32_
     if (!event) return "";
     const bool blocked = tv.guide.blocked(*event);
     switch (item) {
-        case kBannerTitle:
+        case QELTV_BANNER_TITLE:
             // The title of what a child must not see is not for it either.
             return blocked ? "" : titleOf(*event);
-        case kBannerTimes:
+        case QELTV_BANNER_TIMES:
             return clockText(tv, event->start) + " - " + clockText(tv, event->end());
-        case kBannerGenre:
+        case QELTV_BANNER_GENRE:
             return nameOfGenre(event->genre);
-        case kBannerRating:
+        case QELTV_BANNER_RATING:
             return tv.ratings.text(event->rating).label;
-        case kBannerLock:
+        case QELTV_BANNER_LOCK:
             return blocked ? "locked" : "";
-        case kBannerDetails:
+        case QELTV_BANNER_DETAILS:
             return blocked ? "" : detailsOf(*event);
         default:
             return "";
@@ -145,7 +144,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_event_atsc_get_detail_inf
 MainService::Return<void> MainService::a_hidl_qeltvapi_event_atsc_check_EIT_status(
         int32_t p1, int32_t p3, a_hidl_qeltvapi_event_atsc_check_EIT_status_cb reply) {
     std::vector<uint32_t> states;
-    int32_t status = kEitNone;
+    int32_t status = QELTV_EIT_NONE;
     const int32_t code = mTv.atsc.status(static_cast<uint32_t>(p1), p3, &states, &status);
     reply(states, static_cast<uint8_t>(states.size()), status, code);
     return Void();
@@ -191,7 +190,8 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_event_atsc_get_rating_map
 MainService::Return<void> MainService::a_hidl_qeltvapi_banner_get_item_state(
         int32_t p1, int32_t p2, a_hidl_qeltvapi_banner_get_item_state_cb reply) {
     const auto text = bannerText(mTv, p1, p2);
-    reply(text && !text->empty() ? kBannerShown : kBannerHidden, text ? kOk : kNotFound);
+    reply(text && !text->empty() ? QELTV_BANNER_SHOWN : QELTV_BANNER_HIDDEN,
+          text ? kOk : kNotFound);
     return Void();
 }
 
@@ -199,7 +199,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_banner_get_item_id(
         int32_t p1, int32_t p2, a_hidl_qeltvapi_banner_get_item_id_cb reply) {
     const bool known = bannerText(mTv, p1, p2).has_value();
     const auto page = static_cast<uint32_t>(p1), item = static_cast<uint32_t>(p2);
-    reply(known ? kBannerIdBit | page << 16 | item : 0, known ? kOk : kNotFound);
+    reply(known ? QELTV_BANNER_ID_BIT | page << 16 | item : 0, known ? kOk : kNotFound);
     return Void();
 }
 
@@ -217,7 +217,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_banner_get_item_content_l
     return Void();
 }
 
-/** A layouts::PinAnswer: callers only see the low 8 bits. */
+/** A QELTV_PIN_ANSWER: callers only see the low 8 bits. */
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_PWDDLG_checkPWD(
         const android::hardware::hidl_string& pin) {
     return mTv.pin.check(pin);

@@ -1,18 +1,17 @@
 #include "Blocks.h"
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 namespace {
 
 /** What the picture of a source measures; broadcasts keep to the limited range. */
-DataRange dataRange(const VideoSource& video) {
+QELTV_DATA_RANGE_T dataRange(const QELTV_VIDEO_SOURCE_T& video) {
     if (video.width == 0) return {};
-    const bool full = video.codec == kVideoRaw && video.interlaced == 0;
+    const bool full = video.codec == QELTV_VIDEO_RAW && video.interlaced == 0;
     const uint32_t low = full ? 0 : 16;
     const uint32_t high = full ? 255 : 235;
     return {full, low, high, (low + high) / 2};
@@ -101,31 +100,32 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_pictur
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_value(int32_t id,
                                                                               int32_t value) {
-    return id >= kVideoWidth && id <= kVideoAspect ? kRefused : mTv.picture.setValue(id, value);
+    return id >= QELTV_VIDEO_WIDTH && id <= QELTV_VIDEO_ASPECT ? kRefused
+                                                               : mTv.picture.setValue(id, value);
 }
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_value(
         int32_t id, a_hidl_qeltvapi_videoinfo_get_value_cb reply) {
-    const VideoSource video = mTv.presentation.video(Presentation::kMain);
+    const QELTV_VIDEO_SOURCE_T video = mTv.presentation.video(Presentation::kMain);
     uint32_t value = 0;
     int32_t code = kOk;
     switch (id) {
-        case kVideoWidth:
+        case QELTV_VIDEO_WIDTH:
             value = video.width;
             break;
-        case kVideoHeight:
+        case QELTV_VIDEO_HEIGHT:
             value = video.height;
             break;
-        case kVideoFrameRate:
+        case QELTV_VIDEO_FRAME_RATE:
             value = video.frameRate;
             break;
-        case kVideoInterlaced:
+        case QELTV_VIDEO_INTERLACED:
             value = video.interlaced;
             break;
-        case kVideoCodecValue:
+        case QELTV_VIDEO_CODEC_VALUE:
             value = video.codec;
             break;
-        case kVideoAspect:
+        case QELTV_VIDEO_ASPECT:
             value = video.aspectWidth << 16 | video.aspectHeight;
             break;
         default:
@@ -139,19 +139,19 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_data(int
                                                                              const Bytes& data,
                                                                              int32_t len) {
     if (data.size() != static_cast<uint32_t>(len)) return kBadValue;
-    if (id == kVideoDataSource || id == kVideoDataRange) return kRefused;
-    return id == kVideoDataUser ? mTv.picture.setUserData(data) : kNotFound;
+    if (id == QELTV_VIDEO_DATA_SOURCE || id == QELTV_VIDEO_DATA_RANGE) return kRefused;
+    return id == QELTV_VIDEO_DATA_USER ? mTv.picture.setUserData(data) : kNotFound;
 }
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_data(
         int32_t id, const Bytes& request, a_hidl_qeltvapi_videoinfo_get_data_cb reply) {
-    const VideoSource video = mTv.presentation.video(Presentation::kMain);
+    const QELTV_VIDEO_SOURCE_T video = mTv.presentation.video(Presentation::kMain);
     Bytes data;
-    if (id == kVideoDataSource) {
+    if (id == QELTV_VIDEO_DATA_SOURCE) {
         data = bytesOf(video);
-    } else if (id == kVideoDataRange) {
+    } else if (id == QELTV_VIDEO_DATA_RANGE) {
         data = bytesOf(dataRange(video));
-    } else if (id == kVideoDataUser) {
+    } else if (id == QELTV_VIDEO_DATA_USER) {
         data = mTv.picture.userData();
     } else {
         reply({}, kNotFound);

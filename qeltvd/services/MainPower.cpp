@@ -1,9 +1,8 @@
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 MainService::Return<void> MainService::a_hidl_c_pcl_get_wakeup_reason(
@@ -31,11 +30,11 @@ MainService::Return<int32_t> MainService::a_hidl_c_pcl_set_power_down_reason(uin
 }
 
 MainService::Return<int32_t> MainService::a_hidl_c_pcl_set_power_down() {
-    return mTv.presentation.standBy(kPowerDown);
+    return mTv.presentation.standBy(QELTV_POWER_DOWN);
 }
 
 MainService::Return<int32_t> MainService::a_hidl_c_pcl_set_request_suspend() {
-    return mTv.presentation.standBy(kPowerSuspend);
+    return mTv.presentation.standBy(QELTV_POWER_SUSPEND);
 }
 
 MainService::Return<int32_t> MainService::a_hidl_c_pcl_set_request_powerdown_envent() {

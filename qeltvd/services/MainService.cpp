@@ -8,8 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Code.h"
 #include "Raise.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

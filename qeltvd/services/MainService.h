@@ -367,12 +367,12 @@ class MainService : public IQelTvApiDefault {
 
   private:
     // Tracks and texts of what is shown
-    std::optional<layouts::AudioTrack> currentTrack(uint32_t path) const;
-    std::optional<layouts::AudioTrack> trackOf(uint32_t number) const;
-    std::vector<layouts::AudioTrack> tracksOfMain(bool ofInput) const;
+    std::optional<QELTV_AUDIO_TRACK_T> currentTrack(uint32_t path) const;
+    std::optional<QELTV_AUDIO_TRACK_T> trackOf(uint32_t number) const;
+    std::vector<QELTV_AUDIO_TRACK_T> tracksOfMain(bool ofInput) const;
     int32_t setLanguage(const char* item, const std::string& language);
     bool showsInput() const;
-    void tellApplication(layouts::AppTvEvent event, uint64_t first, uint64_t second = 0);
+    void tellApplication(QELTV_APP_TV_EVENT event, uint64_t first, uint64_t second = 0);
     int32_t unblock(const std::string& path, bool unlocked);
     std::string serviceText() const;
 

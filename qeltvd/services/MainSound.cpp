@@ -3,56 +3,55 @@
 #include <algorithm>
 
 #include "Blocks.h"
+#include "Code.h"
 #include "MainService.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 namespace {
 
-std::string language(const AudioTrack& track) {
+std::string language(const QELTV_AUDIO_TRACK_T& track) {
     return std::string(track.language, 3);
 }
 
-std::optional<AudioTrack> current(const std::vector<AudioTrack>& tracks) {
-    for (const AudioTrack& track : tracks) {
+std::optional<QELTV_AUDIO_TRACK_T> current(const std::vector<QELTV_AUDIO_TRACK_T>& tracks) {
+    for (const QELTV_AUDIO_TRACK_T& track : tracks) {
         if (track.current != 0) return track;
     }
     return std::nullopt;
 }
 
 /** No more records than there is room for. */
-MainService::Bytes records(const std::vector<AudioTrack>& tracks, uint32_t room) {
+MainService::Bytes records(const std::vector<QELTV_AUDIO_TRACK_T>& tracks, uint32_t room) {
     const size_t count = std::min<size_t>(tracks.size(), room);
     return bytesAs<Bytes>(tracks.data(), count);
 }
 
-std::string description(const AudioTrack& track) {
-    const char* codec = track.codec == kAudioAc3   ? "AC-3"
-                        : track.codec == kAudioAac ? "AAC"
-                        : track.codec == kAudioPcm ? "PCM"
-                                                   : "MPEG";
+std::string description(const QELTV_AUDIO_TRACK_T& track) {
+    const char* codec = track.codec == QELTV_AUDIO_AC3   ? "AC-3"
+                        : track.codec == QELTV_AUDIO_AAC ? "AAC"
+                        : track.codec == QELTV_AUDIO_PCM ? "PCM"
+                                                         : "MPEG";
     std::string text = language(track) + ", " + codec + (track.channels > 2 ? " 5.1" : " stereo");
-    if (track.purpose == kAudioDescription) text += ", audio description";
-    if (track.purpose == kAudioOriginal) text += ", original";
+    if (track.purpose == QELTV_AUDIO_DESCRIPTION) text += ", audio description";
+    if (track.purpose == QELTV_AUDIO_ORIGINAL) text += ", original";
     return text;
 }
 
 }  // namespace
 
-std::optional<AudioTrack> MainService::trackOf(uint32_t number) const {
-    for (const AudioTrack& track : mTv.presentation.tracks(Presentation::kMain)) {
+std::optional<QELTV_AUDIO_TRACK_T> MainService::trackOf(uint32_t number) const {
+    for (const QELTV_AUDIO_TRACK_T& track : mTv.presentation.tracks(Presentation::kMain)) {
         if (track.track == number) return track;
     }
     return std::nullopt;
 }
 
 /** The tracks of the main path while it shows the tuner, or while it shows another input. */
-std::vector<AudioTrack> MainService::tracksOfMain(bool ofInput) const {
+std::vector<QELTV_AUDIO_TRACK_T> MainService::tracksOfMain(bool ofInput) const {
     const bool input = mTv.presentation.status(Presentation::kMain).source != Inputs::kTuner;
     if (input != ofInput) return {};
     return mTv.presentation.tracks(Presentation::kMain);
@@ -101,7 +100,7 @@ MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_audio
 }
 
 MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_audio_desc(bool on) {
-    return mTv.sound.setValue(kAudioDescriptionOn, on);
+    return mTv.sound.setValue(QELTV_AUDIO_DESCRIPTION_ON, on);
 }
 
 MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_stm_set_audio(uint32_t track) {
@@ -158,7 +157,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_sound_
 }
 
 MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume() {
-    return static_cast<int16_t>(mTv.sound.step(kVolumeSpeaker, true));
+    return static_cast<int16_t>(mTv.sound.step(QELTV_VOLUME_SPEAKER, true));
 }
 
 MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume_by_type(int32_t type) {
@@ -166,7 +165,7 @@ MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume_by_
 }
 
 MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume() {
-    return static_cast<int16_t>(mTv.sound.step(kVolumeSpeaker, false));
+    return static_cast<int16_t>(mTv.sound.step(QELTV_VOLUME_SPEAKER, false));
 }
 
 MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume_by_type(int32_t type) {
@@ -174,7 +173,7 @@ MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume_by_
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume(int32_t volume) {
-    return mTv.sound.setVolume(kVolumeSpeaker, volume);
+    return mTv.sound.setVolume(QELTV_VOLUME_SPEAKER, volume);
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume_by_type(
@@ -183,7 +182,7 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume_by_t
 }
 
 MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume() {
-    return static_cast<int16_t>(mTv.sound.volume(kVolumeSpeaker));
+    return static_cast<int16_t>(mTv.sound.volume(QELTV_VOLUME_SPEAKER));
 }
 
 MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume_by_type(int32_t type) {
@@ -191,7 +190,7 @@ MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume_by_t
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute(bool mute) {
-    return mTv.sound.setMuted(kVolumeSpeaker, mute);
+    return mTv.sound.setMuted(QELTV_VOLUME_SPEAKER, mute);
 }
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute_by_type(int32_t type,
@@ -200,7 +199,7 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute_by_typ
 }
 
 MainService::Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute() {
-    return mTv.sound.muted(kVolumeSpeaker);
+    return mTv.sound.muted(QELTV_VOLUME_SPEAKER);
 }
 
 MainService::Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute_by_type(int32_t type) {
@@ -243,8 +242,8 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_get_audio_apd_text(
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_ad_info(
         a_hidl_qeltvapi_get_current_ad_info_cb reply) {
-    for (const AudioTrack& track : tracksOfMain(false)) {
-        if (track.purpose != kAudioDescription) continue;
+    for (const QELTV_AUDIO_TRACK_T& track : tracksOfMain(false)) {
+        if (track.purpose != QELTV_AUDIO_DESCRIPTION) continue;
         reply(bytesOf(track), kOk);
         return Void();
     }
@@ -287,13 +286,13 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_get_inputsource_current_a
 
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_value(int32_t id,
                                                                                int32_t value) {
-    const bool reads = id >= kAudioCurrentCodec && id <= kAudioCurrentRate;
+    const bool reads = id >= QELTV_AUDIO_CURRENT_CODEC && id <= QELTV_AUDIO_CURRENT_RATE;
     return reads ? kRefused : mTv.sound.setValue(id, value);
 }
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
         int32_t id, a_hidl_qeltvapi_audio_info_get_value_cb reply) {
-    if (id < kAudioCurrentCodec || id > kAudioCurrentRate) {
+    if (id < QELTV_AUDIO_CURRENT_CODEC || id > QELTV_AUDIO_CURRENT_RATE) {
         uint32_t value = 0;
         const int32_t code = mTv.sound.value(id, &value);
         reply(value, code);
@@ -303,9 +302,9 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
     if (!track) {
         reply(0, kRefused);
     } else {
-        reply(id == kAudioCurrentCodec      ? track->codec
-              : id == kAudioCurrentChannels ? track->channels
-                                            : track->sampleRate,
+        reply(id == QELTV_AUDIO_CURRENT_CODEC      ? track->codec
+              : id == QELTV_AUDIO_CURRENT_CHANNELS ? track->channels
+                                                   : track->sampleRate,
               kOk);
     }
     return Void();
@@ -314,7 +313,7 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
 MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_data(int32_t id,
                                                                               const Bytes& data,
                                                                               int32_t len) {
-    if (id != kAudioEqualiser) return kNotFound;
+    if (id != QELTV_AUDIO_EQUALISER) return kNotFound;
     if (len < 0 || static_cast<size_t>(len) != data.size()) return kBadValue;
     return mTv.sound.setEqualiser(data);
 }
@@ -324,8 +323,8 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_data(
         a_hidl_qeltvapi_audio_info_get_data_cb reply) {
     // The client takes whatever comes into the room of its request.
     const bool fits = len >= 0 && static_cast<size_t>(len) == request.size() &&
-                      request.size() >= kAudioEqualiserSize;
-    const int32_t code = id != kAudioEqualiser ? kNotFound : fits ? kOk : kBadValue;
+                      request.size() >= QELTV_AUDIO_EQUALISER_SIZE;
+    const int32_t code = id != QELTV_AUDIO_EQUALISER ? kNotFound : fits ? kOk : kBadValue;
     reply(code == kOk ? Bytes(mTv.sound.equaliser()) : Bytes(), code);
     return Void();
 }

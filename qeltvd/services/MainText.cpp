@@ -1,22 +1,22 @@
 #include <cstring>
 
 #include "Blocks.h"
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_vec;
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
-hidl_vec<uint8_t> table(const std::vector<TopEntry>& entries) {
+hidl_vec<uint8_t> table(const std::vector<QELTV_TOP_ENTRY_T>& entries) {
     const auto count = static_cast<uint32_t>(entries.size());
-    hidl_vec<uint8_t> bytes(sizeof(count) + count * sizeof(TopEntry));
+    hidl_vec<uint8_t> bytes(sizeof(count) + count * sizeof(QELTV_TOP_ENTRY_T));
     memcpy(bytes.data(), &count, sizeof(count));
-    if (count != 0) memcpy(&bytes[sizeof(count)], entries.data(), count * sizeof(TopEntry));
+    if (count != 0)
+        memcpy(&bytes[sizeof(count)], entries.data(), count * sizeof(QELTV_TOP_ENTRY_T));
     return bytes;
 }
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "Blocks.h"
+#include "Code.h"
 #include "MainService.h"
 #include "SharedBlock.h"
 #include "Uart.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

@@ -1,15 +1,14 @@
 #define LOG_TAG "qeltvd"
 
 #include "Blocks.h"
+#include "Code.h"
 #include "MainService.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_string;
 using android::hardware::hidl_vec;
 using android::hardware::Void;
-using namespace layouts;
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_oad_get_scheduleinfo(
         a_hidl_qeltvapi_oad_get_scheduleinfo_cb reply) {
@@ -87,15 +86,15 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_upgrade_get_firmware_info
         a_hidl_qeltvapi_upgrade_get_firmware_info_cb reply) {
     HIDL_QELTVAPI_UPGRADE_FW_INFO_T info;
     Upgrade::Item firmware;
-    (void)mTv.upgrade.item(kItemFirmware, &firmware);
+    (void)mTv.upgrade.item(QELTV_UPGRADE_ITEM_FIRMWARE, &firmware);
     info.s_at_0 = mTv.config.text("system.model");
-    info.s_at_32 = mTv.upgrade.installed(kItemFirmware);
+    info.s_at_32 = mTv.upgrade.installed(QELTV_UPGRADE_ITEM_FIRMWARE);
     info.s_at_64 = firmware.date;
     info.s_at_96 = "reference board 1";
     info.s_at_128 = mTv.config.text("channels.country");
     info.s_at_160 = mTv.config.text("system.serial");
-    info.s_at_192 = mTv.upgrade.installed(kItemBootloader);
-    info.ui4_at_224 = kUpgradeItems;
+    info.s_at_192 = mTv.upgrade.installed(QELTV_UPGRADE_ITEM_BOOTLOADER);
+    info.ui4_at_224 = QELTV_UPGRADE_ITEMS;
     reply(info, kOk);
     return Void();
 }
@@ -136,7 +135,7 @@ MainService::Return<int32_t> MainService::a_hidl_qeltvapi_upgrade_query_upgrade_
 
 MainService::Return<void> MainService::a_hidl_qeltvapi_upgrade_is_supported(
         uint32_t value, a_hidl_qeltvapi_upgrade_is_supported_cb reply) {
-    reply(value < kUpgradeItems, kOk);
+    reply(value < QELTV_UPGRADE_ITEMS, kOk);
     return Void();
 }
 

@@ -1,10 +1,9 @@
 #include "MultiviewService.h"
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using android::hardware::Void;
 
 MultiviewService::MultiviewService(Television& tv)

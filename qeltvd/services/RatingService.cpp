@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "Blocks.h"
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 

@@ -1,14 +1,13 @@
 #include "RecordService.h"
 
 #include "Blocks.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
+#include "ChannelIds.h"
+#include "Code.h"
 
 namespace qeltvd {
 
 using android::hardware::hidl_vec;
 using android::hardware::Void;
-using namespace layouts;
 
 RecordService::RecordService(Television& tv)
         : IQelTvApiRecordDefault(kUnsupported, false), mTv(tv) {}
@@ -130,13 +129,13 @@ RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_record_pvr_get_cur
 /** The code of a booking that is stored is its number. */
 RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_set_schedule_record(
         const Bytes& record, uint32_t value) {
-    const auto booking = recordOf<ScheduleRecord>(record);
+    const auto booking = recordOf<QELTV_SCHEDULE_RECORD_T>(record);
     return booking ? mTv.recorder.book(*booking, value) : kBadValue;
 }
 
 RecordService::Return<void> RecordService::a_hidl_qeltvapi_get_schedule_record(
         uint32_t index, a_hidl_qeltvapi_get_schedule_record_cb reply) {
-    ScheduleRecord record{};
+    QELTV_SCHEDULE_RECORD_T record{};
     const int32_t code = mTv.recorder.booking(index, &record);
     reply(code == kOk ? bytesOf(record) : Bytes(), code);
     return Void();
@@ -144,14 +143,14 @@ RecordService::Return<void> RecordService::a_hidl_qeltvapi_get_schedule_record(
 
 RecordService::Return<bool> RecordService::a_hidl_qeltvapi_record_pvr_chk_src_conflict(
         const Bytes& first, const Bytes& second) {
-    const auto a = recordOf<SourceRecord>(first);
-    const auto b = recordOf<SourceRecord>(second);
+    const auto a = recordOf<QELTV_SOURCE_RECORD_T>(first);
+    const auto b = recordOf<QELTV_SOURCE_RECORD_T>(second);
     return a && b && mTv.recorder.conflict(*a, *b);
 }
 
 RecordService::Return<int32_t> RecordService::a_hidl_qeltvapi_record_pvr_set_disk(
         uint32_t recording, const String& path, const HIDL_PVR_DISK_T& disk) {
-    const auto record = recordOf<DiskRecord>(disk.bytes.data(), sizeof(disk.bytes));
+    const auto record = recordOf<QELTV_DISK_RECORD_T>(disk.bytes.data(), sizeof(disk.bytes));
     return record ? mTv.recorder.setDisk(recording, path, *record) : kBadValue;
 }
 

@@ -4,13 +4,12 @@
 
 #include <algorithm>
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
 using android::hardware::Void;
-using namespace layouts;
 
 namespace {
 
@@ -79,13 +78,13 @@ ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_get_market_region() {
     switch (mTv.ratings.system()) {
         case RatingSystem::kUnitedStates:
         case RatingSystem::kCanada:
-            return kMarketNorthAmerica;
+            return QELTV_MARKET_NORTH_AMERICA;
         case RatingSystem::kIsdb:
-            return kMarketLatinAmerica;
+            return QELTV_MARKET_LATIN_AMERICA;
         case RatingSystem::kDvb:
             break;
     }
-    return kMarketEurope;
+    return QELTV_MARKET_EUROPE;
 }
 
 ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_atsc_scan_param(
@@ -96,9 +95,9 @@ ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_atsc_scan_param(
 
 ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_isdb_scan_param(
         uint64_t, const HIDL_ISDB_SCAN_PARAM_T& param) {
-    if (param.ui4_configFlag > kIsdbNoRadio) return kBadValue;
+    if (param.ui4_configFlag > QELTV_ISDB_NO_RADIO) return kBadValue;
     return mTv.scanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index, 0, 0,
-                                 param.ui4_configFlag == kIsdbNoRadio});
+                                 param.ui4_configFlag == QELTV_ISDB_NO_RADIO});
 }
 
 void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply) {
@@ -111,15 +110,15 @@ void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply
         return;
     }
     switch (data.size() != 0 ? data[0] : 0) {
-        case kExchangeStatus: {
+        case QELTV_EXCHANGE_STATUS: {
             const Scanner::Status status = mTv.scanner.status();
-            reply(Data{kExchangeStatus, status.state, status.percent,
+            reply(Data{QELTV_EXCHANGE_STATUS, status.state, status.percent,
                        static_cast<int32_t>(status.kHz), status.index, status.count,
                        status.television, status.radio, status.added},
                   kOk);
             return;
         }
-        case kExchangeRange: {
+        case QELTV_EXCHANGE_RANGE: {
             if (data.size() != 3 || data[1] < 0 || data[2] < data[1]) break;
             Scanner::Range range;
             range.first = static_cast<uint32_t>(data[1]);
@@ -127,7 +126,7 @@ void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply
             reply(data, mTv.scanner.setRange(range));
             return;
         }
-        case kExchangeTransponder: {
+        case QELTV_EXCHANGE_TRANSPONDER: {
             if (data.size() != 2) break;
             if (data[1] < 0 || static_cast<size_t>(data[1]) >= own.size()) {
                 reply(data, kNotFound);
@@ -136,15 +135,15 @@ void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply
             const Multiplex& multiplex = own[static_cast<size_t>(data[1])];
             const uint32_t width =
                     multiplex.symbolRate != 0 ? multiplex.symbolRate : multiplex.bandwidthHz;
-            reply(Data{kExchangeTransponder, data[1],
+            reply(Data{QELTV_EXCHANGE_TRANSPONDER, data[1],
                        static_cast<int32_t>(multiplex.frequencyHz / 1000),
                        static_cast<int32_t>(width), static_cast<int32_t>(multiplex.modulation),
                        static_cast<int32_t>(multiplex.system)},
                   kOk);
             return;
         }
-        case kExchangeCount:
-            reply(Data{kExchangeCount, static_cast<int32_t>(own.size())}, kOk);
+        case QELTV_EXCHANGE_COUNT:
+            reply(Data{QELTV_EXCHANGE_COUNT, static_cast<int32_t>(own.size())}, kOk);
             return;
         default:
             break;
@@ -207,7 +206,7 @@ ScanService::Return<void> ScanService::a_hidl_qeltvapi_get_user_message(
     const char* begins[] = {"No scan yet", "Scan runs", "Scan complete", "Scan cancelled",
                             "Scan failed"};
     std::string text = begins[status.state];
-    if (status.state != kScanIdle) {
+    if (status.state != QELTV_SCAN_STATE_IDLE) {
         text += ": " + counted(status.television, "television and ") +
                 counted(status.radio, "radio services, ") + counted(status.added, "new");
     }
@@ -220,13 +219,13 @@ ScanService::Return<void> ScanService::a_hidl_qeltvapi_scan_dvbc_get_str_data(
         uint32_t id, const String&, int32_t room, a_hidl_qeltvapi_scan_dvbc_get_str_data_cb reply) {
     std::string text;
     switch (id) {
-        case kScanTextRegion:
+        case QELTV_SCAN_TEXT_REGION:
             text = mTv.config.text("channels.region");
             break;
-        case kScanTextCountry:
+        case QELTV_SCAN_TEXT_COUNTRY:
             text = mTv.config.text("channels.country");
             break;
-        case kScanTextTransponder:
+        case QELTV_SCAN_TEXT_TRANSPONDER:
             text = mTv.scanner.status().transponder;
             break;
         default:

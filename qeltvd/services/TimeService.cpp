@@ -6,24 +6,23 @@
 
 #include <cstring>
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
 
 using android::hardware::Void;
-using layouts::Dtg;
 
 namespace {
 
-Dtg fromWire(const HIDL_DTG_T& record) {
-    Dtg dtg;
+QELTV_DTG_T fromWire(const HIDL_DTG_T& record) {
+    QELTV_DTG_T dtg;
     memcpy(&dtg, record.head.data(), 8);
     dtg.flags = record.tail;
     return dtg;
 }
 
 /** All zero for no time. */
-HIDL_DTG_T toWire(const std::optional<Dtg>& dtg) {
+HIDL_DTG_T toWire(const std::optional<QELTV_DTG_T>& dtg) {
     HIDL_DTG_T record{};
     if (dtg) {
         memcpy(record.head.data(), &*dtg, 8);
@@ -71,13 +70,13 @@ TimeService::Return<void> TimeService::a_hidl_qeltvapi_time_get_broadcast_time_e
 
 TimeService::Return<void> TimeService::a_hidl_qeltvapi_time_convert(
         uint32_t type, const HIDL_DTG_T& from, a_hidl_qeltvapi_time_convert_cb reply) {
-    const Dtg record = fromWire(from);
-    std::optional<Dtg> to;
-    if (type == layouts::kUtcToLocal) {
+    const QELTV_DTG_T record = fromWire(from);
+    std::optional<QELTV_DTG_T> to;
+    if (type == QELTV_TIME_UTC_TO_LOCAL) {
         if (const auto utc = Clock::plainSeconds(record)) to = mTv.clock.localRecord(*utc);
-    } else if (type == layouts::kLocalToUtc) {
+    } else if (type == QELTV_TIME_LOCAL_TO_UTC) {
         if (const auto utc = mTv.clock.localToUtc(record)) to = mTv.clock.utcRecord(*utc);
-    } else if (type == layouts::kNormalise) {
+    } else if (type == QELTV_TIME_NORMALISE) {
         to = Clock::normalised(record);
     }
     reply(toWire(to), to ? kOk : kBadValue);
@@ -92,7 +91,7 @@ TimeService::Return<void> TimeService::a_hidl_qeltvapi_time_get_brdcst_raw_data(
         return Void();
     }
     const int64_t saving = mTv.clock.offset();
-    reply(mTv.clock.hasOffsetTable() ? layouts::kRawTot : layouts::kRawStt, saving != 0, *time,
+    reply(mTv.clock.hasOffsetTable() ? QELTV_RAW_TIME_TOT : QELTV_RAW_TIME_STT, saving != 0, *time,
           mTv.clock.zone() + saving, mTv.clock.nextChange().value_or(0), kOk);
     return Void();
 }
@@ -210,11 +209,11 @@ TimeService::Return<void> TimeService::a_hidl_c_dt_get_utc(a_hidl_c_dt_get_utc_c
 /** To the other one of the two, as the flag of the record tells. */
 TimeService::Return<void> TimeService::a_hidl_c_dt_conv_utc_local(
         const HIDL_DTG_T& from, a_hidl_c_dt_conv_utc_local_cb reply) {
-    const Dtg record = fromWire(from);
-    std::optional<Dtg> to;
+    const QELTV_DTG_T record = fromWire(from);
+    std::optional<QELTV_DTG_T> to;
     if (const auto utc = mTv.clock.utcSeconds(record)) {
-        to = (record.flags & layouts::kDtgUtc) != 0 ? mTv.clock.localRecord(*utc)
-                                                    : mTv.clock.utcRecord(*utc);
+        to = (record.flags & QELTV_DTG_UTC) != 0 ? mTv.clock.localRecord(*utc)
+                                                 : mTv.clock.utcRecord(*utc);
     }
     reply(toWire(to));
     return Void();
@@ -235,7 +234,7 @@ TimeService::Return<int64_t> TimeService::a_hidl_c_dt_dtg_to_sec(const HIDL_DTG_
 /** The time in BCD has hour and minute, the third value the second. */
 TimeService::Return<void> TimeService::a_hidl_c_dt_dtg_to_mjd_bcd(
         const HIDL_DTG_T& dtg, a_hidl_c_dt_dtg_to_mjd_bcd_cb reply) {
-    const Dtg record = fromWire(dtg);
+    const QELTV_DTG_T record = fromWire(dtg);
     const auto day = Clock::modifiedJulian(record);
     if (!day || *day > UINT16_MAX) {
         reply(0, 0, 0, kBadValue);

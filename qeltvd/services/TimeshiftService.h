@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Code.h"
 #include "Defaults.h"
 #include "Television.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
@@ -27,7 +27,7 @@ class TimeshiftService : public IQelTvApiTimeshiftDefault {
     }
     Return<int32_t> a_hidl_qeltvapi_timeshift_start() override { return mShift.start(); }
     Return<int32_t> a_hidl_qeltvapi_timeshift_stop() override {
-        return mShift.stop(layouts::kStopDrop);
+        return mShift.stop(QELTV_TIMESHIFT_STOP_DROP);
     }
     Return<int32_t> a_hidl_qeltvapi_timeshift_play() override { return mShift.play(); }
     Return<int32_t> a_hidl_qeltvapi_timeshift_pause() override { return mShift.pause(); }

@@ -2,8 +2,8 @@
 
 #include "ConfigItems.h"
 
+#include "Code.h"
 #include "Guarded.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 namespace {

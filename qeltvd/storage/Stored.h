@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
+#include "Code.h"
 #include "Store.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 

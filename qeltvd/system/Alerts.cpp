@@ -4,12 +4,10 @@
 
 #include <algorithm>
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 Alerts::Alerts(Store& store, Timers& timers, Notifier& notifier, const ChannelDatabase& channels,
                std::function<int32_t(uint32_t)> goTo)
@@ -23,25 +21,26 @@ Alerts::Alerts(Store& store, Timers& timers, Notifier& notifier, const ChannelDa
     while (rows.step()) mMonitors.push_back(static_cast<int32_t>(rows.integer(0)));
 }
 
-AlertEntry Alerts::alert() const {
+QELTV_ALERT_ENTRY_T Alerts::alert() const {
     std::lock_guard<std::mutex> guard(mLock);
     return mAlert;
 }
 
-int32_t Alerts::raise(const AlertEntry& alert) {
+int32_t Alerts::raise(const QELTV_ALERT_ENTRY_T& alert) {
     std::lock_guard<std::mutex> guard(mLock);
-    if (alert.type == kAlertNone) {
-        if (mAlert.type == kAlertNone) return kRefused;
-        endAlert(kAlertEnds, true);
+    if (alert.type == QELTV_ALERT_NONE) {
+        if (mAlert.type == QELTV_ALERT_NONE) return kRefused;
+        endAlert(QELTV_ALERT_ENDS, true);
         return kOk;
     }
-    if (alert.type < kAlertTest || alert.type > kAlertNational || alert.channelChange < 0 ||
-        alert.channelChange > 1 || alert.seconds <= 0 || alert.seconds > kLongest) {
+    if (alert.type < QELTV_ALERT_TEST || alert.type > QELTV_ALERT_NATIONAL ||
+        alert.channelChange < 0 || alert.channelChange > 1 || alert.seconds <= 0 ||
+        alert.seconds > kLongest) {
         return kBadValue;
     }
     const auto channel = static_cast<uint32_t>(alert.channel);
     if (alert.channelChange == 1 && !mChannels.byChannelId(channel)) return kNotFound;
-    if (mAlert.type != kAlertNone) endAlert(kAlertEnds, true);
+    if (mAlert.type != QELTV_ALERT_NONE) endAlert(QELTV_ALERT_ENDS, true);
     if (alert.channelChange == 1) {
         const auto before = mChannels.current();
         const int32_t code = stored([&] { return mGoTo(channel); });
@@ -50,7 +49,7 @@ int32_t Alerts::raise(const AlertEntry& alert) {
     }
     mAlert = alert;
     mAlertEnd = Clock::now() + std::chrono::seconds(alert.seconds);
-    tellAlert(kAlertBegins);
+    tellAlert(QELTV_ALERT_BEGINS);
     schedule();
     return kOk;
 }
@@ -76,8 +75,8 @@ bool Alerts::launched() const {
 
 int32_t Alerts::leave() {
     std::lock_guard<std::mutex> guard(mLock);
-    if (mAlert.type == kAlertNone) return kRefused;
-    endAlert(kAlertLeft, false);
+    if (mAlert.type == QELTV_ALERT_NONE) return kRefused;
+    endAlert(QELTV_ALERT_LEFT, false);
     return kOk;
 }
 
@@ -85,7 +84,7 @@ int32_t Alerts::addMonitor(int32_t area) {
     std::lock_guard<std::mutex> guard(mLock);
     if (area <= 0) return kBadValue;
     if (std::find(mMonitors.begin(), mMonitors.end(), area) != mMonitors.end() ||
-        mMonitors.size() >= kWarningMonitorLimit) {
+        mMonitors.size() >= QELTV_WARNING_MONITOR_LIMIT) {
         return kRefused;
     }
     const int32_t code = stored([&] {
@@ -115,7 +114,7 @@ std::vector<int32_t> Alerts::monitors() const {
     return mMonitors;
 }
 
-int32_t Alerts::raiseWarning(const WarningEntry& warning) {
+int32_t Alerts::raiseWarning(const QELTV_WARNING_ENTRY_T& warning) {
     std::lock_guard<std::mutex> guard(mLock);
     if (warning.severity < 1 || warning.severity > 3 || warning.area < 0 || warning.seconds <= 0 ||
         warning.seconds > kLongest) {
@@ -125,7 +124,7 @@ int32_t Alerts::raiseWarning(const WarningEntry& warning) {
     Warning added{warning, Clock::now() + std::chrono::seconds(warning.seconds)};
     added.entry.number = mNextWarning++;
     mWarnings.push_back(added);
-    tellWarning(kWarningBegins, warning.area);
+    tellWarning(QELTV_WARNING_BEGINS, warning.area);
     schedule();
     return added.entry.number;
 }
@@ -136,14 +135,14 @@ int32_t Alerts::cancelWarning(int32_t number) {
             std::find_if(mWarnings.begin(), mWarnings.end(),
                          [&](const Warning& warning) { return warning.entry.number == number; });
     if (found == mWarnings.end()) return kNotFound;
-    tellWarning(kWarningEnds, found->entry.area);
+    tellWarning(QELTV_WARNING_ENDS, found->entry.area);
     mWarnings.erase(found);
     return kOk;
 }
 
-std::vector<WarningEntry> Alerts::warnings(int32_t area) const {
+std::vector<QELTV_WARNING_ENTRY_T> Alerts::warnings(int32_t area) const {
     std::lock_guard<std::mutex> guard(mLock);
-    std::vector<WarningEntry> entries;
+    std::vector<QELTV_WARNING_ENTRY_T> entries;
     for (const Warning& warning : mWarnings) {
         if (area != 0 && warning.entry.area != 0 && warning.entry.area != area) continue;
         entries.push_back(warning.entry);
@@ -171,7 +170,7 @@ void Alerts::tellWarning(int32_t event, int32_t area) {
 
 void Alerts::schedule() {
     std::optional<Clock::time_point> next;
-    if (mAlert.type != kAlertNone) next = mAlertEnd;
+    if (mAlert.type != QELTV_ALERT_NONE) next = mAlertEnd;
     for (const Warning& warning : mWarnings) {
         next = next ? std::min(*next, warning.end) : warning.end;
     }
@@ -181,13 +180,13 @@ void Alerts::schedule() {
 void Alerts::update() {
     std::lock_guard<std::mutex> guard(mLock);
     const auto now = Clock::now();
-    if (mAlert.type != kAlertNone && mAlertEnd <= now) endAlert(kAlertEnds, true);
+    if (mAlert.type != QELTV_ALERT_NONE && mAlertEnd <= now) endAlert(QELTV_ALERT_ENDS, true);
     for (size_t i = 0; i < mWarnings.size();) {
         if (mWarnings[i].end > now) {
             ++i;
             continue;
         }
-        tellWarning(kWarningEnds, mWarnings[i].entry.area);
+        tellWarning(QELTV_WARNING_ENDS, mWarnings[i].entry.area);
         mWarnings.erase(mWarnings.begin() + static_cast<ptrdiff_t>(i));
     }
     schedule();

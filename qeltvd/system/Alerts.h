@@ -25,10 +25,10 @@ class Alerts {
     Alerts(Store& store, Timers& timers, Notifier& notifier, const ChannelDatabase& channels,
            std::function<int32_t(uint32_t channelId)> goTo);
 
-    /** The alert that is on; of type kAlertNone when none is. */
-    layouts::AlertEntry alert() const;
-    /** Begins an alert in place of the one before; type kAlertNone ends it. */
-    int32_t raise(const layouts::AlertEntry& alert);
+    /** The alert that is on; of type QELTV_ALERT_NONE when none is. */
+    QELTV_ALERT_ENTRY_T alert() const;
+    /** Begins an alert in place of the one before; type QELTV_ALERT_NONE ends it. */
+    int32_t raise(const QELTV_ALERT_ENTRY_T& alert);
     void setLaunched(bool launched);
     bool launched() const;
     /** The application leaves the alert, and stays on the channel. */
@@ -39,15 +39,15 @@ class Alerts {
     std::vector<int32_t> monitors() const;
 
     /** The number of the warning, or a code. */
-    int32_t raiseWarning(const layouts::WarningEntry& warning);
+    int32_t raiseWarning(const QELTV_WARNING_ENTRY_T& warning);
     int32_t cancelWarning(int32_t number);
     /** Those that hold in an area; all for area 0. */
-    std::vector<layouts::WarningEntry> warnings(int32_t area) const;
+    std::vector<QELTV_WARNING_ENTRY_T> warnings(int32_t area) const;
 
   private:
     using Clock = Alarm::Clock;
     struct Warning {
-        layouts::WarningEntry entry;
+        QELTV_WARNING_ENTRY_T entry;
         Clock::time_point end;
     };
 
@@ -64,7 +64,7 @@ class Alerts {
     const std::function<int32_t(uint32_t)> mGoTo;
     mutable std::mutex mLock;
     // Guarded by mLock.
-    layouts::AlertEntry mAlert{};
+    QELTV_ALERT_ENTRY_T mAlert{};
     Clock::time_point mAlertEnd;
     std::optional<uint32_t> mChannelBefore;
     bool mLaunched = false;

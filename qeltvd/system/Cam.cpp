@@ -14,13 +14,12 @@
 #include <random>
 
 #include "Blocks.h"
+#include "Code.h"
 #include "Files.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using Callback = Notifier::Callback;
 
 namespace {
@@ -33,7 +32,7 @@ constexpr char kHeldPinKey[] = "ci.held_pin";
 constexpr char kLanguageKey[] = "ci.language";
 constexpr char kAgeKey[] = "ci.parental_age";
 constexpr char kHostIdKey[] = "ci.host_id";
-constexpr char kFactoryPin[] = "1234";
+constexpr char QELTV_PIN_FACTORY[] = "1234";
 constexpr int kWrongPinLimit = 3;
 constexpr uint16_t kCaSystems[] = {0x0b00, 0x0d96};
 /** Ages of the parental menu, in its order. */
@@ -73,13 +72,14 @@ Cam::Cam(Store& store, Settings& settings, Notifier& notifier, const std::string
     mStore.execute(
             "CREATE TABLE IF NOT EXISTS ci_keys (kind INTEGER PRIMARY KEY,"
             " active INTEGER NOT NULL, data BLOB NOT NULL)");
-    if (mHostId.size() != kCiHostIdSize) {
+    if (mHostId.size() != QELTV_CI_HOST_ID_SIZE) {
         std::random_device random;
-        mHostId.resize(kCiHostIdSize);
+        mHostId.resize(QELTV_CI_HOST_ID_SIZE);
         for (uint8_t& byte : mHostId) byte = static_cast<uint8_t>(random());
         mSettings.set(kHostIdKey, mHostId);
     }
-    if (mSettings.text(kCamPinKey).empty()) mSettings.set(kCamPinKey, std::string(kFactoryPin));
+    if (mSettings.text(kCamPinKey).empty())
+        mSettings.set(kCamPinKey, std::string(QELTV_PIN_FACTORY));
 }
 
 int32_t Cam::add(uint32_t first, uint32_t second, int pid, int32_t* registration) {
@@ -106,20 +106,22 @@ int32_t Cam::remove(int32_t registration) {
 std::optional<Cam::Bytes> Cam::get(int32_t type) const {
     std::lock_guard<std::mutex> guard(mLock);
     switch (type) {
-        case kCiGetSlotState: {
-            const uint32_t state = !mInserted ? kCiEmpty : mPowered ? kCiReady : kCiOff;
+        case QELTV_CI_GET_SLOT_STATE: {
+            const uint32_t state = !mInserted ? QELTV_CI_EMPTY
+                                   : mPowered ? QELTV_CI_READY
+                                              : QELTV_CI_OFF;
             return bytesAs<Bytes>(&state, 1);
         }
-        case kCiGetCamName:
+        case QELTV_CI_GET_CAM_NAME:
             return ready() ? bytesAs<Bytes>(kName, strlen(kName)) : Bytes();
-        case kCiGetCamNameUtf16:
+        case QELTV_CI_GET_CAM_NAME_UTF16:
             return ready() ? bytesAs<Bytes>(kNameUtf16, std::u16string(kNameUtf16).size())
                            : Bytes();
-        case kCiGetDialogue: {
-            uint32_t kind = kCiMenuDialogue;
+        case QELTV_CI_GET_DIALOGUE: {
+            uint32_t kind = QELTV_CI_MENU_DIALOGUE;
             switch (mScreen) {
                 case Screen::kNone:
-                    kind = kCiNoDialogue;
+                    kind = QELTV_CI_NO_DIALOGUE;
                     break;
                 case Screen::kMain:
                 case Screen::kParental:
@@ -127,23 +129,23 @@ std::optional<Cam::Bytes> Cam::get(int32_t type) const {
                 case Screen::kSubscription:
                 case Screen::kInformation:
                 case Screen::kMessage:
-                    kind = kCiListDialogue;
+                    kind = QELTV_CI_LIST_DIALOGUE;
                     break;
                 default:
-                    kind = kCiEnquiryDialogue;
+                    kind = QELTV_CI_ENQUIRY_DIALOGUE;
             }
             const uint32_t words[] = {kind, mDialogue};
             return bytesAs<Bytes>(words, 2);
         }
-        case kCiGetCaSystems:
+        case QELTV_CI_GET_CA_SYSTEMS:
             return ready() ? bytesAs<Bytes>(kCaSystems, std::size(kCaSystems)) : Bytes();
-        case kCiGetSlots:
+        case QELTV_CI_GET_SLOTS:
             return Bytes{1};
-        case kCiGetLanguage: {
+        case QELTV_CI_GET_LANGUAGE: {
             Bytes language = mSettings.bytes(kLanguageKey);
             return language.empty() ? bytesAs<Bytes>("eng", 4) : language;
         }
-        case kCiGetPower:
+        case QELTV_CI_GET_POWER:
             return Bytes{static_cast<uint8_t>(mPowered)};
         default:
             return std::nullopt;
@@ -160,51 +162,51 @@ std::u16string Cam::pin(bool* valid) const {
 int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size) {
     std::lock_guard<std::mutex> guard(mLock);
     switch (type) {
-        case kCiSetOpenMenu:
-        case kCiSetClose:
-        case kCiSetReset:
-        case kCiSetRemove:
-        case kCiSetInsert:
+        case QELTV_CI_SET_OPEN_MENU:
+        case QELTV_CI_SET_CLOSE:
+        case QELTV_CI_SET_RESET:
+        case QELTV_CI_SET_REMOVE:
+        case QELTV_CI_SET_INSERT:
             if (value != 0) return kNotFound;
             break;
         default:
             break;
     }
     switch (type) {
-        case kCiSetOpenMenu:
+        case QELTV_CI_SET_OPEN_MENU:
             if (!ready()) return kRefused;
             show(Screen::kMain);
             return kOk;
-        case kCiSetClose:
+        case QELTV_CI_SET_CLOSE:
             if (mScreen == Screen::kNone) return kRefused;
             closeDialogue();
             return kOk;
-        case kCiSetMenuAnswer: {
+        case QELTV_CI_SET_MENU_ANSWER: {
             const auto words = recordOf<std::array<uint32_t, 2>>(data, size);
             return words ? answerMenu((*words)[0], (*words)[1]) : kBadValue;
         }
-        case kCiSetReset:
+        case QELTV_CI_SET_RESET:
             if (!ready()) return kRefused;
             closeDialogue();
             mWrongPins = 0;
-            tellSlot(kCiCardReady);
+            tellSlot(QELTV_CI_CARD_READY);
             return kOk;
-        case kCiSetRemove:
+        case QELTV_CI_SET_REMOVE:
             if (!mInserted) return kRefused;
             closeDialogue();
             mInserted = false;
-            tellSlot(kCiCardRemoved);
+            tellSlot(QELTV_CI_CARD_REMOVED);
             return kOk;
-        case kCiSetInsert:
+        case QELTV_CI_SET_INSERT:
             if (mInserted) return kRefused;
             mInserted = true;
             mWrongPins = 0;
-            tellSlot(kCiCardInserted);
-            if (ready()) tellSlot(kCiCardReady);
+            tellSlot(QELTV_CI_CARD_INSERTED);
+            if (ready()) tellSlot(QELTV_CI_CARD_READY);
             return kOk;
-        case kCiSetPin:
+        case QELTV_CI_SET_PIN:
             return setPin(std::string(data, data + size));
-        case kCiSetLanguage: {
+        case QELTV_CI_SET_LANGUAGE: {
             if (size != 4) return kBadValue;
             const Bytes language(data, data + 4);
             return stored([&] {
@@ -212,7 +214,7 @@ int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size)
                 return kOk;
             });
         }
-        case kCiSetPower: {
+        case QELTV_CI_SET_POWER: {
             if (size != 1 || data[0] > 1) return kBadValue;
             const bool on = data[0] == 1;
             if (on == mPowered) return kOk;
@@ -223,7 +225,7 @@ int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size)
             if (code != kOk) return code;
             if (!on) closeDialogue();
             mPowered = on;
-            if (ready()) tellSlot(kCiCardReady);
+            if (ready()) tellSlot(QELTV_CI_CARD_READY);
             return kOk;
         }
         default:
@@ -238,23 +240,23 @@ int32_t Cam::setPin(const std::string& digits) {
         return kOk;
     });
     if (code != kOk || digits.empty() || !ready()) return code;
-    tell(kCiPinReply, {static_cast<uint8_t>(digits == mSettings.text(kCamPinKey))});
+    tell(QELTV_CI_PIN_REPLY, {static_cast<uint8_t>(digits == mSettings.text(kCamPinKey))});
     return kOk;
 }
 
 void Cam::show(Screen screen) {
     switch (screen) {
         case Screen::kMain:
-            showMenu(screen, kCiMenu, kNameUtf16, u"Main menu",
+            showMenu(screen, QELTV_CI_MENU, kNameUtf16, u"Main menu",
                      {u"Subscription", u"Change PIN", u"Parental rating", u"Module information"});
             break;
         case Screen::kSubscription:
-            showMenu(screen, kCiList, u"Subscription", u"Valid until 31.12.2030",
+            showMenu(screen, QELTV_CI_LIST, u"Subscription", u"Valid until 31.12.2030",
                      {u"Basic package", u"Films", u"Sports"});
             break;
         case Screen::kInformation: {
             const int64_t age = mSettings.number(kAgeKey, 0);
-            showMenu(screen, kCiList, u"Module information", u"",
+            showMenu(screen, QELTV_CI_LIST, u"Module information", u"",
                      {u"Software 2.7.1", u"Serial number 00417-3302",
                       age == 0 ? u"No parental rating"
                                : u"Parental rating from " + wide(std::to_string(age))});
@@ -274,7 +276,7 @@ void Cam::show(Screen screen) {
             for (const int32_t age : kAges) {
                 choices.push_back(age == 0 ? u"Off" : u"From " + wide(std::to_string(age)));
             }
-            showMenu(screen, kCiMenu, u"Parental rating", u"Ask for the PIN", choices);
+            showMenu(screen, QELTV_CI_MENU, u"Parental rating", u"Ask for the PIN", choices);
             break;
         }
         case Screen::kParentalPin:
@@ -292,7 +294,7 @@ void Cam::showMenu(Screen screen, int32_t cond, const std::u16string& title,
     Menu menu{};
     menu.title = units(title);
     menu.sub_title = units(subTitle);
-    menu.bottom = units(cond == kCiMenu ? u"Choose, 0 for back" : u"0 for back");
+    menu.bottom = units(cond == QELTV_CI_MENU ? u"Choose, 0 for back" : u"0 for back");
     std::vector<Units> texts;
     for (const auto& choice : choices) texts.push_back(units(choice));
     menu.choices = texts;
@@ -309,19 +311,20 @@ void Cam::showEnquiry(Screen screen, const std::u16string& text) {
     enquiry.ans_len = 4;
     enquiry.text = units(text);
     tellAll([enquiry](Callback& callback, uint64_t first, uint64_t second) {
-        return callback.a_hidl_qeltvapi_ci_nfy_fct_enq(first, second, kCiEnquiry, enquiry).isOk();
+        return callback.a_hidl_qeltvapi_ci_nfy_fct_enq(first, second, QELTV_CI_ENQUIRY, enquiry)
+                .isOk();
     });
 }
 
 void Cam::showMessage(const std::u16string& text) {
-    showMenu(Screen::kMessage, kCiList, kNameUtf16, text, {});
+    showMenu(Screen::kMessage, QELTV_CI_LIST, kNameUtf16, text, {});
 }
 
 void Cam::closeDialogue() {
     if (mScreen == Screen::kNone) return;
     mScreen = Screen::kNone;
     mNewPin.clear();
-    tellSlot(kCiClosed);
+    tellSlot(QELTV_CI_CLOSED);
 }
 
 int32_t Cam::answerMenu(uint32_t dialogue, uint32_t choice) {
@@ -367,12 +370,12 @@ int32_t Cam::answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16strin
         default:
             return kRefused;
     }
-    if (kind == kCiCancelled) {
+    if (kind == QELTV_CI_CANCELLED) {
         mNewPin.clear();
         show(Screen::kMain);
         return kOk;
     }
-    if (kind != kCiAnswered) return kBadValue;
+    if (kind != QELTV_CI_ANSWERED) return kBadValue;
     return stored([&]() -> int32_t {
         if (mScreen == Screen::kOldPin || mScreen == Screen::kParentalPin) {
             if (mWrongPins >= kWrongPinLimit) {
@@ -418,7 +421,8 @@ int32_t Cam::virtualChannel(uint32_t index, uint32_t* channel) const {
 }
 
 int32_t Cam::writeKey(uint32_t kind, const Bytes& data) {
-    if (kind >= kCiKeyKinds || data.size() < kCiKeyMinimum || data.size() > kCiKeyMaximum) {
+    if (kind >= QELTV_CI_KEY_KINDS || data.size() < QELTV_CI_KEY_MINIMUM ||
+        data.size() > QELTV_CI_KEY_MAXIMUM) {
         return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
@@ -429,19 +433,19 @@ int32_t Cam::writeKey(uint32_t kind, const Bytes& data) {
                 .run();
         return kOk;
     });
-    if (code == kOk) tell(kCiKeyChanged, {kCiKeyWritten});
+    if (code == kOk) tell(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_WRITTEN});
     return code;
 }
 
 int32_t Cam::readKey(uint32_t kind, const std::string& path) {
-    if (kind >= kCiKeyKinds) return kBadValue;
+    if (kind >= QELTV_CI_KEY_KINDS) return kBadValue;
     const Descriptor file = openFile(AT_FDCWD, path, O_RDONLY);
     if (!file) {
         if (errno == EINVAL) return kBadValue;
         return errno == ENOENT || errno == ENOTDIR ? kNotFound : kRefused;
     }
     // One byte more than there may be, so that a file that is too long shows.
-    Bytes data(kCiKeyMaximum + 1);
+    Bytes data(QELTV_CI_KEY_MAXIMUM + 1);
     const ssize_t size = read(file.get(), data.data(), data.size());
     if (size < 0) return kBadValue;
     data.resize(static_cast<size_t>(size));
@@ -458,7 +462,7 @@ int32_t Cam::activateKeys() {
         Store::Statement(mStore, "UPDATE ci_keys SET active = 1 WHERE active = 0").run();
         return mStore.changes() > 0 ? kOk : kRefused;
     });
-    if (code == kOk) tell(kCiKeyChanged, {kCiKeyActive});
+    if (code == kOk) tell(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_ACTIVE});
     return code;
 }
 
@@ -468,12 +472,12 @@ int32_t Cam::eraseKeys() {
         Store::Statement(mStore, "DELETE FROM ci_keys").run();
         return kOk;
     });
-    if (code == kOk) tell(kCiKeyChanged, {kCiKeyNone});
+    if (code == kOk) tell(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_NONE});
     return code;
 }
 
 int32_t Cam::keyExists(uint32_t kind, bool* exists) const {
-    if (kind >= kCiKeyKinds) return kBadValue;
+    if (kind >= QELTV_CI_KEY_KINDS) return kBadValue;
     return stored([&] {
         Store::Statement row(mStore, "SELECT 1 FROM ci_keys WHERE kind = ?");
         *exists = row.bind(int64_t{kind}).step();

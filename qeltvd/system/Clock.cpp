@@ -9,14 +9,13 @@
 #include <fstream>
 #include <sstream>
 
+#include "Code.h"
 #include "Guarded.h"
 #include "LogText.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using layouts::Dtg;
 using std::chrono::duration_cast;
 using std::chrono::hours;
 using std::chrono::milliseconds;
@@ -77,12 +76,12 @@ auto infoOf(const std::string& place, Time time) {
     return zone.get_info(time);
 }
 
-std::optional<Dtg> record(date::sys_seconds time, uint16_t flags) {
+std::optional<QELTV_DTG_T> record(date::sys_seconds time, uint16_t flags) {
     if (time < kFirst || time > kLast) return std::nullopt;
     const auto day = date::floor<date::days>(time);
     const date::year_month_day ymd(day);
     const date::hh_mm_ss<seconds> clock(time - day);
-    Dtg dtg{};
+    QELTV_DTG_T dtg{};
     dtg.year = static_cast<uint16_t>(int(ymd.year()));
     dtg.month = static_cast<uint8_t>(unsigned(ymd.month()));
     dtg.day = static_cast<uint8_t>(unsigned(ymd.day()));
@@ -100,12 +99,12 @@ bool inRange(int64_t utc) {
 
 }  // namespace
 
-const char* weekdayName(const Dtg& dtg) {
+const char* weekdayName(const QELTV_DTG_T& dtg) {
     constexpr const char* kNames[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
     return kNames[dtg.weekday % 7];
 }
 
-const char* monthName(const Dtg& dtg) {
+const char* monthName(const QELTV_DTG_T& dtg) {
     constexpr const char* kNames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     return kNames[(dtg.month + 11) % 12];
@@ -115,7 +114,7 @@ Clock::Clock(Store& store, Notifier& notifier, ConfigItems& config)
         : mSettings(store),
           mNotifier(notifier),
           mConfig(config),
-          mSource(static_cast<int32_t>(mSettings.number(kSourceSetting, layouts::kSyncBroadcast))),
+          mSource(static_cast<int32_t>(mSettings.number(kSourceSetting, QELTV_SYNC_BROADCAST))),
           mDistance(mSettings.number(kDistanceSetting, 0)) {
     if (mSettings.number(kManualSetting, 0) != 0) {
         mManual = Manual{mSettings.number(kZoneSetting, 0), mSettings.number(kOffsetSetting, 0)};
@@ -131,11 +130,11 @@ void Clock::addListener(std::function<void()> listener) {
 
 int64_t Clock::milliseconds() const {
     std::lock_guard<std::mutex> guard(mLock);
-    return machineTime() + (mSource == layouts::kSyncManual ? mDistance : 0);
+    return machineTime() + (mSource == QELTV_SYNC_MANUAL ? mDistance : 0);
 }
 
 std::optional<int64_t> Clock::broadcast() const {
-    if (source() != layouts::kSyncBroadcast) return std::nullopt;
+    if (source() != QELTV_SYNC_BROADCAST) return std::nullopt;
     return machineTime() / 1000;
 }
 
@@ -145,28 +144,27 @@ int32_t Clock::source() const {
 }
 
 bool Clock::timeEditable() const {
-    return source() == layouts::kSyncManual;
+    return source() == QELTV_SYNC_MANUAL;
 }
 
 bool Clock::zoneEditable() const {
-    return source() != layouts::kSyncBroadcast;
+    return source() != QELTV_SYNC_BROADCAST;
 }
 
 bool Clock::hasOffsetTable() const {
-    return source() == layouts::kSyncBroadcast &&
+    return source() == QELTV_SYNC_BROADCAST &&
            mConfig.text("channels.region").compare(0, 4, "atsc") != 0;
 }
 
 int32_t Clock::setSource(int32_t source) {
-    if (source < layouts::kSyncManual || source > layouts::kSyncNetwork) return kBadValue;
+    if (source < QELTV_SYNC_MANUAL || source > QELTV_SYNC_NETWORK) return kBadValue;
     bool jumps = false, zoneJumps = false;
     const int32_t code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
         if (source == mSource) return kOk;
         mSettings.set(kSourceSetting, int64_t{source});
-        jumps = mDistance != 0 &&
-                (source == layouts::kSyncManual || mSource == layouts::kSyncManual);
-        zoneJumps = mManual && source == layouts::kSyncBroadcast;
+        jumps = mDistance != 0 && (source == QELTV_SYNC_MANUAL || mSource == QELTV_SYNC_MANUAL);
+        zoneJumps = mManual && source == QELTV_SYNC_BROADCAST;
         mSource = source;
         return kOk;
     });
@@ -180,7 +178,7 @@ int32_t Clock::setSource(int32_t source) {
         });
     }
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_sync_source_callback_fct,
-                    layouts::kSyncSourceChanged, {source});
+                    QELTV_SYNC_SOURCE_CHANGED, {source});
     if (jumps) jumped();
     if (zoneJumps) zoneChanged();
     return kOk;
@@ -190,7 +188,7 @@ int32_t Clock::set(int64_t utc) {
     if (!inRange(utc)) return kBadValue;
     const int32_t code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
-        if (mSource != layouts::kSyncManual) return kRefused;
+        if (mSource != QELTV_SYNC_MANUAL) return kRefused;
         const int64_t distance = utc * 1000 - machineTime();
         mSettings.set(kDistanceSetting, distance);
         mDistance = distance;
@@ -235,12 +233,12 @@ int64_t Clock::offset() const {
 int32_t Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> newOffset) {
     const Manual wanted{newZone.value_or(zone()), newOffset.value_or(offset())};
     const auto possible = [](int64_t value) {
-        return value >= -layouts::kZoneMaximum && value <= layouts::kZoneMaximum;
+        return value >= -QELTV_ZONE_MAXIMUM && value <= QELTV_ZONE_MAXIMUM;
     };
     if (!possible(wanted.zone) || !possible(wanted.offset)) return kBadValue;
     const int32_t code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
-        if (mSource == layouts::kSyncBroadcast) return kRefused;
+        if (mSource == QELTV_SYNC_BROADCAST) return kRefused;
         mSettings.set(kZoneSetting, wanted.zone);
         mSettings.set(kOffsetSetting, wanted.offset);
         // Last: until here what was set before holds, should one of them fail.
@@ -268,7 +266,7 @@ std::optional<int64_t> Clock::nextChange() const {
 }
 
 void Clock::jumped() const {
-    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, layouts::kTimeChanged,
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, QELTV_TIME_CHANGED,
                     {now()});
     callAll("following the clock", mListeners);
 }
@@ -276,28 +274,28 @@ void Clock::jumped() const {
 void Clock::zoneChanged() const {
     // The change has been stored; the place of the zone may not be readable now.
     guarded("the notification of the time zone", [this] {
-        mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct, layouts::kZoneChanged,
-                        {zone() + offset()});
+        mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_dt_callback_fct,
+                        QELTV_TIME_ZONE_CHANGED, {zone() + offset()});
     });
 }
 
-std::optional<Dtg> Clock::utcRecord(int64_t utc) const {
+std::optional<QELTV_DTG_T> Clock::utcRecord(int64_t utc) const {
     if (!inRange(utc)) return std::nullopt;
-    return record(date::sys_seconds(seconds(utc)), layouts::kDtgUtc);
+    return record(date::sys_seconds(seconds(utc)), QELTV_DTG_UTC);
 }
 
-std::optional<Dtg> Clock::localRecord(int64_t utc) const {
+std::optional<QELTV_DTG_T> Clock::localRecord(int64_t utc) const {
     if (!inRange(utc)) return std::nullopt;
     const date::sys_seconds time{seconds(utc)};
     if (const auto set = manual()) {
         return record(time + seconds(set->zone + set->offset),
-                      set->offset != 0 ? layouts::kDtgDaylight : 0);
+                      set->offset != 0 ? QELTV_DTG_DAYLIGHT : 0);
     }
     const auto info = infoOf(place(), time);
-    return record(time + info.offset, info.save != minutes(0) ? layouts::kDtgDaylight : 0);
+    return record(time + info.offset, info.save != minutes(0) ? QELTV_DTG_DAYLIGHT : 0);
 }
 
-std::optional<int64_t> Clock::plainSeconds(const Dtg& dtg) {
+std::optional<int64_t> Clock::plainSeconds(const QELTV_DTG_T& dtg) {
     const date::year_month_day ymd = date::year{dtg.year} / dtg.month / dtg.day;
     if (dtg.year < 1 || dtg.year > 9999 || !ymd.ok() || dtg.hour > 23 || dtg.minute > 59 ||
         dtg.second > 59) {
@@ -308,23 +306,22 @@ std::optional<int64_t> Clock::plainSeconds(const Dtg& dtg) {
     return time.time_since_epoch().count();
 }
 
-std::optional<int64_t> Clock::utcSeconds(const Dtg& dtg) const {
-    return (dtg.flags & layouts::kDtgUtc) != 0 ? plainSeconds(dtg) : localToUtc(dtg);
+std::optional<int64_t> Clock::utcSeconds(const QELTV_DTG_T& dtg) const {
+    return (dtg.flags & QELTV_DTG_UTC) != 0 ? plainSeconds(dtg) : localToUtc(dtg);
 }
 
-std::optional<int64_t> Clock::localToUtc(const Dtg& dtg) const {
+std::optional<int64_t> Clock::localToUtc(const QELTV_DTG_T& dtg) const {
     const auto plain = plainSeconds(dtg);
     if (!plain) return std::nullopt;
     if (const auto set = manual()) return *plain - set->zone - set->offset;
     const auto info = infoOf(place(), date::local_seconds(seconds(*plain)));
     // An hour that there is twice: the flag tells. One that there is not: as before the change.
-    const bool second =
-            info.result == date::local_info::ambiguous &&
-            (info.second.save != minutes(0)) == ((dtg.flags & layouts::kDtgDaylight) != 0);
+    const bool second = info.result == date::local_info::ambiguous &&
+                        (info.second.save != minutes(0)) == ((dtg.flags & QELTV_DTG_DAYLIGHT) != 0);
     return *plain - (second ? info.second : info.first).offset.count();
 }
 
-std::optional<Dtg> Clock::normalised(const Dtg& dtg) {
+std::optional<QELTV_DTG_T> Clock::normalised(const QELTV_DTG_T& dtg) {
     if (dtg.year < 1 || dtg.year > 9999 || dtg.month == 0) return std::nullopt;
     const date::year_month first = date::year{dtg.year} / 1 + date::months(dtg.month - 1);
     const date::sys_seconds time = date::sys_days(first / 1) + date::days(dtg.day - 1) +
@@ -332,7 +329,7 @@ std::optional<Dtg> Clock::normalised(const Dtg& dtg) {
     return record(time, dtg.flags);
 }
 
-std::optional<uint32_t> Clock::modifiedJulian(const Dtg& dtg) {
+std::optional<uint32_t> Clock::modifiedJulian(const QELTV_DTG_T& dtg) {
     const auto plain = plainSeconds(dtg);
     if (!plain) return std::nullopt;
     const auto day = date::floor<date::days>(date::sys_seconds(seconds(*plain)));
@@ -340,10 +337,10 @@ std::optional<uint32_t> Clock::modifiedJulian(const Dtg& dtg) {
     return static_cast<uint32_t>((day - kJulianEpoch).count());
 }
 
-std::optional<Dtg> Clock::fromModifiedJulian(uint32_t day) {
+std::optional<QELTV_DTG_T> Clock::fromModifiedJulian(uint32_t day) {
     // Far beyond year 9999, and small enough to count with.
     if (day > 4000000) return std::nullopt;
-    return record(kJulianEpoch + date::days(day), layouts::kDtgUtc);
+    return record(kJulianEpoch + date::days(day), QELTV_DTG_UTC);
 }
 
 SleepTimer::SleepTimer(Timers& timers, Notifier& notifier)
@@ -354,19 +351,19 @@ void SleepTimer::addListener(std::function<void()> listener) {
 }
 
 int32_t SleepTimer::set(int32_t value) {
-    if (value < 0 || value > layouts::kSleepMaximum) return kBadValue;
+    if (value < 0 || value > QELTV_SLEEP_MAXIMUM) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     if (value == 0) {
-        if (mValue != 0) tell(layouts::kSleepCancelled, 0);
+        if (mValue != 0) tell(QELTV_SLEEP_CANCELLED, 0);
         mValue = 0;
         mAlarm.clear();
         return kOk;
     }
     mValue = value;
     mDue = Alarm::Clock::now() + seconds(value);
-    mWarned = value <= layouts::kSleepWarningTime;
-    mAlarm.set(mWarned ? mDue : mDue - seconds(layouts::kSleepWarningTime));
-    tell(layouts::kSleepSet, value);
+    mWarned = value <= QELTV_SLEEP_WARNING_TIME;
+    mAlarm.set(mWarned ? mDue : mDue - seconds(QELTV_SLEEP_WARNING_TIME));
+    tell(QELTV_SLEEP_SET, value);
     return kOk;
 }
 
@@ -396,14 +393,14 @@ void SleepTimer::ring() {
         const auto now = Alarm::Clock::now();
         if (mValue == 0 || (mWarned && now < mDue)) return;
         if (!mWarned) {
-            if (now < mDue - seconds(layouts::kSleepWarningTime)) return;
+            if (now < mDue - seconds(QELTV_SLEEP_WARNING_TIME)) return;
             mWarned = true;
             mAlarm.set(mDue);
-            tell(layouts::kSleepWarning, layouts::kSleepWarningTime);
+            tell(QELTV_SLEEP_WARNING, QELTV_SLEEP_WARNING_TIME);
             return;
         }
         mValue = 0;
-        tell(layouts::kSleepExpired, 0);
+        tell(QELTV_SLEEP_EXPIRED, 0);
     }
     callAll("going to sleep", mListeners);
 }

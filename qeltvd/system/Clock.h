@@ -16,8 +16,8 @@
 namespace qeltvd {
 
 /** "Sun" to "Sat", "Jan" to "Dec". */
-const char* weekdayName(const layouts::Dtg& record);
-const char* monthName(const layouts::Dtg& record);
+const char* weekdayName(const QELTV_DTG_T& record);
+const char* monthName(const QELTV_DTG_T& record);
 
 /**
  * The clock of the television and its place in the calendar of the world. It runs with the clock
@@ -59,17 +59,17 @@ class Clock {
     std::optional<int64_t> nextChange() const;
 
     /** Conversions; nothing where a time is outside of the years 1 to 9999 or no real date. */
-    std::optional<layouts::Dtg> utcRecord(int64_t utc) const;
-    std::optional<layouts::Dtg> localRecord(int64_t utc) const;
+    std::optional<QELTV_DTG_T> utcRecord(int64_t utc) const;
+    std::optional<QELTV_DTG_T> localRecord(int64_t utc) const;
     /** Seconds of the fields as they stand, as if they were UTC. */
-    static std::optional<int64_t> plainSeconds(const layouts::Dtg& record);
+    static std::optional<int64_t> plainSeconds(const QELTV_DTG_T& record);
     /** UTC seconds of a record of either kind, as its flag tells. */
-    std::optional<int64_t> utcSeconds(const layouts::Dtg& record) const;
-    std::optional<int64_t> localToUtc(const layouts::Dtg& record) const;
-    static std::optional<layouts::Dtg> normalised(const layouts::Dtg& record);
+    std::optional<int64_t> utcSeconds(const QELTV_DTG_T& record) const;
+    std::optional<int64_t> localToUtc(const QELTV_DTG_T& record) const;
+    static std::optional<QELTV_DTG_T> normalised(const QELTV_DTG_T& record);
     /** Modified Julian Date of a day, and back. */
-    static std::optional<uint32_t> modifiedJulian(const layouts::Dtg& record);
-    static std::optional<layouts::Dtg> fromModifiedJulian(uint32_t day);
+    static std::optional<uint32_t> modifiedJulian(const QELTV_DTG_T& record);
+    static std::optional<QELTV_DTG_T> fromModifiedJulian(uint32_t day);
 
   private:
     struct Manual {

@@ -2,19 +2,17 @@
 
 #include "Power.h"
 
+#include "Code.h"
 #include "Guarded.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
 /** Remote control, timer, CEC and the front panel. */
-constexpr uint32_t kFirstSetup =
-        1u << kWakeRemote | 1u << kWakeTimer | 1u << kWakeCec | 1u << kWakePanel;
+constexpr uint32_t kFirstSetup = 1u << QELTV_WAKE_REMOTE | 1u << QELTV_WAKE_TIMER |
+                                 1u << QELTV_WAKE_CEC | 1u << QELTV_WAKE_PANEL;
 
 /** Size of the data of a reason. */
 constexpr size_t kDataSize = 4;
@@ -24,13 +22,13 @@ constexpr size_t kDataSize = 4;
 Power::Power(Store& store, Notifier& notifier)
         : mStore(store), mSettings(store), mNotifier(notifier) {
     // The process starts when the mains come on.
-    mWake = {kWakeMains, {}};
-    mDown = {static_cast<uint32_t>(mSettings.number("power.down", kDownUnknown)),
+    mWake = {QELTV_WAKE_MAINS, {}};
+    mDown = {static_cast<uint32_t>(mSettings.number("power.down", QELTV_DOWN_UNKNOWN)),
              mSettings.bytes("power.down.data")};
     mSetup = static_cast<uint32_t>(mSettings.number("power.setup", kFirstSetup));
 }
 
-void Power::tell(PowerEvent event, uint32_t first, uint32_t second) {
+void Power::tell(QELTV_POWER_EVENT event, uint32_t first, uint32_t second) {
     mNotifier.notify(&Notifier::Callback::a_hidl_x_pcl_nfy_fct, static_cast<uint32_t>(event),
                      uint64_t{0}, first, second);
 }
@@ -63,11 +61,11 @@ int32_t Power::setReason(const char* key, uint32_t limit, Reason& current, uint3
 
 int32_t Power::setWakeReason(uint32_t reason, const std::vector<uint8_t>& data) {
     // Of this run only: the next one has a reason of its own.
-    return setReason(nullptr, kWakeReasons, mWake, reason, data);
+    return setReason(nullptr, QELTV_WAKE_REASONS, mWake, reason, data);
 }
 
 int32_t Power::setDownReason(uint32_t reason, const std::vector<uint8_t>& data) {
-    return setReason("power.down", kDownReasons, mDown, reason, data);
+    return setReason("power.down", QELTV_DOWN_REASONS, mDown, reason, data);
 }
 
 bool Power::standby() const {
@@ -83,7 +81,7 @@ void Power::changed(bool standby) const {
     callAll("following the power", mListeners, standby);
 }
 
-int32_t Power::powerDown(PowerEvent how) {
+int32_t Power::powerDown(QELTV_POWER_EVENT how) {
     {
         std::lock_guard<std::mutex> guard(mLock);
         if (mStandby) return kRefused;
@@ -97,19 +95,19 @@ int32_t Power::powerDown(PowerEvent how) {
 int32_t Power::requestPowerDown() {
     std::lock_guard<std::mutex> guard(mLock);
     if (mStandby) return kRefused;
-    tell(kPowerDownRequested, mDown.reason);
+    tell(QELTV_POWER_DOWN_REQUESTED, mDown.reason);
     return kOk;
 }
 
 int32_t Power::wake(uint32_t reason, IrKey key) {
-    if (reason >= kWakeReasons) return kBadValue;
+    if (reason >= QELTV_WAKE_REASONS) return kBadValue;
     {
         std::lock_guard<std::mutex> guard(mLock);
         if (!mStandby || (mSetup & 1u << reason) == 0) return kRefused;
         mStandby = false;
         mWake = {reason, {}};
         mKey = key;
-        tell(kPowerWake, reason);
+        tell(QELTV_POWER_WAKE, reason);
     }
     changed(false);
     return kOk;
@@ -126,7 +124,7 @@ uint32_t Power::wakeSetup() const {
 }
 
 int32_t Power::setWakeSetup(uint32_t setup) {
-    if ((setup & ~kWakeSetupMask) != 0) return kBadValue;
+    if ((setup & ~QELTV_WAKE_SETUP_MASK) != 0) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
         mSettings.set("power.setup", int64_t{setup});
@@ -136,16 +134,16 @@ int32_t Power::setWakeSetup(uint32_t setup) {
 }
 
 int32_t Power::gpio(uint32_t line, uint32_t what, uint32_t* value) const {
-    if (line >= kGpioLines) return kNotFound;
+    if (line >= QELTV_GPIO_LINES) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     switch (what) {
-        case kGpioLevel:
+        case QELTV_GPIO_LEVEL:
             *value = mLevels[line];
             return kOk;
-        case kGpioDirection:
-            *value = line >= kGpioOutputs;
+        case QELTV_GPIO_DIRECTION:
+            *value = line >= QELTV_GPIO_OUTPUTS;
             return kOk;
-        case kGpioMonitored:
+        case QELTV_GPIO_MONITORED:
             *value = mMonitored[line];
             return kOk;
         default:
@@ -154,23 +152,23 @@ int32_t Power::gpio(uint32_t line, uint32_t what, uint32_t* value) const {
 }
 
 int32_t Power::setGpio(uint32_t line, uint32_t level) {
-    if (line >= kGpioLines) return kNotFound;
+    if (line >= QELTV_GPIO_LINES) return kNotFound;
     if (level > 1) return kBadValue;
-    if (line < kGpioOutputs) return kRefused;
+    if (line < QELTV_GPIO_OUTPUTS) return kRefused;
     std::lock_guard<std::mutex> guard(mLock);
     setLine(line, level != 0);
     return kOk;
 }
 
 int32_t Power::monitorGpio(uint32_t line, bool on) {
-    if (line >= kGpioLines) return kNotFound;
+    if (line >= QELTV_GPIO_LINES) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     mMonitored[line] = on;
     return kOk;
 }
 
 void Power::driveGpio(uint32_t line, bool level) {
-    if (line >= kGpioOutputs) return;
+    if (line >= QELTV_GPIO_OUTPUTS) return;
     std::lock_guard<std::mutex> guard(mLock);
     setLine(line, level);
 }
@@ -178,7 +176,7 @@ void Power::driveGpio(uint32_t line, bool level) {
 void Power::setLine(uint32_t line, bool level) {
     if (mLevels[line] == level) return;
     mLevels[line] = level;
-    if (mMonitored[line]) tell(kPowerGpio, line, level);
+    if (mMonitored[line]) tell(QELTV_POWER_GPIO, line, level);
 }
 
 }  // namespace qeltvd

@@ -42,7 +42,7 @@ class Power {
 
     bool standby() const;
     /** kRefused when it is in standby already. */
-    int32_t powerDown(layouts::PowerEvent how);
+    int32_t powerDown(QELTV_POWER_EVENT how);
     int32_t requestPowerDown();
     /** kRefused when it is awake, or when the setup does not allow the reason. */
     int32_t wake(uint32_t reason, IrKey key);
@@ -58,7 +58,7 @@ class Power {
     void driveGpio(uint32_t line, bool level);
 
   private:
-    void tell(layouts::PowerEvent event, uint32_t first, uint32_t second = 0);
+    void tell(QELTV_POWER_EVENT event, uint32_t first, uint32_t second = 0);
     int32_t setReason(const char* key, uint32_t limit, Reason& current, uint32_t reason,
                       const std::vector<uint8_t>& data);
     void setLine(uint32_t line, bool level);
@@ -75,8 +75,8 @@ class Power {
     uint32_t mSetup;
     IrKey mKey{0, 0};
     bool mStandby = false;
-    std::array<bool, layouts::kGpioLines> mLevels{};
-    std::array<bool, layouts::kGpioLines> mMonitored{};
+    std::array<bool, QELTV_GPIO_LINES> mLevels{};
+    std::array<bool, QELTV_GPIO_LINES> mMonitored{};
 };
 
 }  // namespace qeltvd

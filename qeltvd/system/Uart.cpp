@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "Code.h"
 #include "Process.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 namespace {

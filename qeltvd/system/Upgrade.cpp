@@ -4,12 +4,11 @@
 
 #include <log/log.h>
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using std::chrono::milliseconds;
 
 namespace {
@@ -29,7 +28,7 @@ struct Package {
 };
 
 /** What the server of the maker has. */
-constexpr Package kPackages[kUpgradeItems] = {
+constexpr Package kPackages[QELTV_UPGRADE_ITEMS] = {
         {"MAIN", 196608, "1.0.0", "1.1.0", "2026-09-01", "Television firmware",
          "5f3c1a90b7e24d68a1c0935e7f2bd846", false},
         {"BOOT", 1024, "2.3", "2.3", "2025-02-14", "Boot loader",
@@ -65,9 +64,9 @@ bool isNewer(const std::string& version, const std::string& than) {
     return false;
 }
 
-bool runs(UpgradeState state) {
-    return state == kUpgradeChecking || state == kUpgradeDownloading ||
-           state == kUpgradeInstalling || state == kUpgradeRebooting;
+bool runs(QELTV_UPGRADE_STATE state) {
+    return state == QELTV_UPGRADE_CHECKING || state == QELTV_UPGRADE_DOWNLOADING ||
+           state == QELTV_UPGRADE_INSTALLING || state == QELTV_UPGRADE_REBOOTING;
 }
 
 }  // namespace
@@ -87,7 +86,7 @@ void Upgrade::keep(uint32_t item, Kept kept) {
 }
 
 std::string Upgrade::installed(uint32_t item) const {
-    if (item >= kUpgradeItems) return "";
+    if (item >= QELTV_UPGRADE_ITEMS) return "";
     const std::string version = mSettings.text(setting(item, "version"));
     return version.empty() ? kPackages[item].factory : version;
 }
@@ -97,16 +96,16 @@ bool Upgrade::newer(uint32_t item) const {
 }
 
 int32_t Upgrade::item(uint32_t item, Item* found) const {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
     const Package& package = kPackages[item];
-    UpgradeState state = mLast[item];
+    QELTV_UPGRADE_STATE state = mLast[item];
     if (item == mItem && runs(mState)) {
         state = mState;
     } else if (kept(item) == kDownloaded) {
-        state = kUpgradeDownloaded;
+        state = QELTV_UPGRADE_DOWNLOADED;
     } else if (kept(item) == kInstalled) {
-        state = kUpgradeInstalled;
+        state = QELTV_UPGRADE_INSTALLED;
     }
     *found = {package.kind,     "EU",         package.sizeKib,
               package.version,  package.date, package.name,
@@ -115,11 +114,12 @@ int32_t Upgrade::item(uint32_t item, Item* found) const {
 }
 
 int32_t Upgrade::result(uint32_t item) const {
-    if (item >= kUpgradeItems) return kNotFound;
-    return static_cast<int32_t>(mSettings.number(setting(item, "result"), kResultNone));
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
+    return static_cast<int32_t>(
+            mSettings.number(setting(item, "result"), QELTV_UPGRADE_RESULT_NONE));
 }
 
-int32_t Upgrade::begin(uint32_t item, UpgradeState state) {
+int32_t Upgrade::begin(uint32_t item, QELTV_UPGRADE_STATE state) {
     if (runs(mState)) return kRefused;
     mItem = item;
     mThrough = mReboot = false;
@@ -128,47 +128,47 @@ int32_t Upgrade::begin(uint32_t item, UpgradeState state) {
 }
 
 int32_t Upgrade::check(uint32_t item) {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    return begin(item, kUpgradeChecking);
+    return begin(item, QELTV_UPGRADE_CHECKING);
 }
 
 int32_t Upgrade::download(uint32_t item, const std::string& source, const std::string& target) {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     if (source.find("://") == std::string::npos || target.empty()) return kBadValue;
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (!newer(item)) return kRefused;
-    return begin(item, kUpgradeDownloading);
+    return begin(item, QELTV_UPGRADE_DOWNLOADING);
 }
 
 int32_t Upgrade::cancel(uint32_t item) {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     return stored([&] {
         std::lock_guard<std::recursive_mutex> guard(mLock);
-        if (mItem != item || mState != kUpgradeDownloading) return int32_t{kRefused};
-        mSettings.set(setting(item, "result"), int64_t{kResultCancelled});
+        if (mItem != item || mState != QELTV_UPGRADE_DOWNLOADING) return int32_t{kRefused};
+        mSettings.set(setting(item, "result"), int64_t{QELTV_UPGRADE_RESULT_CANCELLED});
         mAlarm.clear();
-        finish(kUpgradeCancelled, mPercent);
+        finish(QELTV_UPGRADE_CANCELLED, mPercent);
         return int32_t{kOk};
     });
 }
 
 int32_t Upgrade::trigger(uint32_t item) {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    return kept(item) == kDownloaded ? begin(item, kUpgradeInstalling) : int32_t{kRefused};
+    return kept(item) == kDownloaded ? begin(item, QELTV_UPGRADE_INSTALLING) : int32_t{kRefused};
 }
 
 int32_t Upgrade::reboot(uint32_t item) {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    return kept(item) == kInstalled ? begin(item, kUpgradeRebooting) : int32_t{kRefused};
+    return kept(item) == kInstalled ? begin(item, QELTV_UPGRADE_REBOOTING) : int32_t{kRefused};
 }
 
 int32_t Upgrade::start(uint32_t item, bool reboot) {
-    if (item >= kUpgradeItems) return kNotFound;
+    if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    const int32_t code = begin(item, kUpgradeChecking);
+    const int32_t code = begin(item, QELTV_UPGRADE_CHECKING);
     if (code != kOk) return code;
     mThrough = true;
     mReboot = reboot;
@@ -177,7 +177,8 @@ int32_t Upgrade::start(uint32_t item, bool reboot) {
 
 int32_t Upgrade::set(uint32_t a, uint32_t first, uint32_t b, uint32_t second) {
     for (const auto& [number, value] : {std::pair(a, first), std::pair(b, second)}) {
-        if (number < kSettingAutoCheck || number > kSettingBranch) return kNotFound;
+        if (number < QELTV_UPGRADE_SETTING_AUTO_CHECK || number > QELTV_UPGRADE_SETTING_BRANCH)
+            return kNotFound;
         if (value > 1) return kBadValue;
     }
     return stored([&] {
@@ -202,16 +203,16 @@ void Upgrade::installedElsewhere(uint32_t item, const std::string& version,
     transaction.commit();
 }
 
-void Upgrade::enter(UpgradeState state) {
+void Upgrade::enter(QELTV_UPGRADE_STATE state) {
     mState = state;
     mPercent = 0;
     tell(state, 0);
-    mAlarm.in(state == kUpgradeChecking    ? kCheckTime
-              : state == kUpgradeRebooting ? kRebootTime
-                                           : kStepTime);
+    mAlarm.in(state == QELTV_UPGRADE_CHECKING    ? kCheckTime
+              : state == QELTV_UPGRADE_REBOOTING ? kRebootTime
+                                                 : kStepTime);
 }
 
-void Upgrade::finish(UpgradeState state, int32_t value) {
+void Upgrade::finish(QELTV_UPGRADE_STATE state, int32_t value) {
     mState = state;
     mLast[mItem] = state;
     tell(state, value);
@@ -224,46 +225,46 @@ void Upgrade::step() {
         advance();
     } catch (const StoreError& e) {
         ALOGE("%s", e.what());
-        finish(kUpgradeFailed, kStorage);
+        finish(QELTV_UPGRADE_FAILED, kStorage);
     }
 }
 
 /** One step further; a step that cannot be stored ends it. */
 void Upgrade::advance() {
     switch (mState) {
-        case kUpgradeChecking:
+        case QELTV_UPGRADE_CHECKING:
             if (!newer(mItem)) {
-                finish(kUpgradeUpToDate, 0);
+                finish(QELTV_UPGRADE_UP_TO_DATE, 0);
                 return;
             }
-            finish(kUpgradeAvailable, 0);
-            if (mThrough) enter(kUpgradeDownloading);
+            finish(QELTV_UPGRADE_AVAILABLE, 0);
+            if (mThrough) enter(QELTV_UPGRADE_DOWNLOADING);
             return;
-        case kUpgradeDownloading:
-        case kUpgradeInstalling: {
+        case QELTV_UPGRADE_DOWNLOADING:
+        case QELTV_UPGRADE_INSTALLING: {
             mPercent += kStep;
             if (mPercent < 100) {
                 tell(mState, mPercent);
                 mAlarm.in(kStepTime);
                 return;
             }
-            const bool downloading = mState == kUpgradeDownloading;
+            const bool downloading = mState == QELTV_UPGRADE_DOWNLOADING;
             keep(mItem, downloading ? kDownloaded : kInstalled);
-            finish(downloading ? kUpgradeDownloaded : kUpgradeInstalled, 100);
+            finish(downloading ? QELTV_UPGRADE_DOWNLOADED : QELTV_UPGRADE_INSTALLED, 100);
             if (mThrough && downloading) {
-                enter(kUpgradeInstalling);
+                enter(QELTV_UPGRADE_INSTALLING);
             } else if (mReboot && !downloading) {
-                enter(kUpgradeRebooting);
+                enter(QELTV_UPGRADE_REBOOTING);
             }
             return;
         }
-        case kUpgradeRebooting: {
+        case QELTV_UPGRADE_REBOOTING: {
             Store::Transaction transaction(mStore);
-            mSettings.set(setting(mItem, "result"), int64_t{kResultSuccess});
+            mSettings.set(setting(mItem, "result"), int64_t{QELTV_UPGRADE_RESULT_SUCCESS});
             mSettings.set(setting(mItem, "version"), std::string(kPackages[mItem].version));
             keep(mItem, kNothing);
             transaction.commit();
-            finish(kUpgradeDone, 100);
+            finish(QELTV_UPGRADE_DONE, 100);
             return;
         }
         default:
@@ -285,7 +286,7 @@ OverAirDownload::OverAirDownload(Store& store, Timers& timers, Notifier& notifie
           mChannels(channels),
           mGoTo(std::move(goTo)),
           mUpgrade(upgrade),
-          mState(static_cast<OadState>(mSettings.number("oad.kept", kOadIdle))),
+          mState(static_cast<QELTV_OAD_STATE>(mSettings.number("oad.kept", QELTV_OAD_IDLE))),
           mAutomatic(mSettings.number("oad.automatic", 0) != 0),
           mAlarm(timers, "the over-air download", [this] { step(); }) {}
 
@@ -314,7 +315,8 @@ std::optional<uint32_t> OverAirDownload::carrier() const {
 
 bool OverAirDownload::isNew() const {
     const std::string last = mSettings.text("oad.version");
-    return last != kOadVersion && isNewer(kOadVersion, mUpgrade.installed(kItemFirmware));
+    return last != kOadVersion &&
+           isNewer(kOadVersion, mUpgrade.installed(QELTV_UPGRADE_ITEM_FIRMWARE));
 }
 
 /** Local date and time, channel, version. */
@@ -330,16 +332,16 @@ std::string OverAirDownload::schedule() const {
 
 int32_t OverAirDownload::text(uint32_t which, std::string* text) const {
     switch (which) {
-        case kOadTextVersion:
+        case QELTV_OAD_TEXT_VERSION:
             *text = kOadVersion;
             return kOk;
-        case kOadTextSize:
+        case QELTV_OAD_TEXT_SIZE:
             *text = std::to_string(kOadSizeKib);
             return kOk;
-        case kOadTextDescription:
+        case QELTV_OAD_TEXT_DESCRIPTION:
             *text = kOadDescription;
             return kOk;
-        case kOadTextPackage:
+        case QELTV_OAD_TEXT_PACKAGE:
             *text = mSettings.text("oad.package");
             return kOk;
         default:
@@ -347,14 +349,14 @@ int32_t OverAirDownload::text(uint32_t which, std::string* text) const {
     }
 }
 
-void OverAirDownload::enter(OadState state, milliseconds next) {
+void OverAirDownload::enter(QELTV_OAD_STATE state, milliseconds next) {
     mState = state;
     mPercent = 0;
     tell(state);
     mAlarm.in(next);
 }
 
-void OverAirDownload::rest(OadState state) {
+void OverAirDownload::rest(QELTV_OAD_STATE state) {
     mAlarm.clear();
     mState = state;
     tell(state);
@@ -362,65 +364,67 @@ void OverAirDownload::rest(OadState state) {
 
 int32_t OverAirDownload::jump() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadIdle && mState != kOadFound && mState != kOadScheduled) return kRefused;
+    if (mState != QELTV_OAD_IDLE && mState != QELTV_OAD_FOUND && mState != QELTV_OAD_SCHEDULED)
+        return kRefused;
     const auto channel = carrier();
     if (!channel) return kNotFound;
     const int32_t code = stored([&] { return mGoTo(*channel); });
-    if (code == kOk) enter(kOadDetecting, kCheckTime * 2);
+    if (code == kOk) enter(QELTV_OAD_DETECTING, kCheckTime * 2);
     return code;
 }
 
 int32_t OverAirDownload::stopDetection() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadDetecting) return kRefused;
-    rest(kOadStopped);
-    mState = kOadIdle;
+    if (mState != QELTV_OAD_DETECTING) return kRefused;
+    rest(QELTV_OAD_STOPPED);
+    mState = QELTV_OAD_IDLE;
     return kOk;
 }
 
 int32_t OverAirDownload::start() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadFound && mState != kOadScheduled) return kRefused;
-    enter(kOadDownloading, kStepTime);
+    if (mState != QELTV_OAD_FOUND && mState != QELTV_OAD_SCHEDULED) return kRefused;
+    enter(QELTV_OAD_DOWNLOADING, kStepTime);
     return kOk;
 }
 
 int32_t OverAirDownload::stop() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadDownloading) return kRefused;
-    rest(kOadStopped);
-    mState = kOadFound;
+    if (mState != QELTV_OAD_DOWNLOADING) return kRefused;
+    rest(QELTV_OAD_STOPPED);
+    mState = QELTV_OAD_FOUND;
     return kOk;
 }
 
 int32_t OverAirDownload::flash() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadDownloaded) return kRefused;
-    enter(kOadFlashing, kStepTime);
+    if (mState != QELTV_OAD_DOWNLOADED) return kRefused;
+    enter(QELTV_OAD_FLASHING, kStepTime);
     return kOk;
 }
 
 int32_t OverAirDownload::restart() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadFlashed) return kRefused;
-    enter(kOadRestarting, kRebootTime);
+    if (mState != QELTV_OAD_FLASHED) return kRefused;
+    enter(QELTV_OAD_RESTARTING, kRebootTime);
     return kOk;
 }
 
 int32_t OverAirDownload::remind() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadFound && mState != kOadDownloaded && mState != kOadFlashed) return kRefused;
+    if (mState != QELTV_OAD_FOUND && mState != QELTV_OAD_DOWNLOADED && mState != QELTV_OAD_FLASHED)
+        return kRefused;
     mReminds = true;
-    mAlarm.in(std::chrono::seconds(kOadReminderSeconds));
+    mAlarm.in(std::chrono::seconds(QELTV_OAD_REMINDER_SECONDS));
     return kOk;
 }
 
 int32_t OverAirDownload::acceptSchedule() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mState != kOadIdle && mState != kOadFound) return kRefused;
+    if (mState != QELTV_OAD_IDLE && mState != QELTV_OAD_FOUND) return kRefused;
     if (!isNew()) return kNotFound;
     const int64_t wait = nextTime() - mClock.now();
-    enter(kOadScheduled, std::chrono::seconds(wait));
+    enter(QELTV_OAD_SCHEDULED, std::chrono::seconds(wait));
     return kOk;
 }
 
@@ -453,64 +457,67 @@ int32_t OverAirDownload::clearVersion() {
 
 int32_t OverAirDownload::powerOnStatus() const {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    if (mUpdated) return kPowerOnUpdated;
-    return mState == kOadDownloaded || mState == kOadFlashed ? kPowerOnPending : kPowerOnNormal;
+    if (mUpdated) return QELTV_OAD_POWER_ON_UPDATED;
+    return mState == QELTV_OAD_DOWNLOADED || mState == QELTV_OAD_FLASHED
+                   ? QELTV_OAD_POWER_ON_PENDING
+                   : QELTV_OAD_POWER_ON_NORMAL;
 }
 
 void OverAirDownload::step() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    const OadState begun = mState;
+    const QELTV_OAD_STATE begun = mState;
     try {
         advance();
     } catch (const StoreError& e) {
         ALOGE("%s", e.what());
-        rest(kOadStopped);
+        rest(QELTV_OAD_STOPPED);
         // The step can be taken again from where it began.
-        mState = begun == kOadDownloading  ? kOadFound
-                 : begun == kOadFlashing   ? kOadDownloaded
-                 : begun == kOadRestarting ? kOadFlashed
-                                           : kOadIdle;
+        mState = begun == QELTV_OAD_DOWNLOADING  ? QELTV_OAD_FOUND
+                 : begun == QELTV_OAD_FLASHING   ? QELTV_OAD_DOWNLOADED
+                 : begun == QELTV_OAD_RESTARTING ? QELTV_OAD_FLASHED
+                                                 : QELTV_OAD_IDLE;
     }
 }
 
 /** One step further; nothing has changed when it cannot be stored. */
 void OverAirDownload::advance() {
     switch (mState) {
-        case kOadDetecting:
+        case QELTV_OAD_DETECTING:
             if (!isNew()) {
-                rest(kOadNothingNew);
-                mState = kOadIdle;
+                rest(QELTV_OAD_NOTHING_NEW);
+                mState = QELTV_OAD_IDLE;
                 return;
             }
-            rest(kOadFound);
-            if (mAutomatic) enter(kOadDownloading, kStepTime);
+            rest(QELTV_OAD_FOUND);
+            if (mAutomatic) enter(QELTV_OAD_DOWNLOADING, kStepTime);
             return;
-        case kOadScheduled:
-            enter(kOadDownloading, kStepTime);
+        case QELTV_OAD_SCHEDULED:
+            enter(QELTV_OAD_DOWNLOADING, kStepTime);
             return;
-        case kOadDownloading:
-        case kOadFlashing: {
+        case QELTV_OAD_DOWNLOADING:
+        case QELTV_OAD_FLASHING: {
             mPercent += kStep;
             if (mPercent < 100) {
                 tell(mState);
                 mAlarm.in(kStepTime);
                 return;
             }
-            const auto next = mState == kOadDownloading ? kOadDownloaded : kOadFlashed;
+            const auto next =
+                    mState == QELTV_OAD_DOWNLOADING ? QELTV_OAD_DOWNLOADED : QELTV_OAD_FLASHED;
             mSettings.set("oad.kept", int64_t{next});
             rest(next);
             return;
         }
-        case kOadRestarting:
-            mUpgrade.installedElsewhere(kItemFirmware, kOadVersion, [this] {
+        case QELTV_OAD_RESTARTING:
+            mUpgrade.installedElsewhere(QELTV_UPGRADE_ITEM_FIRMWARE, kOadVersion, [this] {
                 mSettings.set("oad.version", std::string(kOadVersion));
-                mSettings.set("oad.kept", int64_t{kOadIdle});
+                mSettings.set("oad.kept", int64_t{QELTV_OAD_IDLE});
             });
             mUpdated = true;
-            rest(kOadIdle);
+            rest(QELTV_OAD_IDLE);
             return;
         default:
-            if (mReminds) tell(kOadReminder);
+            if (mReminds) tell(QELTV_OAD_REMINDER);
             mReminds = false;
             return;
     }

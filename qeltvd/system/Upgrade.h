@@ -34,7 +34,7 @@ class Upgrade {
         std::string date;
         std::string name;
         std::string checksum;
-        layouts::UpgradeState state;
+        QELTV_UPGRADE_STATE state;
         bool mandatory;
     };
     /** Each gives a code. */
@@ -66,11 +66,11 @@ class Upgrade {
     Kept kept(uint32_t item) const;
     void keep(uint32_t item, Kept kept);
     bool newer(uint32_t item) const;
-    int32_t begin(uint32_t item, layouts::UpgradeState state);
-    void enter(layouts::UpgradeState state);
+    int32_t begin(uint32_t item, QELTV_UPGRADE_STATE state);
+    void enter(QELTV_UPGRADE_STATE state);
     void step();
     void advance();
-    void finish(layouts::UpgradeState state, int32_t value);
+    void finish(QELTV_UPGRADE_STATE state, int32_t value);
     void tell(int32_t type, int32_t value) const;
 
     Store& mStore;
@@ -80,8 +80,8 @@ class Upgrade {
     mutable std::recursive_mutex mLock;
     // Guarded by mLock.
     uint32_t mItem = 0;
-    layouts::UpgradeState mState = layouts::kUpgradeIdle;
-    std::array<layouts::UpgradeState, layouts::kUpgradeItems> mLast{};
+    QELTV_UPGRADE_STATE mState = QELTV_UPGRADE_IDLE;
+    std::array<QELTV_UPGRADE_STATE, QELTV_UPGRADE_ITEMS> mLast{};
     int32_t mPercent = 0;
     bool mThrough = false;
     bool mReboot = false;
@@ -117,8 +117,8 @@ class OverAirDownload {
     int64_t nextTime() const;
     std::optional<uint32_t> carrier() const;
     bool isNew() const;
-    void enter(layouts::OadState state, std::chrono::milliseconds next);
-    void rest(layouts::OadState state);
+    void enter(QELTV_OAD_STATE state, std::chrono::milliseconds next);
+    void rest(QELTV_OAD_STATE state);
     void step();
     void advance();
     void tell(int32_t type) const;
@@ -132,7 +132,7 @@ class OverAirDownload {
 
     mutable std::recursive_mutex mLock;
     // Guarded by mLock.
-    layouts::OadState mState;
+    QELTV_OAD_STATE mState;
     bool mAutomatic;
     int32_t mPercent = 0;
     bool mReminds = false;

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "layouts/channel_ids.h"
+#include "ChannelIds.h"
 #include "layouts/presentation.h"
 #include "layouts/record.h"
 
@@ -15,12 +15,12 @@ Television::Television(const std::string& state)
           channels(store, config.text("channels.region")) {
     clock.addListener([this] { recorder.clockChanged(); });
     power.addListener([this](bool standby) {
-        if (standby) recorder.command(layouts::kCommandStandby, 0);
+        if (standby) recorder.command(QELTV_COMMAND_STANDBY, 0);
         timeshift.standBy(standby);
     });
     sleepTimer.addListener([this] {
-        if (power.setDownReason(layouts::kDownSleepTimer, {}) == 0) {
-            power.powerDown(layouts::kPowerDown);
+        if (power.setDownReason(QELTV_DOWN_SLEEP_TIMER, {}) == 0) {
+            power.powerDown(QELTV_POWER_DOWN);
         }
     });
 }

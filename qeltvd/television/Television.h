@@ -78,7 +78,7 @@ struct Television {
     SleepTimer sleepTimer{timers, notifier};
     Presentation presentation{
             timers, notifier, config, channels, guide, inputs, sound, power, [this] {
-                const auto name = cam.get(layouts::kCiGetCamName);
+                const auto name = cam.get(QELTV_CI_GET_CAM_NAME);
                 return name ? std::string(name->begin(), name->end()) : "";
             }};
 

@@ -4,12 +4,10 @@
 
 #include <cstring>
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -21,19 +19,19 @@ constexpr char kFirstOperator[] = "broadcast";
 std::vector<int32_t> Agent::exchange(const std::vector<int32_t>& words) {
     if (words.empty()) return {kBadValue};
     switch (words[0]) {
-        case kHtmlEcho: {
+        case QELTV_HTML_ECHO: {
             std::vector<int32_t> reply = words;
             reply[0] = kOk;
             return reply;
         }
-        case kHtmlStore: {
+        case QELTV_HTML_STORE: {
             if (words.size() < 2 || words.size() > 2 + kWordLimit) return {kBadValue};
             std::lock_guard<std::mutex> guard(mLock);
             if (mKept.size() >= kKeyLimit && mKept.count(words[1]) == 0) return {kRefused};
             mKept[words[1]].assign(words.begin() + 2, words.end());
             return {kOk};
         }
-        case kHtmlLoad: {
+        case QELTV_HTML_LOAD: {
             if (words.size() < 2) return {kBadValue};
             std::lock_guard<std::mutex> guard(mLock);
             const auto found = mKept.find(words[1]);
@@ -42,7 +40,7 @@ std::vector<int32_t> Agent::exchange(const std::vector<int32_t>& words) {
             reply.insert(reply.end(), found->second.begin(), found->second.end());
             return reply;
         }
-        case kHtmlPost: {
+        case QELTV_HTML_POST: {
             if (words.size() < 2 || words.size() > 2 + kWordLimit) return {kBadValue};
             android::hardware::hidl_vec<uint8_t> data((words.size() - 2) * sizeof(int32_t));
             if (data.size() != 0) memcpy(data.data(), words.data() + 2, data.size());

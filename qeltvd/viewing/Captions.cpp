@@ -1,11 +1,9 @@
 #include "Captions.h"
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -18,11 +16,11 @@ constexpr int32_t language(char a, char b, char c) {
     return a << 16 | b << 8 | c;
 }
 
-constexpr SubtitleEntry kSubtitles[] = {
-        {1, language('e', 'n', 'g'), kSubtitleDvb},
-        {2, language('d', 'e', 'u'), kSubtitleDvb},
-        {3, language('e', 'n', 'g'), kSubtitleHearing},
-        {4, language('d', 'e', 'u'), kSubtitleTeletext},
+constexpr QELTV_SUBTITLE_ENTRY_T kSubtitles[] = {
+        {1, language('e', 'n', 'g'), QELTV_SUBTITLE_DVB},
+        {2, language('d', 'e', 'u'), QELTV_SUBTITLE_DVB},
+        {3, language('e', 'n', 'g'), QELTV_SUBTITLE_HEARING},
+        {4, language('d', 'e', 'u'), QELTV_SUBTITLE_TELETEXT},
 };
 
 }  // namespace
@@ -86,7 +84,7 @@ std::vector<int32_t> Captions::subtitles() const {
     std::lock_guard<std::mutex> guard(mLock);
     std::vector<int32_t> words{static_cast<int32_t>(std::size(kSubtitles)),
                                static_cast<int32_t>(mSubtitle)};
-    for (const SubtitleEntry& entry : kSubtitles) {
+    for (const QELTV_SUBTITLE_ENTRY_T& entry : kSubtitles) {
         words.insert(words.end(), {entry.number, entry.language, entry.kind});
     }
     return words;
@@ -97,8 +95,9 @@ int32_t Captions::playSubtitle(uint32_t number) {
     if (number > std::size(kSubtitles)) return kNotFound;
     if (number == mSubtitle) return kOk;
     mSubtitle = number;
-    const SubtitleEntry entry = number != 0 ? kSubtitles[number - 1] : SubtitleEntry{};
-    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_subtitle_callback, kSubtitleChanged,
+    const QELTV_SUBTITLE_ENTRY_T entry =
+            number != 0 ? kSubtitles[number - 1] : QELTV_SUBTITLE_ENTRY_T{};
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_subtitle_callback, QELTV_SUBTITLE_CHANGED,
                     {number, entry.language, entry.kind});
     return kOk;
 }

@@ -1,27 +1,25 @@
 #include "Inputs.h"
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
 constexpr Inputs::Socket kSockets[Inputs::kCount] = {
-        {"TV", kInputTuner, 1, -1, false, 0, 0, 0},
-        {"AV", kInputComposite, 1, 8, false, 0, 0, 0},
-        {"Component", kInputComponent, 1, 9, false, 0, 0, 0},
-        {"SCART", kInputScart, 1, 10, false, 0, 0, 0},
-        {"VGA", kInputVga, 1, -1, false, 0, 0, 0},
-        {"HDMI 1", kInputHdmi, 1, 11, false, 1920, 1080, 60000},
-        {"HDMI 2", kInputHdmi, 2, 12, true, 0, 0, 0},
-        {"HDMI 3", kInputHdmi, 3, 13, false, 3840, 2160, 50000},
-        {"HDMI 4", kInputHdmi, 4, 14, false, 0, 0, 0},
+        {"TV", QELTV_INPUT_TUNER, 1, -1, false, 0, 0, 0},
+        {"AV", QELTV_INPUT_COMPOSITE, 1, 8, false, 0, 0, 0},
+        {"Component", QELTV_INPUT_COMPONENT, 1, 9, false, 0, 0, 0},
+        {"SCART", QELTV_INPUT_SCART, 1, 10, false, 0, 0, 0},
+        {"VGA", QELTV_INPUT_VGA, 1, -1, false, 0, 0, 0},
+        {"HDMI 1", QELTV_INPUT_HDMI, 1, 11, false, 1920, 1080, 60000},
+        {"HDMI 2", QELTV_INPUT_HDMI, 2, 12, true, 0, 0, 0},
+        {"HDMI 3", QELTV_INPUT_HDMI, 3, 13, false, 3840, 2160, 50000},
+        {"HDMI 4", QELTV_INPUT_HDMI, 4, 14, false, 0, 0, 0},
 };
 
-constexpr const char* kLabels[kInputLabels] = {
+constexpr const char* kLabels[QELTV_INPUT_LABELS] = {
         "", "DVD", "Blu-ray", "Set-top box", "Game", "PC", "Camera", "Sound system", "",
 };
 
@@ -56,20 +54,21 @@ std::optional<int32_t> Inputs::byName(const std::string& name) {
 
 bool Inputs::conflict(int32_t a, int32_t b) {
     const auto isPair = [](int32_t x, int32_t y) {
-        return socket(x).type == kInputComposite && socket(y).type == kInputComponent;
+        return socket(x).type == QELTV_INPUT_COMPOSITE && socket(y).type == QELTV_INPUT_COMPONENT;
     };
     return exists(a) && exists(b) && (isPair(a, b) || isPair(b, a));
 }
 
-std::string Inputs::name(int32_t id, NameForm form) const {
+std::string Inputs::name(int32_t id, QELTV_NAME_FORM form) const {
     if (!exists(id)) return "";
     std::lock_guard<std::mutex> guard(mLock);
     const State& state = mStates[static_cast<size_t>(id)];
-    if (form == kNameShown && state.label == kInputLabelUser && !state.userName.empty()) {
+    if (form == QELTV_NAME_SHOWN && state.label == QELTV_INPUT_LABEL_USER &&
+        !state.userName.empty()) {
         return state.userName;
     }
-    const std::string label = kLabels[state.label < kInputLabels ? state.label : 0];
-    return form == kNameShown && !label.empty() ? label : socket(id).name;
+    const std::string label = kLabels[state.label < QELTV_INPUT_LABELS ? state.label : 0];
+    return form == QELTV_NAME_SHOWN && !label.empty() ? label : socket(id).name;
 }
 
 std::string Inputs::userName(int32_t id) const {
@@ -97,7 +96,7 @@ uint8_t Inputs::label(int32_t id) const {
 
 int32_t Inputs::setLabel(int32_t id, int32_t label) {
     if (!exists(id)) return kNotFound;
-    if (label < 0 || label >= kInputLabels) return kBadValue;
+    if (label < 0 || label >= QELTV_INPUT_LABELS) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
         mSettings.set(key(id, "label"), label);

@@ -21,7 +21,7 @@ class Inputs {
 
     struct Socket {
         const char* name;
-        layouts::InputType type;
+        QELTV_INPUT_TYPE type;
         /** Counts the sockets of a type from 1. */
         uint8_t number;
         /** Line that tells that a plug is in; -1 for none. */
@@ -42,7 +42,7 @@ class Inputs {
     static bool conflict(int32_t a, int32_t b);
 
     /** The functions that take an id give nothing or kNotFound for one that there is not. */
-    std::string name(int32_t id, layouts::NameForm form) const;
+    std::string name(int32_t id, QELTV_NAME_FORM form) const;
     std::string userName(int32_t id) const;
     int32_t setUserName(int32_t id, const std::string& name);
     uint8_t label(int32_t id) const;

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -16,7 +14,8 @@ constexpr int32_t kFirstOverscan = 25;
 struct Range {
     int32_t id, maximum, first;
 };
-constexpr Range kValues[] = {{kVideoGameMode, 1, 0}, {kVideoFilmMode, 1, 1}, {kVideoMotion, 3, 2}};
+constexpr Range kValues[] = {
+        {QELTV_VIDEO_GAME_MODE, 1, 0}, {QELTV_VIDEO_FILM_MODE, 1, 1}, {QELTV_VIDEO_MOTION, 3, 2}};
 
 std::string valueKey(int32_t id) {
     return "picture.value." + std::to_string(id);
@@ -55,7 +54,7 @@ Picture::Picture(Store& store, Notifier& notifier)
     mUserData = mSettings.bytes("picture.user_data");
 }
 
-void Picture::tell(VideoEvent event, const std::vector<uint64_t>& values) {
+void Picture::tell(QELTV_VIDEO_EVENT event, const std::vector<uint64_t>& values) {
     std::array<uint64_t, 6> all{};
     std::copy_n(values.begin(), std::min(values.size(), all.size()), all.begin());
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, event,
@@ -81,7 +80,7 @@ int32_t Picture::setPictureMode(int32_t mode) {
     return stored([&] {
         mSettings.set("picture.mode", mode);
         mPictureMode = static_cast<uint16_t>(mode);
-        tell(kVideoPictureMode, {mPictureMode});
+        tell(QELTV_VIDEO_PICTURE_MODE, {mPictureMode});
         return kOk;
     });
 }
@@ -106,7 +105,7 @@ int32_t Picture::setScreenMode(bool input, int32_t mode) {
     return stored([&] {
         mSettings.set(screenKey(input), mode);
         mScreenModes[input] = static_cast<uint16_t>(mode);
-        tell(kVideoScreenMode, {mScreenModes[input]});
+        tell(QELTV_VIDEO_SCREEN_MODE, {mScreenModes[input]});
         return kOk;
     });
 }
@@ -118,12 +117,12 @@ Picture::Overscan Picture::overscan() const {
 
 int32_t Picture::setOverscan(const Overscan& overscan) {
     for (const int32_t side : overscan) {
-        if (side < 0 || side > kOverscanMaximum) return kBadValue;
+        if (side < 0 || side > QELTV_OVERSCAN_MAXIMUM) return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
     if (mOverscan == overscan) return kOk;
     mOverscan = overscan;
-    tell(kVideoOverscan, {overscan.begin(), overscan.end()});
+    tell(QELTV_VIDEO_OVERSCAN, {overscan.begin(), overscan.end()});
     return kOk;
 }
 
@@ -157,7 +156,7 @@ int32_t Picture::setValue(int32_t id, int32_t value) {
     return stored([&] {
         mSettings.set(valueKey(id), value);
         current = value;
-        tell(kVideoValueChanged, {static_cast<uint64_t>(id), static_cast<uint64_t>(value)});
+        tell(QELTV_VIDEO_VALUE_CHANGED, {static_cast<uint64_t>(id), static_cast<uint64_t>(value)});
         return kOk;
     });
 }
@@ -168,7 +167,7 @@ std::vector<uint8_t> Picture::userData() const {
 }
 
 int32_t Picture::setUserData(const std::vector<uint8_t>& data) {
-    if (data.size() > kVideoDataUserSize) return kBadValue;
+    if (data.size() > QELTV_VIDEO_DATA_USER_SIZE) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
         mSettings.set("picture.user_data", data);

@@ -37,14 +37,14 @@ class Picture {
     int32_t setOverscan(const Overscan& overscan);
     int32_t keepOverscan();
 
-    /** A VideoValue that can be set. */
+    /** A QELTV_VIDEO_VALUE that can be set. */
     int32_t value(int32_t id, uint32_t* value) const;
     int32_t setValue(int32_t id, int32_t value);
     std::vector<uint8_t> userData() const;
     int32_t setUserData(const std::vector<uint8_t>& data);
 
     /** Tells a video event. */
-    void tell(layouts::VideoEvent event, const std::vector<uint64_t>& values);
+    void tell(QELTV_VIDEO_EVENT event, const std::vector<uint64_t>& values);
 
   private:
     Store& mStore;

@@ -8,13 +8,12 @@
 #include <cstdio>
 #include <cstring>
 
+#include "ChannelIds.h"
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
 using Callback = Notifier::Callback;
 using std::chrono::milliseconds;
 
@@ -31,13 +30,18 @@ constexpr char kInputLockItem[] = "parental.input_lock";
 constexpr uint32_t kLockQuality = 20;
 
 /** The language of a track as its four bytes. */
-void setLanguage(AudioTrack& track, const std::string& language) {
+void setLanguage(QELTV_AUDIO_TRACK_T& track, const std::string& language) {
     memcpy(track.language, language.data(), std::min<size_t>(language.size(), 3));
 }
 
-AudioTrack track(uint32_t number, uint32_t pid, const std::string& language, AudioCodec codec,
-                 uint8_t channels, AudioPurpose purpose, uint32_t kbit) {
-    AudioTrack track{number, pid, {}, codec, channels, purpose, 0, 48000, kbit};
+QELTV_AUDIO_TRACK_T track(uint32_t number, uint32_t pid, const std::string& language,
+                          QELTV_AUDIO_CODEC codec, uint8_t channels, QELTV_AUDIO_PURPOSE purpose,
+                          uint32_t kbit) {
+    QELTV_AUDIO_TRACK_T track{number,   pid,
+                              {},       static_cast<uint8_t>(codec),
+                              channels, static_cast<uint8_t>(purpose),
+                              0,        48000,
+                              kbit};
     setLanguage(track, language);
     return track;
 }
@@ -56,7 +60,8 @@ Presentation::Presentation(Timers& timers, Notifier& notifier, ConfigItems& conf
           mPower(power),
           mCamName(std::move(camName)),
           mAlarm(timers, "the presentation", [this] { ring(); }) {
-    for (uint32_t path = 0; path < kPaths; ++path) mContexts[contextOfPath(path)] = {path, {}, {}};
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path)
+        mContexts[QELTV_CONTEXT_OF_MAIN + path] = {path, {}, {}};
     mPaths[kSub].region = {6500, 6500, 3000, 3000};
     mInputs.setListener([this](int32_t source, bool on) { inputChanged(source, on); });
     mChannels.addListener([this](const ChannelChange& change) { channelsChanged(change); });
@@ -116,7 +121,7 @@ int32_t Presentation::select(uint32_t path, uint32_t channelId, bool banner) {
     shown.banner = banner;
     shown.source = Inputs::kTuner;
     begin(path);
-    if (banner && path == kMain) broadcast(kBroadcastBanner, 1);
+    if (banner && path == kMain) broadcast(QELTV_BROADCAST_BANNER, 1);
     return kOk;
 }
 
@@ -199,7 +204,7 @@ int32_t Presentation::changeFrequency(uint32_t path, uint32_t kHz, uint32_t syst
     return kOk;
 }
 
-int32_t Presentation::startOn(uint32_t path, int32_t source, VideoResource resource) {
+int32_t Presentation::startOn(uint32_t path, int32_t source, QELTV_VIDEO_RESOURCE resource) {
     Path& shown = mPaths[path];
     if (!available(path, source)) return kRefused;
     shown.source = source;
@@ -217,13 +222,14 @@ int32_t Presentation::changeSource(uint32_t path, int32_t source) {
         return channel ? select(path, channel->channelId, false) : kNotFound;
     }
     std::lock_guard<std::mutex> guard(mLock);
-    return startOn(path, source, kResourcePath);
+    return startOn(path, source, QELTV_RESOURCE_PATH);
 }
 
 int32_t Presentation::stop(uint32_t path) {
     std::lock_guard<std::mutex> guard(mLock);
-    if (running(path)) end(path, kTuningStopped, kTuningNoError, kBroadcastStopped);
-    mPaths[path].resource = kResourceNone;
+    if (running(path))
+        end(path, QELTV_TUNING_STOPPED, QELTV_TUNING_NO_ERROR, QELTV_BROADCAST_STOPPED);
+    mPaths[path].resource = QELTV_RESOURCE_NONE;
     return kOk;
 }
 
@@ -238,10 +244,10 @@ int32_t Presentation::start() {
 }
 
 void Presentation::stopAll() {
-    for (uint32_t path = 0; path < kPaths; ++path) stop(path);
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path) stop(path);
 }
 
-int32_t Presentation::standBy(PowerEvent how) {
+int32_t Presentation::standBy(QELTV_POWER_EVENT how) {
     return mPower.powerDown(how);
 }
 
@@ -249,15 +255,15 @@ int32_t Presentation::standBy(PowerEvent how) {
 
 void Presentation::begin(uint32_t path) {
     Path& shown = mPaths[path];
-    if (shown.resource == kResourceNone) shown.resource = kResourcePath;
+    if (shown.resource == QELTV_RESOURCE_NONE) shown.resource = QELTV_RESOURCE_PATH;
     shown.unlocked = false;
     shown.unlockedEvent.reset();
     shown.frozen = false;
-    shown.status = kTuningSearches;
-    shown.error = kTuningNoError;
+    shown.status = QELTV_TUNING_SEARCHES;
+    shown.error = QELTV_TUNING_NO_ERROR;
     shown.due = Clock::now() + kLockTime;
     watchProgrammes(path);
-    tell(path, kBroadcastSelecting);
+    tell(path, QELTV_BROADCAST_SELECTING);
     schedule();
 }
 
@@ -265,38 +271,38 @@ void Presentation::advance(uint32_t path) {
     Path& shown = mPaths[path];
     shown.due.reset();
     if (!hasSignal(shown)) {
-        end(path, kTuningFailed, kTuningNoSignal, kBroadcastFailed);
+        end(path, QELTV_TUNING_FAILED, QELTV_TUNING_NO_SIGNAL, QELTV_BROADCAST_FAILED);
         return;
     }
     const bool tuner = shown.source == Inputs::kTuner;
-    if (shown.status == kTuningSearches) {
-        shown.status = kTuningLocked;
+    if (shown.status == QELTV_TUNING_SEARCHES) {
+        shown.status = QELTV_TUNING_LOCKED;
         // A frequency without a service stays as it is.
         if (!tuner || shown.channel) shown.due = Clock::now() + kDecoderTime;
-        tell(path, kBroadcastLocked);
+        tell(path, QELTV_BROADCAST_LOCKED);
         return;
     }
     if (tuner && !shown.channel) return;
     if (blocked(shown)) {
-        end(path, kTuningFailed, kTuningBlocked, kBroadcastFailed);
+        end(path, QELTV_TUNING_FAILED, QELTV_TUNING_BLOCKED, QELTV_BROADCAST_FAILED);
         return;
     }
     if (scrambled(shown)) {
-        end(path, kTuningFailed, kTuningScrambled, kBroadcastFailed);
+        end(path, QELTV_TUNING_FAILED, QELTV_TUNING_SCRAMBLED, QELTV_BROADCAST_FAILED);
         return;
     }
-    shown.status = kTuningPlays;
-    shown.error = kTuningNoError;
+    shown.status = QELTV_TUNING_PLAYS;
+    shown.error = QELTV_TUNING_NO_ERROR;
     chooseTrack(path);
-    tell(path, kBroadcastPlays);
+    tell(path, QELTV_BROADCAST_PLAYS);
     tellVideo(path);
-    mSound.tell(kAudioTracksChanged, path, tracksOf(shown).size());
+    mSound.tell(QELTV_AUDIO_TRACKS_CHANGED, path, tracksOf(shown).size());
 }
 
-void Presentation::end(uint32_t path, TuningStatus status, TuningError error,
-                       BroadcastEvent event) {
+void Presentation::end(uint32_t path, QELTV_TUNING_STATUS status, QELTV_TUNING_ERROR error,
+                       QELTV_BROADCAST_EVENT event) {
     Path& shown = mPaths[path];
-    const bool played = shown.status == kTuningPlays;
+    const bool played = shown.status == QELTV_TUNING_PLAYS;
     shown.status = status;
     shown.error = error;
     shown.frozen = false;
@@ -304,33 +310,34 @@ void Presentation::end(uint32_t path, TuningStatus status, TuningError error,
     tell(path, event);
     if (!played) return;
     tellVideo(path);
-    mSound.tell(kAudioTracksChanged, path, 0);
+    mSound.tell(QELTV_AUDIO_TRACKS_CHANGED, path, 0);
 }
 
 void Presentation::review() {
-    for (uint32_t path = 0; path < kPaths; ++path) {
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path) {
         Path& shown = mPaths[path];
         switch (shown.status) {
-            case kTuningLocked:
-            case kTuningPlays:
+            case QELTV_TUNING_LOCKED:
+            case QELTV_TUNING_PLAYS:
                 if (!hasSignal(shown)) {
-                    end(path, kTuningFailed, kTuningNoSignal, kBroadcastSignalLost);
-                } else if (shown.status == kTuningPlays && blocked(shown)) {
-                    end(path, kTuningFailed, kTuningBlocked, kBroadcastFailed);
-                } else if (shown.status == kTuningPlays && scrambled(shown)) {
-                    end(path, kTuningFailed, kTuningScrambled, kBroadcastFailed);
+                    end(path, QELTV_TUNING_FAILED, QELTV_TUNING_NO_SIGNAL,
+                        QELTV_BROADCAST_SIGNAL_LOST);
+                } else if (shown.status == QELTV_TUNING_PLAYS && blocked(shown)) {
+                    end(path, QELTV_TUNING_FAILED, QELTV_TUNING_BLOCKED, QELTV_BROADCAST_FAILED);
+                } else if (shown.status == QELTV_TUNING_PLAYS && scrambled(shown)) {
+                    end(path, QELTV_TUNING_FAILED, QELTV_TUNING_SCRAMBLED, QELTV_BROADCAST_FAILED);
                 }
                 break;
-            case kTuningFailed:
-                if (shown.error == kTuningNoSignal && hasSignal(shown)) {
+            case QELTV_TUNING_FAILED:
+                if (shown.error == QELTV_TUNING_NO_SIGNAL && hasSignal(shown)) {
                     const bool unlocked = shown.unlocked;
                     const auto unlockedEvent = shown.unlockedEvent;
                     begin(path);
                     shown.unlocked = unlocked;
                     shown.unlockedEvent = unlockedEvent;
-                } else if ((shown.error == kTuningBlocked && !blocked(shown)) ||
-                           (shown.error == kTuningScrambled && !scrambled(shown))) {
-                    shown.status = kTuningLocked;
+                } else if ((shown.error == QELTV_TUNING_BLOCKED && !blocked(shown)) ||
+                           (shown.error == QELTV_TUNING_SCRAMBLED && !scrambled(shown))) {
+                    shown.status = QELTV_TUNING_LOCKED;
                     shown.due = Clock::now() + kDecoderTime;
                 }
                 break;
@@ -341,7 +348,7 @@ void Presentation::review() {
     schedule();
 }
 
-void Presentation::tell(uint32_t path, BroadcastEvent event) {
+void Presentation::tell(uint32_t path, QELTV_BROADCAST_EVENT event) {
     const Path& shown = mPaths[path];
     const uint32_t channel =
             shown.source == Inputs::kTuner && shown.channel ? shown.channel->channelId : 0;
@@ -362,15 +369,15 @@ void Presentation::tell(uint32_t path, BroadcastEvent event) {
     }
 }
 
-void Presentation::broadcast(BroadcastEvent event, uint64_t first, uint64_t second,
+void Presentation::broadcast(QELTV_BROADCAST_EVENT event, uint64_t first, uint64_t second,
                              uint64_t third) {
     mNotifier.event(&Callback::a_hidl_qeltvapi_broadcast_callback_fct, event,
                     {first, second, third});
 }
 
 void Presentation::tellVideo(uint32_t path) {
-    const VideoSource video = videoOf(mPaths[path]);
-    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, kVideoFormat,
+    const QELTV_VIDEO_SOURCE_T video = videoOf(mPaths[path]);
+    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, QELTV_VIDEO_FORMAT,
                     {path, video.width, video.height, video.frameRate, video.interlaced});
     for (const auto& [handle, component] : mComponents) {
         if (component.path == path) tellSource(handle, component);
@@ -379,8 +386,8 @@ void Presentation::tellVideo(uint32_t path) {
 
 void Presentation::tellSource(uint32_t handle, const Component& component) {
     if (!component.tag) return;
-    const VideoSource video = videoOf(mPaths[component.path]);
-    const SourceDetect what = video.width != 0 ? kSourceDetected : kSourceLost;
+    const QELTV_VIDEO_SOURCE_T video = videoOf(mPaths[component.path]);
+    const QELTV_SOURCE_DETECT what = video.width != 0 ? QELTV_SOURCE_DETECTED : QELTV_SOURCE_LOST;
     mNotifier.notify(&Callback::a_hidl_x_scc_vid_src_detect_nfy_fct, handle,
                      static_cast<uint32_t>(what), *component.tag, video.width, video.height);
 }
@@ -403,7 +410,7 @@ void Presentation::ring() {
     {
         std::lock_guard<std::mutex> guard(mLock);
         const auto now = Clock::now();
-        for (uint32_t path = 0; path < kPaths; ++path) {
+        for (uint32_t path = 0; path < QELTV_PATHS; ++path) {
             if (mPaths[path].due && *mPaths[path].due <= now) advance(path);
         }
         digits = mDigitsDue && *mDigitsDue <= now;
@@ -523,8 +530,8 @@ void Presentation::inputChanged(int32_t source, bool on) {
         review();
         if (!on || mPaths[kMain].source == source) return;
     }
-    const bool jumps =
-            mInputs.autoDetect(source) && (socket.type != kInputScart || mInputs.scartAutoJump());
+    const bool jumps = mInputs.autoDetect(source) &&
+                       (socket.type != QELTV_INPUT_SCART || mInputs.scartAutoJump());
     if (jumps) changeSource(kMain, source);
 }
 
@@ -541,7 +548,7 @@ void Presentation::channelsChanged(const ChannelChange& change) {
             return;
     }
     std::lock_guard<std::mutex> guard(mLock);
-    for (uint32_t path = 0; path < kPaths; ++path) {
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path) {
         Path& shown = mPaths[path];
         if (!shown.channel) continue;
         const auto channel = mChannels.byRecord(shown.channel->list, shown.channel->recordId);
@@ -551,8 +558,8 @@ void Presentation::channelsChanged(const ChannelChange& change) {
             shown.channel = channel;
             if (moved) watchProgrammes(path);
         } else if (shown.source == Inputs::kTuner && running(path) &&
-                   shown.status != kTuningFailed) {
-            end(path, kTuningFailed, kTuningNoService, kBroadcastFailed);
+                   shown.status != QELTV_TUNING_FAILED) {
+            end(path, QELTV_TUNING_FAILED, QELTV_TUNING_NO_SERVICE, QELTV_BROADCAST_FAILED);
         }
         if (!channel) shown.channel.reset();
     }
@@ -568,7 +575,7 @@ Presentation::Status Presentation::status(uint32_t path) const {
 
 std::optional<uint32_t> Presentation::pathWith(int32_t source) const {
     std::lock_guard<std::mutex> guard(mLock);
-    for (uint32_t path = 0; path < kPaths; ++path) {
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path) {
         if (running(path) && mPaths[path].source == source) return path;
     }
     return std::nullopt;
@@ -580,7 +587,7 @@ std::optional<uint32_t> Presentation::tunerPath() const {
 
 Reception Presentation::reception() const {
     std::lock_guard<std::mutex> guard(mLock);
-    for (uint32_t path = 0; path < kPaths; ++path) {
+    for (uint32_t path = 0; path < QELTV_PATHS; ++path) {
         if (running(path) && mPaths[path].source == Inputs::kTuner) {
             return receive(mPaths[path].multiplex);
         }
@@ -599,10 +606,10 @@ void Presentation::setReception(uint32_t percent, std::optional<uint32_t> kHz) {
     review();
 }
 
-Connection Presentation::connection(uint32_t path) const {
+QELTV_CONNECTION_T Presentation::connection(uint32_t path) const {
     std::lock_guard<std::mutex> guard(mLock);
     const Path& shown = mPaths[path];
-    Connection all{};
+    QELTV_CONNECTION_T all{};
     all.path = path;
     all.source = static_cast<uint32_t>(shown.source);
     all.status = static_cast<uint32_t>(shown.status);
@@ -624,20 +631,20 @@ Connection Presentation::connection(uint32_t path) const {
     return all;
 }
 
-VideoSource Presentation::videoOf(const Path& path) const {
-    VideoSource video{};
-    if (path.status != kTuningPlays) return video;
+QELTV_VIDEO_SOURCE_T Presentation::videoOf(const Path& path) const {
+    QELTV_VIDEO_SOURCE_T video{};
+    if (path.status != QELTV_TUNING_PLAYS) return video;
     video.aspectWidth = 16;
     video.aspectHeight = 9;
     video.bits = 8;
     if (path.source != Inputs::kTuner) {
         const Inputs::Socket& socket = Inputs::socket(path.source);
-        const bool analogue = socket.type != kInputHdmi && socket.type != kInputVga;
+        const bool analogue = socket.type != QELTV_INPUT_HDMI && socket.type != QELTV_INPUT_VGA;
         video.width = socket.width != 0 ? socket.width : analogue ? 720 : 1920;
         video.height = socket.height != 0 ? socket.height : analogue ? 576 : 1080;
         video.frameRate = socket.frameRate != 0 ? socket.frameRate : analogue ? 25000 : 60000;
         video.interlaced = analogue;
-        video.codec = kVideoRaw;
+        video.codec = QELTV_VIDEO_RAW;
         if (analogue) {
             video.aspectWidth = 4;
             video.aspectHeight = 3;
@@ -654,14 +661,16 @@ VideoSource Presentation::videoOf(const Path& path) const {
         video.height = high ? 1080 : america ? 480 : 576;
         video.interlaced = !newest;
         video.frameRate = america ? 29970 : newest ? 50000 : 25000;
-        video.codec = newest ? kVideoHevc : high && !america ? kVideoAvc : kVideoMpeg2;
+        video.codec = newest             ? QELTV_VIDEO_HEVC
+                      : high && !america ? QELTV_VIDEO_AVC
+                                         : QELTV_VIDEO_MPEG2;
     }
     snprintf(video.text, sizeof(video.text), "%ux%u%c %.6g", video.width, video.height,
              video.interlaced != 0 ? 'i' : 'p', video.frameRate / 1000.0);
     return video;
 }
 
-VideoSource Presentation::video(uint32_t path) const {
+QELTV_VIDEO_SOURCE_T Presentation::video(uint32_t path) const {
     std::lock_guard<std::mutex> guard(mLock);
     return videoOf(mPaths[path]);
 }
@@ -687,7 +696,7 @@ void Presentation::resetDigitsKeyHandled() {
 
 void Presentation::showBanner(bool visible) {
     std::lock_guard<std::mutex> guard(mLock);
-    broadcast(kBroadcastBanner, visible);
+    broadcast(QELTV_BROADCAST_BANNER, visible);
 }
 
 namespace {
@@ -714,7 +723,7 @@ int32_t Presentation::addDigit(char digit) {
         mDigitsHandled = true;
         mDigitsDue = Clock::now() + kDigitsTime;
         const auto [major, minor] = numbersIn(mDigits);
-        broadcast(kBroadcastDigits, minor != 0 ? major << 16 | minor : major, mDigits.size());
+        broadcast(QELTV_BROADCAST_DIGITS, minor != 0 ? major << 16 | minor : major, mDigits.size());
         const size_t point = mDigits.find('.');
         complete = point == std::string::npos ? mDigits.size() == kMaximumDigits
                                               : mDigits.size() - point - 1 == kMinorDigits;
@@ -732,7 +741,8 @@ void Presentation::finishDigits() {
         mDigitsDue.reset();
         if (digits.empty()) return;
         const auto [major, minor] = numbersIn(digits);
-        broadcast(kBroadcastDigits, minor != 0 ? major << 16 | minor : major, digits.size(), 1);
+        broadcast(QELTV_BROADCAST_DIGITS, minor != 0 ? major << 16 | minor : major, digits.size(),
+                  1);
     }
     const auto numbers = numbersIn(digits);
     const int32_t code =
@@ -743,39 +753,39 @@ void Presentation::finishDigits() {
 }
 
 int32_t Presentation::key(int32_t key) {
-    if (key == kKeyPower) {
-        if (!mPower.standby()) return standBy(kPowerDown);
-        const int32_t code = mPower.wake(kWakeRemote, {0, static_cast<uint32_t>(key)});
+    if (key == QELTV_KEY_POWER) {
+        if (!mPower.standby()) return standBy(QELTV_POWER_DOWN);
+        const int32_t code = mPower.wake(QELTV_WAKE_REMOTE, {0, static_cast<uint32_t>(key)});
         return code == kOk ? start() : code;
     }
     if (mPower.standby()) return kRefused;
-    if (key >= kKeyDigit0 && key <= kKeyDigit9) {
-        return addDigit(static_cast<char>('0' + (key - kKeyDigit0)));
+    if (key >= QELTV_KEY_DIGIT_0 && key <= QELTV_KEY_DIGIT_9) {
+        return addDigit(static_cast<char>('0' + (key - QELTV_KEY_DIGIT_0)));
     }
     switch (key) {
-        case kKeyPeriod:
+        case QELTV_KEY_PERIOD:
             return addDigit('.');
-        case kKeyOk:
+        case QELTV_KEY_OK:
             finishDigits();
             return kOk;
-        case kKeyVolumeUp:
-        case kKeyVolumeDown: {
-            const int32_t code = mSound.step(kVolumeSpeaker, key == kKeyVolumeUp);
+        case QELTV_KEY_VOLUME_UP:
+        case QELTV_KEY_VOLUME_DOWN: {
+            const int32_t code = mSound.step(QELTV_VOLUME_SPEAKER, key == QELTV_KEY_VOLUME_UP);
             return code < 0 ? code : kOk;
         }
-        case kKeyMute:
-            return mSound.setMuted(kVolumeSpeaker, !mSound.muted(kVolumeSpeaker));
-        case kKeyInfo:
+        case QELTV_KEY_MUTE:
+            return mSound.setMuted(QELTV_VOLUME_SPEAKER, !mSound.muted(QELTV_VOLUME_SPEAKER));
+        case QELTV_KEY_INFO:
             showBanner(true);
             return kOk;
-        case kKeyChannelUp:
-        case kKeyChannelDown:
-            return zap(kMain, key == kKeyChannelDown);
-        case kKeyLastChannel:
+        case QELTV_KEY_CHANNEL_UP:
+        case QELTV_KEY_CHANNEL_DOWN:
+            return zap(kMain, key == QELTV_KEY_CHANNEL_DOWN);
+        case QELTV_KEY_LAST_CHANNEL:
             return selectLast(kMain);
-        case kKeyAudioTrack:
+        case QELTV_KEY_AUDIO_TRACK:
             return nextLanguage(audioFocus());
-        case kKeyInput:
+        case QELTV_KEY_INPUT:
             return changeSource(kMain,
                                 (status(kMain).source + 1) % static_cast<int32_t>(Inputs::kCount));
         default:
@@ -790,10 +800,10 @@ int32_t Presentation::key(int32_t key) {
 int32_t Presentation::setFrozen(uint32_t path, bool frozen) {
     std::lock_guard<std::mutex> guard(mLock);
     Path& shown = mPaths[path];
-    if (frozen && shown.status != kTuningPlays) return kRefused;
+    if (frozen && shown.status != QELTV_TUNING_PLAYS) return kRefused;
     if (shown.frozen == frozen) return kOk;
     shown.frozen = frozen;
-    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, kVideoFreeze,
+    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, QELTV_VIDEO_FREEZE,
                     {path, frozen});
     return kOk;
 }
@@ -807,7 +817,7 @@ int32_t Presentation::setMuted(uint32_t path, bool muted) {
     std::lock_guard<std::mutex> guard(mLock);
     if (mPaths[path].muted == muted) return kOk;
     mPaths[path].muted = muted;
-    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, kVideoMute,
+    mNotifier.event(&Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, QELTV_VIDEO_MUTE,
                     {path, muted});
     return kOk;
 }
@@ -829,9 +839,9 @@ bool Presentation::videoOn(uint32_t path) const {
 }
 
 int32_t Presentation::setRegion(uint32_t path, const Region& region) {
-    if (region.width == 0 || region.height == 0 || region.width > kRegionFull ||
-        region.height > kRegionFull || region.x > kRegionFull - region.width ||
-        region.y > kRegionFull - region.height) {
+    if (region.width == 0 || region.height == 0 || region.width > QELTV_REGION_FULL ||
+        region.height > QELTV_REGION_FULL || region.x > QELTV_REGION_FULL - region.width ||
+        region.y > QELTV_REGION_FULL - region.height) {
         return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
@@ -840,20 +850,20 @@ int32_t Presentation::setRegion(uint32_t path, const Region& region) {
 }
 
 int32_t Presentation::setTvMode(int32_t mode) {
-    if (mode < kTvNormal || mode > kTvSideBySide) return kBadValue;
+    if (mode < QELTV_TV_NORMAL || mode > QELTV_TV_SIDE_BY_SIDE) return kBadValue;
     {
         std::lock_guard<std::mutex> guard(mLock);
         mTvMode = mode;
-        if (mode == kTvSideBySide) {
+        if (mode == QELTV_TV_SIDE_BY_SIDE) {
             mPaths[kMain].region = {0, 2500, 5000, 5000};
             mPaths[kSub].region = {5000, 2500, 5000, 5000};
         } else {
-            mPaths[kMain].region = {0, 0, kRegionFull, kRegionFull};
+            mPaths[kMain].region = {0, 0, QELTV_REGION_FULL, QELTV_REGION_FULL};
             mPaths[kSub].region = {6500, 6500, 3000, 3000};
         }
-        if (mode == kTvNormal) mAudioFocus = kMain;
+        if (mode == QELTV_TV_NORMAL) mAudioFocus = kMain;
     }
-    return mode == kTvNormal ? stop(kSub) : kOk;
+    return mode == QELTV_TV_NORMAL ? stop(kSub) : kOk;
 }
 
 int32_t Presentation::startVideo(uint32_t path, int32_t source, const Region& region) {
@@ -865,7 +875,7 @@ int32_t Presentation::startVideo(uint32_t path, int32_t source, const Region& re
     const int32_t code = changeSource(path, source);
     if (code == kOk && path == kSub) {
         std::lock_guard<std::mutex> guard(mLock);
-        if (mTvMode == kTvNormal) mTvMode = kTvPictureInPicture;
+        if (mTvMode == QELTV_TV_NORMAL) mTvMode = QELTV_TV_PICTURE_IN_PICTURE;
     }
     return code;
 }
@@ -874,18 +884,18 @@ int32_t Presentation::startWithoutPath(uint32_t path, int32_t source) {
     const int32_t code = changeSource(path, source);
     if (code != kOk) return code;
     std::lock_guard<std::mutex> guard(mLock);
-    mPaths[path].resource = kResourceWithoutPath;
+    mPaths[path].resource = QELTV_RESOURCE_WITHOUT_PATH;
     return kOk;
 }
 
 int32_t Presentation::stopWithoutPath(uint32_t path) {
-    if (resource(path) != kResourceWithoutPath) return kRefused;
+    if (resource(path) != QELTV_RESOURCE_WITHOUT_PATH) return kRefused;
     return stop(path);
 }
 
-VideoResource Presentation::resource(uint32_t path) const {
+QELTV_VIDEO_RESOURCE Presentation::resource(uint32_t path) const {
     std::lock_guard<std::mutex> guard(mLock);
-    return running(path) ? mPaths[path].resource : kResourceNone;
+    return running(path) ? mPaths[path].resource : QELTV_RESOURCE_NONE;
 }
 
 uint32_t Presentation::audioFocus() const {
@@ -907,26 +917,29 @@ int32_t Presentation::setAudioFocus(uint32_t path, bool evenStopped) {
 
 // Sound tracks
 
-std::vector<AudioTrack> Presentation::tracksOf(const Path& path) const {
-    std::vector<AudioTrack> tracks;
-    if (path.status != kTuningPlays) return tracks;
+std::vector<QELTV_AUDIO_TRACK_T> Presentation::tracksOf(const Path& path) const {
+    std::vector<QELTV_AUDIO_TRACK_T> tracks;
+    if (path.status != QELTV_TUNING_PLAYS) return tracks;
     if (path.source != Inputs::kTuner) {
-        tracks.push_back(track(1, 0, "und", kAudioPcm, 2, kAudioMain, 1536));
+        tracks.push_back(track(1, 0, "und", QELTV_AUDIO_PCM, 2, QELTV_AUDIO_MAIN, 1536));
     } else if (path.channel && path.channel->type != ServiceType::kData) {
         const Channel& channel = *path.channel;
         const std::string language = channel.language.size() == 3 ? channel.language : "und";
         const uint32_t pid = channel.audioPid;
-        tracks.push_back(track(1, pid, language, kAudioMpeg, 2, kAudioMain, 192));
+        tracks.push_back(track(1, pid, language, QELTV_AUDIO_MPEG, 2, QELTV_AUDIO_MAIN, 192));
         if (channel.type == ServiceType::kTelevision) {
             const std::string second = language == "eng" ? "spa" : "eng";
-            tracks.push_back(track(2, pid + 1, second, kAudioMpeg, 2, kAudioOriginal, 192));
-            tracks.push_back(track(3, pid + 2, language, kAudioMpeg, 2, kAudioDescription, 128));
+            tracks.push_back(
+                    track(2, pid + 1, second, QELTV_AUDIO_MPEG, 2, QELTV_AUDIO_ORIGINAL, 192));
+            tracks.push_back(
+                    track(3, pid + 2, language, QELTV_AUDIO_MPEG, 2, QELTV_AUDIO_DESCRIPTION, 128));
             if ((channel.flags & CHANNEL_FLAG_HD) != 0) {
-                tracks.push_back(track(4, pid + 3, language, kAudioAc3, 6, kAudioMain, 448));
+                tracks.push_back(
+                        track(4, pid + 3, language, QELTV_AUDIO_AC3, 6, QELTV_AUDIO_MAIN, 448));
             }
         }
     }
-    for (AudioTrack& one : tracks) one.current = one.track == path.track;
+    for (QELTV_AUDIO_TRACK_T& one : tracks) one.current = one.track == path.track;
     return tracks;
 }
 
@@ -939,11 +952,11 @@ void Presentation::chooseTrack(uint32_t path) {
     } catch (const StoreError& e) {
         ALOGE("%s", e.what());
     }
-    mSound.value(kAudioDescriptionOn, &description);
+    mSound.value(QELTV_AUDIO_DESCRIPTION_ON, &description);
     shown.track = 1;
     int best = -1;
-    for (const AudioTrack& one : tracksOf(shown)) {
-        const bool describes = one.purpose == kAudioDescription;
+    for (const QELTV_AUDIO_TRACK_T& one : tracksOf(shown)) {
+        const bool describes = one.purpose == QELTV_AUDIO_DESCRIPTION;
         const int worth = (describes == (description != 0) ? 2 : 0) +
                           (wanted == std::string(one.language, 3) ? 1 : 0) -
                           (describes && description == 0 ? 4 : 0);
@@ -954,7 +967,7 @@ void Presentation::chooseTrack(uint32_t path) {
     }
 }
 
-std::vector<AudioTrack> Presentation::tracks(uint32_t path) const {
+std::vector<QELTV_AUDIO_TRACK_T> Presentation::tracks(uint32_t path) const {
     std::lock_guard<std::mutex> guard(mLock);
     return tracksOf(mPaths[path]);
 }
@@ -962,12 +975,12 @@ std::vector<AudioTrack> Presentation::tracks(uint32_t path) const {
 int32_t Presentation::selectTrack(uint32_t path, uint32_t track) {
     std::lock_guard<std::mutex> guard(mLock);
     Path& shown = mPaths[path];
-    if (shown.status != kTuningPlays) return kRefused;
-    for (const AudioTrack& one : tracksOf(shown)) {
+    if (shown.status != QELTV_TUNING_PLAYS) return kRefused;
+    for (const QELTV_AUDIO_TRACK_T& one : tracksOf(shown)) {
         if (one.track != track) continue;
         if (shown.track != track) {
             shown.track = track;
-            mSound.tell(kAudioTrackSelected, path, track);
+            mSound.tell(QELTV_AUDIO_TRACK_SELECTED, path, track);
         }
         return kOk;
     }
@@ -981,15 +994,15 @@ int32_t Presentation::nextLanguage(uint32_t path) {
             std::find_if(all.begin(), all.end(), [](const auto& one) { return one.current != 0; });
     const size_t at = current != all.end() ? static_cast<size_t>(current - all.begin()) : 0;
     for (size_t i = 1; i < all.size(); ++i) {
-        const AudioTrack& next = all[(at + i) % all.size()];
+        const QELTV_AUDIO_TRACK_T& next = all[(at + i) % all.size()];
         if (memcmp(next.language, all[at].language, 3) != 0) return selectTrack(path, next.track);
     }
     return kOk;
 }
 
 int32_t Presentation::selectLanguage(uint32_t path, const std::string& language) {
-    for (const AudioTrack& one : tracks(path)) {
-        if (one.purpose != kAudioDescription && language == std::string(one.language, 3)) {
+    for (const QELTV_AUDIO_TRACK_T& one : tracks(path)) {
+        if (one.purpose != QELTV_AUDIO_DESCRIPTION && language == std::string(one.language, 3)) {
             return selectTrack(path, one.track);
         }
     }
@@ -1002,7 +1015,7 @@ int32_t Presentation::openContext(const std::string& name, uint32_t* context) {
     const auto path = pathOf(name);
     if (!path) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
-    if (mContexts.size() >= kMaximumContexts + kPaths) return kRefused;
+    if (mContexts.size() >= kMaximumContexts + QELTV_PATHS) return kRefused;
     *context = mNextHandle++;
     mContexts[*context] = {*path, {}, {}};
     return kOk;
@@ -1011,7 +1024,7 @@ int32_t Presentation::openContext(const std::string& name, uint32_t* context) {
 int32_t Presentation::closeContext(uint32_t context) {
     std::lock_guard<std::mutex> guard(mLock);
     // Those of the paths themselves stay.
-    if (context <= kPaths) return kRefused;
+    if (context <= QELTV_PATHS) return kRefused;
     return mContexts.erase(context) != 0 ? kOk : kNotFound;
 }
 
@@ -1052,7 +1065,7 @@ std::optional<Presentation::Bytes> Presentation::block(uint32_t context, uint32_
 int32_t Presentation::openComponent(uint32_t type, const std::string& name, uint32_t* component) {
     const auto path = pathOf(name);
     if (!path) return kNotFound;
-    if (type > kComponentSubtitle) return kBadValue;
+    if (type > QELTV_COMPONENT_SUBTITLE) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     if (mComponents.size() >= kMaximumContexts) return kRefused;
     *component = mNextHandle++;
@@ -1069,7 +1082,7 @@ int32_t Presentation::watchSource(uint32_t component, uint64_t tag) {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mComponents.find(component);
     if (found == mComponents.end()) return kNotFound;
-    if (found->second.type != kComponentVideo) return kBadValue;
+    if (found->second.type != QELTV_COMPONENT_VIDEO) return kBadValue;
     found->second.tag = tag;
     tellSource(component, found->second);
     return kOk;

@@ -68,8 +68,8 @@ class Presentation {
     /** The main path with what it showed last. */
     int32_t start();
     void stopAll();
-    /** Goes to standby: kPowerDown or kPowerSuspend. */
-    int32_t standBy(layouts::PowerEvent how);
+    /** Goes to standby: QELTV_POWER_DOWN or QELTV_POWER_SUSPEND. */
+    int32_t standBy(QELTV_POWER_EVENT how);
 
     /** The channel that a number selects; the next one above where it need not be exact. */
     std::optional<Channel> byNumber(uint16_t list, uint32_t major, uint32_t minor,
@@ -87,8 +87,8 @@ class Presentation {
 
     struct Status {
         int32_t source;
-        layouts::TuningStatus status;
-        layouts::TuningError error;
+        QELTV_TUNING_STATUS status;
+        QELTV_TUNING_ERROR error;
         std::optional<Channel> channel;
     };
     Status status(uint32_t path) const;
@@ -98,8 +98,8 @@ class Presentation {
     Reception reception() const;
     /** Weakens all frequencies, or one, to a percentage of what they are. */
     void setReception(uint32_t percent, std::optional<uint32_t> kHz);
-    layouts::Connection connection(uint32_t path) const;
-    layouts::VideoSource video(uint32_t path) const;
+    QELTV_CONNECTION_T connection(uint32_t path) const;
+    QELTV_VIDEO_SOURCE_T video(uint32_t path) const;
     /** Name of the CAM that descrambles; empty for none. */
     std::string camName() const { return mCamName(); }
     /** The CAM has come, gone, or been switched. */
@@ -136,7 +136,7 @@ class Presentation {
     int32_t startVideo(uint32_t path, int32_t source, const Region& region);
     int32_t startWithoutPath(uint32_t path, int32_t source);
     int32_t stopWithoutPath(uint32_t path);
-    layouts::VideoResource resource(uint32_t path) const;
+    QELTV_VIDEO_RESOURCE resource(uint32_t path) const;
     uint32_t audioFocus() const;
     /** Gives a path the sound; one that shows nothing only where told. */
     int32_t setAudioFocus(uint32_t path, bool evenStopped = false);
@@ -147,7 +147,7 @@ class Presentation {
 
     // Sound tracks
 
-    std::vector<layouts::AudioTrack> tracks(uint32_t path) const;
+    std::vector<QELTV_AUDIO_TRACK_T> tracks(uint32_t path) const;
     int32_t selectTrack(uint32_t path, uint32_t track);
     int32_t nextLanguage(uint32_t path);
     int32_t selectLanguage(uint32_t path, const std::string& language);
@@ -177,8 +177,8 @@ class Presentation {
 
     struct Path {
         int32_t source = Inputs::kTuner;
-        layouts::TuningStatus status = layouts::kTuningStopped;
-        layouts::TuningError error = layouts::kTuningNoError;
+        QELTV_TUNING_STATUS status = QELTV_TUNING_STOPPED;
+        QELTV_TUNING_ERROR error = QELTV_TUNING_NO_ERROR;
         std::optional<Channel> channel;
         std::optional<Multiplex> multiplex;
         /** When the step that is under way is done. */
@@ -192,8 +192,8 @@ class Presentation {
         bool frozen = false;
         bool muted = false;
         bool videoOn = true;
-        layouts::VideoResource resource = layouts::kResourceNone;
-        Region region{0, 0, layouts::kRegionFull, layouts::kRegionFull};
+        QELTV_VIDEO_RESOURCE resource = QELTV_RESOURCE_NONE;
+        Region region{0, 0, QELTV_REGION_FULL, QELTV_REGION_FULL};
     };
     struct Context {
         uint32_t path;
@@ -207,7 +207,7 @@ class Presentation {
     };
 
     // With mLock held, all of them.
-    bool running(uint32_t path) const { return mPaths[path].status != layouts::kTuningStopped; }
+    bool running(uint32_t path) const { return mPaths[path].status != QELTV_TUNING_STOPPED; }
     bool available(uint32_t path, int32_t source) const;
     bool blocked(const Path& path) const;
     bool programmeBlocked(const Path& path) const;
@@ -217,21 +217,21 @@ class Presentation {
     bool inputsLocked() const;
     Reception receive(const std::optional<Multiplex>& multiplex) const;
     bool hasSignal(const Path& path) const;
-    layouts::VideoSource videoOf(const Path& path) const;
-    std::vector<layouts::AudioTrack> tracksOf(const Path& path) const;
+    QELTV_VIDEO_SOURCE_T videoOf(const Path& path) const;
+    std::vector<QELTV_AUDIO_TRACK_T> tracksOf(const Path& path) const;
     void chooseTrack(uint32_t path);
     void begin(uint32_t path);
     void advance(uint32_t path);
-    void end(uint32_t path, layouts::TuningStatus status, layouts::TuningError error,
-             layouts::BroadcastEvent event);
+    void end(uint32_t path, QELTV_TUNING_STATUS status, QELTV_TUNING_ERROR error,
+             QELTV_BROADCAST_EVENT event);
     /** What the signals and blocks of now make of the paths. */
     void review();
-    void tell(uint32_t path, layouts::BroadcastEvent event);
+    void tell(uint32_t path, QELTV_BROADCAST_EVENT event);
     void tellVideo(uint32_t path);
     void tellSource(uint32_t handle, const Component& component);
-    void broadcast(layouts::BroadcastEvent event, uint64_t first, uint64_t second = 0,
+    void broadcast(QELTV_BROADCAST_EVENT event, uint64_t first, uint64_t second = 0,
                    uint64_t third = 0);
-    int32_t startOn(uint32_t path, int32_t source, layouts::VideoResource resource);
+    int32_t startOn(uint32_t path, int32_t source, QELTV_VIDEO_RESOURCE resource);
 
     void schedule();
 
@@ -253,7 +253,7 @@ class Presentation {
 
     mutable std::mutex mLock;
     // Guarded by mLock.
-    std::array<Path, layouts::kPaths> mPaths;
+    std::array<Path, QELTV_PATHS> mPaths;
     std::map<uint32_t, Context> mContexts;
     std::map<uint32_t, Component> mComponents;
     uint32_t mNextHandle = 0x100;
@@ -262,7 +262,7 @@ class Presentation {
     bool mDigitsHandled = false;
     uint32_t mStrength = 100;
     std::map<uint32_t, uint32_t> mStrengths;
-    int32_t mTvMode = layouts::kTvNormal;
+    int32_t mTvMode = QELTV_TV_NORMAL;
     uint32_t mAudioFocus = kMain;
     Alarm mAlarm;
 };

@@ -2,23 +2,22 @@
 
 #include <algorithm>
 
+#include "Code.h"
 #include "Stored.h"
-#include "layouts/codes.h"
 
 namespace qeltvd {
 
-using namespace layouts;
-
 namespace {
 
-constexpr int32_t kFirstVolumes[kVolumeTypes] = {20, 30, 100, 50, 30};
+constexpr int32_t kFirstVolumes[QELTV_VOLUME_TYPES] = {20, 30, 100, 50, 30};
 
 struct Range {
     int32_t id, maximum, first;
 };
 constexpr Range kValues[] = {
-        {kAudioDescriptionOn, 1, 0}, {kAudioDescriptionMix, 100, 50}, {kAudioDelayMs, 250, 0},
-        {kAudioDigitalOut, 2, 0},    {kAudioDialogue, 3, 0},
+        {QELTV_AUDIO_DESCRIPTION_ON, 1, 0}, {QELTV_AUDIO_DESCRIPTION_MIX, 100, 50},
+        {QELTV_AUDIO_DELAY_MS, 250, 0},     {QELTV_AUDIO_DIGITAL_OUT, 2, 0},
+        {QELTV_AUDIO_DIALOGUE, 3, 0},
 };
 
 std::string volumeKey(int32_t type) {
@@ -49,10 +48,11 @@ Sound::Sound(Store& store, Notifier& notifier) : mSettings(store), mNotifier(not
         mValues.push_back(static_cast<int32_t>(mSettings.number(valueKey(range.id), range.first)));
     }
     mEqualiser = mSettings.bytes("sound.equaliser");
-    if (mEqualiser.size() != kAudioEqualiserSize) mEqualiser.assign(kAudioEqualiserSize, 0);
+    if (mEqualiser.size() != QELTV_AUDIO_EQUALISER_SIZE)
+        mEqualiser.assign(QELTV_AUDIO_EQUALISER_SIZE, 0);
 }
 
-void Sound::tell(AudioEvent event, uint64_t first, uint64_t second) {
+void Sound::tell(QELTV_AUDIO_EVENT event, uint64_t first, uint64_t second) {
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_audio_update_nfy_fct, event,
                     {first, second});
 }
@@ -69,14 +69,14 @@ int32_t Sound::put(int32_t type, int32_t volume) {
     return stored([&] {
         mSettings.set(volumeKey(type), volume);
         current = volume;
-        tell(kAudioVolume, static_cast<uint64_t>(type), static_cast<uint64_t>(volume));
+        tell(QELTV_AUDIO_VOLUME, static_cast<uint64_t>(type), static_cast<uint64_t>(volume));
         return kOk;
     });
 }
 
 int32_t Sound::setVolume(int32_t type, int32_t volume) {
     if (!isType(type)) return kNotFound;
-    if (volume < 0 || volume > kVolumeMaximum) return kBadValue;
+    if (volume < 0 || volume > QELTV_VOLUME_MAXIMUM) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return put(type, volume);
 }
@@ -85,12 +85,12 @@ int32_t Sound::step(int32_t type, bool up) {
     if (!isType(type)) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     const int32_t now = mVolumes[static_cast<size_t>(type)];
-    const int32_t next = std::clamp(now + (up ? 1 : -1), 0, kVolumeMaximum);
+    const int32_t next = std::clamp(now + (up ? 1 : -1), 0, QELTV_VOLUME_MAXIMUM);
     if (const int32_t code = put(type, next); code != kOk) return code;
     bool& muted = mMuted[static_cast<size_t>(type)];
     if (up && muted) {
         muted = false;
-        tell(kAudioMute, static_cast<uint64_t>(type), 0);
+        tell(QELTV_AUDIO_MUTE, static_cast<uint64_t>(type), 0);
     }
     return next;
 }
@@ -107,7 +107,7 @@ int32_t Sound::setMuted(int32_t type, bool muted) {
     bool& current = mMuted[static_cast<size_t>(type)];
     if (current == muted) return kOk;
     current = muted;
-    tell(kAudioMute, static_cast<uint64_t>(type), uint64_t{muted});
+    tell(QELTV_AUDIO_MUTE, static_cast<uint64_t>(type), uint64_t{muted});
     return kOk;
 }
 
@@ -129,7 +129,7 @@ int32_t Sound::setEffect(int32_t effect) {
     return stored([&] {
         mSettings.set("sound.effect", effect);
         mEffect = static_cast<uint16_t>(effect);
-        tell(kAudioEffect, mEffect);
+        tell(QELTV_AUDIO_EFFECT, mEffect);
         return kOk;
     });
 }
@@ -152,7 +152,7 @@ int32_t Sound::setValue(int32_t id, int32_t value) {
     return stored([&] {
         mSettings.set(valueKey(id), value);
         current = value;
-        tell(kAudioValueChanged, static_cast<uint64_t>(id), static_cast<uint64_t>(value));
+        tell(QELTV_AUDIO_VALUE_CHANGED, static_cast<uint64_t>(id), static_cast<uint64_t>(value));
         return kOk;
     });
 }
@@ -163,7 +163,7 @@ std::vector<uint8_t> Sound::equaliser() const {
 }
 
 int32_t Sound::setEqualiser(const std::vector<uint8_t>& bands) {
-    if (bands.size() != kAudioEqualiserSize) return kBadValue;
+    if (bands.size() != QELTV_AUDIO_EQUALISER_SIZE) return kBadValue;
     for (const uint8_t band : bands) {
         const int level = static_cast<int8_t>(band);
         if (level < -12 || level > 12) return kBadValue;

@@ -32,7 +32,7 @@ class Sound {
     uint16_t effect() const;
     int32_t setEffect(int32_t effect);
 
-    /** An AudioValue that can be set. */
+    /** An QELTV_AUDIO_VALUE that can be set. */
     int32_t value(int32_t id, uint32_t* value) const;
     int32_t setValue(int32_t id, int32_t value);
 
@@ -40,10 +40,10 @@ class Sound {
     int32_t setEqualiser(const std::vector<uint8_t>& bands);
 
     /** Tells an audio event. */
-    void tell(layouts::AudioEvent event, uint64_t first, uint64_t second = 0);
+    void tell(QELTV_AUDIO_EVENT event, uint64_t first, uint64_t second = 0);
 
   private:
-    static bool isType(int32_t type) { return type >= 0 && type < layouts::kVolumeTypes; }
+    static bool isType(int32_t type) { return type >= 0 && type < QELTV_VOLUME_TYPES; }
     /** With mLock held: stores and tells. */
     int32_t put(int32_t type, int32_t volume);
 
@@ -51,8 +51,8 @@ class Sound {
     Notifier& mNotifier;
     mutable std::mutex mLock;
     // Guarded by mLock.
-    std::array<int32_t, layouts::kVolumeTypes> mVolumes;
-    std::array<bool, layouts::kVolumeTypes> mMuted{};
+    std::array<int32_t, QELTV_VOLUME_TYPES> mVolumes;
+    std::array<bool, QELTV_VOLUME_TYPES> mMuted{};
     uint16_t mEffect;
     std::vector<int32_t> mValues;
     std::vector<uint8_t> mEqualiser;

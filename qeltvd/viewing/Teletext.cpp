@@ -4,11 +4,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "layouts/codes.h"
+#include "Code.h"
 
 namespace qeltvd {
-
-using namespace layouts;
 
 namespace {
 
@@ -40,18 +38,18 @@ const Entry* find(uint32_t page) {
     return found != std::end(kPages) ? found : nullptr;
 }
 
-TopEntry entryOf(const Entry& from) {
-    TopEntry entry{from.page, from.level, {}};
+QELTV_TOP_ENTRY_T entryOf(const Entry& from) {
+    QELTV_TOP_ENTRY_T entry{from.page, from.level, {}};
     strncpy(entry.title, from.title, sizeof(entry.title) - 1);
     return entry;
 }
 
 /** The page's entries of a level, between the ones around it that are above that level. */
-std::optional<std::vector<TopEntry>> below(uint16_t page, Level above) {
+std::optional<std::vector<QELTV_TOP_ENTRY_T>> below(uint16_t page, Level above) {
     const Entry* begin = find(page);
     if (begin == nullptr) return std::nullopt;
     while (begin->level > above) --begin;
-    std::vector<TopEntry> entries;
+    std::vector<QELTV_TOP_ENTRY_T> entries;
     for (const Entry* entry = begin + 1; entry != std::end(kPages) && entry->level > above;
          ++entry) {
         if (entry->level == above + 1) entries.push_back(entryOf(*entry));
@@ -69,7 +67,7 @@ std::string plain(const std::string& text) {
 }
 
 std::string line(const char* format, unsigned int number, const std::string& text) {
-    char buffer[kTeletextColumns + 1];
+    char buffer[QELTV_TELETEXT_COLUMNS + 1];
     snprintf(buffer, sizeof(buffer), format, number, text.c_str());
     return buffer;
 }
@@ -135,21 +133,22 @@ std::vector<std::vector<std::string>> Teletext::content(uint32_t number) const {
             const auto level = static_cast<Level>(entry->level);
             const auto entries =
                     number == 0x100 ? std::optional(blocks()) : below(entry->page, level);
-            for (const TopEntry& sub : entries.value_or(std::vector<TopEntry>())) {
+            for (const QELTV_TOP_ENTRY_T& sub :
+                 entries.value_or(std::vector<QELTV_TOP_ENTRY_T>())) {
                 first.push_back(line("\x07%03x\x06%s", sub.page, sub.title));
             }
         }
     }
     for (auto& rows : subpages) {
-        rows.resize(kTeletextRows - 1);
+        rows.resize(QELTV_TELETEXT_ROWS - 1);
         if (number == 0x888) continue;
-        rows[kTeletextRows - 3] = std::string{kMosaicBlue} + std::string(39, ',');
-        rows[kTeletextRows - 2] = links();
+        rows[QELTV_TELETEXT_ROWS - 3] = std::string{kMosaicBlue} + std::string(39, ',');
+        rows[QELTV_TELETEXT_ROWS - 2] = links();
     }
     return subpages;
 }
 
-TeletextPage Teletext::current() const {
+QELTV_TELETEXT_PAGE_T Teletext::current() const {
     uint32_t number, chosen;
     {
         std::lock_guard<std::mutex> guard(mLock);
@@ -162,12 +161,12 @@ TeletextPage Teletext::current() const {
     const uint32_t subpage = count == 0    ? 0
                              : chosen != 0 ? std::min(chosen, count)
                                            : static_cast<uint32_t>(now / kTurn % count) + 1;
-    TeletextPage page{teletextPage(number, subpage), count, {}};
+    QELTV_TELETEXT_PAGE_T page{number | subpage << QELTV_TELETEXT_SUBPAGE_SHIFT, count, {}};
     memset(page.rows, ' ', sizeof(page.rows));
     const auto put = [&](size_t row, const std::string& text) {
-        memcpy(page.rows[row], text.data(), std::min<size_t>(text.size(), kTeletextColumns));
+        memcpy(page.rows[row], text.data(), std::min<size_t>(text.size(), QELTV_TELETEXT_COLUMNS));
     };
-    const Dtg local = mClock.localRecord(now).value_or(Dtg{});
+    const QELTV_DTG_T local = mClock.localRecord(now).value_or(QELTV_DTG_T{});
     char stamp[32];
     snprintf(stamp, sizeof(stamp), "%s %02u %s\x03%02u:%02u:%02u", weekdayName(local), local.day,
              monthName(local), local.hour, local.minute, local.second);
@@ -181,7 +180,7 @@ TeletextPage Teletext::current() const {
     }
     if (count > 1) {
         const std::string text = std::to_string(subpage) + "/" + std::to_string(count);
-        memcpy(&page.rows[2][kTeletextColumns - text.size()], text.data(), text.size());
+        memcpy(&page.rows[2][QELTV_TELETEXT_COLUMNS - text.size()], text.data(), text.size());
     }
     return page;
 }
@@ -201,27 +200,27 @@ int32_t Teletext::setPage(uint32_t record) {
         mSubpage = subpage;
     }
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_teletext_register_msg_callback,
-                    kTeletextPageChanged, {record, count});
+                    QELTV_TELETEXT_PAGE_CHANGED, {record, count});
     return kOk;
 }
 
-std::vector<TopEntry> Teletext::blocks() const {
-    std::vector<TopEntry> entries;
+std::vector<QELTV_TOP_ENTRY_T> Teletext::blocks() const {
+    std::vector<QELTV_TOP_ENTRY_T> entries;
     for (const Entry& entry : kPages) {
         if (entry.level == kBlock) entries.push_back(entryOf(entry));
     }
     return entries;
 }
 
-std::optional<std::vector<TopEntry>> Teletext::groups(uint16_t page) const {
+std::optional<std::vector<QELTV_TOP_ENTRY_T>> Teletext::groups(uint16_t page) const {
     return below(page, kBlock);
 }
 
-std::optional<std::vector<TopEntry>> Teletext::pages(uint16_t page) const {
+std::optional<std::vector<QELTV_TOP_ENTRY_T>> Teletext::pages(uint16_t page) const {
     const Entry* const entry = find(page);
     if (entry == nullptr) return std::nullopt;
     // A block's own page stands in no group.
-    if (entry->level == kBlock) return std::vector<TopEntry>();
+    if (entry->level == kBlock) return std::vector<QELTV_TOP_ENTRY_T>();
     return below(page, kGroup);
 }
 

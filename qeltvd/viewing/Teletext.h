@@ -22,14 +22,14 @@ class Teletext {
 
     Teletext(Notifier& notifier, const ChannelDatabase& channels, const Clock& clock);
 
-    layouts::TeletextPage current() const;
+    QELTV_TELETEXT_PAGE_T current() const;
     int32_t setPage(uint32_t record);
 
-    std::vector<layouts::TopEntry> blocks() const;
+    std::vector<QELTV_TOP_ENTRY_T> blocks() const;
     /** Of the block that a page is in; nothing when there is no such page. */
-    std::optional<std::vector<layouts::TopEntry>> groups(uint16_t page) const;
+    std::optional<std::vector<QELTV_TOP_ENTRY_T>> groups(uint16_t page) const;
     /** Of the group that a page is in. */
-    std::optional<std::vector<layouts::TopEntry>> pages(uint16_t page) const;
+    std::optional<std::vector<QELTV_TOP_ENTRY_T>> pages(uint16_t page) const;
 
   private:
     /** Rows 1 to 24 of each subpage. */

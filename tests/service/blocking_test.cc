@@ -17,13 +17,13 @@
 #include "hw_qeltvapi_time.h"
 #include "hw_qeltvapi_videoinfo.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/event.h"
 #include "layouts/presentation.h"
 #include "layouts/rating.h"
 #include "layouts/time.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -48,13 +48,13 @@ int onGuide(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t c, uint
 
 /** A programme with what the lock goes by. */
 struct Programme {
-    EventGeneral general;
-    EventRating rating;
+    QELTV_EVENT_GENERAL_T general;
+    QELTV_EVENT_RATING_T rating;
     std::string label;
     std::string system;
 
     int64_t end() const { return general.start + general.duration; }
-    bool told() const { return general.age != kAgeNotTold; }
+    bool told() const { return general.age != QELTV_AGE_UNRATED; }
     int age() const { return told() ? general.age : 0; }
     bool labelled(const std::string& wanted) const {
         return (" " + label + " ").find(" " + wanted + " ") != std::string::npos;
@@ -78,7 +78,7 @@ class Blocking : public WithTelevision {
             const int id = a_qeltvapi_apptv_get_matched_channel(number, 0, 0, 0);
             ASSERT_GT(id, 0) << "no channel has a picture";
             ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(id, 0));
-            if (outcome(id) == kTuningNoError && shownWidth() != 0) channel = id;
+            if (outcome(id) == QELTV_TUNING_NO_ERROR && shownWidth() != 0) channel = id;
         }
     }
 
@@ -86,7 +86,7 @@ class Blocking : public WithTelevision {
     static int32_t outcome(int id) {
         const auto told = sBroadcasts.takeUntil([id](const Told& t) {
             return t.values[0] == static_cast<uint32_t>(id) &&
-                   (t.type == kBroadcastPlays || t.type == kBroadcastFailed);
+                   (t.type == QELTV_BROADCAST_PLAYS || t.type == QELTV_BROADCAST_FAILED);
         });
         EXPECT_TRUE(told);
         return told ? static_cast<int32_t>(told->values[2]) : -1;
@@ -94,9 +94,9 @@ class Blocking : public WithTelevision {
 
     /** Waits for the next change between picture and none, which is told with the video. */
     void expectBlocked(bool blocked) const {
-        EXPECT_EQ(blocked ? kTuningBlocked : kTuningNoError, outcome(channel));
+        EXPECT_EQ(blocked ? QELTV_TUNING_BLOCKED : QELTV_TUNING_NO_ERROR, outcome(channel));
         EXPECT_TRUE(sVideo.takeUntil([blocked](const Told& t) {
-            return t.type == kVideoFormat && (t.values[1] == 0) == blocked;
+            return t.type == QELTV_VIDEO_FORMAT && (t.values[1] == 0) == blocked;
         }));
         expectState(blocked);
     }
@@ -105,10 +105,10 @@ class Blocking : public WithTelevision {
         int32_t status = -1, error = -1;
         ASSERT_TRUE(eventually([&] {
             EXPECT_EQ(0, a_qeltvapi_broadcast_get_tuning_status(&status));
-            return status == (blocked ? kTuningFailed : kTuningPlays);
+            return status == (blocked ? QELTV_TUNING_FAILED : QELTV_TUNING_PLAYS);
         }));
         EXPECT_EQ(0, a_qeltvapi_broadcast_get_tuning_error(&error));
-        EXPECT_EQ(blocked ? kTuningBlocked : kTuningNoError, error);
+        EXPECT_EQ(blocked ? QELTV_TUNING_BLOCKED : QELTV_TUNING_NO_ERROR, error);
         EXPECT_EQ(blocked, shownWidth() == 0);
         uint32_t tracks = 99;
         EXPECT_EQ(0, a_qeltvapi_audio_info_get_available_record(nullptr, &tracks));
@@ -123,7 +123,7 @@ class Blocking : public WithTelevision {
 
     static int64_t now() { return a_qeltvapi_time_get_utc_time(nullptr); }
     static void turnTo(int64_t utc) {
-        a_qeltvapi_time_set_sync_source(kSyncManual);
+        a_qeltvapi_time_set_sync_source(QELTV_SYNC_MANUAL);
         a_qeltvapi_time_set_utc_time(utc);
     }
 
@@ -199,7 +199,7 @@ TEST_F(Blocking, APictureGoesWithTheProgrammeAndComesBackWithTheNextOne) {
     turnTo(film.general.start + 5);
     expectBlocked(true);
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(channel, 0));
-    EXPECT_EQ(kTuningBlocked, outcome(channel));
+    EXPECT_EQ(QELTV_TUNING_BLOCKED, outcome(channel));
     expectState(true);
     const Ended tuned = qeltvctl({"status"});
     EXPECT_NE(std::string::npos, tuned.out.find("blocked")) << tuned.out;
@@ -215,7 +215,8 @@ TEST_F(Blocking, EverySettingOfTheLockCountsAtOnce) {
     expectState(false);
     ASSERT_EQ(0, a_qeltvapi_rating_set_enable(1));
     expectBlocked(true);
-    ASSERT_TRUE(sGuide.takeUntil([](const Told& t) { return t.type == kBlockingChanged; }));
+    ASSERT_TRUE(
+            sGuide.takeUntil([](const Told& t) { return t.type == QELTV_EVENT_BLOCKING_CHANGED; }));
     ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(0));
     expectBlocked(false);
     // Also when nobody is to be told of the setting itself.
@@ -246,13 +247,13 @@ TEST_F(Blocking, APinOrAnUnlockedServiceShowsItUntilTheProgrammeEnds) {
     sVideo.clear();
     ASSERT_EQ(0, a_qeltvapi_rating_set_enable(1));
     expectBlocked(true);
-    ASSERT_EQ(kPinWrong, a_qeltvapi_PWDDLG_checkPWD("4321"));
+    ASSERT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("4321"));
     expectState(true);
-    ASSERT_EQ(kPinRight, a_qeltvapi_PWDDLG_checkPWD(kFactoryPin));
+    ASSERT_EQ(QELTV_PIN_RIGHT, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY));
     expectBlocked(false);
     // It holds for the programme, also on the way back to the channel.
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(channel, 0));
-    EXPECT_EQ(kTuningNoError, outcome(channel));
+    EXPECT_EQ(QELTV_TUNING_NO_ERROR, outcome(channel));
     sVideo.clear();
     turnTo(later.general.start + 5);
     expectBlocked(true);
@@ -273,7 +274,7 @@ TEST_F(Blocking, APinOrAnUnlockedServiceShowsItUntilTheProgrammeEnds) {
     ASSERT_EQ(0, a_qeltvapi_apptv_unlock_service("main"));
     expectBlocked(false);
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(channel, 0));
-    EXPECT_EQ(kTuningBlocked, outcome(channel));
+    EXPECT_EQ(QELTV_TUNING_BLOCKED, outcome(channel));
 }
 
 TEST_F(Blocking, TheInputLockBlocksAnInputThatIsShown) {
@@ -295,52 +296,52 @@ TEST_F(Blocking, UnitedStatesRatingsBlockByLevelContentAndFilm) {
     };
     expectBlocks([](const Programme&) { return false; }, "no limits", false);
 
-    const auto block = [](std::initializer_list<UsTvFlag> wanted) {
+    const auto block = [](std::initializer_list<QELTV_US_TV_FLAG> wanted) {
         QELTVAPI_RATING_US_TV_SETTING_T flags{};
-        for (const UsTvFlag flag : wanted) {
+        for (const QELTV_US_TV_FLAG flag : wanted) {
             (flag < 16 ? flags.block[flag] : flags.extra[flag - 16]) = 1;
         }
         ASSERT_EQ(0, a_qeltvapi_rating_set_us_tv_setting_info(&flags));
     };
-    block({kTvPg});
+    block({QELTV_US_TV_PG});
     expectBlocks([&](const Programme& p) { return isTv(p) && starts(p, "TV-PG"); }, "TV-PG alone");
-    block({kTvPg, kTvUpwards});
+    block({QELTV_US_TV_PG, QELTV_US_TV_UPWARDS});
     expectBlocks(
             [&](const Programme& p) {
                 return isTv(p) && (starts(p, "TV-PG") || starts(p, "TV-14") || starts(p, "TV-MA"));
             },
             "TV-PG upwards");
-    block({kTvY7, kTvUpwards});
+    block({QELTV_US_TV_Y7, QELTV_US_TV_UPWARDS});
     expectBlocks([&](const Programme& p) { return isTv(p) && starts(p, "TV-Y7"); },
                  "for children is apart");
-    block({kTvPgV});
+    block({QELTV_US_TV_PG_V});
     expectBlocks(
             [&](const Programme& p) {
                 return isTv(p) && starts(p, "TV-PG-") && p.label.find('V', 6) != std::string::npos;
             },
             "violence of TV-PG");
-    block({kTvY7Fv});
+    block({QELTV_US_TV_Y7_FV});
     expectBlocks([&](const Programme& p) { return p.label == "TV-Y7-FV"; }, "fantasy violence");
-    block({kTvNone});
+    block({QELTV_US_TV_NONE});
     expectBlocks([](const Programme& p) { return !p.told(); }, "told to have none");
 
     block({});
-    ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(kMovieR));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_R));
     expectBlocks(
             [](const Programme& p) {
                 return p.system == "US films" &&
                        (p.label == "R" || p.label == "NC-17" || p.label == "X");
             },
             "films from R");
-    ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(kMovieX));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_X));
     expectBlocks([](const Programme&) { return false; }, "nothing is rated X", false);
     ASSERT_EQ(0, a_qeltvapi_rating_set_block_unrated(1));
     expectBlocks([](const Programme& p) { return !p.told(); }, "unrated");
 
     // What blocks here counts for nothing elsewhere.
     ASSERT_EQ(0, a_qeltvapi_rating_set_block_unrated(0));
-    ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(kMovieG));
-    block({kTvG, kTvUpwards});
+    ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_G));
+    block({QELTV_US_TV_G, QELTV_US_TV_UPWARDS});
     ASSERT_EQ(0, a_qeltvapi_config_set_str_value("channels.region", "dvb-t/de-Berlin"));
     expectBlocks([](const Programme&) { return false; }, "limits of another standard", false);
 }
@@ -348,21 +349,21 @@ TEST_F(Blocking, UnitedStatesRatingsBlockByLevelContentAndFilm) {
 TEST_F(Blocking, CanadianAndIsdbRatingsBlockFromTheirLimit) {
     ASSERT_EQ(0, a_qeltvapi_config_set_str_value("channels.region", "atsc/ca-Canada"));
     ASSERT_EQ(0, a_qeltvapi_rating_set_enable(1));
-    ASSERT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(kEnglishPg));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(QELTV_CANADA_ENGLISH_PG));
     expectBlocks(
             [](const Programme& p) {
                 return p.labelled("PG") || p.labelled("14+") || p.labelled("18+");
             },
             "English, from PG");
     ASSERT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(0));
-    ASSERT_EQ(0, a_qeltvapi_rating_set_can_fre_setting_info(kFrench16));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_can_fre_setting_info(QELTV_CANADA_FRENCH_16));
     expectBlocks(
             [](const Programme& p) {
                 return p.label.find("16 ans") != std::string::npos ||
                        p.label.find("18 ans") != std::string::npos;
             },
             "French, from 16");
-    ASSERT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(kEnglish18));
+    ASSERT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(QELTV_CANADA_ENGLISH_18));
     expectBlocks(
             [](const Programme& p) {
                 return p.labelled("18+") || p.label.find("16 ans") != std::string::npos ||
@@ -385,7 +386,8 @@ TEST_F(Blocking, CanadianAndIsdbRatingsBlockFromTheirLimit) {
                 },
                 ("content " + std::to_string(setting)).c_str());
     }
-    EXPECT_EQ(-4, a_qeltvapi_rating_set_isdb_content_setting_info(kIsdbContentMask + 1));
+    EXPECT_EQ(QELTV_BAD_VALUE,
+              a_qeltvapi_rating_set_isdb_content_setting_info(QELTV_ISDB_CONTENT_MASK + 1));
 }
 
 }  // namespace

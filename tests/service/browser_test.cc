@@ -8,11 +8,11 @@
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_time.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/record.h"
 #include "layouts/time.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -25,13 +25,16 @@ class Browser : public WithTelevision {
         const int opened = a_qeltvapi_record_pvr_open(channel);
         EXPECT_GT(opened, 0) << channel;
         const auto handle = static_cast<uint32_t>(opened);
-        EXPECT_EQ(0, a_qeltvapi_pvr_set_event_extra(kCommandProgrammeName, handle, 0, programme));
-        EXPECT_EQ(0, a_qeltvapi_pvr_set_event_extra(kCommandRating, handle, rating, ""));
-        EXPECT_EQ(0, a_qeltvapi_pvr_set_event_extra(kCommandRetention, handle, retention, ""));
-        EXPECT_EQ(0, a_qeltvapi_record_pvr_set_mode(handle, kModeKib, 64, 4096));
+        EXPECT_EQ(0, a_qeltvapi_pvr_set_event_extra(QELTV_COMMAND_PROGRAMME_NAME, handle, 0,
+                                                    programme));
+        EXPECT_EQ(0, a_qeltvapi_pvr_set_event_extra(QELTV_COMMAND_RATING, handle, rating, ""));
+        EXPECT_EQ(0,
+                  a_qeltvapi_pvr_set_event_extra(QELTV_COMMAND_RETENTION, handle, retention, ""));
+        EXPECT_EQ(0, a_qeltvapi_record_pvr_set_mode(handle, QELTV_RECORDING_MODE_KIB, 64, 4096));
         EXPECT_EQ(0, a_qeltvapi_record_pvr_start(handle));
-        EXPECT_TRUE(eventually(
-                [&] { return a_qeltvapi_record_pvr_get_status(handle) == kRecordingStopped; }));
+        EXPECT_TRUE(eventually([&] {
+            return a_qeltvapi_record_pvr_get_status(handle) == QELTV_RECORDING_STOPPED;
+        }));
         a_qeltvapi_record_pvr_close(handle);
         char path[512] = "";
         uint32_t last = 0;
@@ -40,8 +43,8 @@ class Browser : public WithTelevision {
         return path;
     }
 
-    static BrowserItem item(uint32_t index) {
-        BrowserItem item{};
+    static QELTV_BROWSER_ITEM_T item(uint32_t index) {
+        QELTV_BROWSER_ITEM_T item{};
         EXPECT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_item_by_index(index, &item)) << index;
         return item;
     }
@@ -56,8 +59,8 @@ class Browser : public WithTelevision {
         EXPECT_EQ(0, get(path.c_str(), &value));
         return value;
     }
-    template <class Key>
-    static std::string text(int (*get)(Key, char*), Key key) {
+    template <class QELTV_KEY>
+    static std::string text(int (*get)(QELTV_KEY, char*), QELTV_KEY key) {
         char value[512] = "";
         EXPECT_EQ(0, get(key, value));
         return value;
@@ -69,9 +72,9 @@ TEST_F(Browser, TellsEveryValueByIndexAndByPath) {
                                  record(kFirstChannel + 1, "Early news", 4, 30)};
     ASSERT_NE(paths[0], paths[1]);
     for (uint32_t i = 0; i < 2; ++i) {
-        const BrowserItem of = item(i);
+        const QELTV_BROWSER_ITEM_T of = item(i);
         const std::string& path = paths[i];
-        BrowserItem byPath{};
+        QELTV_BROWSER_ITEM_T byPath{};
         ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_item_by_path(path.c_str(), &byPath));
         EXPECT_EQ(0, memcmp(&of, &byPath, sizeof(of)));
         EXPECT_EQ(path, of.path);
@@ -79,7 +82,7 @@ TEST_F(Browser, TellsEveryValueByIndexAndByPath) {
         EXPECT_STREQ(i == 0 ? "Late film" : "Early news", of.programme);
         EXPECT_EQ(i == 0 ? 16u : 4u, of.rating);
         EXPECT_EQ(i == 0 ? 0u : 30u, of.retention);
-        EXPECT_EQ(kStopTime, of.stopReason);
+        EXPECT_EQ(QELTV_STOP_TIME, of.stopReason);
         EXPECT_NE(0u, of.major);
 
         const struct {
@@ -110,8 +113,8 @@ TEST_F(Browser, TellsEveryValueByIndexAndByPath) {
         for (const auto& one : kNumbers) {
             EXPECT_EQ(one.expected, number(one.byIndex, i)) << one.what;
             EXPECT_EQ(one.expected, number(one.byPath, path)) << one.what;
-            EXPECT_EQ(-3, one.byIndex(2, &none)) << one.what;
-            EXPECT_EQ(-3, one.byPath("/etc/passwd", &none)) << one.what;
+            EXPECT_EQ(QELTV_NOT_FOUND, one.byIndex(2, &none)) << one.what;
+            EXPECT_EQ(QELTV_NOT_FOUND, one.byPath("/etc/passwd", &none)) << one.what;
         }
         EXPECT_EQ(of.channelName, text(a_qeltvapi_mmp_get_pvr_browser_channelname_by_index, i));
         EXPECT_EQ(of.channelName,
@@ -120,7 +123,7 @@ TEST_F(Browser, TellsEveryValueByIndexAndByPath) {
         EXPECT_EQ(path.substr(path.rfind('/') + 1),
                   text(a_qeltvapi_mmp_get_pvr_browser_recording_file_name, i));
     }
-    BrowserInfo info{};
+    QELTV_BROWSER_INFO_T info{};
     ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_recording_file_info(&info));
     EXPECT_EQ(2u, info.items);
     EXPECT_EQ(item(0).bytes + item(1).bytes, info.bytes);
@@ -130,15 +133,16 @@ TEST_F(Browser, TellsEveryValueByIndexAndByPath) {
     ASSERT_EQ(0, a_qeltvapi_mmp_pvr_browser_delete_file_by_index(0));
     EXPECT_EQ(paths[1], item(0).path);
     uint32_t none = 0;
-    EXPECT_EQ(-3, a_qeltvapi_mmp_get_pvr_browser_duration_by_path(paths[0].c_str(), &none));
-    const BrowserItem before = item(0);
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_mmp_get_pvr_browser_duration_by_path(paths[0].c_str(), &none));
+    const QELTV_BROWSER_ITEM_T before = item(0);
     restart();
-    const BrowserItem after = item(0);
+    const QELTV_BROWSER_ITEM_T after = item(0);
     EXPECT_EQ(0, memcmp(&before, &after, sizeof(after)));
 }
 
 TEST_F(Browser, DatesAreThoseOfThePlaceWhereTheTelevisionIs) {
-    a_qeltvapi_time_set_sync_source(kSyncManual);
+    a_qeltvapi_time_set_sync_source(QELTV_SYNC_MANUAL);
     // Half past eleven in the evening of a Saturday, UTC.
     a_qeltvapi_time_set_utc_time(1795908600);
     const std::string path = record(kFirstChannel, "Film", 0, 0);
@@ -169,7 +173,7 @@ TEST_F(Browser, RecordingsPastTheirTimeMakeRoomAndOthersDoNot) {
     const std::string forever = record(kFirstChannel, "For ever", 0, 0);
     const std::string week = record(kFirstChannel, "A week", 0, 7);
     const std::string day = record(kFirstChannel, "A day", 0, 1);
-    a_qeltvapi_time_set_sync_source(kSyncManual);
+    a_qeltvapi_time_set_sync_source(QELTV_SYNC_MANUAL);
     a_qeltvapi_time_set_utc_time(a_qeltvapi_time_get_utc_time(nullptr) + 2 * 86400);
     const auto listed = [] {
         uint32_t count = 0;
@@ -177,7 +181,7 @@ TEST_F(Browser, RecordingsPastTheirTimeMakeRoomAndOthersDoNot) {
         return count;
     };
     EXPECT_EQ(3u, listed()) << "as long as there is room";
-    DiskRecord disk{};
+    QELTV_DISK_RECORD_T disk{};
     disk.limitLow = static_cast<uint32_t>(item(0).bytes * 3 + 1000);
     ASSERT_EQ(0, a_qeltvapi_record_pvr_set_disk(0, "", &disk));
     const std::string next = record(kFirstChannel, "Next", 0, 0);

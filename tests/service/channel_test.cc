@@ -27,13 +27,13 @@
 #include "hw_svl.h"
 #include "hw_tsl.h"
 #include "layouts/channel_records.h"
+#include "layouts/codes.h"
 
 using namespace wire;
 using nlohmann::json;
 
 namespace {
 
-constexpr int kNotFound = -3, kBadValue = -4, kRefused = -5;
 constexpr uint32_t kAir = CHANNEL_LIST_AIR, kSatellite = CHANNEL_LIST_SATELLITE;
 
 /** Notifications as they come; waited for, and only those of a kind. */
@@ -360,8 +360,8 @@ TEST_F(ChannelFunctions, ReadOneChannelInEveryWay) {
     svl = {};
     EXPECT_EQ(0, a_qeltvapi_channellist_get_svl_rec_by_channel_id(kAir, second.channel_id, &svl));
     EXPECT_EQ(second.record_id, svl.record_id);
-    EXPECT_EQ(kNotFound, a_qeltvapi_channellist_get_svl_rec_by_channel_id(kSatellite,
-                                                                          second.channel_id, &svl));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_channellist_get_svl_rec_by_channel_id(
+                                       kSatellite, second.channel_id, &svl));
 
     uint32_t word = 0, size = 0, version = 0, svlHandle = 0, tslHandle = 0;
     svl = {};
@@ -379,8 +379,8 @@ TEST_F(ChannelFunctions, ReadOneChannelInEveryWay) {
     EXPECT_EQ(second.record_id, svl.record_id);
     EXPECT_EQ(count(kAir), size);
     EXPECT_EQ(word, version);
-    EXPECT_EQ(kBadValue, a_qeltvapi_channellist_get_svl_tsl_rec_by_handle(
-                                 svlHandle, svlHandle, 1, &size, &version, &svl, &tsl));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_channellist_get_svl_tsl_rec_by_handle(
+                                       svlHandle, svlHandle, 1, &size, &version, &svl, &tsl));
 
     svl = {};
     EXPECT_EQ(1, a_qeltvapi_channellist_get_number_by_name(kAir, 0, 0, second.name));
@@ -417,7 +417,7 @@ TEST_F(ChannelFunctions, TheCurrentChannelIsToldAndFollowed) {
     EXPECT_EQ(0, a_qeltvapi_channellist_get_current_channel(&list, &pair.svl, &pair.tsl));
     EXPECT_EQ(kAir, list);
     EXPECT_EQ(third.record_id, pair.svl.record_id);
-    EXPECT_EQ(kNotFound, a_qeltvapi_channellist_set_current_channel(0x07ffffff));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_channellist_set_current_channel(0x07ffffff));
 
     // It stays the current one under another number, and is none when it has gone.
     const channel_record_t first = at(kAir, 0);
@@ -426,10 +426,11 @@ TEST_F(ChannelFunctions, TheCurrentChannelIsToldAndFollowed) {
     ASSERT_EQ(0, a_qeltvapi_channellist_del_tsl_svl_rec_by_tsl_rec_id(kAir, third.tsl_record_id));
     EXPECT_EQ(0, a_qeltvapi_channellist_get_current_chan_id());
     list = 7;
-    EXPECT_EQ(kNotFound, a_qeltvapi_channellist_get_current_channel(&list, &pair.svl, &pair.tsl));
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_channellist_get_current_channel(&list, &pair.svl, &pair.tsl));
     EXPECT_EQ(0, list);
 
-    EXPECT_EQ(kNotFound,
+    EXPECT_EQ(QELTV_NOT_FOUND,
               a_qeltvapi_channellist_get_current_channel_from_nav(1, &list, &pair.svl, &pair.tsl));
     const channel_record_t now = at(kAir, 0);
     ASSERT_EQ(0, a_qeltvapi_channellist_set_2nd_current_channel_by_svlId(kAir, now.channel_id));
@@ -470,7 +471,7 @@ TEST_F(ChannelFunctions, WritesTellClientsUnlessTheyAreQuiet) {
     pair.tsl.frequency_low = 834000000;
     const uint32_t before = count(kAir);
     pair.tsl.system = CHANNEL_SYSTEM_DVBS;
-    EXPECT_EQ(kBadValue,
+    EXPECT_EQ(QELTV_BAD_VALUE,
               a_qeltvapi_channellist_set_svl_tsl_rec_info(kAir, kAir, 0, CHANNEL_WRITE_ALL, &clear,
                                                           &clear, &pair.svl, &pair.tsl));
     EXPECT_EQ(before, count(kAir));
@@ -537,13 +538,13 @@ TEST_F(ChannelFunctions, SnapshotsPutListsBackWithTheirFavourites) {
     ASSERT_EQ(0, a_qeltvapi_channellist_svl_tsl_lol_clean(kAir, nullptr, nullptr));
     EXPECT_EQ(0u, count(kAir));
     EXPECT_EQ(0, a_qeltvapi_favorite_list_number_by_mask(0, 0, 0, 0));
-    EXPECT_EQ(kNotFound, a_qeltvapi_satllist_restore_snapshot(snapshot)) << "is of channels";
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_satllist_restore_snapshot(snapshot)) << "is of channels";
     ASSERT_EQ(0, a_qeltvapi_channellist_restore_snapshot(snapshot));
     EXPECT_EQ(before, order(kAir));
     EXPECT_EQ(1, a_qeltvapi_favorite_list_number_by_mask(0, 0, 0, 0));
     EXPECT_EQ(CHANNEL_FLAG_FAVOURITE_1, at(kAir, 0).flags & CHANNEL_FLAGS_FAVOURITE);
     EXPECT_EQ(0, a_qeltvapi_channellist_free_snapshot(snapshot));
-    EXPECT_EQ(kNotFound, a_qeltvapi_channellist_restore_snapshot(snapshot));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_channellist_restore_snapshot(snapshot));
 }
 
 TEST_F(ChannelFunctions, ChannelsMoveWithinTheirList) {
@@ -560,10 +561,10 @@ TEST_F(ChannelFunctions, ChannelsMoveWithinTheirList) {
     ASSERT_EQ(0, a_qeltvapi_channellist_slide_for_one_part_channel_id(kAir, 10, 5));
     EXPECT_EQ(0, a_qeltvapi_channellist_is_exist_by_channel_number(kAir, 10));
     EXPECT_EQ(1, a_qeltvapi_channellist_is_exist_by_channel_number(kAir, 15));
-    EXPECT_EQ(kBadValue, a_qeltvapi_channellist_slide_for_one_part_channel_id(
-                                 kAir, 15, static_cast<uint32_t>(-6)));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_channellist_slide_for_one_part_channel_id(
+                                       kAir, 15, static_cast<uint32_t>(-6)));
     EXPECT_EQ(expected, order(kAir));
-    EXPECT_EQ(kBadValue,
+    EXPECT_EQ(QELTV_BAD_VALUE,
               a_qeltvapi_one_channellist_arrange_before(id(0), at(kSatellite, 0).channel_id));
 
     const uint32_t lcn = static_cast<uint32_t>(
@@ -581,7 +582,7 @@ TEST_F(ChannelFunctions, FavouriteListsKeepTheUsersOrder) {
     ASSERT_EQ(0, a_qeltvapi_favorite_list_add_tail(1, kSatellite, b));
     ASSERT_EQ(0, a_qeltvapi_favorite_list_add_tail(1, kAir, c));
     // A request to swap arrives as one to delete: refused, with everything as it was.
-    EXPECT_EQ(kBadValue, a_qeltvapi_favorite_list_swap_by_channel_id(1, kAir, a, c));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_favorite_list_swap_by_channel_id(1, kAir, a, c));
     EXPECT_EQ(3, a_qeltvapi_favorite_list_number_by_mask(1, 0, 0, 0));
     ASSERT_EQ(0, a_qeltvapi_channellist_swap_favorites(1, kAir, a, c));
     uint32_t index = 9;
@@ -612,8 +613,8 @@ TEST_F(ChannelFunctions, FavouriteListsKeepTheUsersOrder) {
     EXPECT_EQ((std::vector<uint32_t>{b, a, c}),
               std::vector<uint32_t>(record.channel_ids, record.channel_ids + 3));
     EXPECT_EQ(0, a_qeltvapi_favoritelist_remove_favoritelist_channel(0));
-    EXPECT_EQ(kNotFound, a_qeltvapi_favoritelist_swap_favoritelist_by_index(0, 2));
-    EXPECT_EQ(kNotFound, a_qeltvapi_favorite_list_add_tail(4, kAir, a));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_favoritelist_swap_favoritelist_by_index(0, 2));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_favorite_list_add_tail(4, kAir, a));
 
     // More than the record holds.
     ASSERT_EQ(0, a_qeltvapi_favorite_list_add_all(1, kSatellite, 0, 0));
@@ -637,7 +638,7 @@ TEST_F(ChannelFunctions, ALockKeepsOtherProcessesFromWriting) {
     EXPECT_EQ(0, a_qeltvapi_channellist_swap_channels(kAir, at(kAir, 0).channel_id,
                                                       at(kAir, 1).channel_id));
     ASSERT_EQ(0, a_qeltvapi_channellist_unlock_database(kAir, CHANNEL_LOCK_WRITE));
-    EXPECT_EQ(kNotFound, a_qeltvapi_channellist_unlock_database(kAir, CHANNEL_LOCK_WRITE));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_channellist_unlock_database(kAir, CHANNEL_LOCK_WRITE));
     EXPECT_EQ(0, qeltvctl({"channel", "set", "air/1", "--lock"}).status);
 
     // Readers go together and keep writers out; a lock goes with its process.
@@ -688,7 +689,7 @@ TEST_F(ChannelFunctions, SatellitesTransportStreamsAndNetworks) {
     EXPECT_EQ(0, a_qeltvapi_satllist_qry_rec_id(kSatellite, 193, &record));
     EXPECT_EQ(satellite.record_id, record);
     satellite.position = 1801;
-    EXPECT_EQ(kBadValue, a_qeltvapi_satllist_update_rec(kSatellite, &satellite, 1));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_satllist_update_rec(kSatellite, &satellite, 1));
     ASSERT_EQ(0, a_qeltvapi_satllist_restore_snapshot(snapshot));
     ASSERT_EQ(0, a_qeltvapi_satllist_get_rec(kSatellite, record, &satellite));
     EXPECT_EQ(192, satellite.position);
@@ -721,7 +722,7 @@ TEST_F(ChannelFunctions, SatellitesTransportStreamsAndNetworks) {
 }
 
 TEST_F(ChannelFunctions, TheKeyOfTheCurrentChannelIsApplied) {
-    EXPECT_EQ(kNotFound, a_qeltvapi_bisskey_set_key_for_current_channel());
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_bisskey_set_key_for_current_channel());
     const channel_record_t channel = at(kSatellite, 0);
     ASSERT_EQ(0, a_qeltvapi_channellist_set_current_channel(channel.channel_id));
     biss_record_t record{};
@@ -751,7 +752,7 @@ TEST_F(ChannelFunctions, TheKeyOfTheCurrentChannelIsApplied) {
                                                               &word));
     EXPECT_EQ(0, found);
     EXPECT_EQ(0, a_qeltvapi_bisskey_clean(kSatellite));
-    EXPECT_EQ(kNotFound, a_qeltvapi_bisskey_set_key_for_current_channel());
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_bisskey_set_key_for_current_channel());
 }
 
 /** Every batch function reads all of a line-up of more than 20,000 channels. */
@@ -860,12 +861,12 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
     const hidl_handle svl = memory(2 * sizeof(channel_record_t), true);
     const hidl_handle tsl = memory(2 * sizeof(multiplex_record_t), true);
     EXPECT_EQ(0, readTwo(svl, tsl));
-    EXPECT_EQ(kBadValue, readTwo(memory(2 * sizeof(channel_record_t) - 1, true), tsl));
-    EXPECT_EQ(kBadValue, readTwo(svl, memory(2 * sizeof(multiplex_record_t) - 1, true)));
-    EXPECT_EQ(kBadValue, readTwo(memory(2 * sizeof(channel_record_t), false), tsl));
-    EXPECT_EQ(kBadValue, readTwo(hidl_handle(), tsl));
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(memory(2 * sizeof(channel_record_t) - 1, true), tsl));
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(svl, memory(2 * sizeof(multiplex_record_t) - 1, true)));
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(memory(2 * sizeof(channel_record_t), false), tsl));
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(hidl_handle(), tsl));
     // Its owner could cut it while it is written.
-    EXPECT_EQ(kBadValue, readTwo(memory(2 * sizeof(channel_record_t), true, 0), tsl));
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(memory(2 * sizeof(channel_record_t), true, 0), tsl));
     // More than the machine has, of which only what there is to read gets memory.
     constexpr uint32_t kHuge = 0xffffffff;
     EXPECT_EQ(0, readSome(kHuge, memory(size_t{kHuge} * sizeof(channel_record_t), true),
@@ -876,7 +877,7 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
     native->data[0] = ends[1];
     hidl_handle noMemory;
     noMemory.setTo(native, true);
-    EXPECT_EQ(kBadValue, readTwo(noMemory, tsl));
+    EXPECT_EQ(QELTV_BAD_VALUE, readTwo(noMemory, tsl));
     close(ends[0]);
 }
 
@@ -888,9 +889,9 @@ TEST_F(ChannelFunctions, TheUartSendsBackWhatItIsSent) {
     uint32_t handle = 0, other = 0;
     void* tag = reinterpret_cast<void*>(uintptr_t{0x1234});
     ASSERT_EQ(0, c_iom_open_uart(QELTVAPI_IOM_UART, 0, "loop1", &words, tag, onUart, &handle));
-    EXPECT_EQ(kRefused,
+    EXPECT_EQ(QELTV_REFUSED,
               c_iom_open_uart(QELTVAPI_IOM_UART, 0, "loop1", &words, tag, onUart, &other));
-    EXPECT_EQ(kNotFound,
+    EXPECT_EQ(QELTV_NOT_FOUND,
               c_iom_open_uart(QELTVAPI_IOM_UART, 0, "loop9", &words, tag, onUart, &other));
 
     const std::string hello("hello, \0 and \xff", 14);
@@ -921,7 +922,7 @@ TEST_F(ChannelFunctions, TheUartSendsBackWhatItIsSent) {
     EXPECT_EQ(9600u, setting.baud_rate);
     EXPECT_EQ(8, setting.data_bits);
     setting.baud_rate = 50;
-    EXPECT_EQ(kBadValue, c_iom_set(handle, UART_OP_SETTING, &setting, sizeof(setting)));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_iom_set(handle, UART_OP_SETTING, &setting, sizeof(setting)));
     setting.baud_rate = 0;
     setting.data_bits = 7;
     ASSERT_EQ(0, c_iom_set(handle, UART_OP_SETTING, &setting, sizeof(setting)));
@@ -942,9 +943,9 @@ TEST_F(ChannelFunctions, TheUartSendsBackWhatItIsSent) {
     EXPECT_EQ(0u, length);
 
     EXPECT_EQ(0, c_iom_close(handle));
-    EXPECT_EQ(kNotFound, c_iom_output(handle, &buffer));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_iom_output(handle, &buffer));
     length = sizeof(data);
-    EXPECT_EQ(kNotFound, c_iom_get(handle, UART_OP_DATA, data, &length));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_iom_get(handle, UART_OP_DATA, data, &length));
     EXPECT_EQ(0u, length);
 }
 

@@ -9,11 +9,11 @@
 #include "hw_pcl.h"
 #include "hw_qeltvapi_time.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "layouts/time.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -36,8 +36,8 @@ int onDate(int32_t type, uintptr_t, uintptr_t value) {
 
 class TelevisionClock : public WithTelevision {
   protected:
-    static Dtg fields(const QELTVAPI_DTG_T& record) {
-        Dtg dtg;
+    static QELTV_DTG_T fields(const QELTVAPI_DTG_T& record) {
+        QELTV_DTG_T dtg;
         memcpy(&dtg, record.head, sizeof(record.head));
         dtg.flags = record.tail;
         return dtg;
@@ -45,14 +45,14 @@ class TelevisionClock : public WithTelevision {
 
     static QELTVAPI_DTG_T record(uint16_t year, int month, int day, int hour, int minute,
                                  int second, uint16_t flags) {
-        const Dtg dtg{year,
-                      static_cast<uint8_t>(month),
-                      static_cast<uint8_t>(day),
-                      0,
-                      static_cast<uint8_t>(hour),
-                      static_cast<uint8_t>(minute),
-                      static_cast<uint8_t>(second),
-                      flags};
+        const QELTV_DTG_T dtg{year,
+                              static_cast<uint8_t>(month),
+                              static_cast<uint8_t>(day),
+                              0,
+                              static_cast<uint8_t>(hour),
+                              static_cast<uint8_t>(minute),
+                              static_cast<uint8_t>(second),
+                              flags};
         QELTVAPI_DTG_T record{};
         memcpy(record.head, &dtg, sizeof(record.head));
         record.tail = flags;
@@ -61,7 +61,7 @@ class TelevisionClock : public WithTelevision {
 
     /** As date(1) is asked to print it below. */
     static std::string text(const QELTVAPI_DTG_T& record) {
-        const Dtg dtg = fields(record);
+        const QELTV_DTG_T dtg = fields(record);
         char text[64];
         snprintf(text, sizeof(text), "%04u-%02u-%02u %u %02u:%02u:%02u", dtg.year, dtg.month,
                  dtg.day, dtg.weekday, dtg.hour, dtg.minute, dtg.second);
@@ -115,14 +115,14 @@ TEST_F(TelevisionClock, DatesAreThoseOfTheDateCommandInUtcAndLocalTime) {
 
 TEST_F(TelevisionClock, JulianDatesAreThePublishedOnes) {
     // The example of EN 300 468 (C079 124500: 13 October 1993 12:45:00), and astronomical tables.
-    const auto example = record(1993, 10, 13, 12, 45, 0, kDtgUtc);
+    const auto example = record(1993, 10, 13, 12, 45, 0, QELTV_DTG_UTC);
     uint16_t mjd = 0, bcd = 0;
     uint8_t second = 0xff;
     ASSERT_EQ(0, c_dt_dtg_to_mjd_bcd(&example, &mjd, &bcd, &second));
     EXPECT_EQ(0xc079, mjd);
     EXPECT_EQ(0x1245, bcd);
     EXPECT_EQ(0, second);
-    const auto late = record(1993, 10, 13, 23, 59, 58, kDtgUtc);
+    const auto late = record(1993, 10, 13, 23, 59, 58, QELTV_DTG_UTC);
     ASSERT_EQ(0, c_dt_dtg_to_mjd_bcd(&late, nullptr, &bcd, &second));
     EXPECT_EQ(0x2359, bcd);
     EXPECT_EQ(0x58, second);
@@ -143,28 +143,28 @@ TEST_F(TelevisionClock, JulianDatesAreThePublishedOnes) {
         EXPECT_EQ(row.mjd, mjd);
     }
     QELTVAPI_DTG_T dtg{};
-    EXPECT_EQ(-4, c_dt_mjd_to_dtg(UINT32_MAX, &dtg));
-    const auto nonsense = record(2025, 2, 29, 0, 0, 0, kDtgUtc);
-    EXPECT_EQ(-4, c_dt_dtg_to_mjd_bcd(&nonsense, &mjd, &bcd, nullptr));
-    EXPECT_EQ(-4, a_qeltvapi_dtg_to_sec(&nonsense));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_dt_mjd_to_dtg(UINT32_MAX, &dtg));
+    const auto nonsense = record(2025, 2, 29, 0, 0, 0, QELTV_DTG_UTC);
+    EXPECT_EQ(QELTV_BAD_VALUE, c_dt_dtg_to_mjd_bcd(&nonsense, &mjd, &bcd, nullptr));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_dtg_to_sec(&nonsense));
 }
 
 TEST_F(TelevisionClock, ConversionsCarryOverAndGoBothWays) {
-    const auto summer = record(2026, 7, 1, 22, 30, 0, kDtgUtc);
+    const auto summer = record(2026, 7, 1, 22, 30, 0, QELTV_DTG_UTC);
     QELTVAPI_DTG_T out{};
-    ASSERT_EQ(0, a_qeltvapi_time_convert(kUtcToLocal, &summer, &out));
+    ASSERT_EQ(0, a_qeltvapi_time_convert(QELTV_TIME_UTC_TO_LOCAL, &summer, &out));
     EXPECT_EQ("2026-07-02 4 00:30:00", text(out));
-    EXPECT_EQ(kDtgDaylight, fields(out).flags);
+    EXPECT_EQ(QELTV_DTG_DAYLIGHT, fields(out).flags);
     QELTVAPI_DTG_T back{};
     ASSERT_EQ(0, c_dt_conv_utc_local(&out, &back));
     EXPECT_EQ("2026-07-01 3 22:30:00", text(back));
-    ASSERT_EQ(0, a_qeltvapi_time_convert(kLocalToUtc, &out, &back));
+    ASSERT_EQ(0, a_qeltvapi_time_convert(QELTV_TIME_LOCAL_TO_UTC, &out, &back));
     EXPECT_EQ("2026-07-01 3 22:30:00", text(back));
 
     const auto beyond = record(2027, 14, 31, 25, 61, 61, 0);
-    ASSERT_EQ(0, a_qeltvapi_time_convert(kNormalise, &beyond, &out));
+    ASSERT_EQ(0, a_qeltvapi_time_convert(QELTV_TIME_NORMALISE, &beyond, &out));
     EXPECT_EQ("2028-03-03 5 02:02:01", text(out));
-    EXPECT_EQ(-4, a_qeltvapi_time_convert(77, &summer, &out));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_convert(77, &summer, &out));
 
     a_qeltvapi_time_convert_millis_to_local_time(-1, &out);
     EXPECT_EQ("1970-01-01 4 00:59:59", text(out));
@@ -180,18 +180,18 @@ TEST_F(TelevisionClock, OnlyAClockThatFollowsNothingIsSet) {
     a_qeltvapi_time_set_utc_time(1000000000);
     EXPECT_NEAR(static_cast<double>(now),
                 static_cast<double>(a_qeltvapi_time_get_utc_time(nullptr)), 5);
-    EXPECT_EQ(-5, a_qeltvapi_time_update_local_time("2026-03-29", "12:00"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_time_update_local_time("2026-03-29", "12:00"));
 
-    a_qeltvapi_time_set_sync_source(kSyncManual);
+    a_qeltvapi_time_set_sync_source(QELTV_SYNC_MANUAL);
     EXPECT_EQ(1, a_qeltvapi_time_is_time_editable());
     EXPECT_EQ(0, a_qeltvapi_time_get_broadcast_time());
     a_qeltvapi_time_set_utc_time(1000000000);
-    ASSERT_TRUE(sDate.takeUntil([](const Told& t) { return t.type == kTimeChanged; }));
+    ASSERT_TRUE(sDate.takeUntil([](const Told& t) { return t.type == QELTV_TIME_CHANGED; }));
     EXPECT_NEAR(1e9, static_cast<double>(a_qeltvapi_time_get_utc_time(nullptr)), 5);
     EXPECT_EQ(0, a_qeltvapi_time_update_local_time("2026-07-01", "12:00:05"));
     EXPECT_NEAR(1782900005, static_cast<double>(a_qeltvapi_time_get_utc_time(nullptr)), 5);
-    EXPECT_EQ(-4, a_qeltvapi_time_update_local_time("2026-02-30", "12:00"));
-    EXPECT_EQ(-4, a_qeltvapi_time_update_local_time("2026-02-03", "noon"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_update_local_time("2026-02-30", "12:00"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_update_local_time("2026-02-03", "noon"));
 
     a_qeltvapi_time_set_time_zone(-5 * 3600);
     a_qeltvapi_time_set_time_offset(1800);
@@ -203,7 +203,7 @@ TEST_F(TelevisionClock, OnlyAClockThatFollowsNothingIsSet) {
     EXPECT_EQ("1969-12-31 3 19:30:00", text(dtg));
     EXPECT_NEAR(1782900005, static_cast<double>(a_qeltvapi_time_get_utc_time(nullptr)), 30);
     // The place counts again.
-    a_qeltvapi_time_set_sync_source(kSyncBroadcast);
+    a_qeltvapi_time_set_sync_source(QELTV_SYNC_BROADCAST);
     EXPECT_EQ(3600, a_qeltvapi_time_get_time_zone());
 }
 
@@ -212,7 +212,7 @@ TEST_F(TelevisionClock, TheSleepTimerFires) {
     c_pcl_reg_nfy_fct(0, onPower);
     sSleep.clear();
     uint32_t left = 0;
-    EXPECT_EQ(-3, a_qeltvapi_time_get_sleep_timer_remaining_time(&left));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_time_get_sleep_timer_remaining_time(&left));
     a_qeltvapi_time_set_sleep_timer(3600);
     EXPECT_EQ(3600, a_qeltvapi_time_get_sleep_timer());
     EXPECT_EQ(0, a_qeltvapi_time_get_sleep_timer_remaining_time(&left));
@@ -223,21 +223,21 @@ TEST_F(TelevisionClock, TheSleepTimerFires) {
 
     const auto begin = std::chrono::steady_clock::now();
     a_qeltvapi_time_set_sleep_timer(1);
-    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == kSleepExpired; }));
+    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == QELTV_SLEEP_EXPIRED; }));
     EXPECT_LE(std::chrono::milliseconds(990), std::chrono::steady_clock::now() - begin);
     EXPECT_EQ(0, a_qeltvapi_time_get_sleep_timer());
     const auto down = sPower.take();
     ASSERT_TRUE(down);
-    EXPECT_EQ(kPowerDown, static_cast<uint32_t>(down->type));
-    EXPECT_EQ(kDownSleepTimer, down->values[0]);
+    EXPECT_EQ(QELTV_POWER_DOWN, static_cast<uint32_t>(down->type));
+    EXPECT_EQ(QELTV_DOWN_SLEEP_TIMER, down->values[0]);
 
     // One that is set a minute before its end warns first.
-    a_qeltvapi_time_set_sleep_timer(kSleepWarningTime + 1);
+    a_qeltvapi_time_set_sleep_timer(QELTV_SLEEP_WARNING_TIME + 1);
     ASSERT_TRUE(sSleep.takeUntil([](const Told& t) {
-        return t.type == kSleepWarning && t.values[0] == kSleepWarningTime;
+        return t.type == QELTV_SLEEP_WARNING && t.values[0] == QELTV_SLEEP_WARNING_TIME;
     }));
     a_qeltvapi_time_set_sleep_timer(0);
-    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == kSleepCancelled; }));
+    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == QELTV_SLEEP_CANCELLED; }));
 }
 
 TEST_F(TelevisionClock, TheToolTellsAndConvertsTimes) {

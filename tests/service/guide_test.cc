@@ -13,12 +13,12 @@
 #include "hw_qeltvapi_rating.h"
 #include "hw_qeltvapi_time.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/event.h"
 #include "layouts/rating.h"
 #include "layouts/time.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -55,8 +55,8 @@ class ProgrammeGuide : public WithTelevision {
 
     static int64_t now() { return a_qeltvapi_time_get_utc_time(nullptr); }
 
-    EventGeneral general(uint16_t id) const {
-        EventGeneral general{};
+    QELTV_EVENT_GENERAL_T general(uint16_t id) const {
+        QELTV_EVENT_GENERAL_T general{};
         EXPECT_EQ(0, a_qeltvapi_event_get_general_info(channel, id, &general)) << id;
         return general;
     }
@@ -77,17 +77,17 @@ class ProgrammeGuide : public WithTelevision {
     }
 
     /** An event to come, or on air, of an age rating from a minimum on. */
-    EventGeneral rated(uint8_t age) const {
+    QELTV_EVENT_GENERAL_T rated(uint8_t age) const {
         for (const uint16_t id : range(now(), now() + 7 * 86400)) {
-            const EventGeneral found = general(id);
-            if (found.age != kAgeNotTold && found.age >= age) return found;
+            const QELTV_EVENT_GENERAL_T found = general(id);
+            if (found.age != QELTV_AGE_UNRATED && found.age >= age) return found;
         }
         ADD_FAILURE() << "no event from " << int{age} << " years";
         return {};
     }
 
     static void turnTo(int64_t utc) {
-        a_qeltvapi_time_set_sync_source(kSyncManual);
+        a_qeltvapi_time_set_sync_source(QELTV_SYNC_MANUAL);
         a_qeltvapi_time_set_utc_time(utc);
     }
 
@@ -98,11 +98,11 @@ TEST_F(ProgrammeGuide, HasEventsWithoutGapsAndTellsThePresentOne) {
     const int64_t from = now(), to = from + 3 * 86400;
     const auto ids = range(from, to);
     ASSERT_GT(ids.size(), 30u);
-    EventGeneral last = general(ids[0]);
+    QELTV_EVENT_GENERAL_T last = general(ids[0]);
     EXPECT_LE(last.start, from);
     EXPECT_EQ(static_cast<uint32_t>(channel), last.channelId);
     for (size_t i = 1; i < ids.size(); ++i) {
-        const EventGeneral next = general(ids[i]);
+        const QELTV_EVENT_GENERAL_T next = general(ids[i]);
         ASSERT_EQ(last.start + last.duration, next.start);
         ASSERT_EQ(ids[i], next.eventId);
         ASSERT_NE(0, next.title[0]);
@@ -112,10 +112,10 @@ TEST_F(ProgrammeGuide, HasEventsWithoutGapsAndTellsThePresentOne) {
     EXPECT_EQ(1u, range(last.start, last.start).size() + 1) << "nothing lasts no time";
     EXPECT_EQ(1u, range(last.start, last.start + 1).size()) << "an event ends where one begins";
 
-    const EventGeneral present = general(event(true));
+    const QELTV_EVENT_GENERAL_T present = general(event(true));
     EXPECT_LE(present.start, now());
     EXPECT_GT(present.start + present.duration, from);
-    EXPECT_NE(0, present.flags & kEventPresent);
+    EXPECT_NE(0, present.flags & QELTV_EVENT_PRESENT);
     EXPECT_EQ(present.start + present.duration, general(event(false)).start);
 
     uint16_t few = 2;
@@ -123,8 +123,10 @@ TEST_F(ProgrammeGuide, HasEventsWithoutGapsAndTellsThePresentOne) {
     EXPECT_EQ(0, a_qeltvapi_event_query_event_id_by_range(channel, from, to, &few, room.data()));
     EXPECT_EQ(2, few);
     EXPECT_EQ(0xffff, room[2]);
-    EXPECT_EQ(-4, a_qeltvapi_event_query_event_id_by_range(channel, to, from, &few, room.data()));
-    EXPECT_EQ(-3, a_qeltvapi_event_query_event_id_by_range(0x7fff, from, to, &few, room.data()));
+    EXPECT_EQ(QELTV_BAD_VALUE,
+              a_qeltvapi_event_query_event_id_by_range(channel, to, from, &few, room.data()));
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_event_query_event_id_by_range(0x7fff, from, to, &few, room.data()));
 
     // Another television of the same region has the same programme.
     Daemon other;
@@ -139,7 +141,7 @@ TEST_F(ProgrammeGuide, BlocksAreFilledToTheLengthThatTheCallerCopies) {
     const auto ids = range(now(), now() + 7 * 86400);
     bool guidance = false, series = false;
     for (const uint16_t id : ids) {
-        const EventGeneral found = general(id);
+        const QELTV_EVENT_GENERAL_T found = general(id);
         char text[512];
         memset(text, 'x', sizeof(text));
         ASSERT_EQ(0, a_qeltvapi_event_get_details_info(channel, id, text, sizeof(text)));
@@ -152,27 +154,27 @@ TEST_F(ProgrammeGuide, BlocksAreFilledToTheLengthThatTheCallerCopies) {
         ASSERT_EQ(found.guidanceLength, strlen(text));
         guidance |= text[0] != 0;
 
-        EventCommon group[3];
+        QELTV_EVENT_COMMON_T group[3];
         memset(group, 0xff, sizeof(group));
         ASSERT_EQ(0, a_qeltvapi_event_get_group_info(channel, id, group, sizeof(group)));
         series |= found.series != 0;
         ASSERT_EQ(found.series != 0 ? static_cast<uint32_t>(channel) : 0u, group[0].channelId);
         if (found.series != 0) ASSERT_EQ(found.series, general(group[0].eventId).series);
 
-        EventRating rating{};
+        QELTV_EVENT_RATING_T rating{};
         ASSERT_EQ(0, a_qeltvapi_event_get_rating_list(channel, id, &rating, sizeof(rating)));
-        ASSERT_STREQ(found.age == kAgeNotTold ? "" : "DEU", rating.country);
+        ASSERT_STREQ(found.age == QELTV_AGE_UNRATED ? "" : "DEU", rating.country);
     }
     EXPECT_TRUE(guidance);
     EXPECT_TRUE(series);
     char none[32];
     memset(none, 'x', sizeof(none));
-    EXPECT_EQ(-3, a_qeltvapi_event_get_details_info(channel, 0, none, sizeof(none)));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_event_get_details_info(channel, 0, none, sizeof(none)));
     EXPECT_EQ(std::string(sizeof(none), 0), std::string(none, sizeof(none)));
-    ContentIdentifier crid[2]{};
+    QELTV_CONTENT_IDENTIFIER_T crid[2]{};
     EXPECT_EQ(0, a_qeltvapi_event_get_content_identifier(channel, ids[0], crid, sizeof(crid)));
     EXPECT_EQ(0u, std::string(crid[0].crid).find("crid://"));
-    AudioComponent sound{};
+    QELTV_AUDIO_COMPONENT_T sound{};
     EXPECT_EQ(0, a_qeltvapi_event_get_audio_comp_info(channel, ids[0], &sound, sizeof(sound)));
     EXPECT_STREQ("eng", sound.language);
 }
@@ -195,13 +197,14 @@ TEST_F(ProgrammeGuide, FindsWhatPassesTheFilterAndTheParameters) {
     for (const uint16_t id : named) EXPECT_STREQ("Harbour Street", general(id).title);
     filter = {};
     filter.count = 2;
-    filter.list[0] = kGenreNews;
-    filter.list[1] = kGenreSport;
+    filter.list[0] = QELTV_GENRE_NEWS;
+    filter.list[1] = QELTV_GENRE_SPORT;
     const auto genres = find(filter);
     ASSERT_FALSE(genres.empty());
     EXPECT_LT(genres.size(), all);
     for (const uint16_t id : genres) {
-        EXPECT_TRUE(general(id).genre == kGenreNews || general(id).genre == kGenreSport);
+        EXPECT_TRUE(general(id).genre == QELTV_GENRE_NEWS ||
+                    general(id).genre == QELTV_GENRE_SPORT);
     }
     filter = {};
     filter.last = 7;
@@ -217,18 +220,19 @@ TEST_F(ProgrammeGuide, FindsWhatPassesTheFilterAndTheParameters) {
     ASSERT_FALSE(parameters.empty());
     for (const uint16_t id : parameters) {
         EXPECT_EQ(1800u, general(id).duration);
-        EXPECT_NE(0, general(id).flags & kEventSubtitles);
+        EXPECT_NE(0, general(id).flags & QELTV_EVENT_SUBTITLES);
         EXPECT_GT(general(id).start + 1800, now() - 60);
     }
     const QELTVAPI_EVENT_QUERY_PARAM_T backwards{2, 1, 0, {}};
-    EXPECT_EQ(-4, a_qeltvapi_event_set_query_parameter(&backwards));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_event_set_query_parameter(&backwards));
 }
 
 TEST_F(ProgrammeGuide, TellsWhenTheNextEventBegins) {
     join();
     auto id = static_cast<uint32_t>(channel);
     ASSERT_EQ(0, a_qeltvapi_event_setCurrentActiveWindow_Ex(&id, now(), now() + 7200, 1));
-    ASSERT_TRUE(sEvents.takeUntil([](const Told& t) { return t.type == kWindowChanged; }));
+    ASSERT_TRUE(
+            sEvents.takeUntil([](const Told& t) { return t.type == QELTV_EVENT_WINDOW_CHANGED; }));
     uint16_t number = 0;
     EXPECT_EQ(0, a_qeltvapi_event_get_active_win_channel_num(&number));
     EXPECT_EQ(1, number);
@@ -240,7 +244,8 @@ TEST_F(ProgrammeGuide, TellsWhenTheNextEventBegins) {
 
     const uint16_t next = event(false);
     turnTo(general(next).start - 1);
-    const auto told = sEvents.takeUntil([](const Told& t) { return t.type == kPresentChanged; });
+    const auto told =
+            sEvents.takeUntil([](const Told& t) { return t.type == QELTV_EVENT_PRESENT_CHANGED; });
     ASSERT_TRUE(told);
     EXPECT_EQ(id, told->values[0]);
     EXPECT_EQ(next, told->values[1]);
@@ -248,7 +253,7 @@ TEST_F(ProgrammeGuide, TellsWhenTheNextEventBegins) {
     EXPECT_EQ(next, event(true));
 
     uint32_t unknown = 7;
-    EXPECT_EQ(-3, a_qeltvapi_event_setCurrentActiveWindow(&unknown, now(), 1));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_event_setCurrentActiveWindow(&unknown, now(), 1));
     EXPECT_EQ(0, a_qeltvapi_event_clear_active_win());
     EXPECT_EQ(0, a_qeltvapi_event_get_active_win_channel_num(&number));
     EXPECT_EQ(0, number);
@@ -256,19 +261,19 @@ TEST_F(ProgrammeGuide, TellsWhenTheNextEventBegins) {
 
 TEST_F(ProgrammeGuide, TheRatingLockBlocksUntilThePinIsRight) {
     join();
-    const EventGeneral found = rated(12);
+    const QELTV_EVENT_GENERAL_T found = rated(12);
     const int id = found.eventId;
     EXPECT_EQ(0, a_qeltvapi_event_check_block(channel, id));
     ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(12));
     EXPECT_EQ(0, a_qeltvapi_event_check_block(channel, id)) << "the lock is off";
     ASSERT_EQ(0, a_qeltvapi_rating_set_enable(1));
     EXPECT_EQ(1, a_qeltvapi_event_check_block(channel, id));
-    EXPECT_NE(0, general(found.eventId).flags & kEventBlocked);
+    EXPECT_NE(0, general(found.eventId).flags & QELTV_EVENT_BLOCKED);
     ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(18));
     EXPECT_EQ(found.age >= 18, a_qeltvapi_event_check_block(channel, id) != 0);
     ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(12));
-    EXPECT_EQ(-4, a_qeltvapi_rating_set_dvb_age_setting_info(3));
-    EXPECT_EQ(-4, a_qeltvapi_rating_set_dvb_age_setting_info(19));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_rating_set_dvb_age_setting_info(3));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_rating_set_dvb_age_setting_info(19));
     QELTVAPI_RATING_MAP_T map{};
     EXPECT_EQ(0, a_qeltvapi_event_get_rating_map(channel, id, &map));
     EXPECT_EQ(std::to_string(found.age) + "+", map.first);
@@ -277,11 +282,12 @@ TEST_F(ProgrammeGuide, TheRatingLockBlocksUntilThePinIsRight) {
     // While it is on air, a right PIN lets it through; the next such event is blocked again.
     turnTo(found.start + 10);
     EXPECT_EQ(1, a_qeltvapi_event_check_block(channel, id));
-    EXPECT_EQ(kPinRight, a_qeltvapi_PWDDLG_checkPWD(kFactoryPin));
+    EXPECT_EQ(QELTV_PIN_RIGHT, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY));
     EXPECT_EQ(0, a_qeltvapi_event_check_block(channel, id));
-    ASSERT_TRUE(sEvents.takeUntil([](const Told& t) { return t.type == kBlockingChanged; }));
+    ASSERT_TRUE(sEvents.takeUntil(
+            [](const Told& t) { return t.type == QELTV_EVENT_BLOCKING_CHANGED; }));
     turnTo(found.start + found.duration + 10);
-    const EventGeneral later = rated(12);
+    const QELTV_EVENT_GENERAL_T later = rated(12);
     EXPECT_EQ(1, a_qeltvapi_event_check_block(channel, later.eventId));
 
     restart();
@@ -294,16 +300,18 @@ TEST_F(ProgrammeGuide, TheRatingLockBlocksUntilThePinIsRight) {
 TEST_F(ProgrammeGuide, WrongPinsDelayTheNextTryLongerAndLonger) {
     join();
     EXPECT_EQ(0, a_qeltvapi_PWDDLG_show());
-    ASSERT_TRUE(sPin.takeUntil([](const Told& t) { return t.type == kPinShow; }));
-    EXPECT_EQ(kPinMalformed, a_qeltvapi_PWDDLG_checkPWD("12a4"));
-    EXPECT_EQ(kPinMalformed, a_qeltvapi_PWDDLG_checkPWD(""));
+    ASSERT_TRUE(sPin.takeUntil([](const Told& t) { return t.type == QELTV_PIN_EVENT_SHOW; }));
+    EXPECT_EQ(QELTV_PIN_MALFORMED, a_qeltvapi_PWDDLG_checkPWD("12a4"));
+    EXPECT_EQ(QELTV_PIN_MALFORMED, a_qeltvapi_PWDDLG_checkPWD(""));
 
     const auto rejected = [](uint64_t tries) {
-        return [tries](const Told& t) { return t.type == kPinRejected && t.values[0] == tries; };
+        return [tries](const Told& t) {
+            return t.type == QELTV_PIN_EVENT_REJECTED && t.values[0] == tries;
+        };
     };
-    EXPECT_EQ(kPinWrong, a_qeltvapi_PWDDLG_checkPWD("1111"));
-    EXPECT_EQ(kPinWrong, a_qeltvapi_PWDDLG_checkPWD("2222"));
-    EXPECT_EQ(kPinWrong, a_qeltvapi_PWDDLG_checkPWD("3333"));
+    EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("1111"));
+    EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("2222"));
+    EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("3333"));
     auto told = sPin.takeUntil(rejected(2));
     ASSERT_TRUE(told);
     EXPECT_EQ(0u, told->values[1]) << "two are free";
@@ -311,38 +319,40 @@ TEST_F(ProgrammeGuide, WrongPinsDelayTheNextTryLongerAndLonger) {
     ASSERT_TRUE(told);
     EXPECT_GT(told->values[1], 900u);
     EXPECT_LE(told->values[1], 1000u);
-    EXPECT_EQ(kPinLocked, a_qeltvapi_PWDDLG_checkPWD(kFactoryPin)) << "even the right one";
-    ASSERT_TRUE(sPin.takeUntil([](const Told& t) { return t.type == kPinRefused; }));
+    EXPECT_EQ(QELTV_PIN_LOCKED, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY))
+            << "even the right one";
+    ASSERT_TRUE(sPin.takeUntil([](const Told& t) { return t.type == QELTV_PIN_EVENT_REFUSED; }));
 
-    int answer = kPinLocked;
+    int answer = QELTV_PIN_LOCKED;
     ASSERT_TRUE(eventually(
-            [&] { return (answer = a_qeltvapi_PWDDLG_checkPWD("4444")) != kPinLocked; }));
-    EXPECT_EQ(kPinWrong, answer);
+            [&] { return (answer = a_qeltvapi_PWDDLG_checkPWD("4444")) != QELTV_PIN_LOCKED; }));
+    EXPECT_EQ(QELTV_PIN_WRONG, answer);
     told = sPin.takeUntil(rejected(4));
     ASSERT_TRUE(told);
     EXPECT_GT(told->values[1], 1900u);
 
     // Switching off and on does not help.
     restart();
-    EXPECT_EQ(kPinLocked, a_qeltvapi_PWDDLG_checkPWD(kFactoryPin));
-    ASSERT_TRUE(eventually(
-            [&] { return (answer = a_qeltvapi_PWDDLG_checkPWD(kFactoryPin)) != kPinLocked; }));
-    EXPECT_EQ(kPinRight, answer);
-    EXPECT_EQ(kPinWrong, a_qeltvapi_PWDDLG_checkPWD("1111")) << "the count began anew";
+    EXPECT_EQ(QELTV_PIN_LOCKED, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY));
+    ASSERT_TRUE(eventually([&] {
+        return (answer = a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY)) != QELTV_PIN_LOCKED;
+    }));
+    EXPECT_EQ(QELTV_PIN_RIGHT, answer);
+    EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("1111")) << "the count began anew";
 }
 
 TEST_F(ProgrammeGuide, ThePinIsChangedAfterARightOneAndKeptAsAHashOnly) {
     constexpr char kNew[] = "86420975";
-    EXPECT_EQ(-5, a_qeltvapi_config_set_str_value("parental.pin", kNew));
-    EXPECT_EQ(kPinRight, a_qeltvapi_PWDDLG_checkPWD(kFactoryPin));
-    EXPECT_EQ(-4, a_qeltvapi_config_set_str_value("parental.pin", "12"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_config_set_str_value("parental.pin", kNew));
+    EXPECT_EQ(QELTV_PIN_RIGHT, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_config_set_str_value("parental.pin", "12"));
     EXPECT_EQ(0, a_qeltvapi_config_set_str_value("parental.pin", kNew));
-    EXPECT_EQ(-5, a_qeltvapi_config_set_str_value("parental.pin", kNew)) << "once";
-    EXPECT_EQ(kPinWrong, a_qeltvapi_PWDDLG_checkPWD(kFactoryPin));
-    EXPECT_EQ(kPinRight, a_qeltvapi_PWDDLG_checkPWD(kNew));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_config_set_str_value("parental.pin", kNew)) << "once";
+    EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY));
+    EXPECT_EQ(QELTV_PIN_RIGHT, a_qeltvapi_PWDDLG_checkPWD(kNew));
     char text[256] = "";
     uint32_t length = 0;
-    EXPECT_EQ(-3, a_qeltvapi_config_get_str_value("parental.pin", text, &length));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_get_str_value("parental.pin", text, &length));
 
     watch();
     television.kill();
@@ -355,61 +365,62 @@ TEST_F(ProgrammeGuide, ThePinIsChangedAfterARightOneAndKeptAsAHashOnly) {
     EXPECT_EQ(std::string::npos, all.find(kNew));
     television.start();
     ASSERT_TRUE(joinTelevision());
-    EXPECT_EQ(kPinRight, a_qeltvapi_PWDDLG_checkPWD(kNew));
+    EXPECT_EQ(QELTV_PIN_RIGHT, a_qeltvapi_PWDDLG_checkPWD(kNew));
 }
 
 TEST_F(ProgrammeGuide, RatingSettingsOfEveryStandardAreKept) {
     join();
     QELTVAPI_RATING_US_TV_SETTING_T flags{};
-    flags.block[kTv14] = 7;
+    flags.block[QELTV_US_TV_14] = 7;
     flags.extra[3] = 1;
     EXPECT_EQ(0, a_qeltvapi_rating_set_us_tv_setting_info(&flags));
-    EXPECT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(kMovieR));
-    EXPECT_EQ(-4, a_qeltvapi_rating_set_us_movie_setting_info(kMovieX + 1));
-    EXPECT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(kEnglish14));
-    EXPECT_EQ(0, a_qeltvapi_rating_set_can_fre_setting_info(kFrench16));
+    EXPECT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_R));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_X + 1));
+    EXPECT_EQ(0, a_qeltvapi_rating_set_can_eng_setting_info(QELTV_CANADA_ENGLISH_14));
+    EXPECT_EQ(0, a_qeltvapi_rating_set_can_fre_setting_info(QELTV_CANADA_FRENCH_16));
     EXPECT_EQ(0, a_qeltvapi_rating_set_isdb_content_setting_info(5));
     EXPECT_EQ(0, a_qeltvapi_rating_set_isdb_age_setting_info(14));
     EXPECT_EQ(0, a_qeltvapi_rating_set_block_unrated(1));
 
     QELTVAPI_RATING_OPEN_VCHIP_SETTING_T vchip{};
-    vchip.first = kOpenVchipRegion;
-    EXPECT_EQ(-3, a_qeltvapi_rating_get_op_vchip_setting_info(&vchip)) << "no table yet";
+    vchip.first = QELTV_OPEN_VCHIP_REGION;
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_rating_get_op_vchip_setting_info(&vchip))
+            << "no table yet";
     EXPECT_EQ(0, a_qeltvapi_rating_atsc_storage(1));
     ASSERT_TRUE(sVchip.takeUntil([](const Told& t) {
-        return t.type == kVchipReceived && t.values[0] == kOpenVchipRegion;
+        return t.type == QELTV_OPEN_VCHIP_RECEIVED && t.values[0] == QELTV_OPEN_VCHIP_REGION;
     }));
-    OpenVchipTable table{};
+    QELTV_OPEN_VCHIP_TABLE_T table{};
     EXPECT_EQ(0, a_qeltvapi_rating_get_op_vchip_info(&table));
-    EXPECT_EQ(kOpenVchipDimensions, table.dimensions);
+    EXPECT_EQ(QELTV_OPEN_VCHIP_DIMENSIONS, table.dimensions);
     EXPECT_EQ(0, a_qeltvapi_rating_get_op_vchip_setting_info(&vchip));
     EXPECT_EQ(table.dimension[0].levels, vchip.third);
     vchip.block[3] = 1;
     EXPECT_EQ(0, a_qeltvapi_rating_set_op_vchip_setting_info(&vchip));
     vchip.block[100] = 1;
-    EXPECT_EQ(-4, a_qeltvapi_rating_set_op_vchip_setting_info(&vchip));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_rating_set_op_vchip_setting_info(&vchip));
 
     restart();
     flags = {};
     EXPECT_EQ(0, a_qeltvapi_rating_get_us_tv_setting_info(&flags));
-    EXPECT_EQ(1, flags.block[kTv14]);
-    EXPECT_EQ(0, flags.block[kTvMa]);
+    EXPECT_EQ(1, flags.block[QELTV_US_TV_14]);
+    EXPECT_EQ(0, flags.block[QELTV_US_TV_MA]);
     EXPECT_EQ(1, flags.extra[3]);
     const auto value = [](int (*get)(uint8_t*)) {
         uint8_t value = 0xff;
         EXPECT_EQ(0, get(&value));
         return int{value};
     };
-    EXPECT_EQ(kMovieR, value(a_qeltvapi_rating_get_us_movie_setting_info));
-    EXPECT_EQ(kEnglish14, value(a_qeltvapi_rating_get_can_eng_setting_info));
-    EXPECT_EQ(kFrench16, value(a_qeltvapi_rating_get_can_fre_setting_info));
+    EXPECT_EQ(QELTV_US_MOVIE_R, value(a_qeltvapi_rating_get_us_movie_setting_info));
+    EXPECT_EQ(QELTV_CANADA_ENGLISH_14, value(a_qeltvapi_rating_get_can_eng_setting_info));
+    EXPECT_EQ(QELTV_CANADA_FRENCH_16, value(a_qeltvapi_rating_get_can_fre_setting_info));
     EXPECT_EQ(5, value(a_qeltvapi_rating_get_isdb_content_setting_info));
     EXPECT_EQ(14, value(a_qeltvapi_rating_get_isdb_age_setting_info));
     EXPECT_EQ(1, value(a_qeltvapi_rating_get_block_unrated));
     EXPECT_EQ(1, value(a_qeltvapi_rating_get_op_vchip_avail));
-    EXPECT_EQ(kChildNone, value(a_qeltvapi_rating_get_us_tv_group_by_child));
+    EXPECT_EQ(QELTV_CHILD_NONE, value(a_qeltvapi_rating_get_us_tv_group_by_child));
     vchip = {};
-    vchip.first = kOpenVchipRegion;
+    vchip.first = QELTV_OPEN_VCHIP_REGION;
     EXPECT_EQ(0, a_qeltvapi_rating_get_op_vchip_setting_info(&vchip));
     EXPECT_EQ(1, vchip.block[3]);
 }
@@ -432,16 +443,16 @@ TEST_F(ProgrammeGuide, AtscRatingsBecomeTexts) {
 
 TEST_F(ProgrammeGuide, AtscEventsAreLoadedByTimeAndByTable) {
     join();
-    int32_t ids[kAtscListMaximum];
+    int32_t ids[QELTV_ATSC_LIST_MAXIMUM];
     ASSERT_EQ(0, a_qeltvapi_event_atsc_load_events(channel, now(), 7200, ids));
-    const auto told = sAtsc.takeUntil([](const Told& t) { return t.type == kAtscLoaded; });
+    const auto told = sAtsc.takeUntil([](const Told& t) { return t.type == QELTV_ATSC_LOADED; });
     ASSERT_TRUE(told);
     ASSERT_GE(told->values[1], 1u);
     QELTVAPI_EVENT_ATSC_INFO_T info{};
     char rating[20] = "";
     info.ps_at_292 = rating;
     ASSERT_EQ(0, a_qeltvapi_event_atsc_getEvent_general(ids[0], &info));
-    const EventGeneral present = general(event(true));
+    const QELTV_EVENT_GENERAL_T present = general(event(true));
     EXPECT_EQ(present.eventId, info.ui2_at_0);
     // Copies: the record's 64-bit fields are not aligned.
     EXPECT_EQ(static_cast<uint64_t>(present.start), uint64_t{info.ui8_at_12});
@@ -452,51 +463,55 @@ TEST_F(ProgrammeGuide, AtscEventsAreLoadedByTimeAndByTable) {
     EXPECT_EQ(0, a_qeltvapi_event_atsc_get_details_info(ids[0], details, 511));
     EXPECT_EQ(info.ui2_at_288, strlen(details));
     EXPECT_EQ(0, a_qeltvapi_event_atsc_freeEvent(ids[0]));
-    EXPECT_EQ(-3, a_qeltvapi_event_atsc_freeEvent(ids[0]));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_event_atsc_freeEvent(ids[0]));
 
     uint32_t count = 0;
-    EXPECT_EQ(-3, a_qeltvapi_event_atsc_get_event_number_in_EIT(1, &count));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_event_atsc_get_event_number_in_EIT(1, &count));
     ASSERT_EQ(0, a_qeltvapi_event_atsc_load_events_by_EIT(channel, 1, &count));
     ASSERT_GT(count, 0u);
     uint32_t states[3] = {};
     int32_t status = -1;
     EXPECT_EQ(0, a_qeltvapi_event_atsc_check_EIT_status(channel, states, 3, &status));
-    EXPECT_EQ(kEitPart, status);
-    EXPECT_EQ(count | kEitLoaded, states[1]);
-    EXPECT_EQ(0u, states[0] & kEitLoaded);
-    const int64_t begin = (now() / kEitSeconds + 1) * kEitSeconds;
+    EXPECT_EQ(QELTV_EIT_PART, status);
+    EXPECT_EQ(count | QELTV_EIT_LOADED, states[1]);
+    EXPECT_EQ(0u, states[0] & QELTV_EIT_LOADED);
+    const int64_t begin = (now() / QELTV_EIT_SECONDS + 1) * QELTV_EIT_SECONDS;
     for (uint32_t i = 0; i < count; ++i) {
         ASSERT_EQ(0,
                   a_qeltvapi_event_atsc_getEvent_general_by_index(1, static_cast<int>(i), &info));
         EXPECT_GE(static_cast<int64_t>(info.ui8_at_12), begin);
-        EXPECT_LT(static_cast<int64_t>(info.ui8_at_12), begin + kEitSeconds);
+        EXPECT_LT(static_cast<int64_t>(info.ui8_at_12), begin + QELTV_EIT_SECONDS);
         uint32_t length = 0;
         ASSERT_EQ(0, a_qeltvapi_event_atsc_getEvent_detail_len_by_index(1, static_cast<int>(i),
                                                                         &length));
         EXPECT_EQ(info.ui2_at_288, length);
     }
-    EXPECT_EQ(-3,
+    EXPECT_EQ(QELTV_NOT_FOUND,
               a_qeltvapi_event_atsc_getEvent_general_by_index(1, static_cast<int>(count), &info));
-    EXPECT_EQ(-4, a_qeltvapi_event_atsc_load_events_by_EIT(channel, kEitTables, &count));
+    EXPECT_EQ(QELTV_BAD_VALUE,
+              a_qeltvapi_event_atsc_load_events_by_EIT(channel, QELTV_EIT_TABLES, &count));
 }
 
 TEST_F(ProgrammeGuide, TheBannerShowsTheCurrentChannel) {
     ASSERT_EQ(0, a_qeltvapi_channellist_set_current_channel(static_cast<uint32_t>(channel)));
     uint32_t length = 0;
-    ASSERT_EQ(0, a_qeltvapi_banner_get_item_content_len(kBannerSimple, kBannerTitle, &length));
+    ASSERT_EQ(0, a_qeltvapi_banner_get_item_content_len(QELTV_BANNER_SIMPLE, QELTV_BANNER_TITLE,
+                                                        &length));
     std::string title(length + 1, 0);
     uint32_t room = length;
-    ASSERT_EQ(0,
-              a_qeltvapi_banner_get_item_content(kBannerSimple, kBannerTitle, title.data(), &room));
+    ASSERT_EQ(0, a_qeltvapi_banner_get_item_content(QELTV_BANNER_SIMPLE, QELTV_BANNER_TITLE,
+                                                    title.data(), &room));
     EXPECT_STREQ(general(event(true)).title, title.c_str());
     uint8_t state = 9;
-    EXPECT_EQ(0, a_qeltvapi_banner_get_item_state(kBannerDetailed, kBannerLock, &state));
-    EXPECT_EQ(kBannerHidden, state);
+    EXPECT_EQ(0,
+              a_qeltvapi_banner_get_item_state(QELTV_BANNER_DETAILED, QELTV_BANNER_LOCK, &state));
+    EXPECT_EQ(QELTV_BANNER_HIDDEN, state);
     uint32_t first = 0, second = 0;
-    EXPECT_EQ(0, a_qeltvapi_banner_get_item_id(kBannerSimple, kBannerClock, &first));
-    EXPECT_EQ(0, a_qeltvapi_banner_get_item_id(kBannerDetailed, kBannerClock, &second));
+    EXPECT_EQ(0, a_qeltvapi_banner_get_item_id(QELTV_BANNER_SIMPLE, QELTV_BANNER_CLOCK, &first));
+    EXPECT_EQ(0, a_qeltvapi_banner_get_item_id(QELTV_BANNER_DETAILED, QELTV_BANNER_CLOCK, &second));
     EXPECT_NE(first, second);
-    EXPECT_EQ(-3, a_qeltvapi_banner_get_item_state(kBannerSimple, kBannerDetails, &state));
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_banner_get_item_state(QELTV_BANNER_SIMPLE, QELTV_BANNER_DETAILS, &state));
 }
 
 TEST_F(ProgrammeGuide, TheToolPrintsTheGuideAndKeepsTheLock) {

@@ -15,8 +15,6 @@
 using namespace wire;
 using namespace vendor::qelnova::tv::qeltvapi::V1_0;
 using android::hardware::hidl_vec;
-using qeltvd::kBadValue;
-using qeltvd::kOk;
 
 namespace {
 
@@ -39,21 +37,21 @@ void spoil(bool* truth) {
 
 TEST_F(HostileValues, ATruthValueOfARecordThatIsNeither0Nor1IsRefused) {
     HIDL_QELTVAPI_EXTERNAL_UI_STATUS_T status{};
-    EXPECT_EQ(kOk,
+    EXPECT_EQ(QELTV_OK,
               service<IQelTvApiBroadcast>()->a_hidl_qeltvapi_broadcast_transfer_external_ui_status(
                       status));
     spoil(&status.on);
-    EXPECT_EQ(kBadValue,
+    EXPECT_EQ(QELTV_BAD_VALUE,
               service<IQelTvApiBroadcast>()->a_hidl_qeltvapi_broadcast_transfer_external_ui_status(
                       status));
 
     const auto events = service<IQelTvApiEvent>();
     HIDL_EVENT_QUERY_PARAM_T parameters{};
-    EXPECT_EQ(kOk, events->a_hidl_qeltvapi_event_set_query_parameter(parameters));
+    EXPECT_EQ(QELTV_OK, events->a_hidl_qeltvapi_event_set_query_parameter(parameters));
     for (bool* truth : {&parameters.a1, &parameters.a2, &parameters.b1, &parameters.b2}) {
         parameters = {};
         spoil(truth);
-        EXPECT_EQ(kBadValue, events->a_hidl_qeltvapi_event_set_query_parameter(parameters));
+        EXPECT_EQ(QELTV_BAD_VALUE, events->a_hidl_qeltvapi_event_set_query_parameter(parameters));
     }
     HIDL_EVENT_FILTER_T filter{};
     const auto search = [&] {
@@ -66,17 +64,17 @@ TEST_F(HostileValues, ATruthValueOfARecordThatIsNeither0Nor1IsRefused) {
                             .isOk());
         return result;
     };
-    EXPECT_EQ(kOk, search());
+    EXPECT_EQ(QELTV_OK, search());
     spoil(&filter.flag);
-    EXPECT_EQ(kBadValue, search());
+    EXPECT_EQ(QELTV_BAD_VALUE, search());
 
     const auto rating = service<IQelTvApiRating>();
     HIDL_RATING_US_TV_SETTING_T setting{};
-    EXPECT_EQ(kOk, rating->a_hidl_qeltvapi_rating_set_us_tv_setting_info(setting));
+    EXPECT_EQ(QELTV_OK, rating->a_hidl_qeltvapi_rating_set_us_tv_setting_info(setting));
     for (bool* truth : {&setting.block[0], &setting.block[15], &setting.extra1, &setting.extra4}) {
         setting = {};
         spoil(truth);
-        EXPECT_EQ(kBadValue, rating->a_hidl_qeltvapi_rating_set_us_tv_setting_info(setting));
+        EXPECT_EQ(QELTV_BAD_VALUE, rating->a_hidl_qeltvapi_rating_set_us_tv_setting_info(setting));
     }
 }
 
@@ -92,12 +90,12 @@ TEST_F(HostileValues, ABlockIsARecordOfItsSizeAndOfTruthValuesOnly) {
                 lists->a_hidl_qeltvapi_satllist_update_rec(CHANNEL_LIST_SATELLITE, bytes, true));
     };
     record.enabled = 1;
-    EXPECT_EQ(kOk, put(sizeof(record)));
+    EXPECT_EQ(QELTV_OK, put(sizeof(record)));
     for (const size_t size : {size_t{0}, sizeof(record) - 1, sizeof(record) + 1}) {
-        EXPECT_EQ(kBadValue, put(size)) << size;
+        EXPECT_EQ(QELTV_BAD_VALUE, put(size)) << size;
     }
     record.enabled = 2;
-    EXPECT_EQ(kBadValue, put(sizeof(record)));
+    EXPECT_EQ(QELTV_BAD_VALUE, put(sizeof(record)));
 }
 
 TEST_F(HostileValues, EveryMethodAnswersWhateverItsArgumentsAre) {

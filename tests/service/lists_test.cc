@@ -7,6 +7,7 @@
 
 #include "inbox.h"
 #include "layouts/channel_records.h"
+#include "layouts/codes.h"
 #include "qeltvapi.h"
 
 using namespace wire;
@@ -97,14 +98,14 @@ TEST_F(Lists, WhatLiesOnAStreamGoesWithIt) {
         if (at(kAir, i).tsl_record_id != stream) others.insert(at(kAir, i).record_id);
     }
     ASSERT_FALSE(others.empty());
-    EXPECT_EQ(-3, a_qeltvapi_tsl_del_rec(kAir, 0x7fff));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_tsl_del_rec(kAir, 0x7fff));
     ASSERT_EQ(0, a_qeltvapi_tsl_del_rec(kAir, stream));
     std::set<uint32_t> left;
     for (uint32_t i = 0; i < channels(kAir); ++i) left.insert(at(kAir, i).record_id);
     EXPECT_EQ(others, left);
 
     multiplex_record_t record{};
-    EXPECT_EQ(-3, a_qeltvapi_tsl_get_rec(kAir, stream, &record));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_tsl_get_rec(kAir, stream, &record));
     ASSERT_EQ(0, a_qeltvapi_tsl_get_rec(kAir, at(kAir, 0).tsl_record_id, &record));
     record.frequency_low = 690000000;
     ASSERT_EQ(0, a_qeltvapi_tsl_update_rec(kAir, &record, 1));
@@ -123,7 +124,7 @@ TEST_F(Lists, WhatLiesOnAStreamGoesWithIt) {
 TEST_F(Lists, NetworksAreAddedFoundAndForgotten) {
     const uint32_t before = networks(kAir);
     network_record_t network{};
-    EXPECT_EQ(-4, a_qeltvapi_nwl_update_rec(kAir, &network, 1)) << "of no list";
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_nwl_update_rec(kAir, &network, 1)) << "of no list";
     network.list = kAir;
     network.network_id = 0x2114;
     strcpy(network.name, "Northern network");
@@ -135,7 +136,7 @@ TEST_F(Lists, NetworksAreAddedFoundAndForgotten) {
     ASSERT_EQ(0, a_qeltvapi_nwl_get_rec(kAir, record, &back));
     EXPECT_STREQ("Northern network", back.name);
     EXPECT_EQ(record, back.record_id);
-    EXPECT_EQ(-3, a_qeltvapi_nwl_qry_rec_id(kAir, 0x2115, &record));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_nwl_qry_rec_id(kAir, 0x2115, &record));
     ASSERT_EQ(0, a_qeltvapi_nwl_clean(kAir));
     EXPECT_EQ(0u, networks(kAir));
     EXPECT_GT(channels(kAir), 0u) << "channels do not depend on it";
@@ -164,7 +165,7 @@ TEST_F(Lists, SatellitesTakeTheirChannelsWithThemAndAreLockedApart) {
     EXPECT_EQ(0u, channels(kSatellite));
     EXPECT_EQ(0u, streams(kSatellite));
     EXPECT_EQ(air, channels(kAir));
-    EXPECT_EQ(-3, a_qeltvapi_satllist_clean(kAir)) << "no list of satellites";
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_satllist_clean(kAir)) << "no list of satellites";
 
     ASSERT_EQ(0, a_qeltvapi_bisskey_lock_database(kSatellite));
     const std::vector<std::string> words{

@@ -31,16 +31,14 @@
 #include "hw_qeltvapi_volctrl.h"
 #include "hw_sm.h"
 #include "hw_svctx.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "wire.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 using Json = nlohmann::json;
 
 namespace {
-
-constexpr int kNotFound = -3, kBadValue = -4, kRefused = -5;
 
 /** A notification: its kind and its values in order, the tag left out. */
 struct Event {
@@ -165,16 +163,16 @@ class Presentation : public testing::Test {
             if (id <= 0) continue;
             ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(id, 0));
             const auto channel = static_cast<uint64_t>(static_cast<uint32_t>(id));
-            ASSERT_TRUE(sEvents.wait("broadcast", {kBroadcastLocked, channel}));
+            ASSERT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_LOCKED, channel}));
             int32_t status = 0;
             ASSERT_TRUE(eventually([&] {
                 return a_qeltvapi_broadcast_get_tuning_status(&status) == 0 &&
-                       (status == kTuningPlays || status == kTuningFailed);
+                       (status == QELTV_TUNING_PLAYS || status == QELTV_TUNING_FAILED);
             }));
-            const bool plays = status == kTuningPlays;
-            ASSERT_TRUE(sEvents.wait(
-                    "broadcast",
-                    {plays ? uint64_t{kBroadcastPlays} : uint64_t{kBroadcastFailed}, channel}));
+            const bool plays = status == QELTV_TUNING_PLAYS;
+            ASSERT_TRUE(sEvents.wait("broadcast", {plays ? uint64_t{QELTV_BROADCAST_PLAYS}
+                                                         : uint64_t{QELTV_BROADCAST_FAILED},
+                                                   channel}));
             if (plays && !tracks().empty()) {
                 channels.push_back(static_cast<uint32_t>(id));
                 numbers.push_back(number);
@@ -183,23 +181,24 @@ class Presentation : public testing::Test {
         ASSERT_EQ(3u, channels.size());
     }
 
-    static std::vector<AudioTrack> tracks() {
+    static std::vector<QELTV_AUDIO_TRACK_T> tracks() {
         uint32_t count = 0;
         EXPECT_EQ(0, a_qeltvapi_audio_info_get_available_record(nullptr, &count));
-        std::vector<AudioTrack> all(count);
+        std::vector<QELTV_AUDIO_TRACK_T> all(count);
         EXPECT_EQ(0, a_qeltvapi_audio_info_get_available_record(all.data(), &count));
         EXPECT_EQ(all.size(), count);
         return all;
     }
 
-    static Connection connection(uint32_t path) {
-        Connection all{};
-        EXPECT_EQ(0, c_svctx_get_conn_attr(contextOfPath(path), 0, kConnectionAll, &all));
+    static QELTV_CONNECTION_T connection(uint32_t path) {
+        QELTV_CONNECTION_T all{};
+        EXPECT_EQ(0, c_svctx_get_conn_attr(QELTV_CONTEXT_OF_MAIN + path, 0, QELTV_CONNECTION_ALL,
+                                           &all));
         return all;
     }
 
     static bool plays(uint32_t channel) {
-        return sEvents.wait("broadcast", {kBroadcastPlays, channel, 0, 0});
+        return sEvents.wait("broadcast", {QELTV_BROADCAST_PLAYS, channel, 0, 0});
     }
 
     Daemon television;
@@ -212,18 +211,18 @@ TEST_F(Presentation, SelectsByEveryKeyAndTellsEveryStep) {
     ASSERT_EQ(0, c_svctx_open("main", &context));
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel(0, static_cast<int32_t>(channels[0]), 0, 1));
     const uint64_t channel = channels[0];
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastSelecting, channel, 0, 0, 1}));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastLocked, channel, 0, 0, 1}));
-    EXPECT_TRUE(sEvents.wait("svctx", {context, kBroadcastLocked, 0, 0}));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastPlays, channel, 0, 0, 1}));
-    EXPECT_TRUE(sEvents.wait("video", {kVideoFormat, 0}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_SELECTING, channel, 0, 0, 1}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_LOCKED, channel, 0, 0, 1}));
+    EXPECT_TRUE(sEvents.wait("svctx", {context, QELTV_BROADCAST_LOCKED, 0, 0}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_PLAYS, channel, 0, 0, 1}));
+    EXPECT_TRUE(sEvents.wait("video", {QELTV_VIDEO_FORMAT, 0}));
     int32_t status = 0, error = -1;
     EXPECT_EQ(0, a_qeltvapi_broadcast_get_tuning_status(&status));
     EXPECT_EQ(0, a_qeltvapi_broadcast_get_tuning_error(&error));
-    EXPECT_EQ(kTuningPlays, status);
-    EXPECT_EQ(kTuningNoError, error);
+    EXPECT_EQ(QELTV_TUNING_PLAYS, status);
+    EXPECT_EQ(QELTV_TUNING_NO_ERROR, error);
     EXPECT_EQ(0, c_svctx_close(context));
-    EXPECT_EQ(kNotFound, c_svctx_close(context));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_svctx_close(context));
 
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_num(numbers[1], 0, 0));
     EXPECT_TRUE(plays(channels[1]));
@@ -233,23 +232,25 @@ TEST_F(Presentation, SelectsByEveryKeyAndTellsEveryStep) {
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_silently(0, static_cast<int32_t>(channels[0]),
                                                               0, 1, 0));
     EXPECT_TRUE(plays(channels[0]));
-    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyLastChannel));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_LAST_CHANNEL));
     EXPECT_TRUE(plays(channels[2]));
 
     // Digits: the last one is followed by nothing but the OK key.
     for (const char digit : std::to_string(numbers[1])) {
-        ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyDigit0 + (digit - '0')));
+        ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_DIGIT_0 + (digit - '0')));
     }
-    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyOk));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastDigits, static_cast<uint64_t>(numbers[1]),
-                                           std::to_string(numbers[1]).size(), 1}));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_OK));
+    EXPECT_TRUE(
+            sEvents.wait("broadcast", {QELTV_BROADCAST_DIGITS, static_cast<uint64_t>(numbers[1]),
+                                       std::to_string(numbers[1]).size(), 1}));
     EXPECT_TRUE(plays(channels[1]));
 
-    EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_select_channel_by_chan_num(31999, 0, 0));
-    EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_select_channel_by_chan_num(65536, numbers[2], 0))
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_select_channel_by_chan_num(31999, 0, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_broadcast_select_channel_by_chan_num(65536, numbers[2], 0))
             << "a major number that leaves the minor one alone";
-    EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_select_channel_by_chan_id(0, 0));
-    EXPECT_EQ(kBadValue,
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_select_channel_by_chan_id(0, 0));
+    EXPECT_EQ(QELTV_BAD_VALUE,
               a_qeltvapi_broadcast_select_channel(0, static_cast<int32_t>(channels[0]), 2, 0));
     EXPECT_EQ(channels[1], connection(0).channel) << "a refusal changes nothing";
 }
@@ -264,14 +265,15 @@ TEST_F(Presentation, LosesAndFindsTheSignalAndMeasuresIt) {
     EXPECT_EQ(0, a_qeltvapi_broadcast_is_signal_loss());
 
     done({"service", "reception", "10"});
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastSignalLost, channels[0], 0, kTuningNoSignal}));
+    EXPECT_TRUE(sEvents.wait(
+            "broadcast", {QELTV_BROADCAST_SIGNAL_LOST, channels[0], 0, QELTV_TUNING_NO_SIGNAL}));
     EXPECT_EQ(1, a_qeltvapi_broadcast_is_signal_loss());
     EXPECT_EQ(level / 10, a_qeltvapi_broadcast_get_signal_level());
     int32_t errors = 0;
-    EXPECT_EQ(0, a_qeltvapi_broadcast_get_connect_attr("main", kConnectBitErrors, &errors));
+    EXPECT_EQ(0, a_qeltvapi_broadcast_get_connect_attr("main", QELTV_CONNECT_BIT_ERRORS, &errors));
     EXPECT_GT(errors, 0);
-    EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_get_connect_attr("main", 99, &errors));
-    EXPECT_EQ(kNotFound, a_qeltvapi_broadcast_get_connect_attr("third", 1, &errors));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_get_connect_attr("main", 99, &errors));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_get_connect_attr("third", 1, &errors));
     const Ended failed = qeltvctl({"tune", std::to_string(numbers[1])});
     EXPECT_EQ(1, failed.status);
     EXPECT_NE(std::string::npos, failed.err.find("no signal")) << failed.err;
@@ -284,11 +286,11 @@ TEST_F(Presentation, LosesAndFindsTheSignalAndMeasuresIt) {
     QELTVAPI_CHANGE_FREQ_T frequency{};
     frequency.word1 = kHz;
     ASSERT_EQ(0, a_qeltvapi_broadcast_change_freq("main", &frequency));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastLocked, 0}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_LOCKED, 0}));
     EXPECT_EQ(kHz, connection(0).frequencyKHz);
     frequency.word1 = 1;
     ASSERT_EQ(0, a_qeltvapi_broadcast_change_freq("main", &frequency));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastFailed, 0, 0, kTuningNoSignal}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_FAILED, 0, 0, QELTV_TUNING_NO_SIGNAL}));
 }
 
 TEST_F(Presentation, HasInputsWithLabelsBlocksAndSignals) {
@@ -296,20 +298,20 @@ TEST_F(Presentation, HasInputsWithLabelsBlocksAndSignals) {
     QELTVAPI_INPUT_SOURCE_RECORD_T record{};
     ASSERT_EQ(0, a_qeltvapi_inputsource_get_sourcerec_byidx(5, &record));
     EXPECT_EQ(5, record.byte0);
-    EXPECT_EQ(kInputHdmi, record.byte1);
+    EXPECT_EQ(QELTV_INPUT_HDMI, record.byte1);
     EXPECT_EQ(1, record.byte2);
     EXPECT_STREQ("HDMI 1", record.name);
-    EXPECT_EQ(kInputHasSignal, record.tail);
-    EXPECT_EQ(kNotFound, a_qeltvapi_inputsource_get_sourcerec_byidx(9, &record));
-    EXPECT_EQ(kNotFound, a_qeltvapi_inputsource_get_sourcerec_byidx(-1, &record));
+    EXPECT_EQ(QELTV_INPUT_HAS_SIGNAL, record.tail);
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_inputsource_get_sourcerec_byidx(9, &record));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_inputsource_get_sourcerec_byidx(-1, &record));
 
     done({"input", "name", "HDMI 1", "Console"});
     char name[64] = "";
-    ASSERT_EQ(0, a_qeltvapi_inputsource_get_sourcename_bysourceid(5, name, kNameShown));
+    ASSERT_EQ(0, a_qeltvapi_inputsource_get_sourcename_bysourceid(5, name, QELTV_NAME_SHOWN));
     EXPECT_STREQ("Console", name);
-    EXPECT_EQ(kBadValue,
+    EXPECT_EQ(QELTV_BAD_VALUE,
               a_qeltvapi_inputsource_set_userdefname_bysourceid(5, std::string(33, 'x').c_str()));
-    EXPECT_EQ(kBadValue, a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(5, 9));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(5, 9));
 
     // Blocked only while the parental lock is on, and until somebody unblocks what is shown.
     ASSERT_EQ(0, a_qeltvapi_inputsource_set_source_blockstatus_bysourceid(5, 1));
@@ -318,25 +320,25 @@ TEST_F(Presentation, HasInputsWithLabelsBlocksAndSignals) {
     EXPECT_EQ(0, blocked);
     ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "parental.input_lock", 1, 0));
     ASSERT_EQ(0, a_qeltvapi_inputsource_changesource_bysourceid(5));
-    EXPECT_TRUE(sEvents.wait("svctx", {1, kBroadcastFailed, kTuningBlocked, 0}));
+    EXPECT_TRUE(sEvents.wait("svctx", {1, QELTV_BROADCAST_FAILED, QELTV_TUNING_BLOCKED, 0}));
     ASSERT_EQ(0, a_qeltvapi_apptv_unblock_svc("main", 1));
-    EXPECT_TRUE(sEvents.wait("svctx", {1, kBroadcastPlays, 0, 0}));
-    EXPECT_TRUE(sEvents.wait("video", {kVideoFormat, 0, 1920, 1080, 60000, 0}));
+    EXPECT_TRUE(sEvents.wait("svctx", {1, QELTV_BROADCAST_PLAYS, 0, 0}));
+    EXPECT_TRUE(sEvents.wait("video", {QELTV_VIDEO_FORMAT, 0, 1920, 1080, 60000, 0}));
     ASSERT_EQ(0, a_qeltvapi_apptv_unblock_svc("main", 0));
-    EXPECT_TRUE(sEvents.wait("svctx", {1, kBroadcastFailed, kTuningBlocked, 0}));
+    EXPECT_TRUE(sEvents.wait("svctx", {1, QELTV_BROADCAST_FAILED, QELTV_TUNING_BLOCKED, 0}));
 
     // HDMI 2 has nothing in it. Plugging something in changes to it, where that is allowed.
     uint8_t signal = 1;
     ASSERT_EQ(0, a_qeltvapi_inputsource_get_external_device_has_signal(6, 0, &signal));
     EXPECT_EQ(0, signal);
     done({"service", "plug", "6", "on"});
-    EXPECT_TRUE(sEvents.wait("svctx", {1, kBroadcastPlays, 0, 0}));
+    EXPECT_TRUE(sEvents.wait("svctx", {1, QELTV_BROADCAST_PLAYS, 0, 0}));
     EXPECT_EQ(6u, connection(0).source);
     ASSERT_EQ(0, a_qeltvapi_inputsource_set_source_autodetectstatus_bysourceid(8, 0));
     done({"service", "plug", "8", "on"});
     EXPECT_EQ(6u, connection(0).source);
     done({"service", "plug", "6", "off"});
-    EXPECT_TRUE(sEvents.wait("svctx", {1, kBroadcastSignalLost, kTuningNoSignal, 0}));
+    EXPECT_TRUE(sEvents.wait("svctx", {1, QELTV_BROADCAST_SIGNAL_LOST, QELTV_TUNING_NO_SIGNAL, 0}));
 
     // What the user has set is there again afterwards.
     television.kill();
@@ -353,73 +355,74 @@ TEST_F(Presentation, ShowsTwoPicturesFromOneTuner) {
     const auto channel = static_cast<int32_t>(channels[0]);
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(channel, 0));
     ASSERT_TRUE(plays(channels[0]));
-    EXPECT_EQ(kRefused, a_qeltvapi_broadcast_select_channel(0, channel, 1, 0))
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_broadcast_select_channel(0, channel, 1, 0))
             << "the main path has the tuner";
     QELTVAPI_MULTIVIEW_REGION_T region{8000, 8000, 3000, 1000};
-    EXPECT_EQ(kBadValue, a_qeltvapi_multiview_startSubVideo(5, &region)) << "beyond the screen";
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_multiview_startSubVideo(5, &region))
+            << "beyond the screen";
     region.x = 0xffffffff;
-    EXPECT_EQ(kBadValue, a_qeltvapi_multiview_startSubVideo(5, &region));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_multiview_startSubVideo(5, &region));
     region.x = 7000;
     ASSERT_EQ(0, a_qeltvapi_multiview_startSubVideo(5, &region));
-    EXPECT_TRUE(sEvents.wait("svctx", {2, kBroadcastPlays, 0, 1}));
+    EXPECT_TRUE(sEvents.wait("svctx", {2, QELTV_BROADCAST_PLAYS, 0, 1}));
     EXPECT_EQ(0, a_qeltvapi_multiview_getPOPTunerFocus());
     EXPECT_EQ(0, a_qeltvapi_multiview_getAudioFocus());
     ASSERT_EQ(0, a_qeltvapi_multiview_setAudioFocusbySourceid(5));
     EXPECT_EQ(1, a_qeltvapi_multiview_getAudioFocus());
-    EXPECT_EQ(kResourcePath, a_qeltvapi_multiview_getVideoResource("sub"));
+    EXPECT_EQ(QELTV_RESOURCE_PATH, a_qeltvapi_multiview_getVideoResource("sub"));
     uint8_t available = 1;
     ASSERT_EQ(0, a_qeltvapi_multiview_is_source_available_bysourceidandpath(5, "main", &available));
     EXPECT_EQ(0, available);
 
-    ASSERT_EQ(0, a_qeltvapi_multiview_setNewTvMode(kTvNormal));
-    EXPECT_TRUE(sEvents.wait("svctx", {2, kBroadcastStopped, 0, 1}));
+    ASSERT_EQ(0, a_qeltvapi_multiview_setNewTvMode(QELTV_TV_NORMAL));
+    EXPECT_TRUE(sEvents.wait("svctx", {2, QELTV_BROADCAST_STOPPED, 0, 1}));
     EXPECT_EQ(0, a_qeltvapi_multiview_getAudioFocus());
-    EXPECT_EQ(kResourceNone, a_qeltvapi_multiview_getVideoResource("sub"));
-    EXPECT_EQ(kNotFound, a_qeltvapi_multiview_getVideoResource("nowhere"));
-    EXPECT_EQ(kBadValue, a_qeltvapi_multiview_setNewTvMode(3));
+    EXPECT_EQ(QELTV_RESOURCE_NONE, a_qeltvapi_multiview_getVideoResource("sub"));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_multiview_getVideoResource("nowhere"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_multiview_setNewTvMode(3));
 }
 
 TEST_F(Presentation, KeepsVolumesAndTellsThem) {
     EXPECT_EQ(20, a_qeltvapi_volctrl_getVolume());
     EXPECT_EQ(21, a_qeltvapi_volctrl_incrVolume());
-    EXPECT_TRUE(sEvents.wait("audio", {kAudioVolume, kVolumeSpeaker, 21}));
+    EXPECT_TRUE(sEvents.wait("audio", {QELTV_AUDIO_VOLUME, QELTV_VOLUME_SPEAKER, 21}));
     ASSERT_EQ(0, a_qeltvapi_volctrl_setMute(1));
     EXPECT_EQ(20, a_qeltvapi_volctrl_decrVolume());
     EXPECT_EQ(1, a_qeltvapi_volctrl_getMute()) << "down does not unmute";
     a_qeltvapi_volctrl_incrVolume();
-    EXPECT_TRUE(sEvents.wait("audio", {kAudioMute, kVolumeSpeaker, 0}));
+    EXPECT_TRUE(sEvents.wait("audio", {QELTV_AUDIO_MUTE, QELTV_VOLUME_SPEAKER, 0}));
     EXPECT_EQ(0, a_qeltvapi_volctrl_getMute());
-    EXPECT_EQ(kBadValue, a_qeltvapi_volctrl_setVolume(101));
-    EXPECT_EQ(kBadValue, a_qeltvapi_volctrl_setVolume(-1));
-    EXPECT_EQ(kNotFound, a_qeltvapi_volctrl_getVolume_by_type(5));
-    ASSERT_EQ(0, a_qeltvapi_volctrl_setVolume_by_type(kVolumeHeadphone, 100));
-    EXPECT_EQ(100, a_qeltvapi_volctrl_incrVolume_by_type(kVolumeHeadphone));
-    ASSERT_EQ(0, a_qeltvapi_volctrl_setMute_by_type(kVolumeBluetooth, 1));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_volctrl_setVolume(101));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_volctrl_setVolume(-1));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_volctrl_getVolume_by_type(5));
+    ASSERT_EQ(0, a_qeltvapi_volctrl_setVolume_by_type(QELTV_VOLUME_HEADPHONE, 100));
+    EXPECT_EQ(100, a_qeltvapi_volctrl_incrVolume_by_type(QELTV_VOLUME_HEADPHONE));
+    ASSERT_EQ(0, a_qeltvapi_volctrl_setMute_by_type(QELTV_VOLUME_BLUETOOTH, 1));
     EXPECT_EQ(0, a_qeltvapi_volctrl_getMute());
 
     television.kill();
     television.start();
     const Json volumes = json({"volume", "--json"});
-    EXPECT_EQ(21, volumes[kVolumeSpeaker].at("volume"));
-    EXPECT_EQ(100, volumes[kVolumeHeadphone].at("volume"));
-    EXPECT_FALSE(volumes[kVolumeBluetooth].at("muted").get<bool>());
+    EXPECT_EQ(21, volumes[QELTV_VOLUME_SPEAKER].at("volume"));
+    EXPECT_EQ(100, volumes[QELTV_VOLUME_HEADPHONE].at("volume"));
+    EXPECT_FALSE(volumes[QELTV_VOLUME_BLUETOOTH].at("muted").get<bool>());
 }
 
 TEST_F(Presentation, SelectsTracksAndLanguages) {
     const auto all = tracks();
     ASSERT_FALSE(all.empty());
     const uint32_t absent = static_cast<uint32_t>(all.size()) + 1;
-    EXPECT_EQ(kNotFound, a_qeltvapi_select_audio(&absent));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_select_audio(&absent));
     uint32_t count = 0;
     ASSERT_EQ(0, c_hbbtv_stm_get_audio_num(&count));
     EXPECT_EQ(all.size(), count);
     uint32_t room = 1;
-    AudioTrack two[2]{};
+    QELTV_AUDIO_TRACK_T two[2]{};
     ASSERT_EQ(0, a_qeltvapi_audio_info_get_available_record(two, &room));
     EXPECT_EQ(all.size(), room) << "tells how many there are";
     EXPECT_EQ(0u, two[1].track) << "sends no more than there is room for";
 
-    for (const AudioTrack& track : all) {
+    for (const QELTV_AUDIO_TRACK_T& track : all) {
         ASSERT_EQ(0, c_opera_hbbtv_stm_set_audio(track.track));
         uint32_t now = 0;
         ASSERT_EQ(0, c_hbbtv_stm_get_audio(&now));
@@ -427,16 +430,16 @@ TEST_F(Presentation, SelectsTracksAndLanguages) {
         char language[4] = "";
         ASSERT_EQ(0, c_hbbtv_stm_get_audio_lang(track.track, language));
         EXPECT_EQ(0, memcmp(track.language, language, 4));
-        AudioTrack current{};
+        QELTV_AUDIO_TRACK_T current{};
         ASSERT_EQ(0, a_qeltvapi_get_current_audio_info(&current));
         EXPECT_EQ(track.pid, current.pid);
         ASSERT_EQ(0, c_svctx_get_audio_info(1, &current));
         EXPECT_EQ(track.track, current.track);
     }
     char language[64] = "";
-    EXPECT_EQ(kNotFound, a_qeltvapi_audio_info_get_current_lanuage("nowhere", language));
-    EXPECT_EQ(kNotFound, a_qeltvapi_select_default_audio("xyz"));
-    EXPECT_EQ(kBadValue, c_hbbtv_set_default_audio_lang("English"));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_audio_info_get_current_lanuage("nowhere", language));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_select_default_audio("xyz"));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_hbbtv_set_default_audio_lang("English"));
 
     // The description is preferred where it is switched on.
     if (all.size() >= 3) {
@@ -444,17 +447,17 @@ TEST_F(Presentation, SelectsTracksAndLanguages) {
         ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_id(
                              static_cast<int32_t>(channels[2]), 0));
         ASSERT_TRUE(plays(channels[2]));
-        AudioTrack current{};
+        QELTV_AUDIO_TRACK_T current{};
         ASSERT_EQ(0, a_qeltvapi_get_current_audio_info(&current));
-        EXPECT_EQ(kAudioDescription, current.purpose);
+        EXPECT_EQ(QELTV_AUDIO_DESCRIPTION, current.purpose);
     }
     uint8_t bands[5] = {12, 0xf4, 0, 1, 2}, back[5] = {};
-    ASSERT_EQ(0, a_qeltvapi_audio_info_set_data(kAudioEqualiser, bands, 5));
-    ASSERT_EQ(0, a_qeltvapi_audio_info_get_data(kAudioEqualiser, back, 5));
+    ASSERT_EQ(0, a_qeltvapi_audio_info_set_data(QELTV_AUDIO_EQUALISER, bands, 5));
+    ASSERT_EQ(0, a_qeltvapi_audio_info_get_data(QELTV_AUDIO_EQUALISER, back, 5));
     EXPECT_EQ(0, memcmp(bands, back, 5));
     bands[0] = 13;
-    EXPECT_EQ(kBadValue, a_qeltvapi_audio_info_set_data(kAudioEqualiser, bands, 5));
-    EXPECT_EQ(kBadValue, a_qeltvapi_audio_info_get_data(kAudioEqualiser, back, 4))
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_audio_info_set_data(QELTV_AUDIO_EQUALISER, bands, 5));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_audio_info_get_data(QELTV_AUDIO_EQUALISER, back, 4))
             << "would be longer than the room";
 }
 
@@ -467,29 +470,29 @@ TEST_F(Presentation, SetsPictureAndScreen) {
     EXPECT_EQ(number - 1, room);
     EXPECT_EQ(0xaaaa, modes[number - 1]);
     ASSERT_EQ(0, a_qeltvapi_av_mode_set_picture_mode(3));
-    EXPECT_TRUE(sEvents.wait("video", {kVideoPictureMode, 3}));
+    EXPECT_TRUE(sEvents.wait("video", {QELTV_VIDEO_PICTURE_MODE, 3}));
     EXPECT_EQ(3, a_qeltvapi_av_mode_get_picture_mode());
-    EXPECT_EQ(kBadValue, a_qeltvapi_av_mode_set_picture_mode(3 + 65536));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_av_mode_set_picture_mode(3 + 65536));
 
     // Inputs have a mode of their own, and one more to choose from.
-    EXPECT_EQ(kBadValue, a_qeltvapi_screenmode_set_screen_mode(7));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_screenmode_set_screen_mode(7));
     ASSERT_EQ(0, a_qeltvapi_screenmode_set_screen_mode(2));
     done({"input", "select", "HDMI 1"});
     ASSERT_EQ(0, a_qeltvapi_screenmode_set_screen_mode(7));
     EXPECT_EQ(0, a_qeltvapi_zoom_is_enable());
     uint32_t word = 0;
-    ASSERT_EQ(0, a_qeltvapi_videoinfo_get_value(kVideoWidth, &word));
+    ASSERT_EQ(0, a_qeltvapi_videoinfo_get_value(QELTV_VIDEO_WIDTH, &word));
     EXPECT_EQ(1920u, word);
-    EXPECT_EQ(kRefused, a_qeltvapi_videoinfo_set_value(kVideoWidth, 1));
-    DataRange range{};
-    ASSERT_EQ(0, a_qeltvapi_videoinfo_get_data(kVideoDataRange, &range, sizeof(range)));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_videoinfo_set_value(QELTV_VIDEO_WIDTH, 1));
+    QELTV_DATA_RANGE_T range{};
+    ASSERT_EQ(0, a_qeltvapi_videoinfo_get_data(QELTV_VIDEO_DATA_RANGE, &range, sizeof(range)));
     EXPECT_EQ(255u, range.maximum);
-    EXPECT_EQ(kBadValue, a_qeltvapi_videoinfo_get_data(kVideoDataRange, &range, 15));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_videoinfo_get_data(QELTV_VIDEO_DATA_RANGE, &range, 15));
     ASSERT_EQ(0, a_qeltvapi_freeze_set_freeze("main", 1));
-    EXPECT_TRUE(sEvents.wait("video", {kVideoFreeze, 0, 1}));
+    EXPECT_TRUE(sEvents.wait("video", {QELTV_VIDEO_FREEZE, 0, 1}));
     ASSERT_EQ(0, a_qeltvapi_broadcast_switch_input_to_tv());
     EXPECT_EQ(0, a_qeltvapi_freeze_is_freeze("main")) << "a new picture moves";
-    EXPECT_EQ(kRefused, a_qeltvapi_freeze_set_freeze("sub", 1)) << "nothing to freeze";
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_freeze_set_freeze("sub", 1)) << "nothing to freeze";
     EXPECT_EQ(2, a_qeltvapi_screenmode_get_screen_mode());
 
     // The overscan is kept only when told so.
@@ -497,7 +500,7 @@ TEST_F(Presentation, SetsPictureAndScreen) {
     ASSERT_EQ(0, a_qeltvapi_screenmode_set_crnt_overscan(1, 2, 3, 4));
     ASSERT_EQ(0, a_qeltvapi_screenmode_update_overscan_ini());
     ASSERT_EQ(0, a_qeltvapi_screenmode_set_crnt_overscan(5, 6, 7, 8));
-    EXPECT_EQ(kBadValue, a_qeltvapi_screenmode_set_crnt_overscan(101, 0, 0, 0));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_screenmode_set_crnt_overscan(101, 0, 0, 0));
     ASSERT_EQ(0, a_qeltvapi_screenmode_get_crnt_overscan(sides));
     EXPECT_EQ(8, sides[3]);
     television.kill();
@@ -508,48 +511,49 @@ TEST_F(Presentation, SetsPictureAndScreen) {
 
 TEST_F(Presentation, ContextsSelectReadAndKeepBlocks) {
     uint32_t context = 0;
-    EXPECT_EQ(kNotFound, c_svctx_open("nowhere", &context));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_svctx_open("nowhere", &context));
     ASSERT_EQ(0, c_svctx_open("main", &context));
-    SelectChannel wanted{};
+    QELTV_SELECT_CHANNEL_T wanted{};
     wanted.channel = channels[1];
     qeltvapi_svctx_select_t request{};
     request.specific = &wanted;
     ASSERT_EQ(0, c_svctx_select_svc(context, 0, &request, nullptr, 0,
                                     reinterpret_cast<void*>(uintptr_t{0x1234})));
-    EXPECT_TRUE(sEvents.wait("svctx", {context, kBroadcastPlays, 0, 0, 0x1234}));
+    EXPECT_TRUE(sEvents.wait("svctx", {context, QELTV_BROADCAST_PLAYS, 0, 0, 0x1234}));
     uint32_t channel = 0, length = sizeof(channel);
-    ASSERT_EQ(0, c_svctx_get(context, kContextChannel, &channel, &length));
+    ASSERT_EQ(0, c_svctx_get(context, QELTV_CONTEXT_CHANNEL, &channel, &length));
     EXPECT_EQ(channels[1], channel);
-    VideoSource video{};
+    QELTV_VIDEO_SOURCE_T video{};
     ASSERT_EQ(0, c_svctx_get_video_src_resolution(context, &video));
     EXPECT_GT(video.height, 0u);
     uint32_t locked = 0;
-    ASSERT_EQ(0, c_svctx_get_conn_attr(context, 0, kConnectionLocked, &locked));
+    ASSERT_EQ(0, c_svctx_get_conn_attr(context, 0, QELTV_CONNECTION_LOCKED, &locked));
     EXPECT_EQ(1u, locked);
 
     request.type = 7;
     request.first = "HDMI 3";
     ASSERT_EQ(0, c_svctx_select_svc(context, 0, &request, nullptr, 0, nullptr));
-    EXPECT_TRUE(sEvents.wait("svctx", {context, kBroadcastPlays, 0, 0, 0}));
+    EXPECT_TRUE(sEvents.wait("svctx", {context, QELTV_BROADCAST_PLAYS, 0, 0, 0}));
     EXPECT_EQ(7u, connection(0).source);
     request.first = "12x";
-    EXPECT_EQ(kNotFound, c_svctx_select_svc(context, 0, &request, nullptr, 0, nullptr));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_svctx_select_svc(context, 0, &request, nullptr, 0, nullptr));
 
     const char note[] = "kept";
-    ASSERT_EQ(0, c_svctx_set_stream_attr(context, kStreamSubtitle, 9, note, sizeof(note)));
+    ASSERT_EQ(0, c_svctx_set_stream_attr(context, QELTV_STREAM_SUBTITLE, 9, note, sizeof(note)));
     char back[16] = "";
     length = sizeof(back);
-    ASSERT_EQ(0, c_svctx_get(context, kContextStreamAttribute | kStreamSubtitle << 8 | 9, back,
-                             &length));
+    ASSERT_EQ(0,
+              c_svctx_get(context, QELTV_CONTEXT_STREAM_ATTRIBUTE | QELTV_STREAM_SUBTITLE << 8 | 9,
+                          back, &length));
     EXPECT_STREQ(note, back);
-    EXPECT_EQ(kBadValue, c_svctx_set_stream_attr(context, 3, 9, note, sizeof(note)));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_svctx_set_stream_attr(context, 3, 9, note, sizeof(note)));
     uint8_t block[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-    ASSERT_EQ(0, c_svctx_generic_set_info(context, 0, kInfoUser, block, sizeof(block)));
+    ASSERT_EQ(0, c_svctx_generic_set_info(context, 0, QELTV_INFO_USER, block, sizeof(block)));
     uint8_t three[4] = {9, 9, 9, 9};
-    ASSERT_EQ(0, c_svctx_generic_get_info(context, 0, kInfoUser, three, 3));
+    ASSERT_EQ(0, c_svctx_generic_get_info(context, 0, QELTV_INFO_USER, three, 3));
     EXPECT_EQ(3, three[2]);
     EXPECT_EQ(9, three[3]) << "no more than was asked for";
-    EXPECT_EQ(kNotFound, c_svctx_generic_get_info(context, 0, 5000, three, 3));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_svctx_generic_get_info(context, 0, 5000, three, 3));
 
     std::vector<uint32_t> open;
     int code = 0;
@@ -557,7 +561,7 @@ TEST_F(Presentation, ContextsSelectReadAndKeepBlocks) {
         open.push_back(one);
         ASSERT_LT(open.size(), 100u);
     }
-    EXPECT_EQ(kRefused, code);
+    EXPECT_EQ(QELTV_REFUSED, code);
     for (const uint32_t one : open) EXPECT_EQ(0, c_svctx_close(one));
 }
 
@@ -569,54 +573,55 @@ TEST_F(Presentation, ComponentsSeeTheVideoSourceComeAndGo) {
     done({"input", "select", "HDMI 1"});
     ASSERT_EQ(0, c_scc_vid_set_src_detect_nfy(component, onSource,
                                               reinterpret_cast<void*>(uintptr_t{77})));
-    EXPECT_TRUE(sEvents.wait("source", {component, kSourceDetected, 77, 1920, 1080}));
+    EXPECT_TRUE(sEvents.wait("source", {component, QELTV_SOURCE_DETECTED, 77, 1920, 1080}));
     done({"service", "plug", "5", "off"});
-    EXPECT_TRUE(sEvents.wait("source", {component, kSourceLost, 77, 0, 0}));
+    EXPECT_TRUE(sEvents.wait("source", {component, QELTV_SOURCE_LOST, 77, 0, 0}));
     EXPECT_EQ(0, c_scc_comp_close(component));
-    EXPECT_EQ(kNotFound, c_scc_comp_close(component));
-    EXPECT_EQ(kNotFound, c_scc_vid_set_src_detect_nfy(component, onSource, nullptr));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_scc_comp_close(component));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_scc_vid_set_src_detect_nfy(component, onSource, nullptr));
 }
 
 TEST_F(Presentation, GoesToStandbyAndWakesByTheRemoteControl) {
     uint32_t reason = 99;
     ASSERT_EQ(0, c_pcl_get_wakeup_reason(&reason, nullptr));
-    EXPECT_EQ(kWakeMains, reason);
+    EXPECT_EQ(QELTV_WAKE_MAINS, reason);
     const uint32_t data = 0x01020304;
-    ASSERT_EQ(0, c_pcl_set_power_down_reason(kDownIdle, &data));
-    EXPECT_EQ(kBadValue, c_pcl_set_power_down_reason(kDownReasons, nullptr));
+    ASSERT_EQ(0, c_pcl_set_power_down_reason(QELTV_DOWN_IDLE, &data));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_pcl_set_power_down_reason(QELTV_DOWN_REASONS, nullptr));
     ASSERT_EQ(0, c_pcl_set_power_down());
-    EXPECT_TRUE(sEvents.wait("power", {kPowerDown, kDownIdle}));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastStopped}));
-    EXPECT_EQ(kRefused, c_pcl_set_power_down());
-    EXPECT_EQ(kRefused,
+    EXPECT_TRUE(sEvents.wait("power", {QELTV_POWER_DOWN, QELTV_DOWN_IDLE}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_STOPPED}));
+    EXPECT_EQ(QELTV_REFUSED, c_pcl_set_power_down());
+    EXPECT_EQ(QELTV_REFUSED,
               a_qeltvapi_broadcast_select_channel_by_chan_id(static_cast<int32_t>(channels[0]), 0));
 
-    ASSERT_EQ(0, c_pcl_set_wakeup_setup(1u << kWakeTimer));
-    EXPECT_EQ(kRefused, a_qeltvapi_broadcast_key_handler(kKeyPower)) << "not in the setup";
-    EXPECT_EQ(kBadValue, a_qeltvapi_pcl_set_wakeup_setup(1u << kWakeReasons));
-    ASSERT_EQ(0, c_pcl_set_wakeup_setup(1u << kWakeRemote));
-    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyPower));
-    EXPECT_TRUE(sEvents.wait("power", {kPowerWake, kWakeRemote}));
-    EXPECT_TRUE(sEvents.wait("broadcast", {kBroadcastPlays}));
+    ASSERT_EQ(0, c_pcl_set_wakeup_setup(1u << QELTV_WAKE_TIMER));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_broadcast_key_handler(QELTV_KEY_POWER))
+            << "not in the setup";
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_pcl_set_wakeup_setup(1u << QELTV_WAKE_REASONS));
+    ASSERT_EQ(0, c_pcl_set_wakeup_setup(1u << QELTV_WAKE_REMOTE));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_POWER));
+    EXPECT_TRUE(sEvents.wait("power", {QELTV_POWER_WAKE, QELTV_WAKE_REMOTE}));
+    EXPECT_TRUE(sEvents.wait("broadcast", {QELTV_BROADCAST_PLAYS}));
     qeltvapi_pcl_wakeup_key_t key{};
     ASSERT_EQ(0, c_pcl_get_wakeup_irkey(&key));
-    EXPECT_EQ(static_cast<uint32_t>(kKeyPower), key.second);
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_KEY_POWER), key.second);
 
     // A plug moves its line; only monitored lines are told.
     const qeltvapi_pcl_gpio_monitor_ctrl_t monitor{12, 5};
     ASSERT_EQ(0, c_pcl_set_gpio_monitor_ctrl_ex(&monitor));
     done({"service", "plug", "6", "on"});
-    EXPECT_TRUE(sEvents.wait("power", {kPowerGpio, 12, 1}));
-    EXPECT_EQ(kRefused, c_pcl_set_gpio(12, 0)) << "an input";
+    EXPECT_TRUE(sEvents.wait("power", {QELTV_POWER_GPIO, 12, 1}));
+    EXPECT_EQ(QELTV_REFUSED, c_pcl_set_gpio(12, 0)) << "an input";
     ASSERT_EQ(0, c_pcl_set_gpio(20, 1));
     EXPECT_EQ("1\n", qeltvctl({"power", "gpio", "20"}).out);
     uint32_t value = 0;
-    EXPECT_EQ(kNotFound, c_pcl_get_gpio(64, 0, &value));
+    EXPECT_EQ(QELTV_NOT_FOUND, c_pcl_get_gpio(64, 0, &value));
 
     television.kill();
     television.start();
     const Json down = json({"call", "--json", "c_pcl_get_power_down_reason"});
-    EXPECT_EQ(static_cast<uint32_t>(kDownIdle), down.at("outputs").at("reason"));
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_DOWN_IDLE), down.at("outputs").at("reason"));
     EXPECT_EQ("04030201", down.at("outputs").at("data").at("hex"));
 }
 

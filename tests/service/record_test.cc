@@ -17,12 +17,12 @@
 #include "hw_qeltvapi_pvr_browser.h"
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_timeshift.h"
+#include "layouts/codes.h"
 #include "layouts/record.h"
 #include "wire.h"
 
 using namespace wire;
 using namespace std::chrono_literals;
-using namespace qeltvd::layouts;
 using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
 
 namespace {
@@ -96,7 +96,7 @@ class Recording : public testing::Test {
     }
 
     static void SetUpDisk(uint32_t mib, uint32_t rateKib) {
-        DiskRecord disk{};
+        QELTV_DISK_RECORD_T disk{};
         disk.limitLow = mib << 20;
         disk.rate = rateKib * 1024;
         ASSERT_EQ(0, a_qeltvapi_record_pvr_set_disk(0, "", &disk));
@@ -124,7 +124,7 @@ class Recording : public testing::Test {
     };
     static Channels channels() {
         Channels found;
-        SourceRecord a{}, b{};
+        QELTV_SOURCE_RECORD_T a{}, b{};
         for (uint32_t id = 0x04000001; id < 0x04000040 && found.other * found.same == 0; ++id) {
             const int handle = a_qeltvapi_record_pvr_open(id);
             if (handle == 0) continue;
@@ -148,18 +148,19 @@ TEST_F(Recording, WritesAStreamUntilItsLimitAndIsListedAfterwards) {
     SetUpDisk(64, 1024);
     const auto handle = static_cast<uint32_t>(a_qeltvapi_record_pvr_open(channels().first));
     ASSERT_GT(handle, 0u);
-    ASSERT_EQ(0, a_qeltvapi_pvr_set_event_extra(kCommandProgrammeName, handle, 0, "Late film"));
-    ASSERT_EQ(0, a_qeltvapi_pvr_set_event_extra(kCommandRating, handle, 12, ""));
-    ASSERT_EQ(0, a_qeltvapi_record_pvr_set_mode(handle, kModeKib, 512, 4096));
+    ASSERT_EQ(0,
+              a_qeltvapi_pvr_set_event_extra(QELTV_COMMAND_PROGRAMME_NAME, handle, 0, "Late film"));
+    ASSERT_EQ(0, a_qeltvapi_pvr_set_event_extra(QELTV_COMMAND_RATING, handle, 12, ""));
+    ASSERT_EQ(0, a_qeltvapi_record_pvr_set_mode(handle, QELTV_RECORDING_MODE_KIB, 512, 4096));
     ASSERT_EQ(0, a_qeltvapi_record_pvr_set_recording_file_name(handle, "film.ts"));
-    EXPECT_EQ(-4, a_qeltvapi_record_pvr_set_recording_file_name(handle, "../film.ts"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_record_pvr_set_recording_file_name(handle, "../film.ts"));
     const auto before = time(nullptr);
     ASSERT_EQ(0, a_qeltvapi_record_pvr_start(handle));
     EXPECT_EQ(static_cast<int>(handle), a_qeltvapi_record_pvr_get_current_handle());
     uint64_t reason = 0;
-    ASSERT_TRUE(sRecordings.wait(kRecordingStoppedEvent, handle, &reason));
-    EXPECT_EQ(uint64_t{kStopTime}, reason);
-    EXPECT_EQ(kRecordingStopped, a_qeltvapi_record_pvr_get_status(handle));
+    ASSERT_TRUE(sRecordings.wait(QELTV_RECORDING_STOPPED_EVENT, handle, &reason));
+    EXPECT_EQ(uint64_t{QELTV_STOP_TIME}, reason);
+    EXPECT_EQ(QELTV_RECORDING_STOPPED, a_qeltvapi_record_pvr_get_status(handle));
     EXPECT_EQ(0, a_qeltvapi_record_pvr_get_current_handle());
     constexpr int64_t kBytes = 512 * 1024 / kPacket * kPacket;
     EXPECT_EQ(kBytes, a_qeltvapi_record_pvr_get_recording_file_size(handle));
@@ -184,16 +185,17 @@ TEST_F(Recording, WritesAStreamUntilItsLimitAndIsListedAfterwards) {
     EXPECT_EQ(12u, value);
     ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_start_time_by_path(path.c_str(), &value));
     EXPECT_GE(value, before);
-    BrowserItem item{};
+    QELTV_BROWSER_ITEM_T item{};
     ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_item_by_index(0, &item));
     EXPECT_EQ(path, item.path);
     EXPECT_EQ(kBytes, item.bytes);
     EXPECT_EQ(channels().first, item.channel);
-    EXPECT_EQ(-3, a_qeltvapi_mmp_get_pvr_browser_item_by_index(1, &item));
-    EXPECT_EQ(-3, a_qeltvapi_mmp_get_pvr_browser_duration_by_path("/etc/passwd", &value));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_mmp_get_pvr_browser_item_by_index(1, &item));
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_mmp_get_pvr_browser_duration_by_path("/etc/passwd", &value));
 
     EXPECT_EQ(0, a_qeltvapi_record_pvr_close(handle));
-    EXPECT_EQ(-3, a_qeltvapi_record_pvr_get_status(handle));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_record_pvr_get_status(handle));
     ASSERT_EQ(0, a_qeltvapi_mmp_pvr_browser_delete_file_by_index(0));
     EXPECT_FALSE(std::ifstream(path).good());
     uint16_t count = 77;
@@ -207,11 +209,11 @@ TEST_F(Recording, AFullDiskReachesTheApplicationAndKeepsWhatWasWritten) {
     const auto handle = static_cast<uint32_t>(a_qeltvapi_record_pvr_open_ex(channel, 1));
     ASSERT_GT(handle, 0u);
     uint64_t error = 0;
-    ASSERT_TRUE(sRecordings.wait(kRecordingFailedEvent, handle, &error));
-    EXPECT_EQ(uint64_t{kErrorDiskFull}, error);
-    ASSERT_TRUE(sRecordings.wait(kRecordingStoppedEvent, handle));
-    EXPECT_EQ(kRecordingFailed, a_qeltvapi_record_pvr_get_status(handle));
-    EXPECT_EQ(kErrorDiskFull, a_qeltvapi_record_pvr_get_error_id(handle));
+    ASSERT_TRUE(sRecordings.wait(QELTV_RECORDING_FAILED_EVENT, handle, &error));
+    EXPECT_EQ(uint64_t{QELTV_RECORDING_ERROR_DISK_FULL}, error);
+    ASSERT_TRUE(sRecordings.wait(QELTV_RECORDING_STOPPED_EVENT, handle));
+    EXPECT_EQ(QELTV_RECORDING_FAILED, a_qeltvapi_record_pvr_get_status(handle));
+    EXPECT_EQ(QELTV_RECORDING_ERROR_DISK_FULL, a_qeltvapi_record_pvr_get_error_id(handle));
     const int64_t bytes = a_qeltvapi_record_pvr_get_recording_file_size(handle);
     EXPECT_GT(bytes, (1 << 20) - kPacket);
     EXPECT_LE(bytes, 1 << 20);
@@ -219,8 +221,8 @@ TEST_F(Recording, AFullDiskReachesTheApplicationAndKeepsWhatWasWritten) {
     EXPECT_LT(a_qeltvapi_record_pvr_get_disk_free_size(0), kPacket);
 
     const auto second = static_cast<uint32_t>(a_qeltvapi_record_pvr_open(channel));
-    EXPECT_EQ(-6, a_qeltvapi_record_pvr_start(second));
-    EXPECT_EQ(kErrorDiskFull, a_qeltvapi_record_pvr_get_error_id(second));
+    EXPECT_EQ(QELTV_STORAGE, a_qeltvapi_record_pvr_start(second));
+    EXPECT_EQ(QELTV_RECORDING_ERROR_DISK_FULL, a_qeltvapi_record_pvr_get_error_id(second));
     a_qeltvapi_record_pvr_close(second);
     const Ended ended = qeltvctl({"record", "start", std::to_string(channel)});
     EXPECT_EQ(1, ended.status);
@@ -231,7 +233,7 @@ TEST_F(Recording, AFullDiskReachesTheApplicationAndKeepsWhatWasWritten) {
     EXPECT_EQ(bytes, info.st_size);
     uint32_t reason = 0;
     ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index(0, &reason));
-    EXPECT_EQ(kStopDiskFull, reason);
+    EXPECT_EQ(QELTV_STOP_DISK_FULL, reason);
     a_qeltvapi_record_pvr_close(handle);
     deleteAll();
     EXPECT_GT(a_qeltvapi_record_pvr_get_disk_free_size(0), (1 << 20) - 4096);
@@ -244,13 +246,13 @@ TEST_F(Recording, OneTunerReceivesOneStreamAtATime) {
     const auto handle = static_cast<uint32_t>(a_qeltvapi_record_pvr_open_ex(found.first, 1));
     ASSERT_GT(handle, 0u);
     const auto other = static_cast<uint32_t>(a_qeltvapi_record_pvr_open(found.other));
-    EXPECT_EQ(-5, a_qeltvapi_record_pvr_start(other));
-    EXPECT_EQ(kErrorTunerBusy, a_qeltvapi_record_pvr_get_error_id(other));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_record_pvr_start(other));
+    EXPECT_EQ(QELTV_RECORDING_ERROR_TUNER_BUSY, a_qeltvapi_record_pvr_get_error_id(other));
     const auto same = static_cast<uint32_t>(a_qeltvapi_record_pvr_open_ex(found.same, 1));
     EXPECT_GT(same, 0u);
     for (const uint32_t each : {handle, other, same}) a_qeltvapi_record_pvr_close(each);
 
-    ScheduleRecord booking{};
+    QELTV_SCHEDULE_RECORD_T booking{};
     booking.channel = found.first;
     booking.start = time(nullptr) + 48 * 3600;
     booking.seconds = 600;
@@ -260,47 +262,47 @@ TEST_F(Recording, OneTunerReceivesOneStreamAtATime) {
     EXPECT_GT(a_qeltvapi_set_schedule_record(&booking, 0), 0);
     booking.channel = found.other;
     booking.start += 599;
-    EXPECT_EQ(-5, a_qeltvapi_set_schedule_record(&booking, 0));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_set_schedule_record(&booking, 0));
     // A day before there is room, but not for one that comes back the day after.
     booking.start -= 24 * 3600;
-    booking.repeat = kDaily;
-    EXPECT_EQ(-5, a_qeltvapi_set_schedule_record(&booking, 0));
-    EXPECT_GT(a_qeltvapi_set_schedule_record(&booking, kBookInSpiteOfConflict), 0);
-    booking.repeat = kOnce;
+    booking.repeat = QELTV_BOOKING_DAILY;
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_set_schedule_record(&booking, 0));
+    EXPECT_GT(a_qeltvapi_set_schedule_record(&booking, QELTV_BOOK_IN_SPITE_OF_CONFLICT), 0);
+    booking.repeat = QELTV_BOOKING_ONCE;
     EXPECT_EQ(3, a_qeltvapi_pvr_get_booking_count());
     booking.seconds = 0;
-    EXPECT_EQ(-4, a_qeltvapi_set_schedule_record(&booking, 0));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_set_schedule_record(&booking, 0));
     booking.seconds = 60;
     booking.channel = 1;
-    EXPECT_EQ(-3, a_qeltvapi_set_schedule_record(&booking, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_set_schedule_record(&booking, 0));
 
-    ScheduleRecord read{};
+    QELTV_SCHEDULE_RECORD_T read{};
     ASSERT_EQ(0, a_qeltvapi_get_schedule_record(&read, 1));
     EXPECT_EQ(static_cast<uint32_t>(first), read.booking) << "in the order of their times";
     EXPECT_STRNE("", read.channelName);
-    EXPECT_EQ(-3, a_qeltvapi_get_schedule_record(&read, 3));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_get_schedule_record(&read, 3));
     for (int i = 3; i-- > 0;) EXPECT_EQ(0, a_qeltvapi_del_schedule_record(0));
-    EXPECT_EQ(-3, a_qeltvapi_del_schedule_record(0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_del_schedule_record(0));
     deleteAll();
 }
 
 TEST_F(Recording, ABookingStartsByItself) {
     SetUpDisk(64, 256);
-    ScheduleRecord booking{};
+    QELTV_SCHEDULE_RECORD_T booking{};
     booking.channel = channels().first;
     booking.start = time(nullptr) + 1;
     booking.seconds = 2;
     strcpy(booking.programme, "Early news");
     const int number = a_qeltvapi_set_schedule_record(&booking, 0);
     ASSERT_GT(number, 0);
-    ASSERT_TRUE(sRecordings.wait(kBookingStoredEvent, static_cast<uint64_t>(number)));
+    ASSERT_TRUE(sRecordings.wait(QELTV_BOOKING_STORED_EVENT, static_cast<uint64_t>(number)));
     uint64_t of = 0;
-    ASSERT_TRUE(sRecordings.wait(kRecordingStartedEvent, 0, &of));
+    ASSERT_TRUE(sRecordings.wait(QELTV_RECORDING_STARTED_EVENT, 0, &of));
     EXPECT_EQ(static_cast<uint64_t>(number), of);
     EXPECT_GE(time(nullptr), booking.start);
     const auto handle = static_cast<uint32_t>(a_qeltvapi_record_pvr_get_current_handle());
     ASSERT_GT(handle, 0u);
-    ASSERT_TRUE(sRecordings.wait(kRecordingStoppedEvent, handle));
+    ASSERT_TRUE(sRecordings.wait(QELTV_RECORDING_STOPPED_EVENT, handle));
     EXPECT_EQ(0, a_qeltvapi_pvr_get_booking_count());
     char name[32] = "";
     ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_programname_by_index(0, name));
@@ -311,17 +313,17 @@ TEST_F(Recording, ABookingStartsByItself) {
 TEST_F(Recording, DisksAreRegisteredByAFileOfTheTelevision) {
     const TemporaryDirectory directory;
     const char* const path = directory.path().c_str();
-    DiskRecord disk{};
+    QELTV_DISK_RECORD_T disk{};
     disk.disk = 1;
-    EXPECT_EQ(-3, a_qeltvapi_record_pvr_set_disk(0, path, &disk));
-    EXPECT_EQ(-3, a_qeltvapi_record_check_register_file(path, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_record_pvr_set_disk(0, path, &disk));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_record_check_register_file(path, 0));
     ASSERT_EQ(0, a_qeltvapi_record_create_register_file(path));
     EXPECT_EQ(0, a_qeltvapi_record_check_register_file(path, 1));
     ASSERT_EQ(0, a_qeltvapi_record_pvr_set_disk(0, path, &disk));
     EXPECT_GT(a_qeltvapi_record_hdd_speed_test(path, 1), 0);
     std::ofstream(directory.path() + "/.qeltv-disk") << "another";
     EXPECT_EQ(0, a_qeltvapi_record_check_register_file(path, 0));
-    EXPECT_EQ(-5, a_qeltvapi_record_check_register_file(path, 1));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_record_check_register_file(path, 1));
 
     // A recording on a disk that is pulled out ends, and what it had is listed.
     const auto handle = static_cast<uint32_t>(a_qeltvapi_record_pvr_open(channels().first));
@@ -330,25 +332,26 @@ TEST_F(Recording, DisksAreRegisteredByAFileOfTheTelevision) {
     ASSERT_EQ(0, a_qeltvapi_record_pvr_start(handle));
     ASSERT_TRUE(
             eventually([&] { return a_qeltvapi_record_pvr_get_recording_file_size(handle) > 0; }));
-    ASSERT_EQ(0, a_qeltvapi_pvr_set_event(kCommandDiskRemoved, 1));
+    ASSERT_EQ(0, a_qeltvapi_pvr_set_event(QELTV_COMMAND_DISK_REMOVED, 1));
     uint64_t error = 0;
-    ASSERT_TRUE(sRecordings.wait(kRecordingFailedEvent, handle, &error));
-    EXPECT_EQ(uint64_t{kErrorDiskGone}, error);
+    ASSERT_TRUE(sRecordings.wait(QELTV_RECORDING_FAILED_EVENT, handle, &error));
+    EXPECT_EQ(uint64_t{QELTV_RECORDING_ERROR_DISK_GONE}, error);
     EXPECT_EQ(0, a_qeltvapi_record_pvr_get_disk_free_size(1));
-    EXPECT_EQ(-3, a_qeltvapi_record_pvr_get_disk_free_size(7));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_record_pvr_get_disk_free_size(7));
     a_qeltvapi_record_pvr_close(handle);
     deleteAll();
 }
 
 TEST_F(Recording, TimeshiftPositionsMoveWithTime) {
     const TemporaryDirectory directory;
-    EXPECT_EQ(-5, a_qeltvapi_timeshift_start());
-    EXPECT_EQ(-4, a_qeltvapi_timeshift_registerDevice("relative", 1 << 20));
-    EXPECT_EQ(-6, a_qeltvapi_timeshift_registerDevice(directory.path().c_str(), INT64_C(1) << 60));
-    EXPECT_EQ(kErrorDiskFull, a_qeltvapi_timeshift_get_error_id());
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_timeshift_start());
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_timeshift_registerDevice("relative", 1 << 20));
+    EXPECT_EQ(QELTV_STORAGE,
+              a_qeltvapi_timeshift_registerDevice(directory.path().c_str(), INT64_C(1) << 60));
+    EXPECT_EQ(QELTV_RECORDING_ERROR_DISK_FULL, a_qeltvapi_timeshift_get_error_id());
     ASSERT_EQ(0, a_qeltvapi_timeshift_registerDevice(directory.path().c_str(), 2 << 20));
-    EXPECT_EQ(kDeviceRegisters, a_qeltvapi_timeshift_get_device_status());
-    ASSERT_TRUE(sTimeshift.wait(kTimeshiftDeviceEvent, kDeviceReady));
+    EXPECT_EQ(QELTV_DEVICE_REGISTERS, a_qeltvapi_timeshift_get_device_status());
+    ASSERT_TRUE(sTimeshift.wait(QELTV_TIMESHIFT_DEVICE_EVENT, QELTV_DEVICE_READY));
     EXPECT_EQ(100, a_qeltvapi_timeshift_get_registerdevice_schedule());
 
     ASSERT_EQ(0, a_qeltvapi_timeshift_start());
@@ -358,25 +361,26 @@ TEST_F(Recording, TimeshiftPositionsMoveWithTime) {
     EXPECT_EQ(paused, a_qeltvapi_timeshift_get_current_position());
     // Faster, the viewer catches up with what is broadcast.
     ASSERT_EQ(0, a_qeltvapi_timeshift_trickplay(800));
-    ASSERT_TRUE(sTimeshift.wait(kTimeshiftLiveEvent, 0));
+    ASSERT_TRUE(sTimeshift.wait(QELTV_TIMESHIFT_LIVE_EVENT, 0));
     EXPECT_GE(a_qeltvapi_timeshift_get_current_position(), 300);
-    EXPECT_EQ(-4, a_qeltvapi_timeshift_seek(1000000));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_timeshift_seek(1000000));
     ASSERT_EQ(0, a_qeltvapi_timeshift_seek(100));
     ASSERT_EQ(0, a_qeltvapi_timeshift_pause());
     // The buffer fills, and then its begin comes to the viewer.
-    ASSERT_TRUE(sTimeshift.wait(kTimeshiftStatusEvent, kTimeshiftFull));
-    ASSERT_TRUE(sTimeshift.wait(kTimeshiftBeginEvent, 0));
+    ASSERT_TRUE(sTimeshift.wait(QELTV_TIMESHIFT_STATUS_EVENT, QELTV_TIMESHIFT_FULL));
+    ASSERT_TRUE(sTimeshift.wait(QELTV_TIMESHIFT_BEGIN_EVENT, 0));
     EXPECT_GT(a_qeltvapi_timeshift_get_start_position(), 0);
     EXPECT_GE(a_qeltvapi_timeshift_get_current_position(), 100);
     EXPECT_EQ(2000, a_qeltvapi_timeshift_get_duration());
-    EXPECT_EQ(kTimeshiftFull, a_qeltvapi_timeshift_get_record_status());
+    EXPECT_EQ(QELTV_TIMESHIFT_FULL, a_qeltvapi_timeshift_get_record_status());
 
-    ASSERT_EQ(0, a_qeltvapi_timeshift_stop_ex(kStopKeep));
+    ASSERT_EQ(0, a_qeltvapi_timeshift_stop_ex(QELTV_TIMESHIFT_STOP_KEEP));
     const int64_t start = a_qeltvapi_timeshift_get_start_position();
-    ASSERT_TRUE(sTimeshift.wait(kTimeshiftLiveEvent, 0)) << "playing ends where the buffer does";
+    ASSERT_TRUE(sTimeshift.wait(QELTV_TIMESHIFT_LIVE_EVENT, 0))
+            << "playing ends where the buffer does";
     EXPECT_EQ(start, a_qeltvapi_timeshift_get_start_position());
     ASSERT_EQ(0, a_qeltvapi_timeshift_stop());
-    EXPECT_EQ(-5, a_qeltvapi_timeshift_play());
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_timeshift_play());
     EXPECT_EQ(0, a_qeltvapi_timeshift_get_duration());
 }
 
@@ -487,7 +491,7 @@ TEST(RecordingAfterACrash, NamesAndDisksThatAreAwayLoseNoRecording) {
     // It comes back.
     ASSERT_EQ(0, rmdir(disk.c_str()));
     ASSERT_EQ(0, rename(away.c_str(), disk.c_str()));
-    call({"pvr_set_event", std::to_string(kCommandDiskInserted), "1"});
+    call({"pvr_set_event", std::to_string(QELTV_COMMAND_DISK_INSERTED), "1"});
     ASSERT_EQ(4u, paths().size());
     EXPECT_EQ(disk + "/cut.ts", paths()[3]);
     const Ended list = qeltvctl({"record", "list"});

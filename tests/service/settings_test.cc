@@ -12,11 +12,11 @@
 #include "hw_qeltvapi_time.h"
 #include "hw_svctx.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "layouts/time.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -97,16 +97,17 @@ TEST_F(Settings, AChangeIsToldWhateverFunctionMakesIt) {
 
     // Not told: what is refused, what stays as it was, what is asked to be quiet, what nobody
     // watches.
-    EXPECT_EQ(-4, c_hbbtv_set_default_audio_lang("fr"));
-    EXPECT_EQ(-4, a_qeltvapi_rating_set_dvb_age_setting_info(2));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_hbbtv_set_default_audio_lang("fr"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_rating_set_dvb_age_setting_info(2));
     ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(16));
     ASSERT_EQ(0, c_hbbtv_set_default_audio_lang("deu"));
     ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "picture.contrast", 12, 1));
     ASSERT_EQ(0, a_qeltvapi_config_set_str_value_ex("sound.audio_language", "swe", 1));
     ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "picture.brightness", 12, 0));
     ASSERT_EQ(0, a_qeltvapi_config_remove_value_changed_callback("parental.rating_lock"));
-    EXPECT_EQ(-3, a_qeltvapi_config_remove_value_changed_callback("parental.rating_lock"));
-    EXPECT_EQ(-3, a_qeltvapi_config_add_value_changed_callback("no.such"));
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_config_remove_value_changed_callback("parental.rating_lock"));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_add_value_changed_callback("no.such"));
     ASSERT_EQ(0, a_qeltvapi_rating_set_enable(0));
     ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "picture.contrast", 13, 0));
     expectTold("picture.contrast", 1, 13);
@@ -120,14 +121,15 @@ TEST_F(Settings, AChangeIsToldWhateverFunctionMakesIt) {
     expectTold("sound.subtitle_language", 2, 0);
     expectTold("parental.age", 4, 0);
     EXPECT_EQ("eng", text("sound.audio_language"));
-    EXPECT_EQ(-3, a_qeltvapi_config_reset_values(7));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_reset_values(7));
 }
 
 TEST_F(Settings, AnotherPlaceMovesTheLocalTimeAndIsTold) {
     a_qeltvapi_time_register_dt_event_callback(onDate);
     sDate.clear();
     ASSERT_EQ(0, a_qeltvapi_config_set_str_value("system.time_zone", "Asia/Tokyo"));
-    const auto told = sDate.takeUntil([](const Told& t) { return t.type == kZoneChanged; });
+    const auto told =
+            sDate.takeUntil([](const Told& t) { return t.type == QELTV_TIME_ZONE_CHANGED; });
     ASSERT_TRUE(told);
     EXPECT_EQ(9u * 3600, told->values[0]);
     EXPECT_EQ(9 * 3600, a_qeltvapi_time_get_time_zone());
@@ -145,11 +147,11 @@ TEST_F(Settings, TheVideoResolutionIsThatOfThePicture) {
         return resolution() == std::vector<uint32_t>{1920, 1080, 60000, 0};
     }));
     ASSERT_EQ(0, a_qeltvapi_broadcast_switch_input_to_tv());
-    VideoSource video{};
+    QELTV_VIDEO_SOURCE_T video{};
     ASSERT_TRUE(eventually([&] {
         int32_t status = 0;
         a_qeltvapi_broadcast_get_tuning_status(&status);
-        return status == kTuningPlays;
+        return status == QELTV_TUNING_PLAYS;
     }));
     ASSERT_EQ(0, c_svctx_get_video_src_resolution(1, &video));
     const std::vector<uint32_t> shown{video.width, video.height, video.frameRate, video.interlaced};
@@ -165,17 +167,19 @@ TEST_F(Settings, SelectorsNamesAndRangesAreChecked) {
     int32_t value = 77;
     EXPECT_EQ(0, a_qeltvapi_config_get_value(1, "picture.hue", &value));
     EXPECT_EQ(0, value);
-    EXPECT_EQ(-3, a_qeltvapi_config_get_value(2, "picture.hue", &value)) << "not of that group";
-    EXPECT_EQ(-3, a_qeltvapi_config_get_value(0, "system.model", &value)) << "a text";
-    EXPECT_EQ(-3, a_qeltvapi_config_set_value(2, "picture.hue", 1, 0));
-    EXPECT_EQ(-3, a_qeltvapi_config_set_str_value("picture.hue", "1"));
-    EXPECT_EQ(-5, a_qeltvapi_config_set_value(0, "picture.gamma", 1, 0)) << "disabled";
-    EXPECT_EQ(-4, a_qeltvapi_config_set_value(0, "picture.hue", -51, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_get_value(2, "picture.hue", &value))
+            << "not of that group";
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_get_value(0, "system.model", &value)) << "a text";
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_set_value(2, "picture.hue", 1, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_set_str_value("picture.hue", "1"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_config_set_value(0, "picture.gamma", 1, 0)) << "disabled";
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_config_set_value(0, "picture.hue", -51, 0));
     EXPECT_EQ(0, a_qeltvapi_config_set_value(0, "picture.hue", -50, 0));
     EXPECT_EQ(0, a_qeltvapi_config_is_visible(0, "system.serial"));
     EXPECT_EQ(1, a_qeltvapi_config_is_visible(0, "system.model"));
-    EXPECT_EQ(-3, a_qeltvapi_config_is_enabled(0, "no.such"));
-    EXPECT_EQ(-5, a_qeltvapi_config_set_str_value("system.items", "mine")) << "read only";
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_config_is_enabled(0, "no.such"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_config_set_str_value("system.items", "mine"))
+            << "read only";
     EXPECT_NE(std::string::npos, (" " + text("system.items") + " ").find(" picture.hue "));
 }
 

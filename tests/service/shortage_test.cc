@@ -17,9 +17,6 @@
 #include "layouts/upgrade.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
-using qeltvd::kOk;
-using qeltvd::kStorage;
 using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
 
 namespace {
@@ -90,45 +87,45 @@ TEST_F(Shortage, EveryCallIsAnsweredWhileStatementsFailAndChangesAreKeptAfterwar
         EXPECT_GT(shortage.failedStatements, percent) << "the store has not failed";
     }
     int32_t value = 0;
-    EXPECT_EQ(kStorage, a_qeltvapi_config_get_value(0, kItem, &value));
-    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, 41, 0));
+    EXPECT_EQ(QELTV_STORAGE, a_qeltvapi_config_get_value(0, kItem, &value));
+    EXPECT_EQ(QELTV_STORAGE, a_qeltvapi_config_set_value(0, kItem, 41, 0));
 
     shortage.storePercent = 0;
-    EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, 42, 0));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_set_value(0, kItem, 42, 0));
     restart();
-    EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &value));
     EXPECT_EQ(42, value);
 }
 
 TEST_F(Shortage, WhatIsRefusedForTheStoreHasNotHappenedAndWhatIsNotHasAtEveryRate) {
     int32_t factory = 0;
-    ASSERT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &factory));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &factory));
     int32_t kept = factory;
     int refused = 0;
     for (int32_t i = 0; i < 300; ++i) {
         const int32_t wanted = i % 100;
         shortage.storePercent = 10 + static_cast<uint32_t>(i % 3) * 30;
         const int code = a_qeltvapi_config_set_value(0, kItem, wanted, 0);
-        const int reset = i % 7 == 0 ? a_qeltvapi_config_reset_values(0) : kStorage;
+        const int reset = i % 7 == 0 ? a_qeltvapi_config_reset_values(0) : QELTV_STORAGE;
         shortage.storePercent = 0;
-        ASSERT_TRUE(code == kOk || code == kStorage) << code;
-        if (code == kOk) kept = wanted;
-        if (reset == kOk) kept = factory;
-        refused += code == kStorage;
+        ASSERT_TRUE(code == QELTV_OK || code == QELTV_STORAGE) << code;
+        if (code == QELTV_OK) kept = wanted;
+        if (reset == QELTV_OK) kept = factory;
+        refused += code == QELTV_STORAGE;
         int32_t value = 0;
-        ASSERT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+        ASSERT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &value));
         ASSERT_EQ(kept, value) << "after " << i << " changes";
     }
     EXPECT_GT(refused, 10);
     restart();
     int32_t value = 0;
-    EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &value));
     EXPECT_EQ(kept, value);
 }
 
 TEST_F(Shortage, AChangeThatTheDiskRefusesHasNotHappenedAndTheNextOneIsKept) {
     int32_t kept = 41;
-    ASSERT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_config_set_value(0, kItem, kept, 0));
     const auto fail = [&](uint32_t calls, int error, uint32_t grace) {
         shortage.fileError = error;
         shortage.fileGrace = grace;
@@ -143,24 +140,24 @@ TEST_F(Shortage, AChangeThatTheDiskRefusesHasNotHappenedAndTheNextOneIsKept) {
                 const int32_t wanted = (kept + 1) % 90;
                 fail(calls, error, grace);
                 const int code = a_qeltvapi_config_set_value(0, kItem, wanted, 0);
-                if (code == kOk) {
+                if (code == QELTV_OK) {
                     kept = wanted;
                 } else {
-                    EXPECT_EQ(kStorage, code);
-                    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, wanted, 0));
+                    EXPECT_EQ(QELTV_STORAGE, code);
+                    EXPECT_EQ(QELTV_STORAGE, a_qeltvapi_config_set_value(0, kItem, wanted, 0));
                 }
                 int32_t value = 0;
-                EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+                EXPECT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &value));
                 EXPECT_EQ(kept, value);
                 shortage.fileCalls = 0;
-                if (code != kOk && ++refused % 2 == 0) {
+                if (code != QELTV_OK && ++refused % 2 == 0) {
                     // Ended before anything else is stored.
                     restart();
-                    EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+                    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &value));
                     EXPECT_EQ(kept, value) << "after a restart";
                 }
                 kept = (kept + 1) % 90;
-                EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+                EXPECT_EQ(QELTV_OK, a_qeltvapi_config_set_value(0, kItem, kept, 0));
             }
         }
     }
@@ -176,64 +173,64 @@ TEST_F(Shortage, AChangeThatTheDiskRefusesHasNotHappenedAndTheNextOneIsKept) {
     shortage.fileCalls = 0;
     ASSERT_FALSE(HasFatalFailure());
     kept = 90;
-    EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, kept, 0));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_set_value(0, kItem, kept, 0));
     restart();
     int32_t value = 0;
-    EXPECT_EQ(kOk, a_qeltvapi_config_get_value(0, kItem, &value));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_get_value(0, kItem, &value));
     EXPECT_EQ(kept, value);
 
     // What others do to the log is no failure of the disk.
-    EXPECT_EQ(kOk, a_qeltvapi_config_set_value(0, kItem, 42, 0));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_config_set_value(0, kItem, 42, 0));
     fail(kFileWrite, ENOSPC, 0);
-    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, 43, 0));
+    EXPECT_EQ(QELTV_STORAGE, a_qeltvapi_config_set_value(0, kItem, 43, 0));
     shortage.fileCalls = 0;
     std::filesystem::resize_file(television.statePath() + "/television.db-wal", 0);
-    EXPECT_EQ(kStorage, a_qeltvapi_config_set_value(0, kItem, 43, 0));
+    EXPECT_EQ(QELTV_STORAGE, a_qeltvapi_config_set_value(0, kItem, 43, 0));
 }
 
 TEST_F(Shortage, AnOverTheAirDownloadStopsWhereItCannotBeStoredAndGoesOnFromThere) {
     a_qeltvapi_oad_register_callback(onAir);
     sAir.clear();
     const auto failing = [&](const auto& step, int32_t begins) {
-        ASSERT_EQ(kOk, step());
+        ASSERT_EQ(QELTV_OK, step());
         ASSERT_TRUE(comes(sAir, begins));
         shortage.storePercent = 100;
-        EXPECT_TRUE(comes(sAir, kOadStopped));
+        EXPECT_TRUE(comes(sAir, QELTV_OAD_STOPPED));
         shortage.storePercent = 0;
         ASSERT_TRUE(television.alive());
     };
-    ASSERT_EQ(kOk, a_qeltvapi_oad_start_jump_channel());
-    ASSERT_TRUE(comes(sAir, kOadFound));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_oad_start_jump_channel());
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_FOUND));
 
-    failing(a_qeltvapi_oad_start_download, kOadDownloading);
-    ASSERT_EQ(kOk, a_qeltvapi_oad_start_download());
-    ASSERT_TRUE(comes(sAir, kOadDownloaded));
+    failing(a_qeltvapi_oad_start_download, QELTV_OAD_DOWNLOADING);
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_oad_start_download());
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_DOWNLOADED));
 
-    failing(a_qeltvapi_oad_start_flash, kOadFlashing);
-    EXPECT_EQ(kPowerOnPending, a_qeltvapi_oad_get_power_on_status());
-    ASSERT_EQ(kOk, a_qeltvapi_oad_start_flash());
-    ASSERT_TRUE(comes(sAir, kOadFlashed));
+    failing(a_qeltvapi_oad_start_flash, QELTV_OAD_FLASHING);
+    EXPECT_EQ(QELTV_OAD_POWER_ON_PENDING, a_qeltvapi_oad_get_power_on_status());
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_oad_start_flash());
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_FLASHED));
 
-    failing(a_qeltvapi_oad_accept_restart, kOadRestarting);
-    ASSERT_EQ(kOk, a_qeltvapi_oad_accept_restart());
-    ASSERT_TRUE(comes(sAir, kOadIdle));
-    EXPECT_EQ(kPowerOnUpdated, a_qeltvapi_oad_get_power_on_status());
+    failing(a_qeltvapi_oad_accept_restart, QELTV_OAD_RESTARTING);
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_oad_accept_restart());
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_IDLE));
+    EXPECT_EQ(QELTV_OAD_POWER_ON_UPDATED, a_qeltvapi_oad_get_power_on_status());
 }
 
 TEST_F(Shortage, AScanThatCannotBeStoredFailsAndTheNextOneIsComplete) {
     // The scan finds a satellite that the television does not know.
-    ASSERT_EQ(kOk, a_qeltvapi_config_set_str_value("channels.region", "dvb-t/de-Berlin"));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_config_set_str_value("channels.region", "dvb-t/de-Berlin"));
     restart();
-    ASSERT_EQ(kOk, a_qeltvapi_config_set_str_value("channels.region", "dvb-s/Astra-1N-19.2E"));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_config_set_str_value("channels.region", "dvb-s/Astra-1N-19.2E"));
     a_qeltvapi_scan_reg_callback(onScan);
     sScan.clear();
-    ASSERT_EQ(kOk, a_qeltvapi_start_scan(kScanSatellite, 0));
-    ASSERT_TRUE(comes(sScan, kScanStarted));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_start_scan(QELTV_SCAN_SATELLITE, 0));
+    ASSERT_TRUE(comes(sScan, QELTV_SCAN_STARTED));
     shortage.storePercent = 100;
-    EXPECT_TRUE(comes(sScan, kScanFailed));
+    EXPECT_TRUE(comes(sScan, QELTV_SCAN_FAILED));
     shortage.storePercent = 0;
-    ASSERT_EQ(kOk, a_qeltvapi_start_scan(kScanSatellite, 0));
-    EXPECT_TRUE(comes(sScan, kScanComplete));
+    ASSERT_EQ(QELTV_OK, a_qeltvapi_start_scan(QELTV_SCAN_SATELLITE, 0));
+    EXPECT_TRUE(comes(sScan, QELTV_SCAN_COMPLETE));
 }
 
 std::mutex sGateLock;
@@ -271,8 +268,8 @@ TEST_F(Shortage, ALackOfThreadsRefusesNewClientsAndEndsNothing) {
         const android::sp<QelTvApiCallbackImpl> object = new QelTvApiCallbackImpl;
         EXPECT_TRUE(tv->a_hidl_registerCallbackHandler(object).isOk());
     }
-    EXPECT_EQ(kOk, a_qeltvapi_start_scan(kScanAir, 0));
-    EXPECT_TRUE(comes(sScan, kScanComplete));
+    EXPECT_EQ(QELTV_OK, a_qeltvapi_start_scan(QELTV_SCAN_AIR, 0));
+    EXPECT_TRUE(comes(sScan, QELTV_SCAN_COMPLETE));
     EXPECT_TRUE(television.alive());
 }
 

@@ -5,10 +5,10 @@
 #include "hw_qeltvapi_oad.h"
 #include "hw_qeltvapi_upgrade.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/upgrade.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -20,7 +20,7 @@ struct Step {
 Inbox<Step> sUpgrade, sAir;
 
 int onUpgrade(int32_t type, int32_t item, int32_t value, uintptr_t) {
-    if (item == kItemFirmware) sUpgrade.put({type, value});
+    if (item == QELTV_UPGRADE_ITEM_FIRMWARE) sUpgrade.put({type, value});
     return 0;
 }
 
@@ -51,102 +51,112 @@ class Software : public WithTelevision {
 
     static uint32_t state() {
         QELTVAPI_UPGRADE_ITEM_T item{};
-        EXPECT_EQ(0, a_qeltvapi_upgrade_get_item_info(&item, kItemFirmware));
+        EXPECT_EQ(0, a_qeltvapi_upgrade_get_item_info(&item, QELTV_UPGRADE_ITEM_FIRMWARE));
         return item.ui4_at_204;
     }
 };
 
 TEST_F(Software, AnUpgradeGoesThroughItsStepsAndOutlivesARestartBetweenThem) {
     EXPECT_EQ("1.0.0", version());
-    EXPECT_EQ(-5, a_qeltvapi_upgrade_trigger(kItemFirmware)) << "nothing is downloaded";
-    EXPECT_EQ(0, a_qeltvapi_upgrade_check_update(kItemFirmware));
-    ASSERT_TRUE(comes(sUpgrade, kUpgradeAvailable));
-    EXPECT_EQ(-4, a_qeltvapi_upgrade_start_download_firmware(kItemFirmware, "nonsense", "/f"));
-    ASSERT_EQ(0, a_qeltvapi_upgrade_start_download_firmware(kItemFirmware, "https://x/f", "/f"));
-    EXPECT_EQ(-5, a_qeltvapi_upgrade_check_update(kItemFirmware)) << "one thing at a time";
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_upgrade_trigger(QELTV_UPGRADE_ITEM_FIRMWARE))
+            << "nothing is downloaded";
+    EXPECT_EQ(0, a_qeltvapi_upgrade_check_update(QELTV_UPGRADE_ITEM_FIRMWARE));
+    ASSERT_TRUE(comes(sUpgrade, QELTV_UPGRADE_AVAILABLE));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_upgrade_start_download_firmware(
+                                       QELTV_UPGRADE_ITEM_FIRMWARE, "nonsense", "/f"));
+    ASSERT_EQ(0, a_qeltvapi_upgrade_start_download_firmware(QELTV_UPGRADE_ITEM_FIRMWARE,
+                                                            "https://x/f", "/f"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_upgrade_check_update(QELTV_UPGRADE_ITEM_FIRMWARE))
+            << "one thing at a time";
     int32_t percent = -1;
     for (;;) {
         const auto step = sUpgrade.take();
         ASSERT_TRUE(step);
         ASSERT_GT(step->percent, percent);
         percent = step->percent;
-        if (step->type == kUpgradeDownloaded) break;
-        ASSERT_EQ(kUpgradeDownloading, step->type);
+        if (step->type == QELTV_UPGRADE_DOWNLOADED) break;
+        ASSERT_EQ(QELTV_UPGRADE_DOWNLOADING, step->type);
     }
     EXPECT_EQ(100, percent);
 
     restart();
-    EXPECT_EQ(static_cast<uint32_t>(kUpgradeDownloaded), state());
-    ASSERT_EQ(0, a_qeltvapi_upgrade_trigger(kItemFirmware));
-    ASSERT_TRUE(comes(sUpgrade, kUpgradeInstalled));
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_UPGRADE_DOWNLOADED), state());
+    ASSERT_EQ(0, a_qeltvapi_upgrade_trigger(QELTV_UPGRADE_ITEM_FIRMWARE));
+    ASSERT_TRUE(comes(sUpgrade, QELTV_UPGRADE_INSTALLED));
     EXPECT_EQ("1.0.0", version()) << "not before the reboot";
-    EXPECT_EQ(kResultNone, a_qeltvapi_upgrade_query_upgrade_result(kItemFirmware));
-    ASSERT_EQ(0, a_qeltvapi_upgrade_start_reboot_upgrade(kItemFirmware));
-    ASSERT_TRUE(comes(sUpgrade, kUpgradeDone));
+    EXPECT_EQ(QELTV_UPGRADE_RESULT_NONE,
+              a_qeltvapi_upgrade_query_upgrade_result(QELTV_UPGRADE_ITEM_FIRMWARE));
+    ASSERT_EQ(0, a_qeltvapi_upgrade_start_reboot_upgrade(QELTV_UPGRADE_ITEM_FIRMWARE));
+    ASSERT_TRUE(comes(sUpgrade, QELTV_UPGRADE_DONE));
     EXPECT_EQ("1.1.0", version());
-    EXPECT_EQ(kResultSuccess, a_qeltvapi_upgrade_query_upgrade_result(kItemFirmware));
-    EXPECT_EQ(0, a_qeltvapi_upgrade_check_update(kItemFirmware));
-    EXPECT_TRUE(comes(sUpgrade, kUpgradeUpToDate));
+    EXPECT_EQ(QELTV_UPGRADE_RESULT_SUCCESS,
+              a_qeltvapi_upgrade_query_upgrade_result(QELTV_UPGRADE_ITEM_FIRMWARE));
+    EXPECT_EQ(0, a_qeltvapi_upgrade_check_update(QELTV_UPGRADE_ITEM_FIRMWARE));
+    EXPECT_TRUE(comes(sUpgrade, QELTV_UPGRADE_UP_TO_DATE));
 }
 
 TEST_F(Software, ADownloadIsCancelled) {
-    ASSERT_EQ(0, a_qeltvapi_upgrade_start(kItemFirmware, 1));
-    EXPECT_EQ(-5, a_qeltvapi_upgrade_cancel_download_firmware(kItemBootloader));
+    ASSERT_EQ(0, a_qeltvapi_upgrade_start(QELTV_UPGRADE_ITEM_FIRMWARE, 1));
+    EXPECT_EQ(QELTV_REFUSED,
+              a_qeltvapi_upgrade_cancel_download_firmware(QELTV_UPGRADE_ITEM_BOOTLOADER));
     ASSERT_TRUE(sUpgrade.takeUntil(
-            [](const Step& s) { return s.type == kUpgradeDownloading && s.percent > 0; }));
-    ASSERT_EQ(0, a_qeltvapi_upgrade_cancel_download_firmware(kItemFirmware));
-    ASSERT_TRUE(comes(sUpgrade, kUpgradeCancelled));
-    EXPECT_EQ(static_cast<uint32_t>(kUpgradeCancelled), state());
-    EXPECT_EQ(kResultCancelled, a_qeltvapi_upgrade_query_upgrade_result(kItemFirmware));
+            [](const Step& s) { return s.type == QELTV_UPGRADE_DOWNLOADING && s.percent > 0; }));
+    ASSERT_EQ(0, a_qeltvapi_upgrade_cancel_download_firmware(QELTV_UPGRADE_ITEM_FIRMWARE));
+    ASSERT_TRUE(comes(sUpgrade, QELTV_UPGRADE_CANCELLED));
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_UPGRADE_CANCELLED), state());
+    EXPECT_EQ(QELTV_UPGRADE_RESULT_CANCELLED,
+              a_qeltvapi_upgrade_query_upgrade_result(QELTV_UPGRADE_ITEM_FIRMWARE));
     EXPECT_EQ("1.0.0", version());
 
     bool supported = true;
-    EXPECT_EQ(0, a_qeltvapi_upgrade_is_supported(kUpgradeItems, &supported));
+    EXPECT_EQ(0, a_qeltvapi_upgrade_is_supported(QELTV_UPGRADE_ITEMS, &supported));
     EXPECT_FALSE(supported);
-    EXPECT_EQ(-3, a_qeltvapi_upgrade_start(kUpgradeItems, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_upgrade_start(QELTV_UPGRADE_ITEMS, 0));
     const uint32_t on = 1, much = 2;
-    EXPECT_EQ(0, a_qeltvapi_upgrade_set(kSettingAutoCheck, &on, kSettingBranch, &on));
-    EXPECT_EQ(-4, a_qeltvapi_upgrade_set(kSettingAutoCheck, &on, kSettingBranch, &much));
-    EXPECT_EQ(-3, a_qeltvapi_upgrade_set(0, &on, kSettingBranch, &on));
+    EXPECT_EQ(0, a_qeltvapi_upgrade_set(QELTV_UPGRADE_SETTING_AUTO_CHECK, &on,
+                                        QELTV_UPGRADE_SETTING_BRANCH, &on));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_upgrade_set(QELTV_UPGRADE_SETTING_AUTO_CHECK, &on,
+                                                      QELTV_UPGRADE_SETTING_BRANCH, &much));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_upgrade_set(0, &on, QELTV_UPGRADE_SETTING_BRANCH, &on));
 }
 
 TEST_F(Software, ADownloadOverTheAirIsFoundStoppedAndInstalled) {
-    EXPECT_EQ(-5, a_qeltvapi_oad_start_download());
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_oad_start_download());
     EXPECT_EQ(0, a_qeltvapi_oad_get_power_on_status());
     char text[64] = "";
-    EXPECT_EQ(0, a_qeltvapi_oad_get_datainfo(kOadTextVersion, text, 4));
+    EXPECT_EQ(0, a_qeltvapi_oad_get_datainfo(QELTV_OAD_TEXT_VERSION, text, 4));
     EXPECT_STREQ("1.2.", text) << "cut by the library";
     EXPECT_EQ(0, a_qeltvapi_oad_get_scheduleinfo(text, 63));
     EXPECT_NE(nullptr, strstr(text, " 03:00, channel "));
     ASSERT_EQ(0, a_qeltvapi_oad_start_jump_channel());
     ASSERT_EQ(0, a_qeltvapi_oad_stop_manual_detect());
-    ASSERT_TRUE(comes(sAir, kOadStopped));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_STOPPED));
     ASSERT_EQ(0, a_qeltvapi_oad_start_jump_channel());
-    ASSERT_TRUE(comes(sAir, kOadFound));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_FOUND));
     EXPECT_EQ(0, a_qeltvapi_oad_remind_me_later());
     EXPECT_EQ(0, a_qeltvapi_oad_accept_schedule());
-    ASSERT_TRUE(comes(sAir, kOadScheduled));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_SCHEDULED));
     ASSERT_EQ(0, a_qeltvapi_oad_start_download());
     ASSERT_TRUE(sAir.takeUntil(
-            [](const Step& s) { return s.type == kOadDownloading && s.percent > 0; }));
+            [](const Step& s) { return s.type == QELTV_OAD_DOWNLOADING && s.percent > 0; }));
     ASSERT_EQ(0, a_qeltvapi_oad_stop_download());
-    ASSERT_TRUE(comes(sAir, kOadStopped));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_STOPPED));
     ASSERT_EQ(0, a_qeltvapi_oad_start_download());
-    ASSERT_TRUE(comes(sAir, kOadDownloaded));
-    EXPECT_EQ(kPowerOnPending, a_qeltvapi_oad_get_power_on_status());
-    EXPECT_EQ(-5, a_qeltvapi_oad_accept_restart()) << "not flashed yet";
-    EXPECT_EQ(-4, a_qeltvapi_set_pkg_pathname("relative"));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_DOWNLOADED));
+    EXPECT_EQ(QELTV_OAD_POWER_ON_PENDING, a_qeltvapi_oad_get_power_on_status());
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_oad_accept_restart()) << "not flashed yet";
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_set_pkg_pathname("relative"));
     EXPECT_EQ(0, a_qeltvapi_set_pkg_pathname("/data/package"));
     ASSERT_EQ(0, a_qeltvapi_oad_start_flash());
-    ASSERT_TRUE(comes(sAir, kOadFlashed));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_FLASHED));
     ASSERT_EQ(0, a_qeltvapi_oad_accept_restart());
-    ASSERT_TRUE(comes(sAir, kOadIdle));
+    ASSERT_TRUE(comes(sAir, QELTV_OAD_IDLE));
     EXPECT_EQ("1.2.0", version());
-    EXPECT_EQ(kPowerOnUpdated, a_qeltvapi_oad_get_power_on_status());
+    EXPECT_EQ(QELTV_OAD_POWER_ON_UPDATED, a_qeltvapi_oad_get_power_on_status());
 
     EXPECT_EQ(0, a_qeltvapi_oad_set_auto_download(1));
     ASSERT_EQ(0, a_qeltvapi_oad_start_jump_channel());
-    EXPECT_TRUE(comes(sAir, kOadNothingNew));
+    EXPECT_TRUE(comes(sAir, QELTV_OAD_NOTHING_NEW));
 }
 
 TEST_F(Software, TheToolFollowsAnUpgrade) {

@@ -10,12 +10,12 @@
 #include "hw_qeltvapi_timeshift.h"
 #include "hw_svctx.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "layouts/record.h"
 #include "layouts/time.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -38,7 +38,7 @@ class Standby : public WithTelevision {
         a_qeltvapi_timeshift_register_callback(onTimeshift);
         sRecordings.clear();
         sTimeshift.clear();
-        ASSERT_TRUE(eventually([] { return tuning() == kTuningPlays; }));
+        ASSERT_TRUE(eventually([] { return tuning() == QELTV_TUNING_PLAYS; }));
     }
 
     static int32_t tuning() {
@@ -48,28 +48,28 @@ class Standby : public WithTelevision {
     }
 
     static uint32_t current() {
-        Connection all{};
-        EXPECT_EQ(0, c_svctx_get_conn_attr(1, 0, kConnectionAll, &all));
+        QELTV_CONNECTION_T all{};
+        EXPECT_EQ(0, c_svctx_get_conn_attr(1, 0, QELTV_CONNECTION_ALL, &all));
         return all.channel;
     }
 
     static void readyTimeshift(const TemporaryDirectory& directory) {
         ASSERT_EQ(0, a_qeltvapi_timeshift_registerDevice(directory.path().c_str(), 8 << 20));
         ASSERT_TRUE(sTimeshift.takeUntil([](const Told& t) {
-            return t.type == kTimeshiftDeviceEvent && t.values[0] == kDeviceReady;
+            return t.type == QELTV_TIMESHIFT_DEVICE_EVENT && t.values[0] == QELTV_DEVICE_READY;
         }));
     }
 
     static bool timeshiftBecomes(int32_t status) {
         return sTimeshift
                 .takeUntil([status](const Told& t) {
-                    return t.type == kTimeshiftStatusEvent &&
+                    return t.type == QELTV_TIMESHIFT_STATUS_EVENT &&
                            t.values[0] == static_cast<uint64_t>(status);
                 })
                 .has_value();
     }
 
-    static int32_t wake() { return a_qeltvapi_broadcast_key_handler(kKeyPower); }
+    static int32_t wake() { return a_qeltvapi_broadcast_key_handler(QELTV_KEY_POWER); }
 };
 
 TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
@@ -77,30 +77,31 @@ TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
     ASSERT_GT(byHand, 0u);
     ASSERT_TRUE(
             eventually([&] { return a_qeltvapi_record_pvr_get_recording_file_size(byHand) > 0; }));
-    ScheduleRecord booking{};
+    QELTV_SCHEDULE_RECORD_T booking{};
     booking.channel = current();
     booking.start = a_qeltvapi_time_get_utc_time(nullptr);
     booking.seconds = 600;
     const int number = a_qeltvapi_set_schedule_record(&booking, 0);
     ASSERT_GT(number, 0);
     const auto started = sRecordings.takeUntil([&](const Told& t) {
-        return t.type == kRecordingStartedEvent && t.values[1] == static_cast<uint64_t>(number);
+        return t.type == QELTV_RECORDING_STARTED_EVENT &&
+               t.values[1] == static_cast<uint64_t>(number);
     });
     ASSERT_TRUE(started);
     const auto booked = static_cast<uint32_t>(started->values[0]);
 
     ASSERT_EQ(0, c_pcl_set_power_down());
-    const auto stopped =
-            sRecordings.takeUntil([](const Told& t) { return t.type == kRecordingStoppedEvent; });
+    const auto stopped = sRecordings.takeUntil(
+            [](const Told& t) { return t.type == QELTV_RECORDING_STOPPED_EVENT; });
     ASSERT_TRUE(stopped);
     EXPECT_EQ(byHand, stopped->values[0]);
-    EXPECT_EQ(uint64_t{kStopStandby}, stopped->values[1]);
-    EXPECT_EQ(kRecordingStopped, a_qeltvapi_record_pvr_get_status(byHand));
+    EXPECT_EQ(uint64_t{QELTV_STOP_STANDBY}, stopped->values[1]);
+    EXPECT_EQ(QELTV_RECORDING_STOPPED, a_qeltvapi_record_pvr_get_status(byHand));
     uint32_t reason = 0;
     ASSERT_EQ(0, a_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index(0, &reason));
-    EXPECT_EQ(kStopStandby, reason);
+    EXPECT_EQ(QELTV_STOP_STANDBY, reason);
 
-    EXPECT_EQ(kRecordingRuns, a_qeltvapi_record_pvr_get_status(booked));
+    EXPECT_EQ(QELTV_RECORDING_RUNS, a_qeltvapi_record_pvr_get_status(booked));
     const int64_t bytes = a_qeltvapi_record_pvr_get_recording_file_size(booked);
     EXPECT_TRUE(eventually(
             [&] { return a_qeltvapi_record_pvr_get_recording_file_size(booked) > bytes; }));
@@ -108,11 +109,11 @@ TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
     ASSERT_EQ(0, a_qeltvapi_record_pvr_stop(booked));
     booking.start = a_qeltvapi_time_get_utc_time(nullptr) + 1;
     ASSERT_GT(a_qeltvapi_set_schedule_record(&booking, 0), number);
-    ASSERT_TRUE(
-            sRecordings.takeUntil([](const Told& t) { return t.type == kRecordingStartedEvent; }));
-    EXPECT_EQ(kTuningStopped, tuning()) << "without showing anything";
+    ASSERT_TRUE(sRecordings.takeUntil(
+            [](const Told& t) { return t.type == QELTV_RECORDING_STARTED_EVENT; }));
+    EXPECT_EQ(QELTV_TUNING_STOPPED, tuning()) << "without showing anything";
     ASSERT_EQ(0, wake());
-    EXPECT_TRUE(eventually([] { return tuning() == kTuningPlays; }));
+    EXPECT_TRUE(eventually([] { return tuning() == QELTV_TUNING_PLAYS; }));
     EXPECT_GT(a_qeltvapi_record_pvr_get_current_handle(), 0);
 }
 
@@ -120,29 +121,29 @@ TEST_F(Standby, TimeshiftEndsAndStartsAgainByItselfWhereItIsToDoSo) {
     const TemporaryDirectory directory;
     readyTimeshift(directory);
     ASSERT_EQ(0, a_qeltvapi_timeshift_start());
-    ASSERT_TRUE(timeshiftBecomes(kTimeshiftRecords));
+    ASSERT_TRUE(timeshiftBecomes(QELTV_TIMESHIFT_RECORDS));
     ASSERT_TRUE(eventually([] { return a_qeltvapi_timeshift_get_duration() > 50; }));
     ASSERT_EQ(0, c_pcl_set_request_suspend());
-    EXPECT_TRUE(timeshiftBecomes(kTimeshiftIdle));
+    EXPECT_TRUE(timeshiftBecomes(QELTV_TIMESHIFT_IDLE));
     EXPECT_EQ(0, a_qeltvapi_timeshift_get_duration()) << "nothing is kept";
-    EXPECT_EQ(-5, a_qeltvapi_timeshift_start()) << "nothing is shown";
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_timeshift_start()) << "nothing is shown";
     ASSERT_EQ(0, wake());
-    EXPECT_EQ(kTimeshiftIdle, a_qeltvapi_timeshift_get_record_status());
+    EXPECT_EQ(QELTV_TIMESHIFT_IDLE, a_qeltvapi_timeshift_get_record_status());
 
     ASSERT_EQ(0, a_qeltvapi_timeshift_set_auto_record(1));
-    ASSERT_TRUE(timeshiftBecomes(kTimeshiftRecords));
+    ASSERT_TRUE(timeshiftBecomes(QELTV_TIMESHIFT_RECORDS));
     ASSERT_EQ(0, c_pcl_set_power_down());
-    ASSERT_TRUE(timeshiftBecomes(kTimeshiftIdle));
+    ASSERT_TRUE(timeshiftBecomes(QELTV_TIMESHIFT_IDLE));
     // A device that becomes ready meanwhile waits.
     readyTimeshift(directory);
-    EXPECT_EQ(kTimeshiftIdle, a_qeltvapi_timeshift_get_record_status());
+    EXPECT_EQ(QELTV_TIMESHIFT_IDLE, a_qeltvapi_timeshift_get_record_status());
     ASSERT_EQ(0, wake());
-    EXPECT_TRUE(timeshiftBecomes(kTimeshiftRecords));
+    EXPECT_TRUE(timeshiftBecomes(QELTV_TIMESHIFT_RECORDS));
 
     // What the user has chosen, and the device, are there again after a restart.
     restart();
     EXPECT_TRUE(eventually(
-            [] { return a_qeltvapi_timeshift_get_record_status() == kTimeshiftRecords; }));
+            [] { return a_qeltvapi_timeshift_get_record_status() == QELTV_TIMESHIFT_RECORDS; }));
     ASSERT_EQ(0, a_qeltvapi_timeshift_set_auto_record(0));
 }
 
@@ -150,16 +151,16 @@ TEST_F(Standby, TheSleepTimerIsAsThoroughAsTheRemoteControl) {
     const auto byHand = static_cast<uint32_t>(a_qeltvapi_record_pvr_open_ex(0, 1));
     ASSERT_GT(byHand, 0u);
     a_qeltvapi_time_set_sleep_timer(1);
-    EXPECT_TRUE(eventually([] { return tuning() == kTuningStopped; }));
+    EXPECT_TRUE(eventually([] { return tuning() == QELTV_TUNING_STOPPED; }));
     EXPECT_TRUE(eventually(
-            [&] { return a_qeltvapi_record_pvr_get_status(byHand) == kRecordingStopped; }));
-    EXPECT_EQ(-5, a_qeltvapi_broadcast_switch_input_to_tv());
-    EXPECT_EQ(kResourceNone, a_qeltvapi_multiview_getVideoResource("main"));
+            [&] { return a_qeltvapi_record_pvr_get_status(byHand) == QELTV_RECORDING_STOPPED; }));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_broadcast_switch_input_to_tv());
+    EXPECT_EQ(QELTV_RESOURCE_NONE, a_qeltvapi_multiview_getVideoResource("main"));
     uint32_t reason = 0;
     ASSERT_EQ(0, c_pcl_get_power_down_reason(&reason, nullptr));
-    EXPECT_EQ(kDownSleepTimer, reason);
+    EXPECT_EQ(QELTV_DOWN_SLEEP_TIMER, reason);
     ASSERT_EQ(0, wake());
-    EXPECT_TRUE(eventually([] { return tuning() == kTuningPlays; }));
+    EXPECT_TRUE(eventually([] { return tuning() == QELTV_TUNING_PLAYS; }));
 }
 
 }  // namespace

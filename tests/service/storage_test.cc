@@ -15,13 +15,13 @@
 
 #include "daemon.h"
 #include "hw_qeltvapi_config.h"
+#include "layouts/codes.h"
 #include "wire.h"
 
 namespace {
 
 constexpr char kNumber[] = "picture.contrast";
 constexpr char kOther[] = "picture.brightness";
-constexpr int kStorage = -6;
 
 /** How large a file of this process, and of those that it starts meanwhile, can become. */
 class Limited {
@@ -142,9 +142,9 @@ TEST_F(FullDisk, WhatWasAcknowledgedSurvivesAndTheRestIsRefused) {
     for (int32_t next = 0; next < 4000 && refused < 20; ++next) {
         const int32_t wanted = next % 100;
         const int32_t code = a_qeltvapi_config_set_value(0, kNumber, wanted, 0);
-        ASSERT_TRUE(code == 0 || code == kStorage) << code;
+        ASSERT_TRUE(code == 0 || code == QELTV_STORAGE) << code;
         if (code == 0) kept = wanted;
-        if (code == kStorage) ++refused;
+        if (code == QELTV_STORAGE) ++refused;
         int32_t read = -1000;
         ASSERT_EQ(0, a_qeltvapi_config_get_value(0, kNumber, &read));
         if (kept >= 0) ASSERT_EQ(kept, read) << "a refused change has not happened";

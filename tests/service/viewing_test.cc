@@ -12,10 +12,10 @@
 #include "hw_qeltvapi_scan.h"
 #include "hw_svctx.h"
 #include "inbox.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
 
 using namespace wire;
-using namespace qeltvd::layouts;
 
 namespace {
 
@@ -23,15 +23,16 @@ class Viewing : public WithTelevision {
   protected:
     void SetUp() override {
         WithTelevision::SetUp();
-        ASSERT_TRUE(becomes(0, kTuningPlays));
+        ASSERT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
     }
 
-    static Connection connection(uint32_t path) {
-        Connection all{};
-        EXPECT_EQ(0, c_svctx_get_conn_attr(contextOfPath(path), 0, kConnectionAll, &all));
+    static QELTV_CONNECTION_T connection(uint32_t path) {
+        QELTV_CONNECTION_T all{};
+        EXPECT_EQ(0, c_svctx_get_conn_attr(QELTV_CONTEXT_OF_MAIN + path, 0, QELTV_CONNECTION_ALL,
+                                           &all));
         return all;
     }
-    static bool becomes(uint32_t path, TuningStatus status) {
+    static bool becomes(uint32_t path, QELTV_TUNING_STATUS status) {
         return eventually([&] { return connection(path).status == static_cast<uint32_t>(status); });
     }
     /** What a question with an output of a byte is answered, or its code. */
@@ -46,51 +47,51 @@ class Viewing : public WithTelevision {
 TEST_F(Viewing, PicturesStartStopAndTakeTheSound) {
     const QELTVAPI_MULTIVIEW_REGION_T anywhere{0, 0, 0, 0};
     ASSERT_EQ(0, a_qeltvapi_multiview_startSubVideo(5, &anywhere));
-    ASSERT_TRUE(becomes(1, kTuningPlays));
+    ASSERT_TRUE(becomes(1, QELTV_TUNING_PLAYS));
     EXPECT_EQ(0, a_qeltvapi_multiview_getAudioFocus());
     ASSERT_EQ(0, a_qeltvapi_multiview_setAudioFocus("sub"));
     EXPECT_EQ(1, a_qeltvapi_multiview_getAudioFocus());
-    EXPECT_EQ(-3, a_qeltvapi_multiview_setAudioFocus("third"));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_multiview_setAudioFocus("third"));
     ASSERT_EQ(0, a_qeltvapi_multiview_stopSubVideo());
-    EXPECT_TRUE(becomes(1, kTuningStopped));
-    EXPECT_EQ(-5, a_qeltvapi_multiview_setAudioFocus("sub")) << "it shows nothing";
+    EXPECT_TRUE(becomes(1, QELTV_TUNING_STOPPED));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_multiview_setAudioFocus("sub")) << "it shows nothing";
     EXPECT_EQ(0, a_qeltvapi_multiview_only_chg_focus("sub")) << "but may be told so";
     EXPECT_EQ(1, a_qeltvapi_multiview_getAudioFocus());
-    EXPECT_EQ(-3, a_qeltvapi_multiview_only_chg_focus("third"));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_multiview_only_chg_focus("third"));
 
     // The tuner moves to the second picture once the first one lets go of it.
-    EXPECT_EQ(-5, a_qeltvapi_multiview_startSubVideo(0, &anywhere));
-    EXPECT_EQ(-3, a_qeltvapi_multiview_startMainVideo(9, &anywhere));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_multiview_startSubVideo(0, &anywhere));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_multiview_startMainVideo(9, &anywhere));
     ASSERT_EQ(0, a_qeltvapi_multiview_startMainVideo(7, &anywhere));
-    ASSERT_TRUE(becomes(0, kTuningPlays));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
     EXPECT_EQ(7u, connection(0).source);
     ASSERT_EQ(0, a_qeltvapi_multiview_startSubVideo(0, &anywhere));
-    ASSERT_TRUE(becomes(1, kTuningPlays));
+    ASSERT_TRUE(becomes(1, QELTV_TUNING_PLAYS));
     EXPECT_EQ(1, a_qeltvapi_multiview_getPOPTunerFocus());
-    EXPECT_EQ(-5, a_qeltvapi_broadcast_switch_input_to_tv());
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_broadcast_switch_input_to_tv());
     EXPECT_EQ(7u, connection(0).source) << "a refusal changes nothing";
     ASSERT_EQ(0, a_qeltvapi_multiview_stopMainVideo());
-    EXPECT_TRUE(becomes(0, kTuningStopped));
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_STOPPED));
 
     ASSERT_EQ(0, a_qeltvapi_multiview_set_video_state("sub", 0));
     EXPECT_EQ(0, a_qeltvapi_multiview_get_video_state("sub"));
     ASSERT_EQ(0, a_qeltvapi_multiview_set_video_state("sub", 1));
     EXPECT_EQ(1, a_qeltvapi_multiview_get_video_state("sub"));
     EXPECT_EQ(0, a_qeltvapi_multiview_get_video_state("main")) << "stopped";
-    EXPECT_EQ(-3, a_qeltvapi_multiview_get_video_state("third"));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_multiview_get_video_state("third"));
     ASSERT_EQ(0, a_qeltvapi_multiview_setChgSource(1));
     EXPECT_EQ(1, a_qeltvapi_multiview_getChgSource());
 
-    EXPECT_EQ(-5, a_qeltvapi_multiview_stopVideoWithoutVideoPath("main"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_multiview_stopVideoWithoutVideoPath("main"));
     ASSERT_EQ(0, a_qeltvapi_multiview_startVideoWithoutVideoPath(5, "main"));
-    EXPECT_EQ(kResourceWithoutPath, a_qeltvapi_multiview_getVideoResource("main"));
-    EXPECT_EQ(-5, a_qeltvapi_multiview_stopVideoWithoutVideoPath("sub")) << "has a path";
+    EXPECT_EQ(QELTV_RESOURCE_WITHOUT_PATH, a_qeltvapi_multiview_getVideoResource("main"));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_multiview_stopVideoWithoutVideoPath("sub")) << "has a path";
     ASSERT_EQ(0, a_qeltvapi_multiview_stopVideoWithoutVideoPath("main"));
-    EXPECT_EQ(kResourceNone, a_qeltvapi_multiview_getVideoResource("main"));
+    EXPECT_EQ(QELTV_RESOURCE_NONE, a_qeltvapi_multiview_getVideoResource("main"));
     ASSERT_EQ(0, a_qeltvapi_apptv_stop_all());
-    EXPECT_TRUE(becomes(1, kTuningStopped));
+    EXPECT_TRUE(becomes(1, QELTV_TUNING_STOPPED));
     ASSERT_EQ(0, a_qeltvapi_apptv_start_tv());
-    EXPECT_TRUE(becomes(0, kTuningPlays));
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
 }
 
 TEST_F(Viewing, UnlockingGoesWithThePictureThatIsSwapped) {
@@ -100,50 +101,51 @@ TEST_F(Viewing, UnlockingGoesWithThePictureThatIsSwapped) {
     const QELTVAPI_MULTIVIEW_REGION_T anywhere{0, 0, 0, 0};
     ASSERT_EQ(0, a_qeltvapi_multiview_startMainVideo(5, &anywhere));
     ASSERT_EQ(0, a_qeltvapi_multiview_startSubVideo(7, &anywhere));
-    ASSERT_TRUE(becomes(0, kTuningFailed));
-    ASSERT_TRUE(becomes(1, kTuningFailed));
-    EXPECT_EQ(-3, a_qeltvapi_apptv_unlock_service("third"));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_FAILED));
+    ASSERT_TRUE(becomes(1, QELTV_TUNING_FAILED));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_apptv_unlock_service("third"));
     ASSERT_EQ(0, a_qeltvapi_apptv_unlock_service("main"));
-    EXPECT_TRUE(becomes(0, kTuningPlays));
-    EXPECT_EQ(static_cast<uint32_t>(kTuningFailed), connection(1).status);
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_TUNING_FAILED), connection(1).status);
     ASSERT_EQ(0, a_qeltvapi_apptv_swap_tmp_unlock_info(0));
-    EXPECT_TRUE(becomes(1, kTuningPlays));
-    EXPECT_TRUE(becomes(0, kTuningFailed));
+    EXPECT_TRUE(becomes(1, QELTV_TUNING_PLAYS));
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_FAILED));
     ASSERT_EQ(0, a_qeltvapi_multiview_stopMainVideo());
-    EXPECT_EQ(-5, a_qeltvapi_apptv_unlock_service("main")) << "nothing to unlock";
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_apptv_unlock_service("main")) << "nothing to unlock";
 }
 
 TEST_F(Viewing, InputsSharePinsSignalsAndPriorities) {
     EXPECT_EQ(1, flag(a_qeltvapi_inputsource_query_conflict, 1, 2)) << "the same pins";
     EXPECT_EQ(0, flag(a_qeltvapi_inputsource_query_conflict, 5, 6));
     EXPECT_EQ(1, flag(a_qeltvapi_inputsource_isVideoSignalAvailable, "main"));
-    EXPECT_EQ(-3, flag(a_qeltvapi_inputsource_isVideoSignalAvailable, "third"));
-    EXPECT_EQ(-3, flag(a_qeltvapi_inputsource_isAudioSignalAvailable, "third"));
+    EXPECT_EQ(QELTV_NOT_FOUND, flag(a_qeltvapi_inputsource_isVideoSignalAvailable, "third"));
+    EXPECT_EQ(QELTV_NOT_FOUND, flag(a_qeltvapi_inputsource_isAudioSignalAvailable, "third"));
     ASSERT_EQ(0, a_qeltvapi_inputsource_changesource_bysourceid(8));
-    ASSERT_TRUE(becomes(0, kTuningFailed));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_FAILED));
     EXPECT_EQ(0, flag(a_qeltvapi_inputsource_isVideoSignalAvailable, "main"));
     EXPECT_EQ(0, flag(a_qeltvapi_inputsource_isAudioSignalAvailable, "main"));
 
     // Priority 0 takes only a picture that shows nothing.
-    EXPECT_EQ(-5, a_qeltvapi_inputsource_cs_bysourceidandpathandpriority(5, "main", 0));
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_inputsource_cs_bysourceidandpathandpriority(5, "main", 0));
     EXPECT_EQ(0, a_qeltvapi_inputsource_cs_bysourceidandpathandpriority(5, "main", 1));
-    ASSERT_TRUE(becomes(0, kTuningPlays));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
     EXPECT_EQ(0, a_qeltvapi_inputsource_cs_bysourceidandpathandpriority(7, "sub", 0));
-    EXPECT_TRUE(becomes(1, kTuningPlays));
+    EXPECT_TRUE(becomes(1, QELTV_TUNING_PLAYS));
     EXPECT_EQ(0, flag(a_qeltvapi_inputsource_is_source_available_bysourceidandpath, 7, "main"));
     EXPECT_EQ(1, flag(a_qeltvapi_inputsource_is_source_available_bysourceidandpath, 6, "main"));
     ASSERT_EQ(0, a_qeltvapi_inputsource_sync_stop("sub", 0));
-    EXPECT_TRUE(becomes(1, kTuningStopped));
+    EXPECT_TRUE(becomes(1, QELTV_TUNING_STOPPED));
     EXPECT_EQ(1, flag(a_qeltvapi_inputsource_is_source_available_bysourceidandpath, 7, "main"));
 }
 
 TEST_F(Viewing, DigitsAreValidatedAndForgotten) {
     const uint32_t first = connection(0).channel;
-    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyDigit0 + 2));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_DIGIT_0 + 2));
     ASSERT_EQ(0, a_qeltvapi_broadcast_reset_digits_key_handled());
-    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyOk));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_OK));
     EXPECT_EQ(first, connection(0).channel) << "the digit is forgotten";
-    EXPECT_EQ(-5, a_qeltvapi_broadcast_key_handler(kKeyPeriod)) << "no number begins so";
+    EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_broadcast_key_handler(QELTV_KEY_PERIOD))
+            << "no number begins so";
 
     int32_t value = 0;
     ASSERT_EQ(0, a_qeltvapi_broadcast_get_max_possible_major_chan_no(0, &value));
@@ -157,12 +159,12 @@ TEST_F(Viewing, DigitsAreValidatedAndForgotten) {
     EXPECT_EQ(0, flag(a_qeltvapi_broadcast_is_channel_number_valid, 31999, 0, 1));
 
     // The number of a programme selects within the list that is being watched.
-    EXPECT_EQ(-3, a_qeltvapi_broadcast_select_channel_by_prog_no(1, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_select_channel_by_prog_no(1, 0));
     EXPECT_EQ(0, flag(a_qeltvapi_broadcast_strm_is_orig_scramble, "main", 0));
-    EXPECT_EQ(-3, flag(a_qeltvapi_broadcast_strm_is_orig_scramble, "third", 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, flag(a_qeltvapi_broadcast_strm_is_orig_scramble, "third", 0));
     ASSERT_EQ(0, a_qeltvapi_broadcast_sync_stop("main", 0));
-    EXPECT_TRUE(becomes(0, kTuningStopped));
-    EXPECT_EQ(-3, a_qeltvapi_broadcast_sync_stop("third", 0));
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_STOPPED));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_sync_stop("third", 0));
 }
 
 TEST_F(Viewing, TheChannelThatIsShownFollowsItsRecord) {
@@ -170,11 +172,12 @@ TEST_F(Viewing, TheChannelThatIsShownFollowsItsRecord) {
     // Gone from the list, it is gone from the screen; the end of a scan shows another one.
     ASSERT_EQ(0, qeltvctl({"config", "set", "channels.region", "dvb-s/Astra-19.2E"}).status);
     ASSERT_EQ(0, qeltvctl({"call", "a_qeltvapi_channellist_delete_by_brdcst", "1", "0"}).status);
-    ASSERT_TRUE(becomes(0, kTuningFailed));
-    EXPECT_EQ(static_cast<uint32_t>(kTuningNoService), connection(0).error);
-    EXPECT_EQ(-3, a_qeltvapi_broadcast_select_channel_by_chan_id(static_cast<int32_t>(first), 0));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_FAILED));
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_TUNING_NO_SERVICE), connection(0).error);
+    EXPECT_EQ(QELTV_NOT_FOUND,
+              a_qeltvapi_broadcast_select_channel_by_chan_id(static_cast<int32_t>(first), 0));
     ASSERT_EQ(0, a_qeltvapi_scan_select_crnt_or_first_channel(1));
-    EXPECT_TRUE(becomes(0, kTuningPlays) || connection(0).error == kTuningScrambled);
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_PLAYS) || connection(0).error == QELTV_TUNING_SCRAMBLED);
     EXPECT_NE(first, connection(0).channel);
     EXPECT_NE(0u, connection(0).channel);
 }
@@ -184,7 +187,7 @@ TEST_F(Viewing, AnAmericanLineUpIsDialledByMajorAndMinor) {
               qeltvctl({"config", "set", "channels.region", "atsc/us-ATSC-center-frequencies-8VSB"})
                       .status);
     restart();
-    ASSERT_TRUE(becomes(0, kTuningPlays));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
     const uint32_t first = connection(0).channel;
     const auto number =
             nlohmann::json::parse(qeltvctl({"channel", "show", "current", "--json"}).out)
@@ -195,16 +198,16 @@ TEST_F(Viewing, AnAmericanLineUpIsDialledByMajorAndMinor) {
     const auto id = a_qeltvapi_apptv_get_matched_channel(static_cast<int16_t>(major), 1, 0, 2);
     ASSERT_GT(id, 0) << major << ".2";
     for (const char digit : std::to_string(major) + ".2") {
-        ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(digit == '.' ? kKeyPeriod
-                                                                   : kKeyDigit0 + (digit - '0')));
+        ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(
+                             digit == '.' ? QELTV_KEY_PERIOD : QELTV_KEY_DIGIT_0 + (digit - '0')));
     }
     EXPECT_EQ(first, connection(0).channel) << "more digits may come";
-    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(kKeyOk));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_OK));
     EXPECT_EQ(static_cast<uint32_t>(id), connection(0).channel);
     ASSERT_EQ(0, a_qeltvapi_broadcast_select_channel_by_chan_num(major, 1, 0));
-    ASSERT_TRUE(becomes(0, kTuningPlays));
+    ASSERT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
     EXPECT_EQ(first, connection(0).channel);
-    EXPECT_EQ(-3, a_qeltvapi_broadcast_select_channel_by_chan_num(major, 900, 0));
+    EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_broadcast_select_channel_by_chan_num(major, 900, 0));
     uint32_t words[4] = {};
     ASSERT_EQ(0, a_qeltvapi_config_get_video_resolution(words));
     EXPECT_EQ(29970u, words[2]);
@@ -215,20 +218,20 @@ TEST_F(Viewing, AnAmericanLineUpIsDialledByMajorAndMinor) {
 
 TEST_F(Viewing, WhyItWokeUpHoldsForThisRunOnly) {
     const uint32_t data = 0x0a0b0c0d;
-    ASSERT_EQ(0, c_pcl_set_wakeup_reason(kWakeCec, &data));
+    ASSERT_EQ(0, c_pcl_set_wakeup_reason(QELTV_WAKE_CEC, &data));
     uint32_t reason = 0, back = 0;
     ASSERT_EQ(0, a_qeltvapi_pcl_get_wakeup_reason(&reason, &back));
-    EXPECT_EQ(static_cast<uint32_t>(kWakeCec), reason);
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_WAKE_CEC), reason);
     EXPECT_EQ(data, back);
-    EXPECT_EQ(-4, c_pcl_set_wakeup_reason(kWakeReasons, nullptr));
+    EXPECT_EQ(QELTV_BAD_VALUE, c_pcl_set_wakeup_reason(QELTV_WAKE_REASONS, nullptr));
     ASSERT_EQ(0, c_pcl_set_request_powerdown_envent()) << "only asks";
-    EXPECT_TRUE(becomes(0, kTuningPlays));
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_PLAYS));
     ASSERT_EQ(0, c_pcl_set_power_down());
-    EXPECT_EQ(-5, c_pcl_set_request_powerdown_envent()) << "is in standby";
+    EXPECT_EQ(QELTV_REFUSED, c_pcl_set_request_powerdown_envent()) << "is in standby";
     restart();
     ASSERT_EQ(0, c_pcl_get_wakeup_reason(&reason, nullptr));
-    EXPECT_EQ(static_cast<uint32_t>(kWakeMains), reason);
-    EXPECT_TRUE(becomes(0, kTuningPlays)) << "the mains wake it";
+    EXPECT_EQ(static_cast<uint32_t>(QELTV_WAKE_MAINS), reason);
+    EXPECT_TRUE(becomes(0, QELTV_TUNING_PLAYS)) << "the mains wake it";
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "ChannelDatabase.h"
+#include "ChannelIds.h"
+#include "Code.h"
 #include "ServiceGenerator.h"
-#include "layouts/channel_ids.h"
-#include "layouts/codes.h"
 
 using namespace qeltvd;
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "layouts/channel_ids.h"
+#include "ChannelIds.h"
 
 using namespace qeltvd;
 

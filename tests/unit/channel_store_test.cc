@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "ChannelDatabase.h"
-#include "layouts/channel_ids.h"
+#include "ChannelIds.h"
 
 using namespace qeltvd;
 
