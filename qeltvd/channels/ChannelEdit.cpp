@@ -111,7 +111,7 @@ void ChannelEdit::placeAll(uint16_t id, const std::vector<Channel>& channels) {
         place(to, channel);
         what.records.push_back(channel.recordId);
     }
-    tell(std::move(what));
+    changed(std::move(what));
 }
 
 template <class Record, class Unwanted>
@@ -128,7 +128,7 @@ void ChannelEdit::take(uint16_t id, const std::vector<uint32_t>& records) {
     const std::unordered_set<uint32_t> gone(records.begin(), records.end());
     erase(from.channels, [&](const Channel& c) { return gone.count(c.recordId) != 0; });
     from.order();
-    tell({ChannelChange::kChannelsRemoved, id, 0, records});
+    changed({ChannelChange::kChannelsRemoved, id, 0, records});
 }
 
 void ChannelEdit::takeMultiplexes(uint16_t id, const std::vector<uint32_t>& records) {
@@ -141,7 +141,7 @@ void ChannelEdit::takeMultiplexes(uint16_t id, const std::vector<uint32_t>& reco
     }
     take(id, channels);
     erase(from.multiplexes, [&](const Multiplex& m) { return gone.count(m.recordId) != 0; });
-    tell({ChannelChange::kMultiplexes, id, 0, records});
+    changed({ChannelChange::kMultiplexes, id, 0, records});
 }
 
 template <class Record>
@@ -161,7 +161,7 @@ int32_t ChannelEdit::put(Record record, Audience audience, uint32_t* recordId) {
     ChannelChange what = changeOf(record);
     what.records = {record.recordId};
     what.audience = audience;
-    tell(std::move(what));
+    changed(std::move(what));
     *recordId = record.recordId;
     return kOk;
 }
@@ -187,7 +187,7 @@ int32_t ChannelEdit::removeNetworks(uint16_t id, uint32_t recordId) {
         multiplex.network = 0;
         mStore.save(multiplex);
     }
-    tell({ChannelChange::kNetworks, id, 0, {recordId}});
+    changed({ChannelChange::kNetworks, id, 0, {recordId}});
     return kOk;
 }
 
@@ -204,21 +204,21 @@ int32_t ChannelEdit::removeSatellites(uint32_t recordId) {
     }
     takeMultiplexes(kSatelliteList, multiplexes);
     erase(list.networks, concerned);
-    tell({ChannelChange::kSatellites, kSatelliteList, 0, {recordId}});
+    changed({ChannelChange::kSatellites, kSatelliteList, 0, {recordId}});
     return kOk;
 }
 
 int32_t ChannelEdit::removeKeys(uint32_t recordId) {
     const int32_t code = remove(mLists->keys, recordId);
     if (code != kOk) return code;
-    tell({ChannelChange::kBissKeys, kSatelliteList, 0, {recordId}});
+    changed({ChannelChange::kBissKeys, kSatelliteList, 0, {recordId}});
     return kOk;
 }
 
 void ChannelEdit::setFavourites(uint32_t index, const Favourites& favourites) {
     mLists->favourites[index] = favourites;
     mStore.saveFavourites(index, favourites);
-    tell({ChannelChange::kFavourites, static_cast<uint16_t>(index)});
+    changed({ChannelChange::kFavourites, static_cast<uint16_t>(index)});
 }
 
 void ChannelEdit::flagFavourites() {
@@ -275,7 +275,7 @@ void ChannelEdit::follow(const ChannelLists::Reference& was, ChannelLists::Refer
     if (to == nullptr) is = {};
     const uint32_t idBefore = from != nullptr ? from->channelId : 0;
     const uint32_t idNow = to != nullptr ? to->channelId : 0;
-    if (idBefore != idNow) tell({kind, is.list, idNow});
+    if (idBefore != idNow) changed({kind, is.list, idNow});
 }
 
 }  // namespace qeltvd

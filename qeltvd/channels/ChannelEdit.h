@@ -37,7 +37,7 @@ class ChannelEdit {
     /** A list, to be changed. */
     ChannelList& change(uint16_t id);
 
-    void tell(ChannelChange change) { mChanges.push_back(std::move(change)); }
+    void changed(ChannelChange change) { mChanges.push_back(std::move(change)); }
 
     /** Replaces a channel of a list that is being changed, or adds it. */
     void place(ChannelList& list, const Channel& channel);

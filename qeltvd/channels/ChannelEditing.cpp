@@ -19,7 +19,7 @@ int32_t setFlags(ChannelEdit& edit, uint16_t id, uint32_t recordId, uint32_t mas
     channel.flags = (channel.flags & ~mask) | (flags & mask);
     if (channel.flags == found->flags) return kOk;
     edit.place(edit.change(id), channel);
-    edit.tell({ChannelChange::kChannels, id, 0, {recordId}});
+    edit.changed({ChannelChange::kChannels, id, 0, {recordId}});
     return kOk;
 }
 
@@ -87,7 +87,7 @@ int32_t put(ChannelEdit& edit, const Channel& given, Audience audience) {
                 (channel.flags & ~CHANNEL_FLAGS_FAVOURITE) | (was->flags & CHANNEL_FLAGS_FAVOURITE);
     }
     edit.place(to, channel);
-    edit.tell({ChannelChange::kChannels, id, 0, {channel.recordId}, audience});
+    edit.changed({ChannelChange::kChannels, id, 0, {channel.recordId}, audience});
     return kOk;
 }
 
@@ -252,7 +252,7 @@ int32_t setFavourites(ChannelEdit& edit, uint32_t index, const Favourites& favou
 int32_t setCurrentFavouriteList(ChannelEdit& edit, uint32_t index) {
     if (index >= kFavouriteLists) return kNotFound;
     edit.lists().favouriteList = index;
-    edit.tell({ChannelChange::kFavourites, static_cast<uint16_t>(index)});
+    edit.changed({ChannelChange::kFavourites, static_cast<uint16_t>(index)});
     return kOk;
 }
 
@@ -265,7 +265,7 @@ int32_t clear(ChannelEdit& edit, uint16_t id, Streams streams) {
     }
     list.order();
     edit.store().saveList(id, edit.list(id));
-    edit.tell({ChannelChange::kList, id});
+    edit.changed({ChannelChange::kList, id});
     return kOk;
 }
 
@@ -295,7 +295,7 @@ int32_t restore(ChannelEdit& edit, const ChannelSnapshot& snapshot) {
     if (snapshot.kind == ChannelSnapshot::Kind::kSatellites) {
         edit.lists().satellites = snapshot.satellites;
         edit.store().saveSatellites(snapshot.satellites);
-        edit.tell({ChannelChange::kSatellites, kSatelliteList});
+        edit.changed({ChannelChange::kSatellites, kSatelliteList});
         return kOk;
     }
     ChannelList& list = edit.change(snapshot.id);
@@ -310,7 +310,7 @@ int32_t restore(ChannelEdit& edit, const ChannelSnapshot& snapshot) {
         if (all != now) edit.setFavourites(i, all);
     }
     edit.flagFavourites();
-    edit.tell({ChannelChange::kList, snapshot.id});
+    edit.changed({ChannelChange::kList, snapshot.id});
     return kOk;
 }
 
@@ -318,7 +318,7 @@ int32_t setListMode(ChannelEdit& edit, uint32_t mode) {
     if (mode > CHANNEL_LIST_MODE_ONE) return kBadValue;
     if (edit.lists().mode == mode) return kOk;
     edit.lists().mode = mode;
-    edit.tell({ChannelChange::kListMode, static_cast<uint16_t>(mode)});
+    edit.changed({ChannelChange::kListMode, static_cast<uint16_t>(mode)});
     return kOk;
 }
 

@@ -83,7 +83,7 @@ void fill(ChannelEdit& edit, const std::string& configured) {
     for (const uint16_t id : ids) {
         edit.change(id).order();
         edit.store().saveList(id, edit.list(id));
-        edit.tell({ChannelChange::kList, id});
+        edit.changed({ChannelChange::kList, id});
     }
     edit.store().saveSatellites(edit.lists().satellites);
     edit.lists().region = configured;
@@ -94,7 +94,7 @@ void fill(ChannelEdit& edit, const std::string& configured) {
         edit.lists().current = {id, list->channels.front().recordId};
         break;
     }
-    edit.tell({ChannelChange::kSatellites, kSatelliteList});
+    edit.changed({ChannelChange::kSatellites, kSatelliteList});
 }
 
 }  // namespace qeltvd::channel_editing

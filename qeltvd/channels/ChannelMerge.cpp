@@ -118,8 +118,8 @@ int32_t merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found, U
         edit.take(id, channels);
         edit.takeMultiplexes(id, multiplexes);
     }
-    if (!change.records.empty()) edit.tell(std::move(change));
-    edit.tell({ChannelChange::kMultiplexes, id});
+    if (!change.records.empty()) edit.changed(std::move(change));
+    edit.changed({ChannelChange::kMultiplexes, id});
     if (merged != nullptr) *merged = std::move(result);
     return kOk;
 }
