@@ -110,7 +110,8 @@ int ion_alloc_fd(int fd, size_t len, size_t /*align*/, unsigned int heap_mask,
     if (heap_mask == 0) {
         return -ENODEV;
     }
-    if (len > static_cast<size_t>(std::numeric_limits<off_t>::max())) {
+    // More than a process can map, although a file can be as long.
+    if (len > static_cast<size_t>(std::numeric_limits<ptrdiff_t>::max())) {
         return -ENOMEM;
     }
     int buffer = hidlhost::IonPool::get().allocate(len);
