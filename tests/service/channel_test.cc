@@ -835,9 +835,9 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
     using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiChannelList;
     const auto service = IQelTvApiChannelList::getService("default", false);
     ASSERT_NE(nullptr, service);
-    const auto memory = [](size_t size, bool writable, int seals = F_SEAL_SHRINK) {
+    const auto memory = [](uint64_t size, bool writable, int seals = F_SEAL_SHRINK) {
         const int fd = memfd_create("test", MFD_CLOEXEC | MFD_ALLOW_SEALING);
-        EXPECT_EQ(0, ftruncate(fd, static_cast<off_t>(size)));
+        EXPECT_EQ(0, ftruncate64(fd, static_cast<off64_t>(size)));
         EXPECT_EQ(0, fcntl(fd, F_ADD_SEALS, seals));
         native_handle_t* native = native_handle_create(1, 0);
         native->data[0] = fd;
@@ -869,8 +869,8 @@ TEST_F(ChannelFunctions, AMemoryThatIsTooSmallOrNoneIsRefused) {
     EXPECT_EQ(QELTV_BAD_VALUE, readTwo(memory(2 * sizeof(channel_record_t), true, 0), tsl));
     // More than the machine has, of which only what there is to read gets memory.
     constexpr uint32_t kHuge = 0xffffffff;
-    EXPECT_EQ(0, readSome(kHuge, memory(size_t{kHuge} * sizeof(channel_record_t), true),
-                          memory(size_t{kHuge} * sizeof(multiplex_record_t), true)));
+    EXPECT_EQ(0, readSome(kHuge, memory(uint64_t{kHuge} * sizeof(channel_record_t), true),
+                          memory(uint64_t{kHuge} * sizeof(multiplex_record_t), true)));
     int ends[2];
     ASSERT_EQ(0, pipe2(ends, O_CLOEXEC));
     native_handle_t* native = native_handle_create(1, 0);
