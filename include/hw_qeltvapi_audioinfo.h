@@ -6,8 +6,8 @@
  * there and -1 after a lost reply. Only a_qeltvapi_select_default_audio() logs the missing
  * service, while debugging.
  *
- * The layouts of records and the values of tracks are the service's. Records are stored whole,
- * whatever the room.
+ * The layouts of records and the values of tracks are the service's. Records are stored whole, not
+ * bounded by the buffer's size.
  */
 #ifndef HW_QELTVAPI_AUDIOINFO_H
 #define HW_QELTVAPI_AUDIOINFO_H

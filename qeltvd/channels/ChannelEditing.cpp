@@ -62,7 +62,7 @@ int32_t put(ChannelEdit& edit, const Channel& given, Audience audience) {
     channel.name = cut(channel.name, kNameLimit);
     channel.provider = cut(channel.provider, kProviderLimit);
     channel.language = cut(channel.language, kLanguageLimit);
-    // A non-PSIP id is not told by its number alone.
+    // A non-PSIP id does not follow from its number alone.
     const bool kept = channel.channelId != 0 && channel_ids::isNonPsip(channel.channelId) &&
                       channel_ids::list(channel.channelId) == id &&
                       channel_ids::number(channel.channelId) == channel.number;
