@@ -21,7 +21,7 @@ namespace qeltvapi {
 class QelTvApiShareMemory {
   public:
     /**
-     * Allocates the buffer. Never throws: m_status tells whether it exists.
+     * Allocates the buffer. Never throws: m_status reports whether it exists.
      *
      * @param length size in bytes, may be 0
      */
@@ -50,7 +50,8 @@ class QelTvApiShareMemory {
     int m_ion_fd;
     /** Descriptor of the buffer, owned by m_handle; -1 before allocation and after commit(). */
     int m_share_fd;
-    /** What goes to the service: one descriptor, no integers. Empty when there is no buffer. */
+    /** The handle that goes to the service: one descriptor, no integers. Empty when there is no
+     * buffer. */
     android::hardware::hidl_handle m_handle;
     /** Size in bytes. */
     uint32_t m_length;

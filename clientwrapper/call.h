@@ -65,8 +65,8 @@ inline void mainServiceFail(const char* tag, const Site& site) {
 }  // namespace line
 
 /**
- * What all functions of one family have in common. A function that differs in one point says so
- * where it stands: `kFamily.withMissing(0)`.
+ * The constants that all functions of one family share. A function that differs in one point says
+ * so where it stands: `kFamily.withMissing(0)`.
  */
 template <class I>
 struct Family {
@@ -78,7 +78,7 @@ struct Family {
     int missing = -1;
     /** Written before the proxy is fetched, while tracing; may be null, as the next three. */
     SiteLine entry = nullptr;
-    /** Written when the service is not there, whatever the debug switch. */
+    /** Written when the service is not there, regardless of the debug switch. */
     SiteLine missingAlways = nullptr;
     /** Written when the service is not there, while tracing. */
     SiteLine missingTraced = nullptr;
@@ -216,7 +216,7 @@ class Call {
 
     /** A method without results: only a lost reply is reported. */
     template <class... P, class... A>
-    void tell(Return<void> (I::*method)(P...), A&&... args) {
+    void send(Return<void> (I::*method)(P...), A&&... args) {
         check((mService.get()->*method)(std::forward<A>(args)...));
     }
 
@@ -282,11 +282,11 @@ detail::ReplyResult<Reply> ask(const Family<I>& family, const Site& site,
     return call.ask(method, reply, std::forward<A>(args)...);
 }
 
-/** Call::tell() behind the proxy test. */
+/** Call::send() behind the proxy test. */
 template <class I, class... P, class... A>
-void tell(const Family<I>& family, const Site& site, Return<void> (I::*method)(P...), A&&... args) {
+void send(const Family<I>& family, const Site& site, Return<void> (I::*method)(P...), A&&... args) {
     Call<I> call(family, site);
-    if (call) call.tell(method, std::forward<A>(args)...);
+    if (call) call.send(method, std::forward<A>(args)...);
 }
 
 /** A C text as an argument; null is sent as the empty text. */

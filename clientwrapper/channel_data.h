@@ -1,4 +1,4 @@
-/** What the modules of the channel data share: the lines of their frames and reply handlers. */
+/** Shared by the modules of the channel data: the lines of their frames and reply handlers. */
 #ifndef CLIENTWRAPPER_CHANNEL_DATA_H
 #define CLIENTWRAPPER_CHANNEL_DATA_H
 

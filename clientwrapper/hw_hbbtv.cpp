@@ -13,7 +13,7 @@ constexpr char kTag[] = "(hw_hbbtv)(client)";
 
 constexpr Family<IQelTvApi> kHbbtv{kTag, getQelTvApiService, -1, -1, line::dot};
 
-/** A language is always stored as four bytes, whatever the length of the text. */
+/** A language is always stored as four bytes, regardless of the length of the text. */
 auto storeLanguage(char* lang) {
     return [=](const hidl_string& value, int32_t code) {
         char word[QELTVAPI_HBBTV_LANG_SIZE] = {};

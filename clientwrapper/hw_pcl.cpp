@@ -102,7 +102,7 @@ int c_pcl_set_gpio(uint32_t a, uint32_t b) {
     return direct(kPcl, HERE, &IQelTvApi::a_hidl_c_pcl_set_gpio, a, b);
 }
 
-// Has a line of its own for null, and writes it whatever the debug switch.
+// A null has a line of its own, written regardless of the debug switch.
 int c_pcl_set_gpio_monitor_ctrl_ex(const qeltvapi_pcl_gpio_monitor_ctrl_t* ctrl) {
     Call<IQelTvApi> call(ctrl != nullptr ? kPcl : kPcl.withMissingTraced(nullptr), HERE);
     if (ctrl == nullptr) {

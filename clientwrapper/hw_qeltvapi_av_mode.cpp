@@ -15,7 +15,7 @@ constexpr Family<IQelTvApi> kAvMode{kTag, getQelTvApiService, -1, -1, line::name
 constexpr Family<IQelTvApi> kCurrent =
         kAvMode.withPreset(QELTVAPI_AV_MODE_NONE).withMissing(QELTVAPI_AV_MODE_NONE);
 
-/** All modes that the service sends, whatever the room, and how many they are. */
+/** All modes that the service sends, regardless of the buffer's capacity, and their number. */
 auto storeModes(uint16_t* modes, uint32_t* num) {
     return [=](const hidl_vec<uint16_t>& answer, int32_t code) {
         copyAll(modes, answer);

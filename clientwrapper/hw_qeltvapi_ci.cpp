@@ -34,7 +34,7 @@ static_assert(sizeof(QELTVAPI_CI_CAM_PIN_CODE_T) == 8);
 static_assert(offsetof(QELTVAPI_CI_CAM_PIN_CODE_T, pw2s_pin_code) == 4);
 #endif
 
-/** The reply handler of most get types: as many bytes as the answer tells. */
+/** The reply handler of most get types: as many bytes as the answer reports. */
 auto storeBytes(void* data, uint32_t* pz_data_len) {
     return [=](const hidl_vec<uint8_t>& answer, uint32_t length, int32_t code) {
         *pz_data_len = length;
@@ -205,7 +205,7 @@ int a_qeltvapi_ci_set(int e_set_type, uint32_t value, void* data) {
         default:
             break;
     }
-    // The payload and its traces come also when the service is missing, and before that is told.
+    // The payload and its traces come also when the service is missing, and before that is logged.
     Call<IQelTvApiCI> call(kCi.withExit(result), HERE, service);
     if (!call) return kCi.missing;
     if (e_set_type == QELTVAPI_CI_SET_TYPE_MMI_ENQ_ANS) {

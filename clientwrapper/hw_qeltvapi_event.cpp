@@ -32,7 +32,7 @@ bool refuse(const Site& site, const T*... pointers) {
     return true;
 }
 
-/** A block of which the caller told the size: copied in that size, whatever was sent. */
+/** A block whose size the caller gives: copied in that size, regardless of what was sent. */
 auto storeBlock(void* buf, int len) {
     return [=](const hidl_vec<uint8_t>& block, int32_t code) {
         copy(buf, block.data(), static_cast<size_t>(len));
@@ -58,7 +58,7 @@ HIDL_EVENT_FILTER_T sendable(const QELTVAPI_EVENT_FILTER_T& from) {
     memcpy(filter.block.data(), from.block, sizeof(from.block));
     filter.flag = from.flag != 0;
     filter.count = from.count;
-    // As many as the caller tells: more than the eight that there is room for is his error.
+    // As many as the caller gives: more than eight, the capacity, is an error of the caller.
     copy(filter.list.data(), from.list, from.count);
     filter.last = from.last;
     return filter;

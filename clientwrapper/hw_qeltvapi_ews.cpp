@@ -18,7 +18,7 @@ int a_qeltvapi_ews_reg_msg_callback(qeltvapi_ews_msg_cb_t fn) {
 
 int c_rpc_reg_qeltvapi_ews_cb_hndlrs(void) {
     QELTVAPI_TRACE_AT(kTag, 32, "%s", __func__);
-    // This one is written whatever the debug switch; kept on purpose.
+    // Written regardless of the debug switch; kept on purpose.
     QELTVAPI_LOG_AT(kTag, 33, "");
     return 0;
 }

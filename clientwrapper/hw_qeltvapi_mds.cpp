@@ -31,7 +31,7 @@ int a_qeltvapi_mds_getValue(const char* key, char* out, uint32_t value) {
     if (!call) return kMds.missing;
     const int result =
             call.ask(&IQelTvApi::a_hidl_qeltvapi_mds_getValue, storeText(out), text(key), value);
-    // What stands in the caller's buffer, which must be terminated while tracing.
+    // The content of the caller's buffer, which must be terminated while tracing.
     QELTVAPI_TRACE(kTag, "%s,pc_getValue:%s", __func__, out);
     return result;
 }

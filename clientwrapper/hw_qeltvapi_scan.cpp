@@ -22,7 +22,7 @@ void reuturn(const char* tag, const Site& site, long long result) {
 constexpr Family<IQelTvApiScan> kScan{
         kTag, getQelTvApiScanService, -1, -1, nullptr, nullptr, nullptr, reuturn};
 
-/** As many bytes as the answer's length tells, which stands beside the text. */
+/** As many bytes as the answer's length, which stands beside the text. */
 template <class Length>
 auto storeText(char* buf) {
     return [=](const hidl_string& reply, Length length, int32_t code) {

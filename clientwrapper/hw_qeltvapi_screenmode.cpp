@@ -35,7 +35,7 @@ int a_qeltvapi_screenmode_get_all_screen_mode(uint16_t* modes, uint32_t* num) {
     return call.ask(
             &IQelTvApi::a_hidl_qeltvapi_screenmode_get_all_screen_mode,
             [=](const hidl_vec<uint16_t>& answer, uint32_t count, int32_t code) {
-                // All that came, whatever the room; the count is the service's own.
+                // All that came, regardless of the capacity; the count is the service's own.
                 copyAll(modes, answer);
                 *num = count;
                 return code;

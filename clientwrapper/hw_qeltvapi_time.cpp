@@ -181,7 +181,7 @@ int a_qeltvapi_time_get_brdcst_raw_data(QELTVAPI_TIME_RAW_T* pt_dt) {
 void a_qeltvapi_time_set_utc_time(int64_t t_time) {
     QELTVAPI_TRACE(kTag, "%s", __func__);
     QELTVAPI_TRACE(kTag, "%s t_time=%lld", __func__, static_cast<long long>(t_time));
-    tell(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_utc_time, t_time);
+    send(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_utc_time, t_time);
 }
 
 int a_qeltvapi_time_is_time_editable(void) {
@@ -198,7 +198,7 @@ int64_t a_qeltvapi_time_get_time_zone(void) {
 void a_qeltvapi_time_set_time_zone(int64_t t_tz) {
     QELTVAPI_TRACE(kTag, "%s", __func__);
     QELTVAPI_TRACE(kTag, "%s t_tz=%lld\n", __func__, static_cast<long long>(t_tz));
-    tell(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_time_zone, t_tz);
+    send(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_time_zone, t_tz);
 }
 
 int a_qeltvapi_time_is_time_zone_editable(void) {
@@ -216,7 +216,7 @@ int64_t a_qeltvapi_time_get_time_offset(void) {
 void a_qeltvapi_time_set_time_offset(int64_t t_tz) {
     QELTVAPI_TRACE(kTag, "%s", __func__);
     QELTVAPI_TRACE(kTag, "%s t_tz=%lld\n", __func__, static_cast<long long>(t_tz));
-    tell(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_time_offset, t_tz);
+    send(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_time_offset, t_tz);
 }
 
 int a_qeltvapi_time_is_time_offset_editable(void) {
@@ -284,7 +284,7 @@ int a_qeltvapi_time_get_sync_source(uint32_t* pui4_source) {
 void a_qeltvapi_time_set_sync_source(int32_t source) {
     QELTVAPI_TRACE(kTag, "%s", __func__);
     QELTVAPI_TRACE(kTag, "%s t_tz=%d\n", __func__, source);
-    tell(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_sync_source, source);
+    send(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_sync_source, source);
 }
 
 int a_qeltvapi_time_update_local_time(const char* str1, const char* str2) {
@@ -308,7 +308,7 @@ int a_qeltvapi_time_get_sleep_timer_reverse(void) {
 void a_qeltvapi_time_set_sleep_timer(int32_t value) {
     QELTVAPI_TRACE(kTag, "%s", __func__);
     QELTVAPI_TRACE(kTag, "%s t_tz=%d\n", __func__, value);
-    tell(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_sleep_timer, value);
+    send(kTime, HERE, &IQelTvApiTime::a_hidl_qeltvapi_time_set_sleep_timer, value);
 }
 
 int a_qeltvapi_time_get_sleep_timer_remaining_time(uint32_t* pui4_remaining_time) {

@@ -1,10 +1,12 @@
 /**
- * Audio tracks and languages for an HbbTV application's browser engine, which plays the stream of
- * a broadcast channel. Two sets of functions do the same for two engines: c_opera_hbbtv_ for the
+ * Audio tracks and languages for an HbbTV application's browser engine, which plays the stream of a
+ * broadcast channel. Two sets of functions do the same for two engines: c_opera_hbbtv_ for the
  * Opera-based one, c_hbbtv_ for the generic one.
  *
- * The functions ask IQelTvApi and return -1 when the service is not there and -1 after a lost
- * reply. The missing service is not logged. Track numbers are the service's.
+ * Results: the service's code; -1 without a service and after a transport failure. The missing
+ * service is not logged.
+ *
+ * Track numbers are service-defined. Reference television: from 1.
  */
 #ifndef HW_HBBTV_H
 #define HW_HBBTV_H
@@ -17,7 +19,7 @@ QELTVAPI_BEGIN_DECLS
 #define QELTVAPI_HBBTV_LANG_SIZE 4
 
 /**
- * Selects an audio track. Asks method 52.
+ * Selects an audio track.
  *
  * @param track the track
  * @return the service's code
@@ -25,7 +27,7 @@ QELTVAPI_BEGIN_DECLS
 int c_opera_hbbtv_stm_set_audio(uint32_t track);
 
 /**
- * Reads the current audio track. Asks method 53.
+ * Reads the current audio track.
  *
  * @param track [out] the track
  * @return the service's code
@@ -33,17 +35,17 @@ int c_opera_hbbtv_stm_set_audio(uint32_t track);
 int c_opera_hbbtv_stm_get_audio(uint32_t* track);
 
 /**
- * Reads the language of an audio track. Asks method 54.
+ * Reads the language of an audio track.
  *
  * @param track the track
- * @param lang  [out] the language: always QELTVAPI_HBBTV_LANG_SIZE bytes, so a longer text
- *              is cut and has no terminator
+ * @param lang  [out] the language, always QELTVAPI_HBBTV_LANG_SIZE bytes: a longer text is cut and
+ *              has no terminator
  * @return the service's code
  */
 int c_opera_hbbtv_stm_get_audio_lang(uint32_t track, char* lang);
 
 /**
- * Reads the number of audio tracks. Asks method 55.
+ * Reads the number of audio tracks.
  *
  * @param count [out] the number
  * @return the service's code
@@ -51,32 +53,32 @@ int c_opera_hbbtv_stm_get_audio_lang(uint32_t track, char* lang);
 int c_opera_hbbtv_stm_get_audio_num(uint32_t* count);
 
 /**
- * Sets the default subtitle language. Asks method 56.
+ * Sets the default subtitle language.
  *
- * @param lang the language; null counts as ""
- * @param v    passed to the service unchanged
+ * @param lang the language, null counts as ""; reference television: three letters of ISO 639-2
+ * @param v    service-defined; reference television: ignored
  * @return the service's code
  */
 int c_opera_hbbtv_set_default_subtitle_lang(const char* lang, uint32_t v);
 
 /**
- * Sets the default audio language. Asks method 57.
+ * Sets the default audio language.
  *
- * @param lang the language; null counts as ""
+ * @param lang the language, null counts as ""; reference television: three letters of ISO 639-2
  * @return the service's code
  */
 int c_opera_hbbtv_set_default_audio_lang(const char* lang);
 
 /**
- * Switches audio description. Asks method 58.
+ * Switches audio description on or off.
  *
- * @param on 1 switches it on; any other value, 2 included, switches it off
+ * @param on 1 for on; any other value, 2 included, for off
  * @return the service's code
  */
 int c_opera_hbbtv_set_audio_desc(int on);
 
 /**
- * Selects an audio track. Asks method 59.
+ * Selects an audio track.
  *
  * @param track the track
  * @return the service's code
@@ -84,7 +86,7 @@ int c_opera_hbbtv_set_audio_desc(int on);
 int c_hbbtv_stm_set_audio(uint32_t track);
 
 /**
- * Reads the current audio track. Asks method 60.
+ * Reads the current audio track.
  *
  * @param track [out] the track
  * @return the service's code
@@ -92,17 +94,17 @@ int c_hbbtv_stm_set_audio(uint32_t track);
 int c_hbbtv_stm_get_audio(uint32_t* track);
 
 /**
- * Reads the language of an audio track. Asks method 61.
+ * Reads the language of an audio track.
  *
  * @param track the track
- * @param lang  [out] the language: always QELTVAPI_HBBTV_LANG_SIZE bytes, so a longer text
- *              is cut and has no terminator
+ * @param lang  [out] the language, always QELTVAPI_HBBTV_LANG_SIZE bytes: a longer text is cut and
+ *              has no terminator
  * @return the service's code
  */
 int c_hbbtv_stm_get_audio_lang(uint32_t track, char* lang);
 
 /**
- * Reads the number of audio tracks. Asks method 62.
+ * Reads the number of audio tracks.
  *
  * @param count [out] the number
  * @return the service's code
@@ -110,26 +112,26 @@ int c_hbbtv_stm_get_audio_lang(uint32_t track, char* lang);
 int c_hbbtv_stm_get_audio_num(uint32_t* count);
 
 /**
- * Sets the default subtitle language. Asks method 63.
+ * Sets the default subtitle language.
  *
- * @param lang the language; null counts as ""
- * @param v    passed to the service unchanged
+ * @param lang the language, null counts as ""; reference television: three letters of ISO 639-2
+ * @param v    service-defined; reference television: ignored
  * @return the service's code
  */
 int c_hbbtv_set_default_subtitle_lang(const char* lang, uint32_t v);
 
 /**
- * Sets the default audio language. Asks method 64.
+ * Sets the default audio language.
  *
- * @param lang the language; null counts as ""
+ * @param lang the language, null counts as ""; reference television: three letters of ISO 639-2
  * @return the service's code
  */
 int c_hbbtv_set_default_audio_lang(const char* lang);
 
 /**
- * Switches audio description. Asks method 65.
+ * Switches audio description on or off.
  *
- * @param on 1 switches it on; any other value, 2 included, switches it off
+ * @param on 1 for on; any other value, 2 included, for off
  * @return the service's code
  */
 int c_hbbtv_set_audio_desc(int on);

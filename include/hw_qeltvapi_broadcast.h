@@ -1,16 +1,20 @@
 /**
- * Live television: channel selection, tuning state and signal, the channel banner, the questions
- * of the channel-number entry, DVB target regions and the operator of the CAM.
+ * Live television: channel selection, tuning state and signal, the channel banner, the limits of
+ * channel numbers, DVB target regions and the operator of the CAM.
  *
- * Every function but a_qeltvapi_broadcast_register_callback() asks IQelTvApiBroadcast and returns,
- * unless it says otherwise, -1 when the service is not there, with one line in the log whatever the
- * debug switch, and 0 after a lost reply, which cannot be told from success.
+ * Results: the service's code, unless a function says otherwise; -1 without a service, with one
+ * line in the log regardless of the debug switch; 0 after a transport failure, which cannot be
+ * distinguished from success.
  *
- * A video path or record that must not be null is refused with -1 and one line in the log, before
- * the service is looked for. Other pointers are not checked. The selection arguments (p1, p2 ...)
- * and the values of states, errors, masks and attributes are defined by the service. While
- * debugging, the getters trace their output on every reply, so it must then be readable even when
- * the reply is lost.
+ * A null video path or record that must not be null is refused with -1 and one line in the log,
+ * before the service is fetched. Other pointers are not checked.
+ *
+ * The selection arguments (p1, p2, ...), states, errors, masks and attributes are service-defined.
+ * Reference television: video paths are "main" (also "") and "sub", or the numbers 0 and 1; list 0
+ * is any list.
+ *
+ * While debugging, the getters trace their output on every reply, so it must be readable even after
+ * a transport failure.
  */
 #ifndef HW_QELTVAPI_BROADCAST_H
 #define HW_QELTVAPI_BROADCAST_H
@@ -22,144 +26,146 @@ QELTVAPI_BEGIN_DECLS
 
 /** One DVB target region, 40 bytes. */
 typedef struct {
-    uint8_t level; /**< byte 0; byte 1 is padding and never written */
-    uint16_t code1;
-    uint16_t code2;
-    uint16_t code3;
-    char name[32]; /**< padded with zeros; no terminating zero when all bytes are used */
+    /** byte 0: level of the region, reference television: 1 to 3; byte 1 is padding and never
+     *  written */
+    uint8_t level;
+    uint16_t code1; /**< code of the primary region */
+    uint16_t code2; /**< code of the secondary region; 0 for none */
+    uint16_t code3; /**< code of the tertiary region; 0 for none */
+    char name[32];  /**< padded with zeros; no terminating zero when all bytes are used */
 } QELTVAPI_SB_DVB_REGION_T;
 
-/** Frequency change, 28 bytes that the service defines. */
+/** Frequency change, 28 bytes; the layout is service-defined. */
 typedef struct {
+    /** service-defined; reference television: a QELTV_FREQUENCY_HEAD_T */
     uint8_t head[16];
-    uint32_t word1;
-    uint32_t word2;
-    uint32_t word3;
+    uint32_t word1; /**< service-defined; reference television: frequency in kHz */
+    uint32_t word2; /**< service-defined; reference television: ignored */
+    uint32_t word3; /**< service-defined; reference television: ignored */
 } QELTVAPI_CHANGE_FREQ_T;
 
 /** State of an external user interface, 8 bytes. */
 typedef struct {
+    /** service-defined; reference television: number of the user interface, 0 to 31 */
     int32_t status;
-    uint32_t on; /**< sent as a truth value: not 0 is true */
+    uint32_t on; /**< sent as a truth value: 0 for false, any other value for true */
 } QELTVAPI_EXTERNAL_UI_STATUS_T;
 
 /**
- * Sets the function that is told of events of live television, in place of the one before. Asks
- * no service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for events of live television, replacing the previous one. It does not
+ * register the callback object with the service; a_qeltvapi_channellist_register_callback(), for
+ * example, requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_broadcast_register_callback(qeltvapi_broadcast_callback_cb_t fn);
 
 /**
- * Selects a channel by three keys. Asks method 0.
+ * Selects a channel by three keys.
  *
- * @param p1 passed unchanged
- * @param p2 passed unchanged
- * @param p3 passed unchanged
- * @param p4 switch, not 0 is true
+ * @param p1 service-defined; reference television: list id, CHANNEL_LIST_; 0 for any
+ * @param p2 service-defined; reference television: channel id
+ * @param p3 service-defined; reference television: video path, 0 or 1
+ * @param p4 0 for false, any other value for true; reference television: true to show the banner
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel(int32_t p1, int32_t p2, int32_t p3, int p4);
 
 /**
- * Selects a channel for a focus. Asks method 1.
+ * Selects a channel for a focus.
  *
- * @param p1 passed unchanged
- * @param p2 passed unchanged
- * @param p3 passed unchanged
- * @param p4 switch, not 0 is true
- * @param p5 sent as the number it is
+ * @param p1 service-defined; reference television: video path, 0 or 1
+ * @param p2 service-defined; reference television: list id, CHANNEL_LIST_; 0 for any
+ * @param p3 service-defined; reference television: channel id
+ * @param p4 0 for false, any other value for true; reference television: true to show the banner
+ * @param p5 service-defined; reference television: ignored
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_by_focusid(int32_t p1, int32_t p2, int32_t p3, int p4,
                                                    int32_t p5);
 
 /**
- * Selects a channel by its number. Asks method 2.
+ * Selects a channel by its number.
  *
- * @param p1 passed unchanged
- * @param p2 passed unchanged
- * @param p3 switch, not 0 is true
+ * @param p1 service-defined; reference television: channel number, of two parts the major number
+ * @param p2 service-defined; reference television: minor number, 0 for a number of one part
+ * @param p3 0 for false, any other value for true; reference television: true to show the banner
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_by_chan_num(int32_t p1, int32_t p2, int p3);
 
 /**
- * Selects a channel by its id. Asks method 3.
+ * Selects a channel by its id.
  *
- * @param p1 passed unchanged
- * @param p2 switch, not 0 is true
+ * @param p1 service-defined; reference television: channel id
+ * @param p2 0 for false, any other value for true; reference television: true to show the banner
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_by_chan_id(int32_t p1, int p2);
 
 /**
- * Selects a channel by its programme number. Asks method 4.
+ * Selects a channel by its programme number.
  *
- * @param p1 passed unchanged
- * @param p2 passed unchanged
+ * @param p1 service-defined; reference television: service id
+ * @param p2 service-defined; reference television: video path, 0 or 1
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_by_prog_no(int32_t p1, int32_t p2);
 
 /**
- * Selects a channel without the banner. Asks method 5. All five arguments are sent as the numbers
- * they are, p4 too.
+ * Selects a channel without the banner. All five arguments are sent as numbers, p4 too.
  *
- * @param p1 passed unchanged
- * @param p2 passed unchanged
- * @param p3 passed unchanged
- * @param p4 passed unchanged
- * @param p5 passed unchanged
+ * @param p1 service-defined; reference television: list id, CHANNEL_LIST_; 0 for any
+ * @param p2 service-defined; reference television: channel id
+ * @param p3 service-defined; reference television: video path, 0 or 1
+ * @param p4, p5 service-defined; reference television: ignored
  * @return the service's code
  */
 int a_qeltvapi_broadcast_select_channel_silently(int32_t p1, int32_t p2, int32_t p3, int32_t p4,
                                                  int32_t p5);
 
 /**
- * Shows or hides the channel banner. Asks method 6.
+ * Shows or hides the channel banner.
  *
- * @param visible not 0 shows it
+ * @param visible 0 to hide it, any other value to show it
  * @return the service's code
  */
 int a_qeltvapi_broadcast_set_banner_visibility(int visible);
 
 /**
- * Reads the tuning status. Asks method 7.
+ * Reads the tuning status.
  *
- * @param status [out] the status
+ * @param status [out] the status; reference television: a QELTV_TUNING_STATUS
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_tuning_status(int32_t* status);
 
 /**
- * Reads the tuning error. Asks method 8.
+ * Reads the tuning error.
  *
- * @param val [out] the error
+ * @param val [out] the error; reference television: a QELTV_TUNING_ERROR
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_tuning_error(int32_t* val);
 
 /**
- * Hands a key of the remote control to the service. Asks method 9.
+ * Sends a key of the remote control to the service.
  *
- * @param key key code
+ * @param key key code; reference television: a QELTV_KEY, or another code of Android
  * @return the service's code
  */
 int a_qeltvapi_broadcast_key_handler(int32_t key);
 
 /**
- * Makes the tuner the input. Asks method 10.
+ * Selects the tuner as the input.
  *
  * @return the service's code
  */
 int a_qeltvapi_broadcast_switch_input_to_tv(void);
 
 /**
- * Tells whether a CAM is installed. Asks method 11.
+ * Reports whether a CAM is installed.
  *
  * @param val [out] 0 or 1
  * @return the service's code
@@ -167,15 +173,15 @@ int a_qeltvapi_broadcast_switch_input_to_tv(void);
 int a_qeltvapi_broadcast_is_cam_installed(uint8_t* val);
 
 /**
- * Tells whether an additional service is available. Asks method 12.
+ * Reports whether an additional service is available.
  *
- * @param val [out] 0 or 1
+ * @param val [out] 0 or 1; reference television: 1 with more than one audio track
  * @return the service's code
  */
 int a_qeltvapi_broadcast_is_additional_service_available(uint8_t* val);
 
 /**
- * Tells whether channel numbers may have four digits. Asks method 13.
+ * Reports whether channel numbers may have four digits.
  *
  * @param val [out] 0 or 1
  * @return the service's code
@@ -183,8 +189,9 @@ int a_qeltvapi_broadcast_is_additional_service_available(uint8_t* val);
 int a_qeltvapi_broadcast_is_support_4_digits_chan_no(uint8_t* val);
 
 /**
- * Answers as a_qeltvapi_broadcast_is_support_4_digits_chan_no() does: it asks method 13 as well,
- * not whether a digits key was handled.
+ * Reports whether channel numbers may have four digits, as
+ * a_qeltvapi_broadcast_is_support_4_digits_chan_no() does, whose method it calls: it does not
+ * report whether a digit key was handled.
  *
  * @param val [out] 0 or 1
  * @return the service's code
@@ -192,46 +199,47 @@ int a_qeltvapi_broadcast_is_support_4_digits_chan_no(uint8_t* val);
 int a_qeltvapi_broadcast_is_digits_key_handled(uint8_t* val);
 
 /**
- * Tells whether a channel number is valid. Asks method 15.
+ * Reports whether a channel number is valid.
  *
- * @param p1  passed unchanged
- * @param p2  passed unchanged
- * @param p3  switch, not 0 is true
+ * @param p1  service-defined; reference television: channel number, of two parts the major number
+ * @param p2  service-defined; reference television: minor number, 0 for a number of one part
+ * @param p3  0 for false, any other value for true; reference television: true for exactly this
+ *            number, false for the next one above it, too
  * @param val [out] 0 or 1
  * @return the service's code
  */
 int a_qeltvapi_broadcast_is_channel_number_valid(int32_t p1, int32_t p2, int p3, uint8_t* val);
 
 /**
- * Shows or hides the favourite icon on the banner. Asks method 16.
+ * Shows or hides the favourite icon on the banner.
  *
- * @param show not 0 shows it
+ * @param show 0 to hide it, any other value to show it
  * @return the service's code
  */
 int a_qeltvapi_broadcast_set_favorite_icon_on_banner(int show);
 
 /**
- * Forgets that a digits key was handled. Asks method 17.
+ * Resets whether a digit key was handled.
  *
  * @return the service's code
  */
 int a_qeltvapi_broadcast_reset_digits_key_handled(void);
 
 /**
- * Reads the number of DVB target regions. Asks method 18.
+ * Reads the number of DVB target regions.
  *
- * @param p1  passed unchanged
+ * @param p1  service-defined; reference television: level of the regions, 1 to 3
  * @param num [out] the number
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_target_region_num(int32_t p1, uint16_t* num);
 
 /**
- * Reads one DVB target region. Asks method 19.
+ * Reads one DVB target region.
  *
- * @param p1  passed unchanged
- * @param p2  passed unchanged
- * @param p3  passed unchanged
+ * @param p1  service-defined; reference television: level of the regions, 1 to 3
+ * @param p2  service-defined; reference television: code of the primary region, 0 for any
+ * @param p3  service-defined; reference television: index among these regions, from 0
  * @param out [out] the region
  * @return the service's code
  */
@@ -239,134 +247,137 @@ int a_qeltvapi_broadcast_get_target_regions(int32_t p1, int32_t p2, int32_t p3,
                                             QELTVAPI_SB_DVB_REGION_T* out);
 
 /**
- * Reads the largest possible major channel number. Asks method 20.
+ * Reads the largest possible major channel number.
  *
- * @param p1  passed unchanged
+ * @param p1  service-defined; reference television: list id, CHANNEL_LIST_; 0 for the current list
  * @param val [out] the number
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_max_possible_major_chan_no(int32_t p1, int32_t* val);
 
 /**
- * Reads the largest possible minor channel number. Asks method 21.
+ * Reads the largest possible minor channel number.
  *
- * @param p1  passed unchanged
+ * @param p1  service-defined; reference television: list id, CHANNEL_LIST_; 0 for the current list
  * @param val [out] the number
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_max_possible_minor_chan_no(int32_t p1, int32_t* val);
 
 /**
- * Reads how many digits a major channel number may have. Asks method 22.
+ * Reads how many digits a major channel number may have.
  *
- * @param p1  passed unchanged
+ * @param p1  service-defined; reference television: list id, CHANNEL_LIST_; 0 for the current list
  * @param val [out] number of digits
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_max_possible_major_digits(int32_t p1, int32_t* val);
 
 /**
- * Reads how many digits a minor channel number may have. Asks method 23.
+ * Reads how many digits a minor channel number may have.
  *
- * @param p1  passed unchanged
+ * @param p1  service-defined; reference television: list id, CHANNEL_LIST_; 0 for the current list
  * @param val [out] number of digits
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_max_possible_minor_digits(int32_t p1, int32_t* val);
 
 /**
- * Reads the name of the CAM's operator. Asks method 24. Unlike its neighbours it returns 0, and
- * writes no line, when the service is not there.
+ * Reads the name of the CAM's operator.
  *
- * @param len size of @p buf in bytes, sent to the service too; at least 1, not checked
+ * @param len capacity of @p buf in bytes, sent to the service too; at least 1, not checked
  * @param buf [out] the name, cut to @p len - 1 bytes, always terminated; not null
- * @return the service's code
+ * @return the service's code; 0 without a service, with no line in the log
  */
 int a_qeltvapi_broadcast_get_cam_operator_name(int32_t len, char* buf);
 
 /**
- * Reads which input events MHEG takes. Asks method 25.
+ * Reads which input events MHEG takes.
  *
- * @param p1   passed unchanged
- * @param mask [out] the mask
+ * @param p1   service-defined; reference television: ignored
+ * @param mask [out] the mask; reference television: 0 while another user interface is shown, else
+ *             all events
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_mheg_input_event_mask(int32_t p1, uint8_t* mask);
 
 /**
- * Stops a stream and waits for its end. Asks method 26.
+ * Stops a stream and waits until it has stopped.
  *
  * @param name video path; not null
- * @param p2   switch, not 0 is true
+ * @param p2   0 for false, any other value for true; reference television: ignored
  * @return the service's code
  */
 int a_qeltvapi_broadcast_sync_stop(const char* name, int p2);
 
 /**
- * Tells whether the signal is lost. Asks method 27.
+ * Reports whether the signal is lost.
  *
- * @return 1 when there is no signal, else 0; 0 also when the service is not there (with the line)
- *         and after a lost reply
+ * @return 1 without a signal, else 0; 0 without a service (with the line in the log) and after a
+ *         transport failure
  */
 int a_qeltvapi_broadcast_is_signal_loss(void);
 
 /**
- * Reads the signal level. Asks method 28.
+ * Reads the signal level.
  *
- * @return the level, or the service's code
+ * @return the level (reference television: 0 to 100), or the service's code
  */
 int a_qeltvapi_broadcast_get_signal_level(void);
 
 /**
- * Reads the signal quality. Asks method 29.
+ * Reads the signal quality.
  *
- * @return the quality, or the service's code
+ * @return the quality (reference television: 0 to 100), or the service's code
  */
 int a_qeltvapi_broadcast_get_signal_quality(void);
 
 /**
- * Tells whether a stream is scrambled as it is broadcast. Asks method 30.
+ * Reports whether a stream is scrambled as it is broadcast.
  *
  * @param name video path; not null
- * @param p2   the stream
+ * @param p2   the stream; reference television: ignored
  * @param val  [out] 0 or 1
  * @return the service's code
  */
 int a_qeltvapi_broadcast_strm_is_orig_scramble(const char* name, int32_t p2, uint8_t* val);
 
 /**
- * Changes the frequency of the tuner. Asks method 31.
+ * Changes the frequency of the tuner.
  *
  * @param name video path; not null
- * @param r    the new frequency; not null
+ * @param r    the new frequency; not null; reference television: a QELTV_FREQUENCY_HEAD_T in head,
+ *             the frequency in kHz in word1
  * @return the service's code
  */
 int a_qeltvapi_broadcast_change_freq(const char* name, const QELTVAPI_CHANGE_FREQ_T* r);
 
 /**
- * Fine-tunes an analogue channel. Asks method 32.
+ * Fine-tunes an analogue channel.
  *
  * @param name video path; not null
- * @param p2   passed unchanged
- * @param p3   switch, not 0 is true
+ * @param p2   service-defined; reference television: ignored
+ * @param p3   0 for false, any other value for true; reference television: ignored, there is no
+ *             analogue channel
  * @return the service's code
  */
 int a_qeltvapi_broadcast_ana_channel_fine_tune(const char* name, int32_t p2, int p3);
 
 /**
- * Reads an attribute of a connection. Asks method 33.
+ * Reads an attribute of a connection.
  *
  * @param name video path; not null
- * @param p2   which attribute
+ * @param p2   which attribute; reference television: a QELTV_CONNECT_ATTRIBUTE
  * @param val  [out] its value
  * @return the service's code
  */
 int a_qeltvapi_broadcast_get_connect_attr(const char* name, int32_t p2, int32_t* val);
 
 /**
- * Tells the service about an external user interface. Asks method 34.
+ * Reports the state of an external user interface to the service.
  *
- * @param r its state; not null
+ * @param r the state; not null; reference television: status is the number of the user interface, 0
+ *          to 31
  * @return the service's code
  */
 int a_qeltvapi_broadcast_transfer_external_ui_status(const QELTVAPI_EXTERNAL_UI_STATUS_T* r);

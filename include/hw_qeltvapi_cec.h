@@ -1,8 +1,8 @@
 /**
  * The eARC controls of the HDMI audio return channel.
  *
- * The functions ask IQelTvApiCec. The missing service is logged while debugging. A lost reply ends
- * the process in the HIDL runtime's own failure handling.
+ * Results: each function says what it returns without a service; the missing service is logged
+ * while debugging. A transport failure ends the process.
  */
 #ifndef HW_QELTVAPI_CEC_H
 #define HW_QELTVAPI_CEC_H
@@ -12,25 +12,25 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Asks whether eARC is supported. Asks method 0.
+ * Reports whether eARC is supported.
  *
- * @return 1 when it is, else 0; also 0 when the service is not there
+ * @return 1 or 0; 0 without a service
  */
 int a_qeltvapi_get_earc_caps(void);
 
 /**
- * Switches eARC on or off. Asks method 1.
+ * Switches eARC on or off.
  *
- * @param flag off when 0, on otherwise
- * @return the service's code; -1 when the service is not there
+ * @param flag 0 for off, any other value for on
+ * @return the service's code; -1 without a service
  */
 int a_qeltvapi_set_earc_enable(int flag);
 
 /**
- * Reads a status of eARC. Asks method 2.
+ * Reads a status of eARC.
  *
- * @param value which status, passed to the service unchanged
- * @return the status, 0 or 1; also 0 when the service is not there
+ * @param value service-defined; reference television: a QELTV_EARC_STATUS
+ * @return the status, 0 or 1; 0 without a service
  */
 int a_qeltvapi_get_earc_status(uint32_t value);
 

@@ -1,8 +1,5 @@
 /**
- * Notification of channel logos.
- *
- * Asks no service, and does not ask for the callback object to be registered either
- * (see registerCallbackHandler()).
+ * Notification of channel logos. It makes no transaction.
  */
 #ifndef HW_QELTVAPI_CH_LOGO_H
 #define HW_QELTVAPI_CH_LOGO_H
@@ -13,9 +10,11 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of new data of channel logos, in place of the one before.
+ * Registers the callback for new data of channel logos, replacing the previous one. It does not
+ * register the callback object with the service; a_qeltvapi_channellist_register_callback(), for
+ * example, requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_ch_logo_reg_callback(qeltvapi_channel_logo_data_update_callback_cb_t fn);

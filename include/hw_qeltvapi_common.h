@@ -38,8 +38,8 @@
 #pragma GCC visibility push(default)
 
 /**
- * The debug switch, one byte. While it is not 0 the functions write their trace lines. The library
- * sets it once per process, when the file "/data/tvapi_a_hidl_client_debug" exists at the first
+ * The debug switch, one byte. While it is not 0, the functions write their trace lines. The library
+ * sets it once per process, if the file "/data/tvapi_a_hidl_client_debug" exists at the first
  * access to the service, and never clears it.
  */
 extern std::atomic<unsigned char> mTvApiDebug;
@@ -48,13 +48,13 @@ extern std::atomic<unsigned char> mTvApiDebug;
  * Returns the cached proxy of an interface, instance "default".
  *
  * The first call, and the first after the service has died, fetches the proxy from the service
- * manager and may block for that long. A missing service is not remembered. The main interface's
- * proxy is also linked to the death recipient: a death is only noticed if getQelTvApiService() was
- * called, by the process itself or in any function of the main interface, since that service
- * started. After a death that was noticed the fourteen other proxies are fetched anew;
- * getQelTvApiChannelListService() keeps the one that it has.
+ * manager and may block until it answers. A missing service is looked up again by the next call.
+ * The main interface's proxy is also linked to the death recipient: a death is noticed only if
+ * getQelTvApiService() was called, by the process itself or in any function of the main interface,
+ * since that service started. After a death that was noticed the fourteen other proxies are fetched
+ * anew; getQelTvApiChannelListService() keeps the one that it has.
  *
- * @return a strong reference; null when the service or this interface is missing, and once the
+ * @return a strong reference; null if the service or this interface is missing, and once the
  *         library has released its proxies at the end of the process
  */
 android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi> getQelTvApiService();
@@ -81,7 +81,7 @@ android::sp<vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCec> getQelTvApiCecSer
  * noticed (see above; a registration does not link the death recipient) the library registers the
  * object again.
  *
- * @return 0 when the request is queued; -1 when one is waiting already, which then serves this
+ * @return 0 if the request is queued; -1 if one is waiting already, which then serves this
  *         call too, and once the library has released its death recipient at the end of the process
  */
 int registerCallbackHandler();
@@ -97,7 +97,7 @@ int registerCallbackHandler();
     __android_log_print(ANDROID_LOG_DEBUG, tag, "<%s:%d> " format, __func__, int{(line)}, \
                         ##__VA_ARGS__)
 
-/** Like QELTVAPI_LOG and QELTVAPI_LOG_AT, but only while the debug switch is on. */
+/** Like QELTVAPI_LOG and QELTVAPI_LOG_AT, only while the debug switch is on. */
 #define QELTVAPI_TRACE(tag, format, ...) QELTVAPI_TRACE_AT(tag, __LINE__, format, ##__VA_ARGS__)
 #define QELTVAPI_TRACE_AT(tag, line, format, ...)               \
     do {                                                        \

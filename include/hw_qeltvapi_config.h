@@ -1,12 +1,13 @@
 /**
- * Named configuration items of the television: integer values with their ranges, texts,
- * visibility and enabled state, and the notification of changes.
+ * Named configuration items of the television: integer values with their ranges, texts, visibility
+ * and enabled state, and the notification of changes.
  *
- * Every function but a_qeltvapi_config_reg_callback() asks IQelTvApiConfig and returns -1 when
- * the service is not there and -1 after a lost reply. The missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged.
  *
- * An item is addressed by its name, a terminated text (null counts as ""); the integer and state
- * functions take a selector before it. The meaning of selectors and flags is the service's.
+ * A name addresses an item, a terminated text, null counts as ""; the integer and state functions
+ * take a selector before it. Selectors and flags are service-defined. Reference television: the
+ * selector is the item's group, 0 for any; flag 1 sets without a notification.
  */
 #ifndef HW_QELTVAPI_CONFIG_H
 #define HW_QELTVAPI_CONFIG_H
@@ -17,35 +18,33 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of changed items, in place of the one before. Which items it is
- * told of is up to a_qeltvapi_config_add_value_changed_callback(). Asks no service, and does not
- * ask for the callback object to be registered either (see registerCallbackHandler()).
+ * Registers the callback for changed items, replacing the previous one.
+ * a_qeltvapi_config_add_value_changed_callback() selects the items. It does not register the
+ * callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_config_reg_callback(qeltvapi_config_update_nfy_fct_t fn);
 
 /**
- * Reads the range of an integer item.
+ * Reads the range of an integer item. While debugging, `*out` is traced on every return and must
+ * then be readable even if the call fails.
  *
- * Asks method 0. While debugging, `*out` is traced on every return, so it must then be readable
- * even when the call fails.
- *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
- * @param out      [out] minimum and maximum, packed into one word by the service
+ * @param out      [out] minimum and maximum, packed into one word by the service; reference
+ *                 television: each 16 bits with a sign, the minimum in the low half
  * @return the service's code
  */
 int a_qeltvapi_config_get_minmaxvalue(uint32_t selector, const char* name, uint32_t* out);
 
 /**
- * Reads an integer item.
+ * Reads an integer item. While debugging, `*out` is traced on every return and must then be
+ * readable even if the call fails.
  *
- * Asks method 1. While debugging, `*out` is traced on every return, so it must then be readable
- * even when the call fails.
- *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
  * @param out      [out] the value
  * @return the service's code
@@ -53,74 +52,75 @@ int a_qeltvapi_config_get_minmaxvalue(uint32_t selector, const char* name, uint3
 int a_qeltvapi_config_get_value(uint32_t selector, const char* name, int32_t* out);
 
 /**
- * Stores an integer item. Asks method 2.
+ * Stores an integer item.
  *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
  * @param value    the new value
- * @param flags    passed to the service unchanged
+ * @param flags    service-defined; reference television: 1 for no notification, else 0
  * @return the service's code
  */
 int a_qeltvapi_config_set_value(uint32_t selector, const char* name, int32_t value, int32_t flags);
 
 /**
- * Tells whether an item is visible. Asks method 3.
+ * Reports whether an item is visible.
  *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
- * @return the service's answer
+ * @return the service's answer; reference television: 1 or 0
  */
 int a_qeltvapi_config_is_visible(uint32_t selector, const char* name);
 
 /**
- * Tells whether an item is visible, as a_qeltvapi_config_is_visible() does: it asks method 3 as
- * well, not the enabled state.
+ * Reports whether an item is visible, as a_qeltvapi_config_is_visible() does, whose method it
+ * calls: it does not report the enabled state.
  *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
- * @return the service's answer
+ * @return the service's answer; reference television: 1 or 0
  */
 int a_qeltvapi_config_is_enabled(uint32_t selector, const char* name);
 
 /**
- * Sets items back to their defaults. Asks method 5.
+ * Resets items to their defaults.
  *
- * @param selector which items; the service decides
+ * @param selector which items; reference television: a group, 0 for all
  * @return the service's code
  */
 int a_qeltvapi_config_reset_values(uint32_t selector);
 
 /**
- * Reads a text item. Asks method 6.
+ * Reads a text item.
  *
  * @param name the item
- * @param buf  [out] the text, without a terminating zero and whatever the room
- * @param n    [out] the length that the service tells
+ * @param buf  [out] the text, without a terminating zero; not bounded by the buffer's size;
+ *             reference television: at most 4095 bytes
+ * @param n    [out] length of the text in bytes, as the service sends it
  * @return the service's code
  */
 int a_qeltvapi_config_get_str_value(const char* name, char* buf, uint32_t* n);
 
 /**
- * Stores a text item. Asks method 7.
+ * Stores a text item.
  *
  * @param name  the item
- * @param value the new text; null counts as ""
+ * @param value the new text, null counts as ""; reference television: at most 4095 bytes
  * @return the service's code
  */
 int a_qeltvapi_config_set_str_value(const char* name, const char* value);
 
 /**
- * Stores a text item with one more word for the service. Asks method 8.
+ * Stores a text item, with one more word for the service.
  *
  * @param name  the item
- * @param value the new text; null counts as ""
- * @param extra passed to the service unchanged
+ * @param value the new text, null counts as ""; reference television: at most 4095 bytes
+ * @param extra service-defined; reference television: 1 for no notification, else 0
  * @return the service's code
  */
 int a_qeltvapi_config_set_str_value_ex(const char* name, const char* value, uint32_t extra);
 
 /**
- * Asks the service to notify about changes of an item. Asks method 9.
+ * Requests notifications of changes of an item.
  *
  * @param name the item
  * @return the service's code
@@ -128,7 +128,7 @@ int a_qeltvapi_config_set_str_value_ex(const char* name, const char* value, uint
 int a_qeltvapi_config_add_value_changed_callback(const char* name);
 
 /**
- * Takes back a_qeltvapi_config_add_value_changed_callback(). Asks method 10.
+ * Ends the notifications of a_qeltvapi_config_add_value_changed_callback().
  *
  * @param name the item
  * @return the service's code
@@ -136,43 +136,45 @@ int a_qeltvapi_config_add_value_changed_callback(const char* name);
 int a_qeltvapi_config_remove_value_changed_callback(const char* name);
 
 /**
- * Reads which elements of an item are enabled. Asks method 11.
+ * Reads which elements of an item are enabled.
  *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
- * @param buf      [out] the elements as the service writes them, without a terminating zero and
- *                 whatever the room
- * @param n        [out] the count that the service tells
- * @param v        [out] a second value of the service
+ * @param buf      [out] the elements as the service writes them, without a terminating zero; not
+ *                 bounded by the buffer's size; reference television: '1' or '0' for each value of
+ *                 the item's range
+ * @param n        [out] number of elements that the service sends
+ * @param v        [out] service-defined; reference television: the item's value
  * @return the service's code
  */
 int a_qeltvapi_config_get_items_enabled(uint32_t selector, const char* name, char* buf, uint32_t* n,
                                         int32_t* v);
 
 /**
- * Passes two words about the Android side to the service. Asks method 12.
+ * Sends two words about the Android side to the service.
  *
- * @param a passed unchanged
- * @param b passed unchanged
+ * @param a, b service-defined; reference television: any value, which is only kept
  * @return the service's code
  */
 int a_qeltvapi_config_set_android_world_info(uint32_t a, uint32_t b);
 
 /**
- * Reads the video resolution record. Asks method 13.
+ * Reads the video resolution record.
  *
- * @param buf [out] the record, as many bytes as the service sends
+ * @param buf [out] the record, as many bytes as the service sends; reference television: four
+ *            32-bit words: width and height in pixels, frames per second times 1000, 1 for
+ *            interlaced; zeros without video
  * @return the service's code
  */
 int a_qeltvapi_config_get_video_resolution(void* buf);
 
 /**
- * Stores an integer item for all elements. Asks method 14.
+ * Stores an integer item for all elements.
  *
- * @param selector passed to the service unchanged
+ * @param selector service-defined; reference television: group of the item, 0 for any
  * @param name     the item
  * @param value    the new value
- * @param flags    passed to the service unchanged
+ * @param flags    service-defined; reference television: 1 for no notification, else 0
  * @return the service's code
  */
 int a_qeltvapi_config_set_value_for_all_elems(uint32_t selector, const char* name, int32_t value,

@@ -1,8 +1,8 @@
 /**
  * The emergency alert system: the state of the alert, and the state of the alert screen.
  *
- * The functions ask IQelTvApi and return -1 when the service is not there and -1 after a lost
- * reply, except a_qeltvapi_eas_get_android_launch_status(). The missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged.
  */
 #ifndef HW_QELTVAPI_EAS_H
 #define HW_QELTVAPI_EAS_H
@@ -13,48 +13,49 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of alerts, in place of the one before, and asks for the callback
- * object to be registered with the service.
+ * Registers the callback for alerts, replacing the previous one, and requests the registration of
+ * the callback object with the service.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
- * @return 0, whatever becomes of the registration
+ * @param fn the callback; null to remove it
+ * @return 0, regardless of the outcome of that registration
  */
 int a_qeltvapi_eas_reg_callback(qeltvapi_eas_callback_cb_t fn);
 
 /**
- * Reads the state of the alert.
+ * Reads the state of the alert. While debugging, the four values are traced on every return and
+ * must then be readable even if the call fails.
  *
- * Asks method 66. While debugging, the four values are traced on every return, so they must then
- * be readable even when the call fails.
- *
- * @param pi4_eas_type           [out] alert type
- * @param pi4_eas_channel_change [out] channel-change flag
- * @param pi4_arg1               [out] first argument of the alert
- * @param pi4_arg2               [out] second argument of the alert
+ * @param pi4_eas_type           [out] alert type; reference television: a QELTV_ALERT_TYPE
+ * @param pi4_eas_channel_change [out] channel-change flag; reference television: 1 if the
+ *                               television changes to the channel with details, else 0
+ * @param pi4_arg1               [out] service-defined; reference television: channel id of the
+ *                               channel with details, 0 for none
+ * @param pi4_arg2               [out] service-defined; reference television: area in which the
+ *                               alert holds, 0 for everywhere
  * @return the service's code
  */
 int a_qeltvapi_eas_get_status(int32_t* pi4_eas_type, int32_t* pi4_eas_channel_change,
                               int32_t* pi4_arg1, int32_t* pi4_arg2);
 
 /**
- * Tells the service whether the alert screen is launched. Asks method 67.
+ * Reports to the service whether the alert screen is launched.
  *
- * @param b_enter 1 when it is; every other value counts as false
+ * @param b_enter 1 if it is; any other value counts as false
  * @return the service's code
  */
 int a_qeltvapi_eas_set_android_launch_status(int32_t b_enter);
 
 /**
- * Asks whether the alert screen is launched. Asks method 68.
+ * Reports whether the alert screen is launched.
  *
- * @return 1 when it is, else 0; also 0 when the service is not there and after a lost reply
+ * @return 1 or 0; 0 without a service and after a transport failure
  */
 int a_qeltvapi_eas_get_android_launch_status(void);
 
 /**
- * Tells the service whether the alert is left without a channel change. Asks method 69.
+ * Reports to the service whether the alert is left without a channel change.
  *
- * @param b_enter 1 when it is; every other value counts as false
+ * @param b_enter 1 if it is; any other value counts as false
  * @return the service's code
  */
 int a_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(int32_t b_enter);

@@ -1,20 +1,22 @@
 /**
- * The programme guide: the active window (the channels and the time that a guide shows), the
- * events of a channel by time range or filter, the present and the following event, and what is
- * known of one event.
+ * The EPG: the active window (the channels and the time that a guide shows), the events of a
+ * channel by time range or filter, the present and the following event, and the information about
+ * one event.
  *
- * Every function but a_qeltvapi_event_register_callback() and the two inert ones at the end asks
- * IQelTvApiEvent. A null pointer that its @param calls required gives -1 before the service is
- * looked for, and is logged. When the service is not there the result is -1, which is logged too;
- * both lines are written whatever the debug switch. A lost reply gives 0, so an output must be
- * looked at with care: it is untouched then.
+ * Results: the service's code, unless a function says otherwise; -1 without a service; 0 after a
+ * transport failure, which cannot be distinguished from success: outputs are untouched then. A null
+ * pointer where a parameter says "required" gives -1 before the service is fetched. Missing service
+ * and null pointer are logged regardless of the debug switch.
  *
- * p1 names the channel and p2 the event; both pass to the service unchanged, as the times do.
+ * p1 is the channel and p2 the event; both are service-defined, and so are times. Reference
+ * television: p1 is a channel id, p2 an event id, times are seconds since 1970, UTC.
  *
- * Blocks of event information are copied raw. Where a length is given the library copies exactly
- * that many bytes, and the service must send at least as many; otherwise it copies all that is
- * sent, and the caller must have room for the largest. What a block holds is the service's,
- * except for ::QELTVAPI_EVENT_COMMON_T.
+ * Blocks of event information are copied as they are. Where a length is given, the library copies
+ * exactly so many bytes, and the service must send at least as many; otherwise it copies all that
+ * the service sends, and the buffer must be large enough for the largest block. The content of a
+ * block is service-defined, except of ::QELTVAPI_EVENT_COMMON_T. Reference television:
+ * layouts/event.h; a block of a given length is padded with zeros, and has at most
+ * QELTV_EVENT_BLOCK_MAXIMUM bytes.
  */
 #ifndef HW_QELTVAPI_EVENT_H
 #define HW_QELTVAPI_EVENT_H
@@ -27,127 +29,148 @@ QELTVAPI_BEGIN_DECLS
 
 /** One entry of the group block. */
 typedef struct {
-    uint32_t ui4_channel_id;
-    uint16_t ui2_event_id;
+    uint32_t ui4_channel_id; /**< channel id */
+    uint16_t ui2_event_id;   /**< event id */
 } QELTVAPI_EVENT_COMMON_T;
 
-/** A filter for events; the meaning of its fields is the service's. */
+/** A filter for events; the meaning of its fields is service-defined. */
 typedef struct {
+    /** service-defined; reference television: length of the window in hours; 0 to the end of
+     *  the EPG */
     uint16_t word;
+    /** service-defined; reference television: start of the window, seconds since 1970, UTC; 0
+     *  for now */
     uint32_t value;
+    /** service-defined; reference television: text in the title, UTF-8, padded with zeros;
+     *  empty for any */
     uint8_t block[16];
-    uint8_t flag;  /**< sent as 1 when not 0 */
-    uint8_t count; /**< bytes of `list` in use, at most 8: more is not noticed and overruns */
+    /** sent as 1 unless it is 0; reference television: leaves blocked events out */
+    uint8_t flag;
+    /** bytes of `list` in use, at most 8: more is not noticed and overruns */
+    uint8_t count;
+    /** service-defined; reference television: a QELTV_GENRE each; none for all */
     uint8_t list[8];
+    /** service-defined; reference television: highest age in years; 0 for any */
     uint8_t last;
 } QELTVAPI_EVENT_FILTER_T;
 
-/** Parameters of later queries; the meaning of its fields is the service's. */
+/** Parameters of later queries; the meaning of its fields is service-defined. */
 typedef struct {
+    /** service-defined; reference television: shortest duration in seconds; 0 for any */
     uint32_t first;
+    /** service-defined; reference television: longest duration in seconds; 0 for any */
     uint32_t second;
+    /** service-defined; reference television: bit n for QELTV_GENRE n; 0 for all */
     uint32_t third;
-    uint8_t flag[4]; /**< two pairs, each byte sent as 1 when not 0 */
+    /** two pairs, each byte sent as 1 unless it is 0; reference television: only events
+     *  present or to come, only unblocked ones, only ones with subtitles, only ones in high
+     *  definition */
+    uint8_t flag[4];
 } QELTVAPI_EVENT_QUERY_PARAM_T;
 
 /**
- * Sets the function that is told of changed events, in place of the one before. Asks no service,
- * and does not ask for the callback object to be registered either.
+ * Registers the callback for changed events, replacing the previous one. It does not register the
+ * callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_event_register_callback(qeltvapi_event_nfy_cb_t fn);
 
 /**
- * Tells the service which channels the guide shows. Asks method 0.
+ * Sets the channels that the guide shows.
  *
- * @param list the channel ids, 32 bits each; required
- * @param p2   the time of the window
- * @param n    the number of ids
+ * @param list the channel ids, 32 bits each; required; reference television: at most 4096
+ * @param p2   service-defined; reference television: start of the window, which has three hours
+ * @param n    number of channel ids
  * @return the service's code
  */
 int a_qeltvapi_event_setCurrentActiveWindow(void* list, int64_t p2, int n);
 
 /**
- * Tells the service which channels the guide shows and from when to when. Asks method 1.
+ * Sets the channels and the time that the guide shows.
  *
- * @param list the channel ids, 32 bits each; required
+ * @param list the channel ids, 32 bits each; required; reference television: at most 4096
  * @param p2   the start of the window
  * @param p3   the end of the window
- * @param n    the number of ids
+ * @param n    number of channel ids
  * @return the service's code
  */
 int a_qeltvapi_event_setCurrentActiveWindow_Ex(void* list, int64_t p2, int64_t p3, int n);
 
 /**
- * Empties the active window. Asks method 2.
+ * Empties the active window.
  *
  * @return the service's code
  */
 int a_qeltvapi_event_clear_active_win(void);
 
 /**
- * Lists the events of a channel within a time range. Asks method 3.
+ * Lists the events of a channel within a time range.
  *
  * @param p1  the channel
  * @param p2  first bound of the range
  * @param p3  second bound of the range
- * @param num [in, out] room in `ids`, which is sent; then the number of ids that came. Not tested
- *            for null
- * @param ids [out] as many ids as came, even beyond the room; required
+ * @param num [in,out] capacity of @p ids in ids, which is sent; then the number of ids that
+ *            arrived. Not checked for null
+ * @param ids [out] all ids that arrived, not bounded by the buffer's size; required; reference
+ *            television: at most the capacity in @p num
  * @return the service's code
  */
 int a_qeltvapi_event_query_event_id_by_range(int p1, int64_t p2, int64_t p3, uint16_t* num,
                                              uint16_t* ids);
 
 /**
- * Reads the details text of an event. Asks method 4. While debugging, the buffer is traced as a
- * text and must hold a terminated one.
+ * Reads the details text of an event. While debugging, the buffer is traced as a text and must
+ * contain a terminated one.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the text; required
- * @param len bytes to copy
+ * @param buf [out] the text, @p len bytes; required; reference television: terminated and padded
+ *            with zeros
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_details_info(int p1, int p2, void* buf, int len);
 
 /**
- * Reads the guidance text of an event. Asks method 5. While debugging, the buffer is traced as a
- * text and must hold a terminated one.
+ * Reads the guidance text of an event. While debugging, the buffer is traced as a text and must
+ * contain a terminated one.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the text; required
- * @param len bytes to copy
+ * @param buf [out] the text, @p len bytes; required; reference television: terminated and padded
+ *            with zeros
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_guidance_info(int p1, int p2, void* buf, int len);
 
 /**
- * Reads the extended details text of an event. Asks method 6. While debugging, the buffer is
- * traced as a text and must hold a terminated one.
+ * Reads the extended details text of an event. While debugging, the buffer is traced as a text and
+ * must contain a terminated one.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the text; required
- * @param len bytes to copy
+ * @param buf [out] the text, @p len bytes; required; reference television: terminated and padded
+ *            with zeros
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_details_extend_info(int p1, int p2, void* buf, int len);
 
 /**
- * Tells whether an event is blocked. Asks method 7.
+ * Reports whether an event is blocked.
  *
  * @param p1 the channel
  * @param p2 the event
- * @return 1 or 0; 0 also when the service is not there
+ * @return 1 or 0; 0 without a service
  */
 int a_qeltvapi_event_check_block(int p1, int p2);
 
 /**
- * Counts the channels of the active window. Asks method 8.
+ * Counts the channels of the active window.
  *
  * @param num [out] the number of channels; required
  * @return the service's code
@@ -155,11 +178,12 @@ int a_qeltvapi_event_check_block(int p1, int p2);
 int a_qeltvapi_event_get_active_win_channel_num(uint16_t* num);
 
 /**
- * Reads the active window. Asks method 9.
+ * Reads the active window.
  *
- * @param ids   [out] all channel ids that came, whatever the room; nothing when null
- * @param n     room in `ids`, which is sent; 0 to leave `ids` alone. While debugging, so many ids
- *              are traced
+ * @param ids   [out] all channel ids that arrived, not bounded by the buffer's size; null to store
+ *              none; reference television: at most @p n ids
+ * @param n     capacity of @p ids in ids, which is sent; 0 to leave @p ids as it is. While
+ *              debugging, so many ids are traced
  * @param start [out] start of the window; may be null
  * @param end   [out] end of the window; may be null
  * @return the service's code
@@ -167,50 +191,51 @@ int a_qeltvapi_event_get_active_win_channel_num(uint16_t* num);
 int a_qeltvapi_event_get_active_win_list(uint32_t* ids, int n, int64_t* start, int64_t* end);
 
 /**
- * Finds the present or the following event of a channel. Asks method 10.
+ * Finds the present or the following event of a channel.
  *
  * @param p1       the channel
  * @param event_id [out] the event; required
- * @param now      0 for the following event, any other value for the present one
+ * @param now      0 for the following event, any other value for the present event
  * @return the service's code
  */
 int a_qeltvapi_event_get_pf_event_id(int p1, uint16_t* event_id, int now);
 
 /**
- * Reads the group of an event: a packed array of ::QELTVAPI_EVENT_COMMON_T. Asks method 11.
+ * Reads the group of an event: a packed array of ::QELTVAPI_EVENT_COMMON_T.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block; required
- * @param len bytes to copy
+ * @param buf [out] the block; required; reference television: a QELTV_EVENT_COMMON_T for each
+ *            episode of the series
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_group_info(int p1, int p2, void* buf, int len);
 
 /**
- * Reads the series information of an event. Asks method 11 as well, so that the block is that of
- * a_qeltvapi_event_get_group_info().
+ * Reads the group of an event, as a_qeltvapi_event_get_group_info() does, whose method it calls.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block; required
- * @param len bytes to copy
+ * @param buf [out] the block; required; reference television: a QELTV_EVENT_COMMON_T for each
+ *            episode of the series
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_series_info(int p1, int p2, void* buf, int len);
 
 /**
- * Reads the rating of an event as display texts. Asks method 13.
+ * Reads the rating of an event as display texts.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param out [out] the texts; to be cleared before; required
+ * @param out [out] the texts: clear the record before; required
  * @return the service's code
  */
 int a_qeltvapi_event_get_rating_map(int p1, int p2, QELTVAPI_RATING_MAP_T* out);
 
 /**
- * Sets the parameters of later queries. Asks method 14.
+ * Sets the parameters of later queries.
  *
  * @param r the parameters; required
  * @return the service's code
@@ -218,81 +243,89 @@ int a_qeltvapi_event_get_rating_map(int p1, int p2, QELTVAPI_RATING_MAP_T* out);
 int a_qeltvapi_event_set_query_parameter(const QELTVAPI_EVENT_QUERY_PARAM_T* r);
 
 /**
- * Lists the events that pass a filter. Asks method 15.
+ * Lists the events that pass a filter.
  *
- * @param p1    the channel
- * @param f     the filter; not tested for null
- * @param num   [in, out] room in `ids` and `extra`, which is sent; then the number of events that
- *              came; required
- * @param ids   [out] as many ids as came, even beyond the room; required
- * @param extra [out] one more value for each id; required
+ * @param p1    the channel; reference television: a channel id, QELTV_EVERY_CHANNEL for every
+ *              channel
+ * @param f     the filter; not checked for null
+ * @param num   [in,out] capacity of @p ids and @p extra, which is sent; then the number of events
+ *              that arrived; required
+ * @param ids   [out] all ids that arrived, not bounded by the buffer's size; required; reference
+ *              television: at most the capacity in @p num
+ * @param extra [out] one more value for each id; required; reference television: the channel id
  * @return the service's code
  */
 int a_qeltvapi_event_query_event_id_by_filter(int p1, const QELTVAPI_EVENT_FILTER_T* f,
                                               uint16_t* num, uint16_t* ids, uint32_t* extra);
 
 /**
- * Reads the general block of an event. Asks method 16.
+ * Reads the general block of an event.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block, as many bytes as come; required
+ * @param buf [out] the block, as many bytes as the service sends; required; reference television: a
+ *            QELTV_EVENT_GENERAL_T
  * @return the service's code
  */
 int a_qeltvapi_event_get_general_info(int p1, int p2, void* buf);
 
 /**
- * The same as a_qeltvapi_event_get_general_info(), method 16 included.
+ * Reads the general block of an event, as a_qeltvapi_event_get_general_info() does, whose method it
+ * calls.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block, as many bytes as come; required
+ * @param buf [out] the block, as many bytes as the service sends; required; reference television: a
+ *            QELTV_EVENT_GENERAL_T
  * @return the service's code
  */
 int a_qeltvapi_event_get_general_info_64(int p1, int p2, void* buf);
 
 /**
- * Reads the rating list of an event. Asks method 17.
+ * Reads the rating list of an event.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block; required
- * @param len bytes to copy
+ * @param buf [out] the block; required; reference television: a QELTV_EVENT_RATING_T for each
+ *            rating
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_rating_list(int p1, int p2, void* buf, int len);
 
 /**
- * Reads the content identifiers of an event. Asks method 18.
+ * Reads the content identifiers of an event.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block; required
- * @param len bytes to copy
+ * @param buf [out] the block; required; reference television: a QELTV_CONTENT_IDENTIFIER_T for each
+ *            identifier
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_content_identifier(int p1, int p2, void* buf, int len);
 
 /**
- * Reads what is known of the audio components of an event. Asks method 19.
+ * Reads the audio components of an event.
  *
  * @param p1  the channel
  * @param p2  the event
- * @param buf [out] the block; required
- * @param len bytes to copy
+ * @param buf [out] the block; required; reference television: a QELTV_AUDIO_COMPONENT_T for each
+ *            component
+ * @param len number of bytes to copy, the capacity of @p buf
  * @return the service's code
  */
 int a_qeltvapi_event_get_audio_comp_info(int p1, int p2, void* buf, int len);
 
 /**
- * Does nothing; kept for programs that call it.
+ * Does nothing and takes any arguments; kept for programs that call it.
  *
  * @return 0
  */
 int a_qeltvapi_event_getEventInformation(QELTVAPI_ANY_ARGS);
 
 /**
- * Does nothing; kept for programs that call it.
+ * Does nothing and takes any arguments; kept for programs that call it.
  *
  * @return 0
  */

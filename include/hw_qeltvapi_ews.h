@@ -1,6 +1,5 @@
 /**
- * Notification of emergency warnings. Asks no service, and does not ask for the callback object to
- * be registered either (see registerCallbackHandler()).
+ * Notification of emergency warnings. The functions make no transaction.
  */
 #ifndef HW_QELTVAPI_EWS_H
 #define HW_QELTVAPI_EWS_H
@@ -11,16 +10,18 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of emergency warnings, in place of the one before.
+ * Registers the callback for emergency warnings, replacing the previous one. It does not register
+ * the callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_ews_reg_msg_callback(qeltvapi_ews_msg_cb_t fn);
 
 /**
  * Writes an empty line to the log, regardless of the debug switch, and does nothing else; kept for
- * callers that link against it.
+ * programs that link against it.
  *
  * @return 0
  */

@@ -1,5 +1,5 @@
 /**
- * Entry point of the miscellaneous features. Asks no service.
+ * Entry point of the miscellaneous features. It makes no transaction.
  */
 #ifndef HW_QELTVAPI_FEATURE_MISC_H
 #define HW_QELTVAPI_FEATURE_MISC_H
@@ -9,7 +9,7 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Does nothing; kept for callers that link against it.
+ * Does nothing; kept for programs that link against it.
  *
  * @return 0
  */

@@ -1,6 +1,10 @@
 /**
- * Freezing of the picture of a video path. Both functions ask IQelTvApi; the missing service is
- * not logged. A path is a text ended by a zero; null counts as "".
+ * Freezing the picture of a video path.
+ *
+ * Results: each function says what it returns without a service and after a transport failure; the
+ * missing service is not logged.
+ *
+ * A path is a terminated text, null counts as "". Reference television: "main" (also "") and "sub".
  */
 #ifndef HW_QELTVAPI_FREEZE_H
 #define HW_QELTVAPI_FREEZE_H
@@ -10,19 +14,19 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Freezes or unfreezes the picture of a path. Asks method 47.
+ * Freezes or unfreezes the picture of a path.
  *
- * @param path   the path
- * @param freeze 1 freezes; any other value, 2 included, unfreezes
- * @return the service's code; -1 when the service is not there and after a lost reply
+ * @param path   video path
+ * @param freeze 1 to freeze; any other value, 2 included, unfreezes
+ * @return the service's code; -1 without a service and after a transport failure
  */
 int a_qeltvapi_freeze_set_freeze(const char* path, int freeze);
 
 /**
- * Tells whether the picture of a path is frozen. Asks method 48.
+ * Reports whether the picture of a path is frozen.
  *
- * @param path the path
- * @return 1 when it is; 0 when it is not, when the service is not there and after a lost reply
+ * @param path video path
+ * @return 1 or 0; 0 without a service and after a transport failure
  */
 int a_qeltvapi_freeze_is_freeze(const char* path);
 

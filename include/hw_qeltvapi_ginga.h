@@ -1,8 +1,7 @@
 /**
- * Notifications of Ginga applications.
- *
- * Asks no service, and does not ask for the callback object to be registered either
- * (see registerCallbackHandler()).
+ * Notifications of Ginga applications. The functions make no transaction and do not register the
+ * callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  */
 #ifndef HW_QELTVAPI_GINGA_H
 #define HW_QELTVAPI_GINGA_H
@@ -13,27 +12,26 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of events of the applications, in place of the one before.
+ * Registers the callback for events of the applications, replacing the previous one.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_ginga_register_callback(qeltvapi_ginga_app_cb_t fn);
 
 /**
- * Sets the function that is told of volume changes that an application asks for, in place of the
- * one before.
+ * Registers the callback for volume changes that an application requests, replacing the previous
+ * one.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_ginga_volume_register_callback(qeltvapi_ginga_volume_cb_t fn);
 
 /**
- * Sets the function that is told of changes of the list of applications, in place of the one
- * before.
+ * Registers the callback for changes of the list of applications, replacing the previous one.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_ginga_update_register_callback(qeltvapi_ginga_update_cb_t fn);

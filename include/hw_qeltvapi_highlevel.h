@@ -1,5 +1,6 @@
 /**
- * High-level notifications, and questions of the service to the Android side. Asks no service.
+ * High-level notifications, and queries of the service to the Android side. The functions make no
+ * transaction.
  */
 #ifndef HW_QELTVAPI_HIGHLEVEL_H
 #define HW_QELTVAPI_HIGHLEVEL_H
@@ -10,20 +11,21 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of high-level events, in place of the one before, and asks for
- * the callback object to be registered with the service.
+ * Registers the callback for high-level events, replacing the previous one, and requests the
+ * registration of the callback object with the service.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
- * @return 0, whatever becomes of the registration
+ * @param fn the callback; null to remove it
+ * @return 0, regardless of the outcome of that registration
  */
 int a_qeltvapi_highlevel_register_callback(qeltvapi_highlevel_cb_t fn);
 
 /**
- * Sets the function that answers the service's questions to the Android side, in place of the one
- * before. While there is none they are answered with 0 and no data. Does not ask for the callback
- * object to be registered.
+ * Registers the callback that answers the service's queries to the Android side, replacing the
+ * previous one. Without a callback the library answers 0 and no data. It does not register the
+ * callback object with the service; a_qeltvapi_highlevel_register_callback(), for example, requests
+ * that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_highlevel_register_android_responser(qeltvapi_highlevel_query_cb_t fn);

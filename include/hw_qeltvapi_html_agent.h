@@ -10,24 +10,25 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of messages of the agent, in place of the one before. Asks no
- * service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for messages of the agent, replacing the previous one. It does not
+ * register the callback object with the service; a_qeltvapi_channellist_register_callback(), for
+ * example, requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_html_agent_reg_callback(qeltvapi_html_agent_callback_fct_t fn);
 
 /**
- * Sends words to the agent and takes its reply. Asks method 248 of IQelTvApi.
+ * Sends words to the agent and stores its reply.
  *
- * @param data  [in] the words, [out] the reply, cut to the size of what was sent; a shorter one
+ * @param data  [in,out] the words (reference television: at most 258 words, the first a
+ *              QELTV_HTML_COMMAND); then the reply, cut to the size that was sent; a shorter reply
  *              leaves the rest as it is
- * @param count number of 32-bit words at @p data; when their size in bytes is 0 in 32 bits,
- *              nothing is asked and a line is logged, whatever the debug switch
- * @return the service's code; -1 for a size of 0, when the service is not there (which is not
- *         logged) and after a lost reply
+ * @param count number of 32-bit words at @p data; if their size in bytes is 0 in 32 bits, no
+ *              transaction is made, and a line is logged regardless of the debug switch
+ * @return the service's code; -1 for a size of 0, without a service (not logged) and after a
+ *         transport failure
  */
 int a_qeltvapi_html_agent_exchange_data(void* data, uint32_t count);
 

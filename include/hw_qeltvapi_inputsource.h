@@ -2,14 +2,17 @@
  * Input sources: their number, records, names and labels, signals, blocking, the change of the
  * source and conflicts between sources.
  *
- * Every function asks IQelTvApiInputSrc and returns -1 when the service is not there and -1 after a
- * lost reply; the three that return an id or a number of 8 bits return 255 in both cases. The
- * missing service is not logged. No pointer is checked but a text, of which null counts as "".
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure; 255 in both cases of the three functions that return an id or a number of 8
+ * bits. The missing service is not logged. Pointers are not checked for null, except texts, of
+ * which null counts as "".
  *
- * Names are stored without a terminating zero, as many bytes as the service sends: the caller
- * clears the buffer and makes it large enough. The meaning of the unnamed arguments is the
- * service's. While debugging, outputs are traced on every reply, so they must then be readable,
- * and names terminated, even when the reply is lost.
+ * Names are stored without a terminating zero, as many bytes as the service sends: clear the
+ * buffer, and make it large enough. Reference television: names of at most 32 bytes; sources 0 (TV)
+ * to 8; paths "main" (also "") and "sub".
+ *
+ * While debugging, outputs are traced on every reply and must then be readable, and names
+ * terminated, even after a transport failure.
  */
 #ifndef HW_QELTVAPI_INPUTSOURCE_H
 #define HW_QELTVAPI_INPUTSOURCE_H
@@ -20,22 +23,24 @@ QELTVAPI_BEGIN_DECLS
 
 /** A pair of inputs that share pins, 2 bytes. */
 typedef struct {
-    uint8_t first;
-    uint8_t second;
+    uint8_t first;  /**< one source id */
+    uint8_t second; /**< the other source id */
 } QELTVAPI_INPUT_SHARE_PIN_RECORD_T;
 
-/** An input source, 41 bytes. The first three bytes and the last are defined by the service. */
+/** An input source, 41 bytes. */
 typedef struct {
-    uint8_t byte0;
-    uint8_t byte1;
+    uint8_t byte0; /**< service-defined; reference television: source id */
+    uint8_t byte1; /**< service-defined; reference television: a QELTV_INPUT_TYPE */
+    /** service-defined; reference television: number among the inputs of the type */
     uint8_t byte2;
     char name[32];       /**< padded with zeros; no terminating zero when all bytes are used */
     uint8_t reserved[5]; /**< never written */
+    /** service-defined; reference television: QELTV_INPUT_HAS_SIGNAL and QELTV_INPUT_MHL */
     uint8_t tail;
 } QELTVAPI_INPUT_SOURCE_RECORD_T;
 
 /**
- * Tells whether a path has a video signal. Asks method 0.
+ * Reports whether a path has a video signal.
  *
  * @param path video path
  * @param val  [out] 0 or 1
@@ -44,7 +49,7 @@ typedef struct {
 int a_qeltvapi_inputsource_isVideoSignalAvailable(const char* path, uint8_t* val);
 
 /**
- * Tells whether a path has an audio signal. Asks method 1.
+ * Reports whether a path has an audio signal.
  *
  * @param path video path
  * @param val  [out] 0 or 1
@@ -53,39 +58,39 @@ int a_qeltvapi_inputsource_isVideoSignalAvailable(const char* path, uint8_t* val
 int a_qeltvapi_inputsource_isAudioSignalAvailable(const char* path, uint8_t* val);
 
 /**
- * Reads the GPIO line of an input. Asks method 2.
+ * Reads the GPIO line of an input.
  *
- * @param idx index, from 0
+ * @param idx index of the input, from 0
  * @param val [out] the GPIO id
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_gpioid_byidx(int32_t idx, int32_t* val);
 
 /**
- * Reads the internal id of the hybrid video input. Asks method 3.
+ * Reads the internal id of the hybrid video input.
  *
- * @return the id; 255 without an answer
+ * @return the id; 255 without a service and after a transport failure
  */
 uint8_t a_qeltvapi_inputsource_get_hybrid_video_internal_id(void);
 
 /**
- * Reads the internal id of the hybrid component input. Asks method 4.
+ * Reads the internal id of the hybrid component input.
  *
- * @return the id; 255 without an answer
+ * @return the id; 255 without a service and after a transport failure
  */
 uint8_t a_qeltvapi_inputsource_get_hybrid_comp_internal_id(void);
 
 /**
- * Reads the number of input sources. Asks method 5.
+ * Reads the number of input sources.
  *
- * @return the number; 255 without an answer
+ * @return the number; 255 without a service and after a transport failure
  */
 uint8_t a_qeltvapi_inputsource_get_sourcetotalnum(void);
 
 /**
- * Reads a pair of inputs that share pins. Asks method 6.
+ * Reads a pair of inputs that share pins.
  *
- * @param idx index, from 0
+ * @param idx index of the pair, from 0
  * @param out [out] the pair
  * @return the service's code
  */
@@ -93,45 +98,48 @@ int a_qeltvapi_inputsource_get_sharepinrec_byidx(int32_t idx,
                                                  QELTVAPI_INPUT_SHARE_PIN_RECORD_T* out);
 
 /**
- * Reads an input source. Asks method 7.
+ * Reads an input source.
  *
- * @param idx index, from 0
+ * @param idx index of the input, from 0
  * @param out [out] the source
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_sourcerec_byidx(int32_t idx, QELTVAPI_INPUT_SOURCE_RECORD_T* out);
 
 /**
- * Reads the name of the current source. Asks method 8.
+ * Reads the name of the current source.
  *
- * @param name [out] the name
- * @param p2   passed to the service unchanged
+ * @param name [out] the name, without a terminating zero; not bounded by the buffer's size;
+ *             reference television: at most 32 bytes
+ * @param p2   service-defined; reference television: a QELTV_NAME_FORM
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_currentsourcename(char* name, int32_t p2);
 
 /**
- * Reads the name of the current source of a path. Asks method 9.
+ * Reads the name of the current source of a path.
  *
- * @param name [out] the name
- * @param p2   passed to the service unchanged
+ * @param name [out] the name, without a terminating zero; not bounded by the buffer's size;
+ *             reference television: at most 32 bytes
+ * @param p2   service-defined; reference television: a QELTV_NAME_FORM
  * @param path video path
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_currentsourcename_bypath(char* name, int32_t p2, const char* path);
 
 /**
- * Reads the name of a source. Asks method 10.
+ * Reads the name of a source.
  *
  * @param id   source id
- * @param name [out] the name
- * @param p3   passed to the service unchanged
+ * @param name [out] the name, without a terminating zero; not bounded by the buffer's size;
+ *             reference television: at most 32 bytes
+ * @param p3   service-defined; reference television: a QELTV_NAME_FORM
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_sourcename_bysourceid(int32_t id, char* name, int32_t p3);
 
 /**
- * Changes to a source. Asks method 11.
+ * Changes to a source.
  *
  * @param id source id
  * @return the service's code
@@ -139,7 +147,7 @@ int a_qeltvapi_inputsource_get_sourcename_bysourceid(int32_t id, char* name, int
 int a_qeltvapi_inputsource_changesource_bysourceid(int32_t id);
 
 /**
- * Tells whether a source is available on a path. Asks method 12.
+ * Reports whether a source is available on a path.
  *
  * @param id   source id
  * @param path video path
@@ -150,7 +158,7 @@ int a_qeltvapi_inputsource_is_source_available_bysourceidandpath(int32_t id, con
                                                                  uint8_t* val);
 
 /**
- * Changes the source of a path. Asks method 13.
+ * Changes the source of a path.
  *
  * @param id   source id
  * @param path video path
@@ -159,18 +167,19 @@ int a_qeltvapi_inputsource_is_source_available_bysourceidandpath(int32_t id, con
 int a_qeltvapi_inputsource_changesource_bysourceidandpath(int32_t id, const char* path);
 
 /**
- * Changes the source of a path with a priority. Asks method 14.
+ * Changes the source of a path with a priority.
  *
  * @param id   source id
  * @param path video path
- * @param prio priority
+ * @param prio priority; reference television: 0 takes only a path that shows nothing, any higher
+ *             value every path
  * @return the service's code
  */
 int a_qeltvapi_inputsource_cs_bysourceidandpathandpriority(int32_t id, const char* path,
                                                            int32_t prio);
 
 /**
- * Tells whether a source is blocked at the moment. Asks method 15.
+ * Reports whether a source is blocked at present.
  *
  * @param id  source id
  * @param val [out] 0 or 1
@@ -179,7 +188,7 @@ int a_qeltvapi_inputsource_cs_bysourceidandpathandpriority(int32_t id, const cha
 int a_qeltvapi_inputsource_is_block_bysourceid(int32_t id, uint8_t* val);
 
 /**
- * Tells whether a source is set to be blocked. Asks method 16.
+ * Reports whether a source is set to be blocked.
  *
  * @param id  source id
  * @param val [out] 0 or 1
@@ -188,7 +197,7 @@ int a_qeltvapi_inputsource_is_block_bysourceid(int32_t id, uint8_t* val);
 int a_qeltvapi_inputsource_is_source_block_bysourceid(int32_t id, uint8_t* val);
 
 /**
- * Tells whether a source is detected automatically. Asks method 17.
+ * Reports whether a source is detected automatically.
  *
  * @param id  source id
  * @param val [out] 0 or 1
@@ -197,91 +206,92 @@ int a_qeltvapi_inputsource_is_source_block_bysourceid(int32_t id, uint8_t* val);
 int a_qeltvapi_inputsource_is_source_autodetect_bysourceid(int32_t id, uint8_t* val);
 
 /**
- * Blocks or unblocks a source. Asks method 18.
+ * Blocks or unblocks a source.
  *
  * @param id    source id
- * @param block not 0 blocks it
+ * @param block 0 to unblock, any other value to block
  * @return the service's code
  */
 int a_qeltvapi_inputsource_set_source_blockstatus_bysourceid(int32_t id, int block);
 
 /**
- * Switches the automatic detection of a source. Asks method 19.
+ * Switches the automatic detection of a source on or off.
  *
  * @param id source id
- * @param on not 0 switches it on
+ * @param on 0 for off, any other value for on
  * @return the service's code
  */
 int a_qeltvapi_inputsource_set_source_autodetectstatus_bysourceid(int32_t id, int on);
 
 /**
- * Reads the label of a source. Asks method 20.
+ * Reads the label of a source.
  *
  * @param id  source id
- * @param val [out] index of the label
+ * @param val [out] index of the label; reference television: 0 (none) to 8 (the user's name)
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_source_inputlabelidx_bysourceid(int32_t id, uint8_t* val);
 
 /**
- * Sets the label of a source. Asks method 21.
+ * Sets the label of a source.
  *
  * @param id    source id
- * @param label index of the label
+ * @param label index of the label; reference television: 0 (none) to 8 (the user's name)
  * @return the service's code
  */
 int a_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(int32_t id, int32_t label);
 
 /**
- * Reads the user's name of a source. Asks method 22.
+ * Reads the user's name of a source.
  *
  * @param id   source id
- * @param name [out] the name
- * @param p3   passed to the service unchanged
+ * @param name [out] the name, without a terminating zero; not bounded by the buffer's size;
+ *             reference television: at most 32 bytes
+ * @param p3   service-defined; reference television: ignored
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_userdefname_bysourceid(int32_t id, char* name, int32_t p3);
 
 /**
- * Sets the user's name of a source. Asks method 23.
+ * Sets the user's name of a source.
  *
  * @param id   source id
- * @param name the name
+ * @param name the name; reference television: at most 32 bytes
  * @return the service's code
  */
 int a_qeltvapi_inputsource_set_userdefname_bysourceid(int32_t id, const char* name);
 
 /**
- * Tells whether an external device has a signal. Asks method 24.
+ * Reports whether an external device has a signal.
  *
- * @param p1  passed unchanged
- * @param p2  passed unchanged
+ * @param p1  service-defined; reference television: source id
+ * @param p2  service-defined; reference television: ignored
  * @param val [out] 0 or 1
  * @return the service's code
  */
 int a_qeltvapi_inputsource_get_external_device_has_signal(int32_t p1, int32_t p2, uint8_t* val);
 
 /**
- * Stops the source of a path and waits for its end. Asks method 25.
+ * Stops the source of a path and waits until it has stopped.
  *
  * @param path video path
- * @param p2   switch, not 0 is true
+ * @param p2   0 for false, any other value for true; reference television: ignored
  * @return the service's code
  */
 int a_qeltvapi_inputsource_sync_stop(const char* path, int p2);
 
 /**
- * Tells whether two sources exclude each other. Asks method 26.
+ * Reports whether two sources exclude each other.
  *
- * @param p1  passed unchanged
- * @param p2  passed unchanged
+ * @param p1  service-defined; reference television: source id
+ * @param p2  service-defined; reference television: the other source id
  * @param val [out] 0 or 1
  * @return the service's code
  */
 int a_qeltvapi_inputsource_query_conflict(int32_t p1, int32_t p2, uint8_t* val);
 
 /**
- * Reads the number of the MHL port. Asks method 27.
+ * Reads the number of the MHL port.
  *
  * @param val [out] the number
  * @return the service's code
@@ -289,7 +299,7 @@ int a_qeltvapi_inputsource_query_conflict(int32_t p1, int32_t p2, uint8_t* val);
 int a_qeltvapi_inputsource_get_mhl_port_num(uint8_t* val);
 
 /**
- * Tells whether the TV entry of the menu is blocked. Asks method 28.
+ * Reports whether the TV entry of the menu is blocked.
  *
  * @param val [out] 0 or 1
  * @return the service's code
@@ -297,9 +307,9 @@ int a_qeltvapi_inputsource_get_mhl_port_num(uint8_t* val);
 int a_qeltvapi_inputsource_check_menu_tv_block(uint8_t* val);
 
 /**
- * Switches the automatic change to a SCART input. Asks method 29.
+ * Switches the automatic change to a SCART input on or off.
  *
- * @param on not 0 switches it on
+ * @param on 0 for off, any other value for on
  * @return the service's code
  */
 int a_qeltvapi_inputsource_set_scart_auto_jump(int on);

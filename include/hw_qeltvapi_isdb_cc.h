@@ -1,8 +1,8 @@
 /**
  * ISDB closed captions.
  *
- * Every function asks IQelTvApi and returns -1 when the service is not there and -1 after a lost
- * reply. The missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged.
  */
 #ifndef HW_QELTVAPI_ISDB_CC_H
 #define HW_QELTVAPI_ISDB_CC_H
@@ -12,24 +12,24 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Switches the captions on or off. Asks method 49.
+ * Switches the captions on or off.
  *
- * @param flag 1 for on; every other value is off
+ * @param flag 1 for on; any other value for off
  * @return the service's code
  */
 int a_qeltvapi_isdbcc_enable(int32_t flag);
 
 /**
- * Steps to the next caption stream. Asks method 50.
+ * Selects the next caption stream.
  *
- * @return the service's answer
+ * @return the service's answer; reference television: the new stream, 1 or 2
  */
 int a_qeltvapi_isdbcc_next_stream(void);
 
 /**
- * Asks for the caption text; the answer is the result alone. Asks method 51.
+ * Reads the caption that is to be shown; the result alone is the answer.
  *
- * @return the service's answer
+ * @return the service's answer; reference television: the stream that is shown, 0 for none
  */
 int a_qeltvapi_isdbcc_get_CCString(void);
 

@@ -1,8 +1,8 @@
 /**
  * The metadata service.
  *
- * The functions but a_qeltvapi_mds_reg_msg_callback() ask IQelTvApi and return -1 when the service
- * is not there and -1 after a lost reply. The missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged.
  */
 #ifndef HW_QELTVAPI_MDS_H
 #define HW_QELTVAPI_MDS_H
@@ -13,32 +13,34 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of messages of the metadata service, in place of the one before.
- * Asks no service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for messages of the metadata service, replacing the previous one. It does
+ * not register the callback object with the service; a_qeltvapi_channellist_register_callback(),
+ * for example, requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_mds_reg_msg_callback(qeltvapi_mds_msg_callback_fct_t fn);
 
 /**
- * Hands an operator text to the metadata service. Asks method 250.
+ * Sends an operator text to the metadata service.
  *
- * @param s the text; its meaning is the service's; null counts as ""
+ * @param s service-defined text, null counts as ""; reference television: name of the operator, 1
+ *          to 64 bytes
  * @return the service's code
  */
 int a_qeltvapi_mds_fvpMtdtOperator(const char* s);
 
 /**
- * Reads a value as text.
- *
- * Asks method 251. While debugging, the text at @p out is traced after the call, so it must then
+ * Reads a value as text. While debugging, the text at @p out is traced after the call and must then
  * be terminated: clear the buffer before.
  *
- * @param key   which value; null counts as ""
- * @param out   [out] the text, without a terminating zero and whatever the room
- * @param value passed to the service unchanged
+ * @param key   which value, null counts as ""; reference television: "operator", "channel.id",
+ *              "channel.name" or "channel.number"
+ * @param out   [out] the text, without a terminating zero; not bounded by the buffer's size;
+ *              reference television: at most @p value bytes
+ * @param value service-defined; reference television: capacity of @p out in bytes; a longer text is
+ *              refused
  * @return the service's code
  */
 int a_qeltvapi_mds_getValue(const char* key, char* out, uint32_t value);

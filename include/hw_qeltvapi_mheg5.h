@@ -1,8 +1,7 @@
 /**
- * Notifications of MHEG-5.
- *
- * Asks no service, and does not ask for the callback object to be registered either
- * (see registerCallbackHandler()).
+ * Notifications of MHEG-5. The functions make no transaction and do not register the callback
+ * object with the service; a_qeltvapi_channellist_register_callback(), for example, requests that
+ * (all: hw_qeltvapi_callback_types.h).
  */
 #ifndef HW_QELTVAPI_MHEG5_H
 #define HW_QELTVAPI_MHEG5_H
@@ -13,28 +12,27 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of MHEG-5 messages, in place of the one before.
+ * Registers the callback for MHEG-5 messages, replacing the previous one.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_mheg5_register_msg_callback(qeltvapi_mheg5_msg_cb_t fn);
 
 /**
- * Sets the function that is told of HbbTV applications that MHEG-5 launches, in place of the one
- * before.
+ * Registers the callback for HbbTV applications that MHEG-5 launches, replacing the previous one.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_mheg5_reg_launch_hbbtv_nfy(qeltvapi_mheg5_launch_hbbtv_nfy_cb_t fn);
 
 /**
- * Sets the function that answers whether a MIME type is supported, in place of the one before.
- * While there is none the service is told "not supported" and -1.
+ * Registers the callback that answers whether a MIME type is supported, replacing the previous one.
+ * Without a callback the library answers "not supported" and -1.
  *
  * @param a  ignored
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_mheg5_reg_is_mime_type_support_fct(uint32_t a,

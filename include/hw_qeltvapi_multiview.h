@@ -1,11 +1,14 @@
 /**
- * Two simultaneous pictures: which has the tuner and the audio focus, the TV mode, starting and
- * stopping the main and the sub video, and the video state of a path.
+ * Two simultaneous pictures: tuner and audio focus, the TV mode, starting and stopping the main and
+ * the sub video, and the video state of a path.
  *
- * Every function asks IQelTvApiMultiview and returns -1 when the service is not there, with one
- * line in the log whatever the debug switch, and 0 after a lost reply, which cannot be told from
- * success. a_qeltvapi_multiview_getChgSource() returns 0 in both cases. No pointer is checked but a
- * text, of which null counts as "". Modes, focus, resources and states are defined by the service.
+ * Results: the service's code, unless a function says otherwise; -1 without a service, with one
+ * line in the log regardless of the debug switch; 0 after a transport failure, which cannot be
+ * distinguished from success. a_qeltvapi_multiview_getChgSource() returns 0 in both cases.
+ *
+ * Pointers are not checked for null, except texts, of which null counts as "". Modes, focus,
+ * resources and states are service-defined. Reference television: paths are "main" (also "") and
+ * "sub", or the numbers 0 and 1; sources are inputs, 0 for TV to 8.
  */
 #ifndef HW_QELTVAPI_MULTIVIEW_H
 #define HW_QELTVAPI_MULTIVIEW_H
@@ -14,31 +17,34 @@
 
 QELTVAPI_BEGIN_DECLS
 
-/** Region of a picture, 16 bytes that the service defines. */
+/**
+ * Region of a picture, 16 bytes; the unit is service-defined. Reference television: 1/10000 of the
+ * screen's width or height, QELTV_REGION_FULL for all of it; all 0 leave the region as it is.
+ */
 typedef struct {
-    uint32_t x;
-    uint32_t y;
-    uint32_t w;
-    uint32_t h;
+    uint32_t x; /**< left edge */
+    uint32_t y; /**< upper edge */
+    uint32_t w; /**< width */
+    uint32_t h; /**< height */
 } QELTVAPI_MULTIVIEW_REGION_T;
 
 /**
- * Reads which picture has the tuner. Asks method 0.
+ * Reads which picture has the tuner.
  *
- * @return the focus, or the service's code
+ * @return the focus (reference television: path 0 or 1), or the service's code
  */
 int a_qeltvapi_multiview_getPOPTunerFocus(void);
 
 /**
- * Gives a source the audio focus. Asks method 1.
+ * Sets the audio focus to a source.
  *
- * @param source source id
+ * @param source source id; reference television: one that a path shows
  * @return the service's code
  */
 int a_qeltvapi_multiview_setAudioFocusbySourceid(int32_t source);
 
 /**
- * Gives a path the audio focus. Asks method 2.
+ * Sets the audio focus to a path.
  *
  * @param path video path
  * @return the service's code
@@ -46,22 +52,22 @@ int a_qeltvapi_multiview_setAudioFocusbySourceid(int32_t source);
 int a_qeltvapi_multiview_setAudioFocus(const char* path);
 
 /**
- * Reads which picture has the audio focus. Asks method 3.
+ * Reads which picture has the audio focus.
  *
- * @return the focus, or the service's code
+ * @return the focus (reference television: path 0 or 1), or the service's code
  */
 int a_qeltvapi_multiview_getAudioFocus(void);
 
 /**
- * Sets the TV mode. Asks method 4.
+ * Sets the TV mode.
  *
- * @param mode the mode
+ * @param mode service-defined; reference television: a QELTV_TV_MODE
  * @return the service's code
  */
 int a_qeltvapi_multiview_setNewTvMode(int32_t mode);
 
 /**
- * Tells whether a source is available on a path. Asks method 5.
+ * Reports whether a source is available on a path.
  *
  * @param source source id
  * @param path   video path
@@ -72,48 +78,48 @@ int a_qeltvapi_multiview_is_source_available_bysourceidandpath(int32_t source, c
                                                                uint8_t* val);
 
 /**
- * Starts the main video. Asks method 6.
+ * Starts the main video.
  *
- * @param p1 passed to the service unchanged
- * @param r  where the picture goes
+ * @param p1 service-defined; reference television: source id
+ * @param r  the picture's region
  * @return the service's code
  */
 int a_qeltvapi_multiview_startMainVideo(int32_t p1, const QELTVAPI_MULTIVIEW_REGION_T* r);
 
 /**
- * Starts the sub video. Asks method 7.
+ * Starts the sub video.
  *
- * @param p1 passed to the service unchanged
- * @param r  where the picture goes
+ * @param p1 service-defined; reference television: source id
+ * @param r  the picture's region
  * @return the service's code
  */
 int a_qeltvapi_multiview_startSubVideo(int32_t p1, const QELTVAPI_MULTIVIEW_REGION_T* r);
 
 /**
- * Stops the main video. Asks method 8.
+ * Stops the main video.
  *
  * @return the service's code
  */
 int a_qeltvapi_multiview_stopMainVideo(void);
 
 /**
- * Stops the sub video. Asks method 9.
+ * Stops the sub video.
  *
  * @return the service's code
  */
 int a_qeltvapi_multiview_stopSubVideo(void);
 
 /**
- * Starts video without a video path of its own. Asks method 10.
+ * Starts video without a video path of its own.
  *
- * @param p1   passed to the service unchanged
+ * @param p1   service-defined; reference television: source id
  * @param path video path
  * @return the service's code
  */
 int a_qeltvapi_multiview_startVideoWithoutVideoPath(int32_t p1, const char* path);
 
 /**
- * Takes back a_qeltvapi_multiview_startVideoWithoutVideoPath(). Asks method 11.
+ * Stops the video of a_qeltvapi_multiview_startVideoWithoutVideoPath().
  *
  * @param path video path
  * @return the service's code
@@ -121,47 +127,47 @@ int a_qeltvapi_multiview_startVideoWithoutVideoPath(int32_t p1, const char* path
 int a_qeltvapi_multiview_stopVideoWithoutVideoPath(const char* path);
 
 /**
- * Reads the video resource of a path. Asks method 12.
+ * Reads the video resource of a path.
  *
  * @param path video path
- * @return the resource, or the service's code
+ * @return the resource (reference television: a QELTV_VIDEO_RESOURCE), or the service's code
  */
 int a_qeltvapi_multiview_getVideoResource(const char* path);
 
 /**
- * Notes that the source is being changed. Asks method 13.
+ * Sets whether the source is being changed.
  *
- * @param on not 0 while it is
+ * @param on 0 if not, any other value if it is
  * @return the service's code
  */
 int a_qeltvapi_multiview_setChgSource(int on);
 
 /**
- * Tells whether the source is being changed. Asks method 14.
+ * Reports whether the source is being changed.
  *
- * @return the service's value; 0 without an answer
+ * @return the service's value; 0 without a service and after a transport failure
  */
 uint8_t a_qeltvapi_multiview_getChgSource(void);
 
 /**
- * Reads the video state of a path. Asks method 15.
+ * Reads the video state of a path.
  *
  * @param path video path
- * @return the state, or the service's code
+ * @return the state (reference television: 1 on, 0 off), or the service's code
  */
 int a_qeltvapi_multiview_get_video_state(const char* path);
 
 /**
- * Sets the video state of a path. Asks method 16.
+ * Sets the video state of a path.
  *
  * @param path  video path
- * @param state truth value, not 0 is true
+ * @param state 0 for off, any other value for on
  * @return the service's code
  */
 int a_qeltvapi_multiview_set_video_state(const char* path, int state);
 
 /**
- * Moves the focus to a path and changes nothing else. Asks method 17.
+ * Sets the audio focus to a path and changes nothing else.
  *
  * @param path video path
  * @return the service's code

@@ -1,9 +1,8 @@
 /**
  * Over-air download of software: schedule, detection, download, flashing and the user's answers.
  *
- * Every function but a_qeltvapi_oad_register_callback() asks IQelTvApi and returns -1 when the
- * service is not there and -1 after a lost reply. The missing service is not logged. No pointer is
- * tested for null.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged. Pointers are not checked for null.
  */
 #ifndef HW_QELTVAPI_OAD_H
 #define HW_QELTVAPI_OAD_H
@@ -14,117 +13,117 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of events of the download, in place of the one before. Asks no
- * service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for events of the download, replacing the previous one. It does not
+ * register the callback object with the service; a_qeltvapi_channellist_register_callback(), for
+ * example, requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_oad_register_callback(qeltvapi_oad_callback_fct_t fn);
 
 /**
- * Reads the schedule as text. Asks method 192.
+ * Reads the schedule as text.
  *
- * @param buf [out] the text, cut to @p len bytes, without a terminating zero; a shorter one leaves
- *            the rest as it is
- * @param len the room at @p buf in bytes
+ * @param buf [out] the text, cut to @p len bytes, without a terminating zero; a shorter text leaves
+ *            the rest as it is; reference television: at most 63 bytes
+ * @param len the buffer's size at @p buf in bytes
  * @return the service's code
  */
 int a_qeltvapi_oad_get_scheduleinfo(char* buf, uint32_t len);
 
 /**
- * Reads information on the data as text. Asks method 193.
+ * Reads information on the data as text.
  *
- * @param value which information, passed to the service unchanged
- * @param buf   [out] the text, cut to @p len bytes, without a terminating zero; a shorter one
+ * @param value which information; reference television: a QELTV_OAD_TEXT
+ * @param buf   [out] the text, cut to @p len bytes, without a terminating zero; a shorter text
  *              leaves the rest as it is
- * @param len   the room at @p buf in bytes
+ * @param len   the buffer's size at @p buf in bytes
  * @return the service's code
  */
 int a_qeltvapi_oad_get_datainfo(uint32_t value, char* buf, uint32_t len);
 
 /**
- * Stops the detection that the user started. Asks method 194.
+ * Stops the detection that the user started.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_stop_manual_detect(void);
 
 /**
- * Starts the download. Asks method 195.
+ * Starts the download.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_start_download(void);
 
 /**
- * Stops the download. Asks method 196.
+ * Stops the download.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_stop_download(void);
 
 /**
- * Switches the automatic download on or off. Asks method 197.
+ * Switches the automatic download on or off.
  *
- * @param flag off when 0, on otherwise
+ * @param flag 0 for off, any other value for on
  * @return the service's code
  */
 int a_qeltvapi_oad_set_auto_download(int flag);
 
 /**
- * Starts flashing what was downloaded. Asks method 198.
+ * Starts to flash the download.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_start_flash(void);
 
 /**
- * Answers that the user accepts the restart. Asks method 199.
+ * Sends the user's consent to the restart.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_accept_restart(void);
 
 /**
- * Answers that the user wants to be reminded later. Asks method 200.
+ * Sends the user's wish for a later reminder.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_remind_me_later(void);
 
 /**
- * Answers that the user accepts the schedule. Asks method 201.
+ * Sends the user's consent to the schedule.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_accept_schedule(void);
 
 /**
- * Jumps to the channel that carries the download. Asks method 202.
+ * Changes to the channel that carries the download.
  *
  * @return the service's code
  */
 int a_qeltvapi_oad_start_jump_channel(void);
 
 /**
- * Reads the status of the download at power-on. Asks method 203.
+ * Reads the status of the download at power-on.
  *
- * @return the service's answer
+ * @return the service's answer; reference television: a QELTV_OAD_POWER_ON
  */
 int a_qeltvapi_oad_get_power_on_status(void);
 
 /**
- * Sets the path of the package file. Asks method 204.
+ * Sets the path of the package file.
  *
- * @param path the path; null counts as ""
+ * @param path the path, null counts as ""; reference television: absolute, at most 4096 bytes
  * @return the service's code
  */
 int a_qeltvapi_set_pkg_pathname(const char* path);
 
 /**
- * Clears the recorded version. Asks method 205.
+ * Clears the recorded version.
  *
  * @return the service's code
  */

@@ -1,8 +1,10 @@
 /**
- * The dialog that asks for the parental PIN.
+ * The dialog for the parental PIN.
  *
- * Every function but a_qeltvapi_pwddlg_register_msg_callback() asks IQelTvApi. The missing service
- * is not logged. The PIN is judged by the service; the library neither keeps nor logs it.
+ * Results: each function says what it returns without a service and after a transport failure; the
+ * missing service is not logged.
+ *
+ * The service compares the PIN; the library neither keeps nor logs it.
  */
 #ifndef HW_QELTVAPI_PWDDLG_H
 #define HW_QELTVAPI_PWDDLG_H
@@ -13,28 +15,28 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of events of the dialog, in place of the one before. Asks no
- * service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for events of the dialog, replacing the previous one. It does not register
+ * the callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_pwddlg_register_msg_callback(qeltvapi_pwddlg_cb_t fn);
 
 /**
- * Has a PIN judged. Asks method 117.
+ * Checks a PIN.
  *
- * @param pin the PIN as the user typed it; null counts as ""
- * @return the low 8 bits of the service's answer; 255 when the service is not there and after a
- *         lost reply
+ * @param pin the PIN as the user entered it; null counts as ""; reference television: 4 to 8 digits
+ * @return the low 8 bits of the service's answer (reference television: a QELTV_PIN_ANSWER); 255
+ *         without a service and after a transport failure
  */
 uint8_t a_qeltvapi_PWDDLG_checkPWD(const char* pin);
 
 /**
- * Shows the dialog. Asks method 118.
+ * Shows the dialog.
  *
- * @return the service's code; -1 when the service is not there and after a lost reply
+ * @return the service's code; -1 without a service and after a transport failure
  */
 int a_qeltvapi_PWDDLG_show(void);
 

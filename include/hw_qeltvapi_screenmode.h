@@ -1,10 +1,12 @@
 /**
- * Screen modes (aspect), zoom and overscan. The modes, 16-bit numbers, and the meaning of the
- * overscan values are the service's.
+ * Screen modes (aspect), zoom and overscan.
  *
- * The functions ask IQelTvApi. Without a service and after a lost reply the current mode is
- * QELTVAPI_SCREENMODE_NONE and zoom is not enabled; all other functions return -1 then. The
- * missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure, where the current mode is QELTVAPI_SCREENMODE_NONE and zoom is not enabled.
+ * The missing service is not logged.
+ *
+ * Modes are service-defined 16-bit numbers. Reference television: 1 to 6, also 7 (pixel by pixel)
+ * while an input is shown.
  */
 #ifndef HW_QELTVAPI_SCREENMODE_H
 #define HW_QELTVAPI_SCREENMODE_H
@@ -17,14 +19,14 @@ QELTVAPI_BEGIN_DECLS
 #define QELTVAPI_SCREENMODE_NONE 65535
 
 /**
- * Reads the current screen mode. Asks method 81.
+ * Reads the current screen mode.
  *
- * @return the mode, or QELTVAPI_SCREENMODE_NONE
+ * @return the mode; QELTVAPI_SCREENMODE_NONE without a service and after a transport failure
  */
 uint16_t a_qeltvapi_screenmode_get_screen_mode(void);
 
 /**
- * Sets the screen mode. Asks method 82.
+ * Sets the screen mode.
  *
  * @param mode the mode
  * @return the service's code
@@ -32,52 +34,55 @@ uint16_t a_qeltvapi_screenmode_get_screen_mode(void);
 int a_qeltvapi_screenmode_set_screen_mode(int32_t mode);
 
 /**
- * Reads all screen modes. Asks method 83.
+ * Reads all screen modes.
  *
- * @param modes [out] the modes, as many as the service sends, whatever the room: size it by
- *              a_qeltvapi_screenmode_get_number_screen_mode()
- * @param num   [in,out] number of modes that there is room for, told to the service; then the
- *              number that the service tells
+ * @param modes [out] the modes, as many as the service sends, not bounded by the buffer's size:
+ *              size it by a_qeltvapi_screenmode_get_number_screen_mode(); reference television: at
+ *              most the capacity in @p num, 7 modes in all
+ * @param num   [in,out] capacity of @p modes in modes, sent to the service; then the number of
+ *              modes that the service sends
  * @return the service's code
  */
 int a_qeltvapi_screenmode_get_all_screen_mode(uint16_t* modes, uint32_t* num);
 
 /**
- * Reads the number of screen modes. Asks method 84.
+ * Reads the number of screen modes.
  *
- * @param num [out] the number
+ * @param num [out] the number; reference television: 6 or 7
  * @return the service's code
  */
 int a_qeltvapi_screenmode_get_number_screen_mode(uint32_t* num);
 
 /**
- * Tells whether zoom is enabled. Asks method 85.
+ * Reports whether zoom is enabled.
  *
- * @return 1 when it is; 0 when it is not, when the service is not there and after a lost reply
+ * @return 1 or 0; 0 without a service and after a transport failure
  */
 int a_qeltvapi_zoom_is_enable(void);
 
 /**
- * Sets the current overscan. Asks method 86.
+ * Sets the current overscan.
  *
- * @param p1 first value
- * @param p2 second value
- * @param p3 third value
- * @param p4 fourth value
+ * @param p1 service-defined; reference television: top, in thousandths of the picture, 0 to
+ *           QELTV_OVERSCAN_MAXIMUM
+ * @param p2 service-defined; reference television: bottom, as @p p1
+ * @param p3 service-defined; reference television: left, as @p p1
+ * @param p4 service-defined; reference television: right, as @p p1
  * @return the service's code
  */
 int a_qeltvapi_screenmode_set_crnt_overscan(int32_t p1, int32_t p2, int32_t p3, int32_t p4);
 
 /**
- * Reads the current overscan. Asks method 87.
+ * Reads the current overscan.
  *
- * @param four [out] room for the four values; takes as many bytes as the service sends
+ * @param four [out] the four values of a_qeltvapi_screenmode_set_crnt_overscan(), as many bytes as
+ *             the service sends; reference television: 16 bytes
  * @return the service's code
  */
 int a_qeltvapi_screenmode_get_crnt_overscan(int32_t* four);
 
 /**
- * Has the current overscan written to the settings. Asks method 88.
+ * Writes the current overscan to the settings.
  *
  * @return the service's code
  */

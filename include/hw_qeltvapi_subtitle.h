@@ -1,8 +1,8 @@
 /**
- * Subtitles: the list of what can be shown, and the choice.
+ * Subtitles: the list of available subtitles, and the choice.
  *
- * Every function but a_qeltvapi_subtitle_reg_callback() asks IQelTvApi and returns -1 when the
- * service is not there and -1 after a lost reply. The missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged.
  */
 #ifndef HW_QELTVAPI_SUBTITLE_H
 #define HW_QELTVAPI_SUBTITLE_H
@@ -13,34 +13,36 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of events of the subtitles, in place of the one before. Asks no
- * service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for events of the subtitles, replacing the previous one. It does not
+ * register the callback object with the service; a_qeltvapi_channellist_register_callback(), for
+ * example, requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_subtitle_reg_callback(qeltvapi_subtitle_cb_t fn);
 
 /**
- * Reads the subtitle loop. Asks method 114.
+ * Reads the subtitle loop, the list of available subtitles.
  *
- * @param data  [in] what is sent along, [out] the entries, all of them, even beyond @p count
- * @param count number of 32-bit values that are sent
+ * @param data  [in,out] values that are sent; then the loop, all of it, not bounded by @p count;
+ *              reference television: at most @p count values: number of entries, number of the
+ *              active one (0 for none), then a QELTV_SUBTITLE_ENTRY_T for each
+ * @param count number of 32-bit values that are sent; reference television: the capacity of @p data
  * @return the service's code
  */
 int a_qeltvapi_subtitle_get_loop(int32_t* data, uint32_t count);
 
 /**
- * Plays a subtitle. Asks method 115.
+ * Plays a subtitle.
  *
- * @param value which one, a value of the service
+ * @param value service-defined; reference television: number of the subtitle, from 1; 0 for off
  * @return the service's code
  */
 int a_qeltvapi_subtitle_play(uint32_t value);
 
 /**
- * Steps to the next subtitle. Asks method 116.
+ * Selects the next subtitle.
  *
  * @return the service's code
  */

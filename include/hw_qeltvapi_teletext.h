@@ -1,12 +1,12 @@
 /**
  * Teletext: the current page, TOP navigation and the rating.
  *
- * Every function but a_qeltvapi_teletext_register_msg_callback() asks IQelTvApi and returns 0 when
- * the service is not there and 0 after a lost reply. The missing service is always logged, except
- * by a_qeltvapi_teletext_is_top_stream().
+ * Results: the service's code, unless a function says otherwise; 0 without a service and after a
+ * transport failure. The missing service is logged regardless of the debug switch, except by
+ * a_qeltvapi_teletext_is_top_stream().
  *
- * The layout of page record, page key and tables is the service's. The tables are stored whole,
- * whatever the room: size the buffer for the largest one.
+ * Tables are stored whole, not bounded by the buffer's size. Reference television: the number of
+ * entries in 32 bits, then a QELTV_TOP_ENTRY_T for each, at most 4 entries (132 bytes).
  */
 #ifndef HW_QELTVAPI_TELETEXT_H
 #define HW_QELTVAPI_TELETEXT_H
@@ -17,68 +17,73 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of events of teletext, in place of the one before. Asks no
- * service, and does not ask for the callback object to be registered either (see
- * registerCallbackHandler()).
+ * Registers the callback for events of teletext, replacing the previous one. It does not register
+ * the callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_teletext_register_msg_callback(qeltvapi_teletext_msg_cb_t fn);
 
 /**
- * Reads the current page. Asks method 231.
+ * Reads the current page.
  *
- * @param out [out] the page record, as many bytes as the service sends
+ * @param out [out] the page, as many bytes as the service sends; reference television: a
+ *            QELTV_TELETEXT_PAGE_T
  * @return the service's code
  */
 int a_qeltvapi_teletext_get_cur_page(void* out);
 
 /**
- * Sets the current page. Asks method 232.
+ * Sets the current page.
  *
- * @param page the page record, 32 bits
- * @return 0, whatever the service answers
+ * @param page the page record, 32 bits; reference television: page number, 0x100 to 0x8ff, |
+ *             subpage << QELTV_TELETEXT_SUBPAGE_SHIFT
+ * @return 0, regardless of the service's answer
  */
 int a_qeltvapi_teletext_set_page(const uint32_t* page);
 
 /**
- * Asks whether the stream carries TOP navigation. Asks method 233.
+ * Reports whether the stream has TOP navigation.
  *
- * @return the service's answer
+ * @return the service's answer; reference television: 1
  */
 int a_qeltvapi_teletext_is_top_stream(void);
 
 /**
- * Reads the block table. Asks method 234.
+ * Reads the block table.
  *
- * @param out [out] the table, as many bytes as the service sends
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most 132
+ *            bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_block_content(void* out);
 
 /**
- * Reads the group table of a page. Asks method 235.
+ * Reads the group table of a page.
  *
- * @param key the page key, 16 bits
- * @param out [out] the table, as many bytes as the service sends
+ * @param key the page key, 16 bits; reference television: number of the page
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most 132
+ *            bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_group_content(const uint16_t* key, void* out);
 
 /**
- * Reads the page table of a page. Asks method 236.
+ * Reads the page table of a page.
  *
- * @param key the page key, 16 bits
- * @param out [out] the table, as many bytes as the service sends
+ * @param key the page key, 16 bits; reference television: number of the page
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most 132
+ *            bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_page_content(const uint16_t* key, void* out);
 
 /**
- * Asks whether teletext rating is on. Asks method 237.
+ * Reports whether teletext rating is on.
  *
- * @return the low 8 bits of the service's answer
+ * @return the low 8 bits of the service's answer; reference television: 1 or 0
  */
 int a_qeltvapi_teletext_get_ttx_rating_on(void);
 

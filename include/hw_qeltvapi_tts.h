@@ -1,8 +1,5 @@
 /**
- * Notification of text to be spoken.
- *
- * Asks no service, and does not ask for the callback object to be registered either
- * (see registerCallbackHandler()).
+ * Notification of text to be spoken. It makes no transaction.
  */
 #ifndef HW_QELTVAPI_TTS_H
 #define HW_QELTVAPI_TTS_H
@@ -13,9 +10,11 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of text to be spoken, in place of the one before.
+ * Registers the callback for text to be spoken, replacing the previous one. It does not register
+ * the callback object with the service; a_qeltvapi_channellist_register_callback(), for example,
+ * requests that (all: hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_tts_reg_msg_callback(qeltvapi_tts_msg_callback_fct_t fn);

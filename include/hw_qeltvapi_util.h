@@ -1,6 +1,6 @@
 /**
- * Notification of unused keys, and the closing of an earlier RPC client. Asks no service, and does
- * not ask for the callback object to be registered either (see registerCallbackHandler()).
+ * Notification of unused keys, and the closing of an earlier RPC client. The functions make no
+ * transaction.
  */
 #ifndef HW_QELTVAPI_UTIL_H
 #define HW_QELTVAPI_UTIL_H
@@ -11,18 +11,21 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of keys that nobody used, in place of the one before.
+ * Registers the callback for keys that the television does not use itself, replacing the previous
+ * one. It does not register the callback object with the service;
+ * a_qeltvapi_channellist_register_callback(), for example, requests that (all:
+ * hw_qeltvapi_callback_types.h).
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_util_register_nousedkey_callback(qeltvapi_nousedkey_cb_t fn);
 
 /**
- * Writes one line to the log, regardless of the debug switch, and closes nothing; kept for callers
+ * Writes one line to the log, regardless of the debug switch, and closes nothing; kept for programs
  * that link against it.
  *
- * @return what the log call returned
+ * @return the log call's result
  */
 int a_rpc_close_client(void);
 

@@ -1,9 +1,8 @@
 /**
  * Video information: generic values and data blocks, and notification of changes.
  *
- * The functions ask IQelTvApi, but for the registration, and return -1 when the service is not
- * there and -1 after a lost reply. The missing service is not logged. Ids and layouts are the
- * service's.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure. The missing service is not logged.
  */
 #ifndef HW_QELTVAPI_VIDEOINFO_H
 #define HW_QELTVAPI_VIDEOINFO_H
@@ -14,50 +13,51 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Sets the function that is told of changed video information, in place of the one before, and
- * asks for the callback object to be registered (see registerCallbackHandler()).
+ * Registers the callback for changed video information, replacing the previous one, and requests
+ * the registration of the callback object with the service.
  *
- * @param fn called on a thread of the HIDL runtime; null for none
+ * @param fn the callback; null to remove it
  * @return 0
  */
 int a_qeltvapi_videoinfo_reg_common_nfy(qeltvapi_video_common_nfy_fct_t fn);
 
 /**
- * Sets a video value. Asks method 244.
+ * Sets a video value.
  *
- * @param id    which one
- * @param value the value
+ * @param id    service-defined; reference television: a QELTV_VIDEO_VALUE that is not read only
+ * @param value the value; reference television: range by @p id
  * @return the service's code
  */
 int a_qeltvapi_videoinfo_set_value(int32_t id, int32_t value);
 
 /**
- * Reads a video value. Asks method 245.
+ * Reads a video value.
  *
- * @param id    which one
+ * @param id    service-defined; reference television: a QELTV_VIDEO_VALUE
  * @param value [out] the value
  * @return the service's code
  */
 int a_qeltvapi_videoinfo_get_value(int32_t id, uint32_t* value);
 
 /**
- * Sets a video data block. Asks method 246.
+ * Sets a video data block.
  *
- * @param id   which one
- * @param data the block
- * @param len  its length in bytes
+ * @param id   service-defined; reference television: a QELTV_VIDEO_DATA; only QELTV_VIDEO_DATA_USER
+ *             can be set
+ * @param data the block; reference television: at most QELTV_VIDEO_DATA_USER_SIZE bytes
+ * @param len  size of the block in bytes
  * @return the service's code
  */
 int a_qeltvapi_videoinfo_set_data(int32_t id, const void* data, int32_t len);
 
 /**
- * Reads a video data block. Asks method 247.
+ * Reads a video data block.
  *
- * @param id  which one; block 4, the data range, starts with four 32-bit words, which are traced
- *            while debugging
- * @param buf [in,out] the request, sent as it stands; then the block, as many bytes as the
- *            service sends, whatever `len`
- * @param len length of the request in bytes
+ * @param id  which block; block 4, the data range, starts with four 32-bit words, which are traced
+ *            while debugging; reference television: a QELTV_VIDEO_DATA
+ * @param buf [in,out] the request, sent as it stands; then the block, as many bytes as the service
+ *            sends, not bounded by @p len; reference television: at most @p len bytes
+ * @param len size of the request in bytes
  * @return the service's code
  */
 int a_qeltvapi_videoinfo_get_data(int32_t id, void* buf, int32_t len);

@@ -1,9 +1,12 @@
 /**
- * Volume and mute, of the television and by type. Volumes and types are the service's.
+ * Volume and mute, of the television and by type.
  *
- * The functions ask IQelTvApi, but for the three registrations, and return -1 when the service is
- * not there and -1 after a lost reply; a volume of -1 is thus no volume, and the mute states are 0
- * then. The missing service is not logged.
+ * Results: the service's code, unless a function says otherwise; -1 without a service and after a
+ * transport failure, so that a volume of -1 is no volume, and 0 of the mute states. The missing
+ * service is not logged.
+ *
+ * Volumes and types are service-defined. Reference television: volumes of 0 to
+ * QELTV_VOLUME_MAXIMUM; the functions without a type control QELTV_VOLUME_SPEAKER.
  */
 #ifndef HW_QELTVAPI_VOLCTRL_H
 #define HW_QELTVAPI_VOLCTRL_H
@@ -13,117 +16,117 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Does nothing; kept for callers that link against it.
+ * Does nothing; kept for programs that link against it.
  *
  * @return 0
  */
 int a_qeltvapi_volctrl_reg_callback(void);
 
 /**
- * Does nothing; kept for callers that link against it.
+ * Does nothing; kept for programs that link against it.
  *
  * @return 0
  */
 int a_qeltvapi_volctrl_audio_event_callback_unregister(void);
 
 /**
- * Does nothing; kept for callers that link against it.
+ * Does nothing; kept for programs that link against it.
  *
  * @return 0
  */
 int a_qeltvapi_volctrl_audio_event_register_callback(void);
 
 /**
- * Raises the volume by one step. Asks method 101.
+ * Raises the volume by one step.
  *
- * @return the volume afterwards
+ * @return the new volume; -1 without a service and after a transport failure
  */
 int16_t a_qeltvapi_volctrl_incrVolume(void);
 
 /**
- * Raises the volume of one type by one step. Asks method 102.
+ * Raises the volume of one type by one step.
  *
- * @param type the type
- * @return the volume afterwards
+ * @param type service-defined; reference television: a QELTV_VOLUME_TYPE
+ * @return the new volume; -1 without a service and after a transport failure
  */
 int16_t a_qeltvapi_volctrl_incrVolume_by_type(int32_t type);
 
 /**
- * Lowers the volume by one step. Asks method 103.
+ * Lowers the volume by one step.
  *
- * @return the volume afterwards
+ * @return the new volume; -1 without a service and after a transport failure
  */
 int16_t a_qeltvapi_volctrl_decrVolume(void);
 
 /**
- * Lowers the volume of one type by one step. Asks method 104.
+ * Lowers the volume of one type by one step.
  *
- * @param type the type
- * @return the volume afterwards
+ * @param type service-defined; reference television: a QELTV_VOLUME_TYPE
+ * @return the new volume; -1 without a service and after a transport failure
  */
 int16_t a_qeltvapi_volctrl_decrVolume_by_type(int32_t type);
 
 /**
- * Sets the volume. Asks method 105.
+ * Sets the volume.
  *
- * @param volume the volume
+ * @param volume the volume; reference television: 0 to 100
  * @return the service's code
  */
 int a_qeltvapi_volctrl_setVolume(int32_t volume);
 
 /**
- * Sets the volume of one type. Asks method 106.
+ * Sets the volume of one type.
  *
- * @param type   the type
- * @param volume the volume
+ * @param type   service-defined; reference television: a QELTV_VOLUME_TYPE
+ * @param volume the volume; reference television: 0 to 100
  * @return the service's code
  */
 int a_qeltvapi_volctrl_setVolume_by_type(int32_t type, int32_t volume);
 
 /**
- * Reads the volume. Asks method 107.
+ * Reads the volume.
  *
- * @return the volume
+ * @return the volume; -1 without a service and after a transport failure
  */
 int16_t a_qeltvapi_volctrl_getVolume(void);
 
 /**
- * Reads the volume of one type. Asks method 108.
+ * Reads the volume of one type.
  *
- * @param type the type
- * @return the volume
+ * @param type service-defined; reference television: a QELTV_VOLUME_TYPE
+ * @return the volume; -1 without a service and after a transport failure
  */
 int16_t a_qeltvapi_volctrl_getVolume_by_type(int32_t type);
 
 /**
- * Mutes or unmutes the sound. Asks method 109.
+ * Mutes or unmutes the sound.
  *
- * @param mute any value but 0 mutes
+ * @param mute 0 to unmute, any other value to mute
  * @return the service's code
  */
 int a_qeltvapi_volctrl_setMute(int mute);
 
 /**
- * Mutes or unmutes the sound of one type. Asks method 110.
+ * Mutes or unmutes the sound of one type.
  *
- * @param type the type
- * @param mute any value but 0 mutes
+ * @param type service-defined; reference television: a QELTV_VOLUME_TYPE
+ * @param mute 0 to unmute, any other value to mute
  * @return the service's code
  */
 int a_qeltvapi_volctrl_setMute_by_type(int32_t type, int mute);
 
 /**
- * Tells whether the sound is muted. Asks method 111.
+ * Reports whether the sound is muted.
  *
- * @return 1 when it is; 0 when it is not, when the service is not there and after a lost reply
+ * @return 1 or 0; 0 without a service and after a transport failure
  */
 int a_qeltvapi_volctrl_getMute(void);
 
 /**
- * Tells whether the sound of one type is muted. Asks method 112.
+ * Reports whether the sound of one type is muted.
  *
- * @param type the type
- * @return 1 when it is; 0 when it is not, when the service is not there and after a lost reply
+ * @param type service-defined; reference television: a QELTV_VOLUME_TYPE
+ * @return 1 or 0; 0 without a service and after a transport failure
  */
 int a_qeltvapi_volctrl_getMute_by_type(int32_t type);
 

@@ -1,9 +1,10 @@
 /**
  * One record of the transport-stream list, under the middleware's older name.
  *
- * The function asks IQelTvApiChannelList and returns 0 when the service is not there, with a line
- * in the log while debugging, and -1 after a lost reply. Unlike the reads of
- * hw_qeltvapi_channellist.h it stores a record of any size.
+ * Results: the service's code; 0 without a service, with a line in the log while debugging; -1
+ * after a transport failure.
+ *
+ * Unlike the reads of hw_qeltvapi_channellist.h it stores a record of any size.
  */
 #ifndef HW_TSL_H
 #define HW_TSL_H
@@ -14,12 +15,13 @@
 QELTVAPI_BEGIN_DECLS
 
 /**
- * Reads a transport-stream record by record id. Asks method 91.
+ * Reads a transport-stream record by record id.
  *
- * @param list_id transport-stream-list id
+ * @param list_id transport-stream-list id; reference television: CHANNEL_LIST_
  * @param rec_id  record id
- * @param rec     [out] the record, as many bytes as the service sends
- * @param word    [out] word of the answer
+ * @param rec     [out] the record, as many bytes as the service sends; reference television: a
+ *                multiplex_record_t
+ * @param word    [out] service-defined; reference television: version of the list
  * @return the service's code
  */
 int c_tsl_get_rec(uint32_t list_id, uint32_t rec_id, void* rec, uint32_t* word);

@@ -1,4 +1,4 @@
-/** What crosses the emergency alert and emergency warning methods of the reference television. */
+/** Emergency alerts and emergency warnings of the reference television: values and records. */
 #ifndef QELTV_LAYOUTS_ALERT_H
 #define QELTV_LAYOUTS_ALERT_H
 
@@ -13,7 +13,10 @@ enum QELTV_ALERT_TYPE {
     QELTV_ALERT_NATIONAL = 4, /**< a national emergency */
 };
 
-/** Kind of an alert notification; its arguments are the four values of the alert's state. */
+/**
+ * Kind of an alert notification; its values are the alert's state.
+ * @values alert:QELTV_ALERT_TYPE, channel_change, channel, area
+ */
 enum QELTV_ALERT_EVENT {
     QELTV_ALERT_BEGINS = 1, /**< an alert begins */
     QELTV_ALERT_ENDS = 2,   /**< the alert ends, and the channel before it returns */

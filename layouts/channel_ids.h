@@ -36,8 +36,8 @@ enum QELTV_CHANNEL_ID_KIND {
 #define QELTV_CHANNEL_PROGRAM_MAXIMUM 0xffffu /**< largest program number */
 
 /**
- * Shift of the major number in a two-part number as the viewer enters it: major << 16 | minor. Of
- * a non-PSIP channel they are RF channel and program number.
+ * Shift of the major number in a two-part number as the viewer enters it: major << 16 | minor. RF
+ * channel and program number take their place in a non-PSIP channel.
  */
 #define QELTV_CHANNEL_DIALLED_MAJOR_SHIFT 16
 

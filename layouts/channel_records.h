@@ -27,7 +27,8 @@
 #define CHANNEL_SERVICE_RADIO 2      /**< radio service */
 #define CHANNEL_SERVICE_DATA 3       /**< data service */
 
-/* Flags of a channel, bits; the masks and values of the queries by mask consist of them. */
+/* CHANNEL_FLAG_: flags of a channel, bits; the masks and values of the queries by mask consist of
+ * them. */
 #define CHANNEL_FLAG_VISIBLE 0x1u       /**< appears in lists */
 #define CHANNEL_FLAG_LOCKED 0x2u        /**< requires the parental PIN */
 #define CHANNEL_FLAG_SCRAMBLED 0x4u     /**< requires a CAM or a key */
@@ -150,7 +151,7 @@ typedef struct {
     uint8_t reserved0[164];       /**< 0 */
 } network_record_t;
 
-/** What a BISS key is for. */
+/** Header of a BISS key record: the use of the key. */
 typedef struct {
     uint32_t frequency_khz; /**< frequency in kHz */
     uint32_t symbol_rate;   /**< symbols per second */
@@ -162,7 +163,7 @@ typedef struct {
 
 /** BISS key record. */
 typedef struct {
-    biss_header_t header; /**< what the key is for */
+    biss_header_t header; /**< use of the key */
     uint32_t record_id;   /**< id of the record, from 1 */
     uint8_t key[8];       /**< session word; bytes 3 and 7 are the sums of the three before them */
     uint8_t key_size;     /**< 0 for no key, or 8 */
@@ -170,8 +171,8 @@ typedef struct {
     uint8_t reserved0[2]; /**< 0 */
 } biss_record_t;
 
-/* What a write of a pair of records takes from the records, bits; without any of them it only sets
- * the flags under the mask. */
+/* CHANNEL_WRITE_: fields that a write of a pair of records takes from the records, bits; without
+ * any of them it only sets the flags under the mask. */
 #define CHANNEL_WRITE_NAME 0x1u    /**< the name, which becomes the user's */
 #define CHANNEL_WRITE_NUMBER 0x2u  /**< the number */
 #define CHANNEL_WRITE_FLAGS 0x4u   /**< all flags except the favourites */
@@ -179,7 +180,7 @@ typedef struct {
 #define CHANNEL_WRITE_STREAM 0x10u /**< the transport-stream record too; record id 0 adds it */
 #define CHANNEL_WRITE_ALL 0x1fu    /**< all of them */
 
-/* Access of the locks. */
+/* Access of a lock. */
 #define CHANNEL_LOCK_WRITE 0 /**< exclusive */
 #define CHANNEL_LOCK_READ 1  /**< shared with other readers */
 
@@ -187,7 +188,9 @@ typedef struct {
  * use. */
 #define CHANNEL_BISS_WRITE 0  /**< writes the record */
 #define CHANNEL_BISS_DELETE 1 /**< deletes the record */
-#define CHANNEL_BISS_IN_USE 2 /**< notification: list id, channel id, 0, record id */
+/** notification: the current channel uses a key; ids of the list, the channel and the key record
+ *  @values list:CHANNEL_LIST_, channel, -, record */
+#define CHANNEL_BISS_IN_USE 2
 
 /* Kinds of queries by query information. */
 #define CHANNEL_QUERY_NUMBER 1  /**< value1: number */
@@ -222,21 +225,26 @@ typedef struct {
 #define CHANNEL_HANDLE_BSL 0x4253u       /**< BISS key list */
 #define CHANNEL_HANDLE_FAVOURITE 0x4656u /**< low half: favourite list << 8 | list id */
 
-/* Types of the notification of channel-list changes: its values are list id, number of channels
- * concerned, version of the list, record id when one channel is concerned. The notifications of
- * the TV provider and of watched columns have the types CHANGED and REMOVED, the values list id,
- * number of channels and version, and the record ids as data, 32 bits each. */
-#define CHANNEL_UPDATE_CHANGED 1     /**< channels are new or changed */
-#define CHANNEL_UPDATE_REMOVED 2     /**< channels are removed */
-#define CHANNEL_UPDATE_LIST 3        /**< the list as a whole */
-#define CHANNEL_UPDATE_CURRENT 4     /**< second value: channel id of the current channel */
-#define CHANNEL_UPDATE_CURRENT_2ND 5 /**< second value: channel id of the sub path's channel */
-#define CHANNEL_UPDATE_FAVOURITES 6  /**< first value: index of the favourite list */
-/** Answer to a request for RF information: list id, channel id, frequency in kHz,
- * CHANNEL_SYSTEM_ << 16 | RF channel. */
+/* Type of a notification of the channel list: list id, number of channels concerned, version of the
+ * list, record id when one channel is concerned, else 0. The notifications of the TV provider and
+ * of watched columns have the types CHANGED and REMOVED and the record ids as data, 32 bits each.
+ * @values list:CHANNEL_LIST_, channels, version, record */
+#define CHANNEL_UPDATE_CHANGED 1 /**< channels are new or changed */
+#define CHANNEL_UPDATE_REMOVED 2 /**< channels are removed */
+#define CHANNEL_UPDATE_LIST 3    /**< the list as a whole */
+/** another current channel @values list:CHANNEL_LIST_, channel, version */
+#define CHANNEL_UPDATE_CURRENT 4
+/** another channel of the sub path @values list:CHANNEL_LIST_, channel, version */
+#define CHANNEL_UPDATE_CURRENT_2ND 5
+/** a favourite list: its index, number of its channels @values favourite_list, channels */
+#define CHANNEL_UPDATE_FAVOURITES 6
+/** answer to a request for RF information: list id, channel id, frequency in kHz,
+ *  CHANNEL_SYSTEM_ << 16 | RF channel
+ *  @values list:CHANNEL_LIST_, channel, frequency_khz, system_and_rf_channel */
 #define CHANNEL_UPDATE_RF 7
-/* Types of the notification of the transport-stream-list id: list id, records concerned, version,
- * record id when it is one. */
+/* CHANNEL_STREAM_UPDATE: type of a notification of the transport-stream-list id: list id, number of
+ * records concerned, version of the list, record id when one record is concerned, else 0.
+ * @values list:CHANNEL_LIST_, records, version, record */
 #define CHANNEL_UPDATE_STREAMS 1  /**< transport streams */
 #define CHANNEL_UPDATE_NETWORKS 2 /**< networks */
 

@@ -1,4 +1,4 @@
-/** What crosses the Common Interface methods of the reference television. It has one slot, 0. */
+/** The Common Interface of the reference television: values and sizes. It has one slot, 0. */
 #ifndef QELTV_LAYOUTS_CI_H
 #define QELTV_LAYOUTS_CI_H
 
@@ -40,7 +40,7 @@ enum QELTV_CI_SLOT_STATE {
     QELTV_CI_READY = 2, /**< a CAM that is initialised */
 };
 
-/** What the CAM shows. */
+/** Dialogue of the CAM. */
 enum QELTV_CI_DIALOGUE {
     QELTV_CI_NO_DIALOGUE = 0,      /**< nothing */
     QELTV_CI_MENU_DIALOGUE = 1,    /**< a menu that waits for a choice */
@@ -63,7 +63,7 @@ enum QELTV_CI_CONDITION {
     QELTV_CI_MENU = 4,          /**< the CAM opens a menu; the menu record */
     QELTV_CI_LIST = 5,          /**< the CAM opens a list; the menu record, its choices to read */
     QELTV_CI_CLOSED = 6,        /**< the CAM closes its dialogue; 32 bits: the slot */
-    QELTV_CI_PIN_REPLY = 7,     /**< 8 bits: 1 when the CAM accepts the PIN, 0 when it is wrong */
+    QELTV_CI_PIN_REPLY = 7,     /**< 8 bits: 1 if the CAM accepts the PIN, 0 if it is wrong */
     QELTV_CI_KEY_CHANGED = 8,   /**< 8 bits: a QELTV_CI_KEY_STATE */
 };
 

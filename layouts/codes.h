@@ -1,10 +1,11 @@
 /**
- * The result codes of the reference television. The library's own -1 and -2 are not among them, so
+ * The result codes of the reference television. They do not include the library's own -1 and -2, so
  * that a caller can distinguish a refusal from a service that is not reachable.
  */
 #ifndef QELTV_LAYOUTS_CODES_H
 #define QELTV_LAYOUTS_CODES_H
 
+/* QELTV_CODE: result code. */
 #define QELTV_OK 0              /**< success */
 #define QELTV_NOT_FOUND (-3)    /**< no such item, channel, record or handle */
 #define QELTV_BAD_VALUE (-4)    /**< a value out of range, or a record of the wrong size */

@@ -1,4 +1,4 @@
-/** What crosses the event, ATSC event and banner interfaces of the reference television. */
+/** EPG, ATSC events and banner of the reference television: values and records. */
 #ifndef QELTV_LAYOUTS_EVENT_H
 #define QELTV_LAYOUTS_EVENT_H
 
@@ -107,13 +107,15 @@ typedef struct {
  */
 #define QELTV_EVERY_CHANNEL 0u
 
-/** Type of an event notification; its values. */
+/** Type of an event notification. Event ids are 0 for no event, times seconds since 1970, UTC. */
 enum QELTV_EVENT_EVENT {
-    /** channel, its present and following event; of a channel in the active window or the current
-     */
+    /** the present event of the current channel, or of one in the active window, has changed
+     *  @values channel, present, following */
     QELTV_EVENT_PRESENT_CHANGED = 1,
-    QELTV_EVENT_WINDOW_CHANGED = 2,   /**< number of channels, start and end of the window */
-    QELTV_EVENT_BLOCKING_CHANGED = 3, /**< channel 0: the blocked events have changed */
+    /** the active window has changed: number of channels, start, end
+     *  @values channels, start, end */
+    QELTV_EVENT_WINDOW_CHANGED = 2,
+    QELTV_EVENT_BLOCKING_CHANGED = 3, /**< other events are blocked; channel 0 @values channel */
 };
 
 /** Seconds that an ATSC table covers; tables begin at 0, 3, 6... o'clock UTC, EIT-0 is present. */
@@ -138,9 +140,11 @@ enum QELTV_EIT_STATUS {
  */
 #define QELTV_EIT_LOADED 0x80000000u
 
-/** Type of an ATSC event notification; its values. */
+/** Type of an ATSC event notification. */
 enum QELTV_ATSC_EVENT {
-    QELTV_ATSC_LOADED = 1, /**< channel, number of events, table or -1 */
+    /** events are loaded; table -1 when they are not of one table
+     *  @values channel, events, table:signed */
+    QELTV_ATSC_LOADED = 1,
 };
 
 /** Pages of the banner, the first number of an item. */
@@ -175,7 +179,9 @@ enum QELTV_BANNER_STATE {
 
 /** Type of a banner notification. */
 enum QELTV_BANNER_EVENT {
-    QELTV_BANNER_CHANGED = 1, /**< the page and the item that have changed; item -1 for all */
+    /** an item has changed; item -1 for all of the page
+     *  @values page:QELTV_BANNER_PAGE, item:signed */
+    QELTV_BANNER_CHANGED = 1,
 };
 
 #endif /* QELTV_LAYOUTS_EVENT_H */

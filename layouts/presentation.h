@@ -1,6 +1,6 @@
 /**
- * What crosses the broadcast, input, multi-view, service-context, sound, picture, power and
- * TV-application methods of the reference television. Video paths are "main" (also "") and "sub";
+ * Broadcast, inputs, multi-view, service contexts, sound, picture, power and TV application of the
+ * reference television: values and records. Video paths are "main" (also "") and "sub";
  * a path as a number is 0 or 1. Truth values are 0 and 1.
  */
 #ifndef QELTV_LAYOUTS_PRESENTATION_H
@@ -31,8 +31,8 @@ enum QELTV_TUNING_ERROR {
 };
 
 /**
- * Kind of a broadcast notification; its values, by default channel, path, QELTV_TUNING_ERROR,
- * banner.
+ * Kind of a broadcast notification. The banner is 1 when the selection shows it, else 0.
+ * @values channel, path, error:QELTV_TUNING_ERROR, banner
  */
 enum QELTV_BROADCAST_EVENT {
     QELTV_BROADCAST_SELECTING = 1, /**< a channel change begins */
@@ -42,9 +42,12 @@ enum QELTV_BROADCAST_EVENT {
     QELTV_BROADCAST_STOPPED = 5,   /**< the path is stopped */
     /** the signal of the playing channel is lost; QELTV_BROADCAST_SELECTING follows its return */
     QELTV_BROADCAST_SIGNAL_LOST = 6,
-    QELTV_BROADCAST_BANNER = 7,         /**< 1 when the banner is visible else 0, 0, 0, 0 */
-    QELTV_BROADCAST_DIGITS = 8,         /**< number so far, digits, 1 when it is complete, 0 */
-    QELTV_BROADCAST_FAVOURITE_ICON = 9, /**< 1 when the favourite icon is visible else 0, 0, 0, 0 */
+    QELTV_BROADCAST_BANNER = 7, /**< the banner appears (1) or disappears (0) @values visible */
+    /** a digit is entered: number so far, its digits, 1 when it is complete
+     *  @values number, digits, complete */
+    QELTV_BROADCAST_DIGITS = 8,
+    /** the favourite icon appears (1) or disappears (0) @values visible */
+    QELTV_BROADCAST_FAVOURITE_ICON = 9,
 };
 
 /**
@@ -131,7 +134,7 @@ enum QELTV_TV_MODE {
     QELTV_TV_SIDE_BY_SIDE = 2,       /**< both paths side by side */
 };
 #define QELTV_REGION_FULL 10000u /**< full width or height; regions in 1/10000 */
-/** What a video path uses. */
+/** Resource of a video path. */
 enum QELTV_VIDEO_RESOURCE {
     QELTV_RESOURCE_NONE = 0,         /**< nothing */
     QELTV_RESOURCE_PATH = 1,         /**< started with a video path */
@@ -263,11 +266,29 @@ enum QELTV_INFO_CODE {
     QELTV_INFO_VIDEO = 1,         /**< a QELTV_VIDEO_SOURCE_T */
     QELTV_INFO_AUDIO = 2,         /**< a QELTV_AUDIO_TRACK_T */
     QELTV_INFO_CONNECTION = 3,    /**< a QELTV_CONNECTION_T */
+    QELTV_INFO_SCREEN = 4,        /**< a QELTV_SCREEN_T */
     QELTV_INFO_USER = 0x100,      /**< first block of the application */
     QELTV_INFO_USER_LAST = 0x1ff, /**< last block of the application */
 };
 
-/** Condition of a source notification of a component; width and height in pixels. */
+/** What the screen shows beside the pictures. The region is that of the context's path. */
+typedef struct {
+    uint32_t standby;     /**< 1 in standby, else 0 */
+    uint32_t mode;        /**< a QELTV_TV_MODE */
+    uint32_t x;           /**< left edge of the picture, in 1/QELTV_REGION_FULL */
+    uint32_t y;           /**< upper edge of the picture */
+    uint32_t width;       /**< width of the picture */
+    uint32_t height;      /**< height of the picture */
+    uint32_t banner;      /**< 1 while the banner is visible, else 0 */
+    uint32_t soundPath;   /**< the path whose sound is heard */
+    char digits[16];      /**< channel number entered so far, zero-padded */
+    uint8_t reserved[16]; /**< 0 */
+} QELTV_SCREEN_T;
+
+/**
+ * Condition of a source notification of a component; width and height in pixels.
+ * @values width, height
+ */
 enum QELTV_SOURCE_DETECT {
     QELTV_SOURCE_DETECTED = 1, /**< the source has a signal */
     QELTV_SOURCE_LOST = 2,     /**< the source has no signal */
@@ -292,14 +313,17 @@ enum QELTV_VOLUME_TYPE {
 #define QELTV_VOLUME_TYPES 5     /**< number of volume types */
 #define QELTV_VOLUME_MAXIMUM 100 /**< largest volume; the smallest is 0 */
 
-/** Kind of an audio notification; its arguments, omitted ones are 0. */
+/** Kind of an audio notification. */
 enum QELTV_AUDIO_EVENT {
-    QELTV_AUDIO_TRACKS_CHANGED = 1, /**< path, number of tracks */
-    QELTV_AUDIO_TRACK_SELECTED = 2, /**< path, track */
-    QELTV_AUDIO_VOLUME = 3,         /**< QELTV_VOLUME_TYPE, volume */
-    QELTV_AUDIO_MUTE = 4,           /**< QELTV_VOLUME_TYPE, 1 muted or 0 not */
-    QELTV_AUDIO_EFFECT = 5,         /**< the sound effect */
-    QELTV_AUDIO_VALUE_CHANGED = 6,  /**< QELTV_AUDIO_VALUE, value */
+    QELTV_AUDIO_TRACKS_CHANGED = 1, /**< the number of tracks has changed @values path, tracks */
+    QELTV_AUDIO_TRACK_SELECTED = 2, /**< a track is selected @values path, track */
+    /** a volume has changed, 0 to 100 @values output:QELTV_VOLUME_TYPE, volume */
+    QELTV_AUDIO_VOLUME = 3,
+    /** sound is muted (1) or not (0) @values output:QELTV_VOLUME_TYPE, muted */
+    QELTV_AUDIO_MUTE = 4,
+    QELTV_AUDIO_EFFECT = 5, /**< the sound effect has changed @values effect */
+    /** an audio value has changed @values item:QELTV_AUDIO_VALUE, value:signed */
+    QELTV_AUDIO_VALUE_CHANGED = 6,
 };
 
 /** Audio values. */
@@ -319,16 +343,20 @@ enum QELTV_AUDIO_VALUE {
 
 /* Picture */
 
-/** Kind of a video notification; its arguments, omitted ones are 0. */
+/** Kind of a video notification. */
 enum QELTV_VIDEO_EVENT {
-    QELTV_VIDEO_PICTURE_MODE = 1, /**< the picture mode */
-    QELTV_VIDEO_SCREEN_MODE = 2,  /**< the screen mode */
-    /** path, width, height, frames per second times 1000, interlaced; all 0 without video */
+    QELTV_VIDEO_PICTURE_MODE = 1, /**< the picture mode has changed @values mode */
+    QELTV_VIDEO_SCREEN_MODE = 2,  /**< the screen mode has changed @values mode */
+    /** the video format has changed: pixels, frames per second times 1000; 0 without video
+     *  @values path, width, height, frame_rate, interlaced */
     QELTV_VIDEO_FORMAT = 3,
-    QELTV_VIDEO_FREEZE = 4,        /**< path, 1 frozen or 0 not */
-    QELTV_VIDEO_MUTE = 5,          /**< path, 1 muted or 0 not */
-    QELTV_VIDEO_OVERSCAN = 6,      /**< top, bottom, left, right, as QELTV_OVERSCAN_MAXIMUM */
-    QELTV_VIDEO_VALUE_CHANGED = 7, /**< QELTV_VIDEO_VALUE, value */
+    QELTV_VIDEO_FREEZE = 4, /**< the picture is frozen (1) or not (0) @values path, frozen */
+    QELTV_VIDEO_MUTE = 5,   /**< the picture is muted (1) or not (0) @values path, muted */
+    /** the overscan has changed, in thousandths of the picture
+     *  @values top, bottom, left, right */
+    QELTV_VIDEO_OVERSCAN = 6,
+    /** a video value has changed @values item:QELTV_VIDEO_VALUE, value:signed */
+    QELTV_VIDEO_VALUE_CHANGED = 7,
 };
 
 /** Video values. */
@@ -390,14 +418,15 @@ enum QELTV_POWER_DOWN_REASON {
 };
 #define QELTV_DOWN_REASONS 6u /**< number of power-down reasons */
 
-/** Condition of a power notification; its two arguments. */
+/** Condition of a power notification. */
 enum QELTV_POWER_EVENT {
-    QELTV_POWER_DOWN = 1,    /**< standby begins; QELTV_POWER_DOWN_REASON, 0 */
-    QELTV_POWER_SUSPEND = 2, /**< suspend begins; QELTV_POWER_DOWN_REASON, 0 */
-    /** a power-down is requested, the television stays on; QELTV_POWER_DOWN_REASON, 0 */
+    QELTV_POWER_DOWN = 1,    /**< standby begins @values reason:QELTV_POWER_DOWN_REASON */
+    QELTV_POWER_SUSPEND = 2, /**< suspend begins @values reason:QELTV_POWER_DOWN_REASON */
+    /** a power-down is requested, the television stays on
+     *  @values reason:QELTV_POWER_DOWN_REASON */
     QELTV_POWER_DOWN_REQUESTED = 3,
-    QELTV_POWER_WAKE = 4, /**< standby ends; QELTV_WAKE_REASON, 0 */
-    QELTV_POWER_GPIO = 5, /**< a monitored line changes; line, level */
+    QELTV_POWER_WAKE = 4, /**< standby ends @values reason:QELTV_WAKE_REASON */
+    QELTV_POWER_GPIO = 5, /**< a monitored line changes @values line, level */
 };
 
 #define QELTV_GPIO_LINES 64u   /**< number of GPIO lines */
@@ -411,11 +440,11 @@ enum QELTV_GPIO_READ {
 
 /* TV application */
 
-/** Kind of an application notification; its arguments, omitted ones are 0. */
+/** Kind of an application notification. */
 enum QELTV_APP_TV_EVENT {
-    QELTV_APP_TV_STATUS = 1,  /**< path, status that the application has set */
-    QELTV_APP_TV_STARTED = 2, /**< value that the application has set */
-    QELTV_APP_TV_UNLOCK = 3,  /**< path, 1 unlocked or 0 not */
+    QELTV_APP_TV_STATUS = 1,  /**< the application sets a path's status @values path, status */
+    QELTV_APP_TV_STARTED = 2, /**< the application sets whether it has started @values started */
+    QELTV_APP_TV_UNLOCK = 3,  /**< a path is unlocked (1) or locked (0) @values path, unlocked */
 };
 
 /** Capabilities of the television. */

@@ -1,4 +1,4 @@
-/** What crosses the rating and PIN interfaces of the reference television. */
+/** Ratings and PIN of the reference television: values and records. */
 #ifndef QELTV_LAYOUTS_RATING_H
 #define QELTV_LAYOUTS_RATING_H
 
@@ -29,7 +29,8 @@ enum QELTV_US_TV_FLAG {
     QELTV_US_TV_FLAGS = 20,   /**< number of flags */
 };
 
-/** Limit of the US film ratings. Of all limits 0 blocks nothing, others their level and above. */
+/** Limit of the US film ratings. A limit of 0 blocks nothing, others block their level and above.
+ */
 enum QELTV_US_MOVIE_LIMIT {
     QELTV_US_MOVIE_G = 1,     /**< G, general audiences */
     QELTV_US_MOVIE_PG = 2,    /**< PG, parental guidance suggested */
@@ -95,9 +96,9 @@ typedef struct {
     QELTV_OPEN_VCHIP_DIMENSION_T dimension[QELTV_OPEN_VCHIP_DIMENSIONS]; /**< the dimensions */
 } QELTV_OPEN_VCHIP_TABLE_T;
 
-/** Type of an open V-chip notification; its values. */
+/** Type of an open V-chip notification. @values region, version, dimensions */
 enum QELTV_OPEN_VCHIP_EVENT {
-    QELTV_OPEN_VCHIP_RECEIVED = 1, /**< a table is received; region, version, dimensions */
+    QELTV_OPEN_VCHIP_RECEIVED = 1, /**< a table is received */
     QELTV_OPEN_VCHIP_REMOVED = 2,  /**< the table is removed */
 };
 
@@ -110,7 +111,10 @@ enum QELTV_PIN_ANSWER {
     QELTV_PIN_FAILED = 4,    /**< the store cannot be written */
 };
 
-/** Type of a PIN dialog notification; values: wrong tries so far, remaining delay in ms. */
+/**
+ * Type of a PIN dialog notification: wrong tries so far, remaining delay in milliseconds.
+ * @values wrong_tries, delay_ms
+ */
 enum QELTV_PIN_EVENT {
     QELTV_PIN_EVENT_SHOW = 1,     /**< the dialog opens */
     QELTV_PIN_EVENT_ACCEPTED = 2, /**< the PIN is right */

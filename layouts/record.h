@@ -1,6 +1,6 @@
 /**
- * What crosses the recording, timeshift and browser interfaces of the reference television: the
- * records that are opaque to the client library, and the meaning of plain numbers.
+ * Recording, timeshift and browser of the reference television: the records that are opaque to the
+ * client library, and the meaning of plain numbers.
  */
 #ifndef QELTV_LAYOUTS_RECORD_H
 #define QELTV_LAYOUTS_RECORD_H
@@ -26,7 +26,7 @@ enum QELTV_RECORDING_ERROR {
     QELTV_RECORDING_ERROR_TUNER_BUSY = 5, /**< another recording receives another multiplex */
 };
 
-/** Why a recording ended, as the browser reports it. */
+/** Reason for the end of a recording, as the browser reports it. */
 enum QELTV_STOP_REASON {
     QELTV_STOP_USER = 1,       /**< stopped by the user */
     QELTV_STOP_TIME = 2,       /**< end of its booking, or the limit of its mode */
@@ -36,22 +36,25 @@ enum QELTV_STOP_REASON {
     QELTV_STOP_STANDBY = 6,    /**< the television went to standby */
 };
 
-/** Mode of a recording: when it ends by itself. */
+/** Mode of a recording: its end. */
 enum QELTV_RECORDING_MODE {
     QELTV_RECORDING_MODE_ENDLESS = 0, /**< never */
     QELTV_RECORDING_MODE_SECONDS = 1, /**< after a number of seconds */
     QELTV_RECORDING_MODE_KIB = 2,     /**< after a number of KiB */
 };
 
-/** Kind of a recording notification; its two arguments. */
+/** Kind of a recording notification. @values booking */
 enum QELTV_RECORDING_EVENT {
-    QELTV_RECORDING_STARTED_EVENT = 1, /**< recording, booking or 0 */
-    QELTV_RECORDING_STOPPED_EVENT = 2, /**< recording, QELTV_STOP_REASON */
-    QELTV_RECORDING_FAILED_EVENT = 3,  /**< recording, QELTV_RECORDING_ERROR */
-    QELTV_BOOKING_STORED_EVENT = 4,    /**< booking, 0: it is new or changed */
-    QELTV_BOOKING_DELETED_EVENT = 5,   /**< booking, 0 */
-    QELTV_BOOKING_MISSED_EVENT = 6,    /**< booking, 0: its time passed while the power was off */
-    QELTV_BOOKING_FAILED_EVENT = 7,    /**< booking, QELTV_RECORDING_ERROR: it could not start */
+    QELTV_RECORDING_STARTED_EVENT = 1, /**< starts; booking or 0 @values recording, booking */
+    /** ends @values recording, reason:QELTV_STOP_REASON */
+    QELTV_RECORDING_STOPPED_EVENT = 2,
+    /** ends with an error @values recording, error:QELTV_RECORDING_ERROR */
+    QELTV_RECORDING_FAILED_EVENT = 3,
+    QELTV_BOOKING_STORED_EVENT = 4,  /**< a booking is new or changed */
+    QELTV_BOOKING_DELETED_EVENT = 5, /**< a booking is deleted */
+    QELTV_BOOKING_MISSED_EVENT = 6,  /**< a booking's time passed while the power was off */
+    /** a booking could not start @values booking, error:QELTV_RECORDING_ERROR */
+    QELTV_BOOKING_FAILED_EVENT = 7,
 };
 
 /** Event that an application passes to the recorder, with a value. */
@@ -98,7 +101,7 @@ typedef struct {
     uint8_t unused[16];   /**< 0 */
 } QELTV_SCHEDULE_RECORD_T;
 
-/** What is received and when. */
+/** A source and its time. */
 typedef struct {
     uint32_t kind;      /**< 0 a channel, 1 an input, which no recording can use */
     uint32_t id;        /**< channel id, or number of the input */
@@ -157,20 +160,27 @@ enum QELTV_TIMESHIFT_STATUS {
     QELTV_TIMESHIFT_KEPT = 3, /**< stopped; the buffer can still be played */
 };
 
-/** How the timeshift is stopped. */
+/** Way to stop the timeshift. */
 enum QELTV_TIMESHIFT_STOP {
     QELTV_TIMESHIFT_STOP_DROP = 0, /**< the buffer is dropped */
     QELTV_TIMESHIFT_STOP_KEEP = 1, /**< the buffer can still be played */
 };
 
-/** Kind of a timeshift notification; its two arguments. Positions are in milliseconds. */
+/**
+ * Kind of a timeshift notification. Positions are in milliseconds.
+ * @values position_ms
+ */
 enum QELTV_TIMESHIFT_EVENT {
-    QELTV_TIMESHIFT_DEVICE_EVENT = 1, /**< QELTV_DEVICE_STATUS, progress in percent */
-    QELTV_TIMESHIFT_STATUS_EVENT = 2, /**< QELTV_TIMESHIFT_STATUS, 0 */
-    /** speed in percent as signed 32 bits (0 paused, 100 as broadcast), position */
+    /** the device's registration proceeds, in percent, or ends
+     *  @values status:QELTV_DEVICE_STATUS, percent */
+    QELTV_TIMESHIFT_DEVICE_EVENT = 1,
+    /** the status has changed @values status:QELTV_TIMESHIFT_STATUS */
+    QELTV_TIMESHIFT_STATUS_EVENT = 2,
+    /** the speed or the position is set; speed in percent, 0 paused, 100 as broadcast, negative
+     *  backward @values speed_percent:signed, position_ms */
     QELTV_TIMESHIFT_SPEED_EVENT = 3,
-    QELTV_TIMESHIFT_LIVE_EVENT = 4,  /**< position, 0: playing forward reaches the broadcast */
-    QELTV_TIMESHIFT_BEGIN_EVENT = 5, /**< position, 0: playing backward reaches the oldest */
+    QELTV_TIMESHIFT_LIVE_EVENT = 4,  /**< playing forward reaches the broadcast */
+    QELTV_TIMESHIFT_BEGIN_EVENT = 5, /**< playing backward reaches the oldest position */
 };
 
 #endif /* QELTV_LAYOUTS_RECORD_H */

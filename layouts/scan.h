@@ -1,4 +1,4 @@
-/** What crosses the scan interface of the reference television. */
+/** The channel scan of the reference television: values. */
 #ifndef QELTV_LAYOUTS_SCAN_H
 #define QELTV_LAYOUTS_SCAN_H
 
@@ -31,14 +31,19 @@ enum QELTV_SCAN_MODE {
 #define QELTV_SCAN_PLANS 2u
 #define QELTV_ISDB_NO_RADIO 1u /**< flag of an ISDB scan: leaves radio services out */
 
-/** Type of a scan notification; its values. */
+/**
+ * Type of a scan notification. Services are counted: television and radio services found, new and
+ * removed ones.
+ * @values television, radio, added, removed
+ */
 enum QELTV_SCAN_EVENT {
-    QELTV_SCAN_STARTED = 1, /**< number of transponders */
-    /** a transponder is done: percent, frequency in kHz, television and radio services so far */
+    QELTV_SCAN_STARTED = 1, /**< the scan starts @values transponders */
+    /** a transponder is done; services so far
+     *  @values percent, frequency_khz, television, radio */
     QELTV_SCAN_PROGRESS = 2,
-    QELTV_SCAN_COMPLETE = 3,  /**< television services, radio services, new ones, removed ones */
-    QELTV_SCAN_CANCELLED = 4, /**< as QELTV_SCAN_COMPLETE: the services found so far are kept */
-    QELTV_SCAN_FAILED = 5,    /**< a code of codes.h */
+    QELTV_SCAN_COMPLETE = 3,  /**< the scan is complete */
+    QELTV_SCAN_CANCELLED = 4, /**< the scan is cancelled; the services found so far are kept */
+    QELTV_SCAN_FAILED = 5,    /**< the scan failed @values code:QELTV_CODE */
 };
 
 /**

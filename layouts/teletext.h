@@ -1,6 +1,5 @@
 /**
- * What crosses the teletext, subtitle, caption, metadata and HTML agent methods of the reference
- * television.
+ * Teletext, subtitles, metadata and HTML agent of the reference television: values and records.
  */
 #ifndef QELTV_LAYOUTS_TELETEXT_H
 #define QELTV_LAYOUTS_TELETEXT_H
@@ -34,7 +33,8 @@ typedef struct {
 
 /** Kind of a teletext notification. */
 enum QELTV_TELETEXT_EVENT {
-    QELTV_TELETEXT_PAGE_CHANGED = 1, /**< page record, subpages, 0 */
+    /** a page is chosen: page record, number of its subpages @values page, subpages */
+    QELTV_TELETEXT_PAGE_CHANGED = 1,
 };
 
 /** Kind of a subtitle. */
@@ -53,7 +53,9 @@ typedef struct {
 
 /** Kind of a subtitle notification. */
 enum QELTV_SUBTITLE_EVENT {
-    QELTV_SUBTITLE_CHANGED = 1, /**< number, language, QELTV_SUBTITLE_KIND, 0 */
+    /** a subtitle is chosen, as QELTV_SUBTITLE_ENTRY_T; all 0 for off
+     *  @values number, language, kind:QELTV_SUBTITLE_KIND */
+    QELTV_SUBTITLE_CHANGED = 1,
 };
 
 /** First word of an exchange with the HTML agent; the reply begins with the result code. */

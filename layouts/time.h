@@ -1,4 +1,4 @@
-/** What crosses the time interface of the reference television. */
+/** Time of the reference television: values and records. */
 #ifndef QELTV_LAYOUTS_TIME_H
 #define QELTV_LAYOUTS_TIME_H
 
@@ -30,7 +30,7 @@ enum QELTV_TIME_CONVERSION {
     QELTV_TIME_NORMALISE = 2,    /**< carries fields out of range over: minute 75 into the hour */
 };
 
-/** What the clock follows. */
+/** Source of the clock. */
 enum QELTV_SYNC_SOURCE {
     QELTV_SYNC_MANUAL = 0,    /**< nothing: the user sets time, zone and offset */
     QELTV_SYNC_BROADCAST = 1, /**< the broadcast (TDT, TOT), zone of the configured place */
@@ -45,23 +45,24 @@ enum QELTV_RAW_TIME_TABLE {
     QELTV_RAW_TIME_STT = 2, /**< system time table: the same values */
 };
 
-/** Type of a date-time notification; its argument. */
+/** Type of a date-time notification. */
 enum QELTV_TIME_EVENT {
-    QELTV_TIME_CHANGED = 1,      /**< the clock is set or jumps; seconds since 1970, UTC */
-    QELTV_TIME_ZONE_CHANGED = 2, /**< zone or offset changes; local time minus UTC in seconds */
+    QELTV_TIME_CHANGED = 1, /**< the clock is set or jumps; seconds since 1970, UTC @values utc */
+    /** zone or offset changes; local time minus UTC in seconds @values offset:signed */
+    QELTV_TIME_ZONE_CHANGED = 2,
 };
 
 /** Type of a sync-source notification. */
 enum QELTV_SYNC_EVENT {
-    QELTV_SYNC_SOURCE_CHANGED = 1, /**< the QELTV_SYNC_SOURCE */
+    QELTV_SYNC_SOURCE_CHANGED = 1, /**< another source @values source:QELTV_SYNC_SOURCE */
 };
 
-/** Type of a sleep-timer notification; its argument. */
+/** Type of a sleep-timer notification. @values seconds */
 enum QELTV_SLEEP_EVENT {
     QELTV_SLEEP_SET = 1,       /**< the timer is set; seconds until it expires */
     QELTV_SLEEP_WARNING = 2,   /**< the timer expires soon; seconds left */
-    QELTV_SLEEP_EXPIRED = 3,   /**< the timer expires; 0 */
-    QELTV_SLEEP_CANCELLED = 4, /**< the timer is switched off; 0 */
+    QELTV_SLEEP_EXPIRED = 3,   /**< the timer expires; 0 seconds */
+    QELTV_SLEEP_CANCELLED = 4, /**< the timer is switched off; 0 seconds */
 };
 
 #define QELTV_SLEEP_MAXIMUM (24 * 3600) /**< longest sleep timer, in seconds */

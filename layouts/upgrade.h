@@ -1,5 +1,5 @@
 /**
- * What crosses the upgrade and over-air download interfaces of the reference television.
+ * Upgrade and over-air download of the reference television: values and items.
  *
  * Firmware information: model, version, build date, hardware, country, serial number, version of
  * the bootloader; the number of items.
@@ -20,20 +20,23 @@ enum QELTV_UPGRADE_ITEM {
     QELTV_UPGRADE_ITEMS = 2,           /**< number of items */
 };
 
-/** State of an item, and type of a notification: the item, and the percentage or a code. */
+/**
+ * State of an item, and type of a notification.
+ * @values item:QELTV_UPGRADE_ITEM, percent
+ */
 enum QELTV_UPGRADE_STATE {
     QELTV_UPGRADE_IDLE = 0,        /**< nothing is under way */
     QELTV_UPGRADE_CHECKING = 1,    /**< looks for a newer version */
     QELTV_UPGRADE_AVAILABLE = 2,   /**< a newer version is available */
     QELTV_UPGRADE_UP_TO_DATE = 3,  /**< there is no newer version */
-    QELTV_UPGRADE_DOWNLOADING = 4, /**< downloads; percentage */
+    QELTV_UPGRADE_DOWNLOADING = 4, /**< downloads */
     QELTV_UPGRADE_DOWNLOADED = 5,  /**< the download is complete */
-    QELTV_UPGRADE_INSTALLING = 6,  /**< installs; percentage */
+    QELTV_UPGRADE_INSTALLING = 6,  /**< installs */
     QELTV_UPGRADE_INSTALLED = 7,   /**< installed; takes effect with the next reboot */
     QELTV_UPGRADE_REBOOTING = 8,   /**< reboots */
     QELTV_UPGRADE_DONE = 9,        /**< the new version runs */
     QELTV_UPGRADE_CANCELLED = 10,  /**< cancelled by the application */
-    QELTV_UPGRADE_FAILED = 11,     /**< failed; a code of codes.h */
+    QELTV_UPGRADE_FAILED = 11,     /**< failed @values item:QELTV_UPGRADE_ITEM, code:QELTV_CODE */
 };
 
 /** Answer of query_upgrade_result(). */
@@ -52,8 +55,9 @@ enum QELTV_UPGRADE_SETTING {
 };
 
 /**
- * State of the over-air download, and type of its notification. The text is the version, the first
- * number the percentage, the flag 1 for an automatic download, the second number the state.
+ * State of the over-air download, and type of its notification. The text is the version, the flag 1
+ * for an automatic download.
+ * @values percent, state:QELTV_OAD_STATE
  */
 enum QELTV_OAD_STATE {
     QELTV_OAD_IDLE = 0,         /**< nothing is under way */
