@@ -19,6 +19,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "IonPool.h"
 #include "Registry.h"
 #include "Settings.h"
 #include "Threads.h"
@@ -106,14 +107,15 @@ bool isConnection(int socket) {
 }
 
 /**
- * Closes the sockets of all nodes, and the lock of the registry. They are known by their addresses:
- * a list would lack those that another thread was about to enter.
+ * Closes the sockets of all nodes, the lock of the registry and the pool of ION buffers. They are
+ * known by their addresses and marks: a list would lack those that another thread was about to
+ * enter.
  */
 void closeInherited() {
     const std::string lockFile = registry::lockFile();
-    if (lockFile.empty()) return;  // the parent has not used the runtime
+    if (lockFile.empty() && !IonPool::exists()) return;  // the parent has not used the runtime
     struct stat lock = {};
-    const bool locked = stat(lockFile.c_str(), &lock) == 0;
+    const bool locked = !lockFile.empty() && stat(lockFile.c_str(), &lock) == 0;
     const int list = open("/proc/self/fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (list < 0) {
         ALOGW("/proc/self/fd cannot be read: %s; the child keeps its parent's connections",
@@ -130,9 +132,10 @@ void closeInherited() {
             const int file = atoi(entry->d_name);
             struct stat status;
             if (entry->d_name[0] == '.' || file == list || fstat(file, &status) < 0) continue;
-            const bool own = S_ISSOCK(status.st_mode) ? isConnection(file)
-                                                      : locked && status.st_dev == lock.st_dev &&
-                                                                status.st_ino == lock.st_ino;
+            const bool isLock =
+                    locked && status.st_dev == lock.st_dev && status.st_ino == lock.st_ino;
+            const bool own =
+                    S_ISSOCK(status.st_mode) ? isConnection(file) : isLock || IonPool::owns(file);
             if (own) close(file);
         }
     }

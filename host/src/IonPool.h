@@ -24,6 +24,11 @@ class IonPool {
     /** Drops every buffer. Those in use end with their last user. */
     void clear();
 
+    /** Whether the process, or a parent of it, has a pool. */
+    static bool exists();
+    /** Whether the descriptor is the pool's own. Allocates nothing and takes no lock. */
+    static bool owns(int file);
+
   private:
     struct Buffer {
         int file = -1;

@@ -121,6 +121,13 @@ status_t Peer::connect(int* socket) {
     return OK;
 }
 
+void Peer::prepare() {
+    if (mPrepared.exchange(true)) return;
+    int socket;
+    // Whoever calls finds out why there is none.
+    if (connect(&socket) == OK) give(socket);
+}
+
 status_t Peer::take(bool fresh, Use* use) {
     if (mDead || mNode->inherited()) return DEAD_OBJECT;
     if (!fresh) {
@@ -190,25 +197,6 @@ uint32_t eventWaitMs() {
     return limit == 0 ? kClientMs : std::min(limit, kClientMs);
 }
 
-/** Waits for a peer to take an event, outside of the pool. On a device nobody waits for that. */
-class EventPatience final : public Patience {
-  public:
-    /** `outside` ends after mSending is let go: who has the place may want to send as well. */
-    explicit EventPatience(std::optional<WithoutPlace>* outside) : mOutside(outside) {}
-
-    bool waitOn(int socket) override {
-        if (mWaited) return false;
-        mWaited = true;
-        if (!*mOutside) mOutside->emplace();
-        setTimeouts(socket, eventWaitMs());
-        return true;
-    }
-
-  private:
-    std::optional<WithoutPlace>* const mOutside;
-    bool mWaited = false;
-};
-
 }  // namespace
 
 /**
@@ -249,7 +237,11 @@ status_t Peer::sendOnewayTo(Events* to, const MessageHeader& header, Encoded* me
         to->askedHandsOver = asks && handsOver;
         if (handsOver) to->handedOver.push_back(mapper->proxies());
     }
-    EventPatience patience(outside);
+    // For the message and its answer together.
+    std::chrono::steady_clock::time_point end;
+    if (asks) end = std::chrono::steady_clock::now() + std::chrono::milliseconds(eventWaitMs());
+    // `outside` ends after mSending is let go: who has the place may want to send as well.
+    SendPatience patience(eventWaitMs(), outside);
     const status_t status = sendEvent(*message, &patience, to);
     std::unique_lock<std::mutex> lock(to->mutex);
     if (status != OK) {
@@ -266,7 +258,7 @@ status_t Peer::sendOnewayTo(Events* to, const MessageHeader& header, Encoded* me
         lock.unlock();
         if (!*outside) outside->emplace();
         lock.lock();
-        to->changed.wait_for(lock, std::chrono::milliseconds(eventWaitMs()), answered);
+        to->changed.wait_until(lock, end, answered);
     }
     if (to->asked) return to->ended ? DEAD_OBJECT : android::FAILED_TRANSACTION;
     *sent = to->answer == OK;
@@ -522,7 +514,7 @@ status_t Peer::acquire(uint64_t id, bool confirmed) {
             std::optional<WithoutPlace> outside;
             std::lock_guard<std::mutex> lock(mSending);
             const std::shared_ptr<Events> to = events();
-            EventPatience patience(&outside);
+            SendPatience patience(eventWaitMs(), &outside);
             status = to == nullptr ? DEAD_OBJECT : sendEvent(encoded, &patience, to.get());
         }
         flushReleases();

@@ -45,6 +45,8 @@ class Peer : public std::enable_shared_from_this<Peer> {
     /** Takes a reference; with `confirmed` only returns once the peer has counted it. */
     android::status_t acquire(uint64_t id, bool confirmed);
 
+    /** Opens a connection for calls that the peer takes in while its first caller gets ready. */
+    void prepare();
     android::status_t call(uint64_t id, uint32_t code, const android::hardware::Parcel& data,
                            android::hardware::Parcel* reply, uint32_t flags);
 
@@ -103,6 +105,7 @@ class Peer : public std::enable_shared_from_this<Peer> {
     const std::shared_ptr<Node> mNode;
     const std::string mName;
     std::atomic<bool> mDead{false};
+    std::atomic<bool> mPrepared{false};
 
     /** The connection used last, which is all that a single caller needs; -1 while in use. */
     std::atomic<int> mLast{-1};

@@ -15,6 +15,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <hidlhost/runtime_directory.h>
 #include <log/log.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -65,12 +66,16 @@ std::string& usableDirectory() {
 
 /** What keeps the directory from being used; empty where nothing does. */
 std::string makeDirectory(const std::string& path) {
-    if (mkdir(path.c_str(), 0700) < 0 && errno != EEXIST) {
-        return std::string("cannot be made: ") + strerror(errno);
-    }
     struct stat status;
     // Not followed: in a shared parent somebody else's link could lead anywhere.
-    if (lstat(path.c_str(), &status) < 0) return strerror(errno);
+    int result = lstat(path.c_str(), &status);
+    if (result < 0 && errno == ENOENT) {
+        if (mkdir(path.c_str(), 0700) < 0 && errno != EEXIST) {
+            return std::string("cannot be made: ") + strerror(errno);
+        }
+        result = lstat(path.c_str(), &status);
+    }
+    if (result < 0) return strerror(errno);
     if (!S_ISDIR(status.st_mode)) return "is not a directory";
     if (status.st_uid != geteuid()) return "belongs to user " + std::to_string(status.st_uid);
     if ((status.st_mode & 077) != 0) {
@@ -323,4 +328,9 @@ void sweep() {
 }
 
 }  // namespace registry
+
+std::string runtimeDirectory() {
+    return registry::directory();
+}
+
 }  // namespace hidlhost

@@ -21,6 +21,7 @@
 #include "NodeMapper.h"
 #include "Peer.h"
 #include "Registry.h"
+#include "Settings.h"
 #include "Socket.h"
 #include "Threads.h"
 #include "Trace.h"
@@ -290,19 +291,6 @@ bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::s
 
 namespace {
 
-/** Waits for a client to read what it has asked for, for a while and outside of the pool. */
-class ReplyPatience final : public Patience {
-  public:
-    bool waitOn(int) override {
-        if (mOutside) return false;
-        mOutside.emplace();
-        return true;
-    }
-
-  private:
-    std::optional<WithoutPlace> mOutside;
-};
-
 /** Whether a message that could not be taken can be passed over. */
 bool passOver(const Caller& caller, const MessageHeader& header, status_t status) {
     const int pid = static_cast<int>(caller.pid);
@@ -478,22 +466,28 @@ void Server::enqueue(const std::shared_ptr<Connection>& connection, const Messag
         Target target;
         target.object = mNode.objects().find(header.object, &target.onewayMutex);
         std::shared_ptr<Worker> worker = mMain;
-        if (mNode.gate().configured()) {
+        // Calls that came before the pool was configured run before this one.
+        if (mNode.gate().configured() && connection->leftToMain == 0) {
             if (connection->worker == nullptr) {
                 connection->worker =
                         std::make_shared<Worker>("hidl-oneway", Worker::Thread::kBorrowed);
             }
             worker = connection->worker;
         }
+        const size_t counted = worker == mMain ? 1 : 0;
+        connection->leftToMain += counted;
         auto node = mNode.shared_from_this();
-        const bool posted = worker->post([this, node, connection, target = std::move(target),
-                                          kept = std::move(kept)]() mutable {
-            if (mNode.dead()) return;
-            if (!call(connection.get(), nullptr, Way::kEvent, target, std::move(kept))) {
-                shutdown(connection->socket, SHUT_RDWR);
-            }
-        });
+        const bool posted =
+                worker->post([this, node, connection, counted, target = std::move(target),
+                              kept = std::move(kept)]() mutable {
+                    if (!mNode.dead() &&
+                        !call(connection.get(), nullptr, Way::kEvent, target, std::move(kept))) {
+                        shutdown(connection->socket, SHUT_RDWR);
+                    }
+                    connection->leftToMain -= counted;
+                });
         if (!posted) {
+            connection->leftToMain -= counted;
             ALOGE("no thread for a oneway call of process %d", static_cast<int>(connection->pid));
             status = android::NO_MEMORY;
         }
@@ -553,7 +547,8 @@ class Answer {
         if (mConnection != nullptr) mConnection->chain.store(0, std::memory_order_relaxed);
         mGood = mConversation->open;
         mConversation->open = false;
-        ReplyPatience patience;
+        std::optional<WithoutPlace> outside;
+        SendPatience patience(kClientMs, &outside);
         mGood = mGood && sendMessage(caller.socket, encoded, &patience, Wait::kTryFirst) == OK;
         if (!mGood) mapper.takeBack();
         caller.handedOver.swap(mapper.proxies());
@@ -617,7 +612,8 @@ bool Server::call(Caller* caller, Connection* connection, Way way, const Target&
     const uint64_t chain = starts ? mNode.newChain() : header.chain;
     // A thread of this node waits for what a chain of its own does.
     bool counted = starts || !mNode.startedHere(chain);
-    const bool onMain = counted && way == Way::kConnection && !mNode.gate().configured();
+    const bool onMain = counted && way == Way::kConnection && !mNode.gate().configured() &&
+                        !Settings::get().anyThread;
     if (onMain) {
         counted = !isUnderWay(connection, chain);
     } else if (counted && !mNode.gate().tryEnter()) {

@@ -46,6 +46,9 @@ struct Connection : Caller {
     size_t unaskedBytes = 0;
     size_t unaskedCalls = 0;
     std::shared_ptr<Worker> worker;
+
+    /** Oneway calls that are to run where those of a process without a pool do. */
+    std::atomic<size_t> leftToMain{0};
 };
 
 /** A call being served, as the thread that serves it sees it: a call back goes out over it. */

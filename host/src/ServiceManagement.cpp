@@ -83,6 +83,7 @@ android::sp<android::hardware::IBinder> findService(const std::string& interface
             if (local != nullptr) return local;
         } else {
             std::shared_ptr<Peer> peer = node.peer(entry.node);
+            if (peer != nullptr) peer->prepare();
             android::status_t status =
                     peer == nullptr ? android::BAD_VALUE : peer->acquire(entry.object, false);
             if (status == android::OK) status = peer->watch();

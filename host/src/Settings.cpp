@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 #include <log/log.h>
 
@@ -41,6 +42,8 @@ const Settings& Settings::get() {
                 read.transactionBytes = static_cast<size_t>(value);
             }
         }
+        const char* any = getenv("QELTV_ANY_THREAD");
+        read.anyThread = any != nullptr && *any != '\0' && strcmp(any, "0") != 0;
         return read;
     }());
     return settings;

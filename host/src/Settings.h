@@ -15,6 +15,8 @@ struct Settings {
     uint32_t callTimeoutMs = 0;
     /** Of the transactions in progress towards this process. */
     size_t transactionBytes = kDeviceTransactionBytes;
+    /** Whether calls to a process without a pool may run on any thread, one at a time. */
+    bool anyThread = false;
     /** How long a socket waits before patience is asked. */
     uint32_t firstWaitMs = 1000;
 

@@ -161,8 +161,32 @@ bool hasHungUp(int socket) {
     return size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR);
 }
 
+SendPatience::~SendPatience() {
+    if (mSocket >= 0) setsockopt(mSocket, SOL_SOCKET, SO_SNDTIMEO, &mBefore, sizeof(mBefore));
+}
+
+bool SendPatience::waitOn(int socket) {
+    using std::chrono::microseconds;
+    const auto now = std::chrono::steady_clock::now();
+    if (mSocket < 0) {
+        mSocket = socket;
+        socklen_t size = sizeof(mBefore);
+        getsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &mBefore, &size);
+        mEnd = now + std::chrono::milliseconds(mMilliseconds);
+        if (!*mOutside) mOutside->emplace();
+    }
+    const auto left = std::chrono::duration_cast<microseconds>(mEnd - now).count();
+    if (left <= 0) return false;
+    timeval time = {};
+    time.tv_sec = static_cast<time_t>(left / 1000000);
+    time.tv_usec = static_cast<suseconds_t>(left % 1000000);
+    setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time));
+    return true;
+}
+
 status_t sendMessage(int socket, const Encoded& encoded, Patience* patience, Wait wait) {
-    int flags = wait == Wait::kTryFirst ? MSG_DONTWAIT : 0;
+    const int atFirst = wait == Wait::kTryFirst ? MSG_DONTWAIT : 0;
+    int flags = atFirst;
     if (encoded.vectorCount == 1 && encoded.size <= kPacketSize && encoded.descriptors.empty()) {
         while (sendPacket(socket, encoded.vectors[0], flags) < 0) {
             status_t status = afterFailure(socket, patience);
@@ -206,6 +230,7 @@ status_t sendMessage(int socket, const Encoded& encoded, Patience* patience, Wai
             memcpy(CMSG_DATA(rights), encoded.descriptors.data(), bytes);
         }
         first = false;
+        flags = atFirst;
         while (sendPacket(socket, &message, flags) < 0) {
             status_t status = afterFailure(socket, patience);
             if (status != OK) return status;

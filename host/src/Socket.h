@@ -1,13 +1,17 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include <sys/time.h>
 #include <sys/types.h>
 
 #include <android-base/unique_fd.h>
 
 #include "Codec.h"
+#include "Gate.h"
 
 namespace hidlhost {
 
@@ -38,8 +42,31 @@ bool hasHungUp(int socket);
 constexpr uint32_t kClientMs = 10000;
 
 /**
+ * Bounds the time that a process takes to read one message, all of its packets together. The
+ * thread that waits gives up its place in the pool; `outside` ends where it takes it again.
+ */
+class SendPatience final : public Patience {
+  public:
+    SendPatience(uint32_t milliseconds, std::optional<WithoutPlace>* outside)
+            : mMilliseconds(milliseconds), mOutside(outside) {}
+    /** Leaves the socket as it was found. */
+    ~SendPatience();
+    SendPatience(const SendPatience&) = delete;
+    SendPatience& operator=(const SendPatience&) = delete;
+
+    bool waitOn(int socket) override;
+
+  private:
+    const uint32_t mMilliseconds;
+    std::optional<WithoutPlace>* const mOutside;
+    int mSocket = -1;
+    timeval mBefore = {};
+    std::chrono::steady_clock::time_point mEnd;
+};
+
+/**
  * DEAD_OBJECT where the other end is gone, TIMED_OUT where patience ends. With kTryFirst patience
- * is also asked before the first wait.
+ * decides about every wait, else about those that follow a timeout.
  */
 enum class Wait { kAtOnce, kTryFirst };
 android::status_t sendMessage(int socket, const Encoded& message, Patience* patience,

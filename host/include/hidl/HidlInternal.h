@@ -67,7 +67,7 @@ struct alignas(8) hidl_pointer {
 };
 
 /**
- * Tells the callbacks of an instrumented build about calls. This runtime installs none by itself;
+ * Notifies the callbacks of an instrumented build of calls. This runtime installs none by itself;
  * registerInstrumentationCallbacks() exists for subclasses that do.
  */
 struct HidlInstrumentor {

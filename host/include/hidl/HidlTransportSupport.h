@@ -35,7 +35,7 @@ bool interfacesEqual(const sp<::android::hidl::base::V1_0::IBase>& left,
 
 namespace details {
 
-/** The process id where it may be told, else -1. */
+/** The process id if it is known, else -1. */
 int32_t getPidIfSharable();
 
 template <typename IChild, typename IParent, typename BpChild>

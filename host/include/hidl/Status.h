@@ -29,7 +29,7 @@ class Status final {
         /** Never sent by a service. */
         EX_HAS_REPLY_HEADER = -128,
 
-        /** The transport failed; transactionError() tells how. */
+        /** The transport failed; transactionError() has the reason. */
         EX_TRANSACTION_FAILED = -129,
     };
 

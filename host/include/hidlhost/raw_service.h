@@ -80,7 +80,7 @@ class RawHost {
 
     /**
      * Ends as a process does that is killed: calls under way come back with DEAD_OBJECT, death
-     * recipients are told, and the names stay until somebody finds nobody behind them.
+     * recipients are called, and the names stay until somebody finds nobody behind them.
      */
     void kill();
 

@@ -42,7 +42,7 @@ class BpHwBinder : public IBinder {
     void setKnownAs(const std::string& interface);
     bool isKnownAs(const char* interface);
 
-    /** Tells the recipients, on the runtime's thread, that the process is gone. */
+    /** Notifies the recipients, on the runtime's thread, that the process is gone. */
     void sendObituary();
 
   protected:

@@ -31,7 +31,7 @@ class IBinder : public virtual RefBase {
     /** Sends the reply; the argument is valid while it runs. */
     using TransactCallback = std::function<void(Parcel&)>;
 
-    /** Told once that the process of an object is gone. */
+    /** Notified once that the process of an object is gone. */
     class DeathRecipient : public virtual RefBase {
       public:
         virtual void binderDied(const wp<IBinder>& who) = 0;
@@ -46,7 +46,7 @@ class IBinder : public virtual RefBase {
     virtual status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
                                  uint32_t flags = 0) = 0;
 
-    /** Takes back one linkToDeath(). With a null recipient the cookie alone tells which. */
+    /** Takes back one linkToDeath(). With a null recipient the cookie alone selects which. */
     virtual status_t unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie = nullptr,
                                    uint32_t flags = 0,
                                    wp<DeathRecipient>* outRecipient = nullptr) = 0;

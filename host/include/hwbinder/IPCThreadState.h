@@ -21,7 +21,7 @@ class IPCThreadState {
     /** Who made the call that this thread serves; this process itself outside of a call. */
     pid_t getCallingPid() const;
     uid_t getCallingUid() const;
-    /** Always null: a socket does not tell. */
+    /** Always null: a socket does not report it. */
     const char* getCallingSid() const { return nullptr; }
 
     bool isServingCall() const;

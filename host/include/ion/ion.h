@@ -44,7 +44,7 @@ int ion_alloc_fd(int fd, size_t len, size_t align, unsigned int heap_mask, unsig
                  int* handle_fd);
 
 /**
- * Tells whether the allocator wants ion_free().
+ * Reports whether the allocator wants ion_free().
  *
  * @return 0, here buffers are never freed by handle
  */
