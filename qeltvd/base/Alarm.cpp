@@ -11,12 +11,16 @@ namespace qeltvd {
 Timers::Timers() : mThread([this] { run(); }) {}
 
 Timers::~Timers() {
+    stop();
+}
+
+void Timers::stop() {
     {
         std::lock_guard<std::mutex> guard(mLock);
         mEnd = true;
     }
     mChanged.notify_one();
-    mThread.join();
+    if (mThread.joinable()) mThread.join();
 }
 
 void Timers::add(Alarm* alarm) {

@@ -24,6 +24,9 @@ class Timers {
     /** When a function that threw is called again, unless it has set a time itself. */
     static constexpr std::chrono::milliseconds kRetry{1000};
 
+    /** No alarm rings from here on. Waits until the function of the one that rings has returned. */
+    void stop();
+
   private:
     friend class Alarm;
 

@@ -29,7 +29,7 @@ class Descriptor {
 /*
  * Paths that come from clients or from a disk that others write to. None of these functions waits
  * for the other end of a pipe, opens a device, follows a link at the end of the path or waits for
- * a lease. Where one returns no descriptor errno has the reason.
+ * a lease. If one returns no descriptor, errno has the reason.
  */
 
 /** Opens a directory, which an absolute path has to name. */
@@ -39,7 +39,7 @@ Descriptor openDirectory(const std::string& path);
 Descriptor openFile(int directory, const std::string& name, int flags);
 
 /**
- * Opens a file for writing, which is made where there is none. One that is there has to belong to
+ * Opens a file for writing, which is made if there is none. An existing file has to belong to
  * this user alone and to have one name; its content stays.
  */
 Descriptor makeFile(int directory, const std::string& name);
@@ -58,16 +58,16 @@ bool isFileName(const std::string& name);
  */
 
 /**
- * Makes a directory where there is none and takes the rights of others away from it.
+ * Makes a directory if there is none and takes the rights of others away from it.
  *
- * @throws std::runtime_error where it is another user's, a link or cannot be written
+ * @throws std::runtime_error if it is another user's, a link or cannot be written
  */
 Descriptor claimDirectory(const std::string& path);
 
 /**
  * Takes the rights of others away from a file; one that is not there is fine.
  *
- * @throws std::runtime_error where it is another user's, no regular file, has another name as well
+ * @throws std::runtime_error if it is another user's, no regular file, has another name as well
  *         or cannot be written
  */
 void claimFile(const std::string& path);

@@ -1,6 +1,9 @@
+#define LOG_TAG "qeltvd"
+
 #include "LineUp.h"
 
 #include <fnmatch.h>
+#include <log/log.h>
 
 #include <algorithm>
 #include <cmath>
@@ -8,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+
+#include "LogText.h"
 
 namespace qeltvd {
 namespace {
@@ -181,6 +186,8 @@ void set(Multiplex* multiplex, const std::string& key, const std::string& value)
         for (const auto& each : kModulations) {
             if (value == each.table) multiplex->modulation = each.modulation;
         }
+    } else if (key == "STREAM") {
+        multiplex->stream = value;
     } else if (key == "POLARIZATION") {
         multiplex->polarisation = value == "HORIZONTAL" ? Polarisation::kHorizontal
                                   : value == "VERTICAL" ? Polarisation::kVertical
@@ -213,6 +220,34 @@ Region builtIn(const BuiltIn& table) {
     return readRegion(table.name, text);
 }
 
+/** A table in a file of its own; without transponders if it cannot be read. */
+Region ownTable(const std::string& path, bool commands) {
+    Region region;
+    const fs::path file(path);
+    std::error_code ignored;
+    std::ifstream text;
+    if (fs::is_regular_file(file, ignored)) text.open(file);
+    if (!text.is_open()) {
+        ALOGW("the scan table %s cannot be read", logText(path).c_str());
+        return region;
+    }
+    region = readRegion(file.filename().string(), text);
+    region.directory = file.parent_path().string();
+    if (!commands) {
+        const auto runs = [&](const Multiplex& multiplex) {
+            const bool command = multiplex.stream.rfind("pipe:", 0) == 0;
+            if (command) {
+                ALOGW("%s: commands are run for a table of --region only", logText(path).c_str());
+            }
+            return command;
+        };
+        region.multiplexes.erase(
+                std::remove_if(region.multiplexes.begin(), region.multiplexes.end(), runs),
+                region.multiplexes.end());
+    }
+    return region;
+}
+
 /** The tables whose names a pattern fits, by name. */
 std::vector<Region> matching(const std::string& pattern) {
     std::vector<Region> found;
@@ -237,6 +272,10 @@ std::vector<Region> matching(const std::string& pattern) {
         std::ifstream file(fs::path(scanTables()) / name);
         Region region = readRegion(name, file);
         if (!region.multiplexes.empty()) found.push_back(std::move(region));
+    }
+    for (Region& region : found) {
+        // The tables of the machine are no place for streams.
+        for (Multiplex& multiplex : region.multiplexes) multiplex.stream.clear();
     }
     if (found.empty()) {
         for (const auto& table : kBuiltIn) {
@@ -298,15 +337,23 @@ Region readRegion(const std::string& name, std::istream& table) {
     std::vector<Multiplex> all;
     std::string line;
     while (std::getline(table, line)) {
-        line = trimmed(line.substr(0, line.find('#')));
-        if (line.empty()) continue;
+        // A command of a stream may have the sign in a word.
+        const bool stream = trimmed(line).rfind("STREAM", 0) == 0;
+        line = trimmed(stream ? line : line.substr(0, line.find('#')));
+        if (line.empty() || line.front() == '#') continue;
         if (line.front() == '[') {
             all.emplace_back();
             continue;
         }
         const size_t equals = line.find('=');
-        if (equals == std::string::npos || all.empty()) continue;
-        set(&all.back(), trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
+        if (equals == std::string::npos) continue;
+        const std::string key = trimmed(line.substr(0, equals));
+        const std::string value = trimmed(line.substr(equals + 1));
+        if (all.empty()) {
+            if (key == "TIME") region.streamsToday = value == "now";
+        } else {
+            set(&all.back(), key, value);
+        }
     }
 
     const uint32_t seed = hash(name);
@@ -338,18 +385,24 @@ Region readRegion(const std::string& name, std::istream& table) {
     return region;
 }
 
-std::vector<Region> regions(const std::string& configured) {
+std::vector<Region> regions(const std::string& configured, const std::vector<std::string>& files) {
+    std::vector<Region> all;
+    const auto add = [&all](Region region) {
+        const bool twice = std::any_of(all.begin(), all.end(), [&](const Region& each) {
+            return each.name == region.name && each.directory == region.directory;
+        });
+        if (!twice && !region.multiplexes.empty()) all.push_back(std::move(region));
+    };
+    for (const std::string& path : files) add(ownTable(path, true));
     std::string names = configured;
     std::replace(names.begin(), names.end(), ',', ' ');
-    std::vector<Region> all;
     std::istringstream words(names);
     for (std::string pattern; words >> pattern;) {
-        for (Region& region : matching(pattern)) {
-            const bool twice = std::any_of(all.begin(), all.end(), [&](const Region& each) {
-                return each.name == region.name;
-            });
-            if (!twice) all.push_back(std::move(region));
+        if (pattern.front() == '/') {
+            add(ownTable(pattern, false));
+            continue;
         }
+        for (Region& region : matching(pattern)) add(std::move(region));
     }
     if (all.empty()) all.push_back(builtIn(kBuiltIn[0]));
     return all;

@@ -81,13 +81,15 @@ struct Multiplex {
     /** RF channel of ATSC, 0 elsewhere. */
     uint16_t rfChannel = 0;
     std::string name = {};
+    /** In a scan table: where its packets come from, as openSource() has it; empty if simulated. */
+    std::string stream = {};
 };
 
 /** One channel. */
 struct Channel {
     uint16_t list = 0;
     uint32_t recordId = 0;
-    /** See ChannelIds.h; told by list, number and kind. */
+    /** See ChannelIds.h; follows from list, number and kind. */
     uint32_t channelId = 0;
     /** What the viewer dials: a number, or major << 16 | minor. */
     uint32_t number = 0;
@@ -140,20 +142,33 @@ struct Region {
     /** Of a satellite region. */
     std::string satellite;
     int32_t position = 0;
+    /** Directory of the table's file, from which the names of streams go; empty if built in. */
+    std::string directory;
+    /** Whether the streams' times are shifted by whole days so that they begin today. */
+    bool streamsToday = false;
     /** Without ids of records; ids of streams and networks set. */
     std::vector<Multiplex> multiplexes;
 };
 
-/** Reads a scan table. What it does not understand is left out. */
+/**
+ * Reads a scan table. What it does not understand is left out. Beside the keys of such tables a
+ * transponder can have `STREAM = file.ts | udp://... | rtp://... | pipe:command`, and the file,
+ * before its first transponder, `TIME = broadcast | now`.
+ */
 Region readRegion(const std::string& name, std::istream& table);
 
 /**
  * The regions that a configuration text names, separated by blanks or commas; in a name "*" stands
  * for any characters, as in "dvb-s/Astra*". Read from the scan tables of this machine, of which a
- * few are built in for machines without. Names that there are not are left out; nothing at all
- * gives the built-in region of Berlin.
+ * few are built in for machines without. A name that begins with a slash is a file of one's own,
+ * whose transponders cannot have a `pipe:`, because clients may set the text. Names that there are
+ * not are left out; nothing at all gives the built-in region of Berlin.
+ *
+ * @param files scan tables that the user of this machine has named, which come first and may run
+ *              commands
  */
-std::vector<Region> regions(const std::string& configured);
+std::vector<Region> regions(const std::string& configured,
+                            const std::vector<std::string>& files = {});
 
 /** Where the scan tables are; QELTVD_SCAN_TABLES names another directory. */
 std::string scanTables();

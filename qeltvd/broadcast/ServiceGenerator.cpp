@@ -3,34 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Random.h"
 #include "layouts/channel_records.h"
 
 namespace qeltvd {
 namespace {
-
-/** splitmix64. */
-class Random {
-  public:
-    explicit Random(uint64_t seed) : mState(seed) {}
-
-    uint64_t next() {
-        uint64_t z = mState += UINT64_C(0x9e3779b97f4a7c15);
-        z = (z ^ z >> 30) * UINT64_C(0xbf58476d1ce4e5b9);
-        z = (z ^ z >> 27) * UINT64_C(0x94d049bb133111eb);
-        return z ^ z >> 31;
-    }
-    uint32_t below(uint32_t limit) { return static_cast<uint32_t>(next() % limit); }
-    uint32_t between(uint32_t low, uint32_t high) { return low + below(high - low + 1); }
-    bool oneIn(uint32_t n) { return below(n) == 0; }
-
-    template <size_t N>
-    const char* of(const char* const (&words)[N]) {
-        return words[below(static_cast<uint32_t>(N))];
-    }
-
-  private:
-    uint64_t mState;
-};
 
 constexpr const char* kFirst[] = {
         "Alder",   "Amber",   "Arbor",  "Aster",    "Basalt", "Birch",     "Bluff",    "Brücke",

@@ -15,7 +15,7 @@ enum class Audience {
 
 /** What has changed; listeners are notified after it is stored. */
 struct ChannelChange {
-    enum Kind {
+    enum class Kind {
         /** Channels of a list are new, edited, renumbered; `records` are their record ids. */
         kChannels,
         /** Channels of a list are gone; `records` are the record ids that they had. */

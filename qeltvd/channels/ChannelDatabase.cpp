@@ -26,22 +26,27 @@ std::optional<ChannelDatabase::Pair> paired(const ChannelList& list, const Chann
 
 }  // namespace
 
-ChannelDatabase::ChannelDatabase(Store& store, const std::string& region)
-        : mStore(store), mState(std::make_shared<ChannelLists>(mStore.load())) {
+ChannelDatabase::ChannelDatabase(Store& store, Broadcast& broadcast, const std::string& region)
+        : mBroadcast(broadcast),
+          mStore(store),
+          mState(std::make_shared<ChannelLists>(mStore.load())) {
     if (!mState->region) {
-        reload(region);
-    } else if (mState->region != region) {
+        (void)reload(region);
+    } else if (mState->region != mBroadcast.nameOf(region)) {
         // On a full disk the channels of before are better than none; tried again at each start.
-        stored([&] { return reload(region); });
+        (void)stored([&] { return reload(region); });
+    } else {
+        // The lists stay as they are; the guide takes what the files have.
+        (void)channel_editing::survey(mBroadcast, region);
     }
 }
 
 template <class Edit>
-int32_t ChannelDatabase::change(const Edit& edit) {
+auto ChannelDatabase::change(const Edit& edit) -> std::invoke_result_t<const Edit&, ChannelEdit&> {
     std::unique_lock<std::mutex> editing(mEditing);
     ChannelEdit work(mStore, state());
-    const int32_t code = edit(work);
-    if (code != kOk) return code;
+    const auto result = edit(work);
+    if (codeOf(result) != kOk) return result;
     const std::vector<ChannelChange> changes = work.commit();
     std::vector<Listener> listeners;
     {
@@ -53,16 +58,18 @@ int32_t ChannelDatabase::change(const Edit& edit) {
     for (const ChannelChange& each : changes) {
         callAll("following a change of the channels", listeners, each);
     }
-    return kOk;
+    return result;
 }
 
 template <class Record>
-int32_t ChannelDatabase::putRecord(const Record& record, Audience audience, uint32_t* recordId) {
-    uint32_t id = 0;
-    const int32_t code = change([&](ChannelEdit& edit) { return edit.put(record, audience, &id); });
-    if (code == kOk && recordId != nullptr) *recordId = id;
-    return code;
+Result<uint32_t> ChannelDatabase::putRecord(const Record& record, Audience audience) {
+    return change([&](ChannelEdit& edit) { return edit.put(record, audience); });
 }
+
+template Result<uint32_t> ChannelDatabase::putRecord(const Multiplex&, Audience);
+template Result<uint32_t> ChannelDatabase::putRecord(const Satellite&, Audience);
+template Result<uint32_t> ChannelDatabase::putRecord(const Network&, Audience);
+template Result<uint32_t> ChannelDatabase::putRecord(const BissKey&, Audience);
 
 std::shared_ptr<const ChannelLists> ChannelDatabase::state() const {
     std::lock_guard<std::mutex> guard(mLock);
@@ -176,73 +183,69 @@ size_t ChannelDatabase::visit(
     return list(id)->visit(query, first, limit, take);
 }
 
-int32_t ChannelDatabase::setFlags(uint16_t id, uint32_t recordId, uint32_t mask, uint32_t flags) {
+Code ChannelDatabase::setFlags(uint16_t id, uint32_t recordId, uint32_t mask, uint32_t flags) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::setFlags(edit, id, recordId, mask, flags);
     });
 }
 
-int32_t ChannelDatabase::setFlagsOfAll(uint16_t id, const ChannelQuery& query, uint32_t mask,
-                                       uint32_t flags) {
+Code ChannelDatabase::setFlagsOfAll(uint16_t id, const ChannelQuery& query, uint32_t mask,
+                                    uint32_t flags) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::setFlagsOfAll(edit, id, query, mask, flags);
     });
 }
 
-int32_t ChannelDatabase::rename(uint16_t id, uint32_t recordId, const std::string& name) {
+Code ChannelDatabase::rename(uint16_t id, uint32_t recordId, const std::string& name) {
     return change(
             [&](ChannelEdit& edit) { return channel_editing::rename(edit, id, recordId, name); });
 }
 
-int32_t ChannelDatabase::put(const Channel& channel, Audience audience) {
+Code ChannelDatabase::put(const Channel& channel, Audience audience) {
     return change([&](ChannelEdit& edit) { return channel_editing::put(edit, channel, audience); });
 }
 
-int32_t ChannelDatabase::put(const Channel& channel, const Multiplex& stream, Audience audience) {
+Code ChannelDatabase::put(const Channel& channel, const Multiplex& stream, Audience audience) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::put(edit, channel, stream, audience);
     });
 }
 
-int32_t ChannelDatabase::remove(uint16_t id, const std::vector<uint32_t>& recordIds) {
+Code ChannelDatabase::remove(uint16_t id, const std::vector<uint32_t>& recordIds) {
     return change([&](ChannelEdit& edit) { return channel_editing::remove(edit, id, recordIds); });
 }
 
-int32_t ChannelDatabase::removeAll(uint16_t id, const ChannelQuery& query, Streams streams) {
+Code ChannelDatabase::removeAll(uint16_t id, const ChannelQuery& query, Streams streams) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::removeAll(edit, id, query, streams);
     });
 }
 
-int32_t ChannelDatabase::swap(uint32_t channelId, uint32_t otherId) {
+Code ChannelDatabase::swap(uint32_t channelId, uint32_t otherId) {
     return change(
             [&](ChannelEdit& edit) { return channel_editing::swap(edit, channelId, otherId); });
 }
 
-int32_t ChannelDatabase::moveBefore(uint32_t channelId, uint32_t beforeId) {
+Code ChannelDatabase::moveBefore(uint32_t channelId, uint32_t beforeId) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::moveBefore(edit, channelId, beforeId);
     });
 }
 
-int32_t ChannelDatabase::moveToEnd(uint32_t channelId) {
+Code ChannelDatabase::moveToEnd(uint32_t channelId) {
     return change([&](ChannelEdit& edit) { return channel_editing::moveToEnd(edit, channelId); });
 }
 
-int32_t ChannelDatabase::slide(uint16_t id, uint32_t fromNumber, int32_t offset) {
+Code ChannelDatabase::slide(uint16_t id, uint32_t fromNumber, int32_t offset) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::slide(edit, id, fromNumber, offset);
     });
 }
 
-int32_t ChannelDatabase::merge(uint16_t id, const std::vector<Found>& found, Unfound unfound,
-                               Merged* merged) {
-    Merged result;
-    const int32_t code = change([&](ChannelEdit& edit) {
-        return channel_editing::merge(edit, id, found, unfound, &result);
-    });
-    if (code == kOk && merged != nullptr) *merged = std::move(result);
-    return code;
+Result<Merged> ChannelDatabase::merge(uint16_t id, const std::vector<Found>& found,
+                                      Unfound unfound) {
+    return change(
+            [&](ChannelEdit& edit) { return channel_editing::merge(edit, id, found, unfound); });
 }
 
 std::optional<Channel> ChannelDatabase::current() const {
@@ -255,13 +258,13 @@ std::optional<Channel> ChannelDatabase::secondCurrent() const {
     return copied(now->channel(now->second));
 }
 
-int32_t ChannelDatabase::setCurrent(uint32_t channelId) {
+Code ChannelDatabase::setCurrent(uint32_t channelId) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::setCurrent(edit, channelId, &ChannelLists::current);
     });
 }
 
-int32_t ChannelDatabase::setSecondCurrent(uint32_t channelId) {
+Code ChannelDatabase::setSecondCurrent(uint32_t channelId) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::setCurrent(edit, channelId, &ChannelLists::second);
     });
@@ -275,11 +278,7 @@ std::optional<Multiplex> ChannelDatabase::multiplex(uint16_t id, uint32_t record
     return copyOf(list(id)->multiplexes, recordId);
 }
 
-int32_t ChannelDatabase::putMultiplex(const Multiplex& multiplex, Audience audience) {
-    return putRecord(multiplex, audience, nullptr);
-}
-
-int32_t ChannelDatabase::removeMultiplexes(uint16_t id, const std::vector<uint32_t>& recordIds) {
+Code ChannelDatabase::removeMultiplexes(uint16_t id, const std::vector<uint32_t>& recordIds) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::removeMultiplexes(edit, id, recordIds);
     });
@@ -293,12 +292,7 @@ std::optional<Satellite> ChannelDatabase::satellite(uint32_t recordId) const {
     return copyOf(state()->satellites, recordId);
 }
 
-int32_t ChannelDatabase::putSatellite(const Satellite& satellite, Audience audience,
-                                      uint32_t* recordId) {
-    return putRecord(satellite, audience, recordId);
-}
-
-int32_t ChannelDatabase::removeSatellite(uint32_t recordId) {
+Code ChannelDatabase::removeSatellite(uint32_t recordId) {
     return change([&](ChannelEdit& edit) { return edit.removeSatellites(recordId); });
 }
 
@@ -310,11 +304,7 @@ std::optional<Network> ChannelDatabase::network(uint16_t id, uint32_t recordId) 
     return copyOf(list(id)->networks, recordId);
 }
 
-int32_t ChannelDatabase::putNetwork(const Network& network, Audience audience) {
-    return putRecord(network, audience, nullptr);
-}
-
-int32_t ChannelDatabase::removeNetwork(uint16_t id, uint32_t recordId) {
+Code ChannelDatabase::removeNetwork(uint16_t id, uint32_t recordId) {
     return change([&](ChannelEdit& edit) { return edit.removeNetworks(id, recordId); });
 }
 
@@ -327,7 +317,7 @@ std::vector<Channel> ChannelDatabase::favouriteChannels(uint32_t index, uint16_t
     return state()->favouriteChannels(index, only, query);
 }
 
-int32_t ChannelDatabase::setFavourites(uint32_t index, const Favourites& favourites) {
+Code ChannelDatabase::setFavourites(uint32_t index, const Favourites& favourites) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::setFavourites(edit, index, favourites);
     });
@@ -337,7 +327,7 @@ uint32_t ChannelDatabase::currentFavouriteList() const {
     return state()->favouriteList;
 }
 
-int32_t ChannelDatabase::setCurrentFavouriteList(uint32_t index) {
+Code ChannelDatabase::setCurrentFavouriteList(uint32_t index) {
     return change([&](ChannelEdit& edit) {
         return channel_editing::setCurrentFavouriteList(edit, index);
     });
@@ -347,11 +337,7 @@ std::vector<BissKey> ChannelDatabase::bissKeys() const {
     return state()->keys;
 }
 
-int32_t ChannelDatabase::putBissKey(const BissKey& key, uint32_t* recordId) {
-    return putRecord(key, Audience::kEveryone, recordId);
-}
-
-int32_t ChannelDatabase::removeBissKey(uint32_t recordId) {
+Code ChannelDatabase::removeBissKey(uint32_t recordId) {
     return change([&](ChannelEdit& edit) { return edit.removeKeys(recordId); });
 }
 
@@ -361,14 +347,16 @@ std::optional<BissKey> ChannelDatabase::bissKeyFor(const Channel& channel) const
     return key != nullptr ? std::optional<BissKey>(*key) : std::nullopt;
 }
 
-int32_t ChannelDatabase::clear(uint16_t id, Streams streams) {
+Code ChannelDatabase::clear(uint16_t id, Streams streams) {
     return change([&](ChannelEdit& edit) { return channel_editing::clear(edit, id, streams); });
 }
 
-int32_t ChannelDatabase::reload(const std::string& region) {
+Code ChannelDatabase::reload(const std::string& region) {
+    // Files are read before the lists are locked.
+    const auto surveyed = channel_editing::survey(mBroadcast, region);
     return change([&](ChannelEdit& edit) {
-        channel_editing::fill(edit, region);
-        return int32_t{kOk};
+        channel_editing::fill(edit, mBroadcast.nameOf(region), surveyed);
+        return kOk;
     });
 }
 
@@ -388,7 +376,7 @@ std::shared_ptr<const ChannelSnapshot> ChannelDatabase::satelliteSnapshot() cons
             ChannelSnapshot::Kind::kSatellites, kSatelliteList, nullptr, {}, state()->satellites});
 }
 
-int32_t ChannelDatabase::restore(const ChannelSnapshot& snapshot) {
+Code ChannelDatabase::restore(const ChannelSnapshot& snapshot) {
     return change([&](ChannelEdit& edit) { return channel_editing::restore(edit, snapshot); });
 }
 
@@ -396,7 +384,7 @@ uint32_t ChannelDatabase::listMode() const {
     return state()->mode;
 }
 
-int32_t ChannelDatabase::setListMode(uint32_t mode) {
+Code ChannelDatabase::setListMode(uint32_t mode) {
     return change([&](ChannelEdit& edit) { return channel_editing::setListMode(edit, mode); });
 }
 
@@ -408,10 +396,10 @@ uint32_t ChannelDatabase::pumpVersion(uint16_t id) const {
     return list(id)->pumpVersion;
 }
 
-int32_t ChannelDatabase::setPumpVersion(uint16_t id, uint32_t version) {
+Code ChannelDatabase::setPumpVersion(uint16_t id, uint32_t version) {
     return change([&](ChannelEdit& edit) {
         edit.change(id).pumpVersion = version;
-        return int32_t{kOk};
+        return kOk;
     });
 }
 

@@ -6,16 +6,20 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "Broadcast.h"
 #include "ChannelChange.h"
 #include "ChannelEditing.h"
 #include "ChannelLists.h"
 #include "ChannelMerge.h"
 #include "ChannelQuery.h"
 #include "ChannelStore.h"
+#include "Code.h"
 #include "LineUp.h"
+#include "Result.h"
 #include "Store.h"
 #include "layouts/channel_records.h"
 
@@ -29,7 +33,7 @@ namespace qeltvd {
  * that cannot be stored (StoreError) has not happened. All functions may be called on any thread.
  * A list is in the order of its channel numbers, and an index counts in that order from 0.
  *
- * A channel id tells the list and the number of a channel (see ChannelIds.h), is unique in the
+ * A channel id holds the list and the number of a channel (see ChannelIds.h), is unique in the
  * television, and changes when the channel is renumbered; the record id of a channel never changes
  * and is unique within its list.
  */
@@ -39,7 +43,7 @@ class ChannelDatabase {
      * Opens the data, and fills it from the line-up of a region when there is none or the region
      * is not the one that it was filled from. @throws StoreError
      */
-    ChannelDatabase(Store& store, const std::string& region);
+    ChannelDatabase(Store& store, Broadcast& broadcast, const std::string& region);
 
     // Listening
 
@@ -97,34 +101,34 @@ class ChannelDatabase {
     size_t visit(uint16_t list, const ChannelQuery& query, size_t first, size_t limit,
                  const std::function<void(const Channel&, const Multiplex&)>& take) const;
 
-    // Editing. Each gives a code of Codes.h.
+    // Editing. Each returns a code of layouts/codes.h.
 
     /** Sets the flags under a mask. The favourite flags are those of the favourite lists. */
-    int32_t setFlags(uint16_t list, uint32_t recordId, uint32_t mask, uint32_t flags);
+    Code setFlags(uint16_t list, uint32_t recordId, uint32_t mask, uint32_t flags);
     /** As setFlags(), for all that a query finds. */
-    int32_t setFlagsOfAll(uint16_t list, const ChannelQuery& query, uint32_t mask, uint32_t flags);
-    int32_t rename(uint16_t list, uint32_t recordId, const std::string& name);
+    Code setFlagsOfAll(uint16_t list, const ChannelQuery& query, uint32_t mask, uint32_t flags);
+    Code rename(uint16_t list, uint32_t recordId, const std::string& name);
     /**
      * Writes a channel over that of its record id, or adds it when the record id is 0 (a channel
      * number that is taken or 0 then becomes the next free one).
      */
-    int32_t put(const Channel& channel, Audience audience = Audience::kEveryone);
+    Code put(const Channel& channel, Audience audience = Audience::kEveryone);
     /** As put(), with its multiplex in the same change. */
-    int32_t put(const Channel& channel, const Multiplex& stream, Audience audience);
-    int32_t remove(uint16_t list, const std::vector<uint32_t>& recordIds);
+    Code put(const Channel& channel, const Multiplex& stream, Audience audience);
+    Code remove(uint16_t list, const std::vector<uint32_t>& recordIds);
     /** Removes what a query finds; `streams`: those that are left without channels. */
-    int32_t removeAll(uint16_t list, const ChannelQuery& query, Streams streams);
+    Code removeAll(uint16_t list, const ChannelQuery& query, Streams streams);
     /** Two channels of one list change their numbers. */
-    int32_t swap(uint32_t channelId, uint32_t otherId);
+    Code swap(uint32_t channelId, uint32_t otherId);
     /**
      * A channel goes in front of another one of its list: the channels between move by one place,
      * and the list has the same numbers as before.
      */
-    int32_t moveBefore(uint32_t channelId, uint32_t beforeId);
+    Code moveBefore(uint32_t channelId, uint32_t beforeId);
     /** A channel takes the number behind the highest of its list. */
-    int32_t moveToEnd(uint32_t channelId);
+    Code moveToEnd(uint32_t channelId);
     /** Renumbers the channels from a number on by an offset. */
-    int32_t slide(uint16_t list, uint32_t fromNumber, int32_t offset);
+    Code slide(uint16_t list, uint32_t fromNumber, int32_t offset);
 
     /**
      * Takes the findings of a scan: multiplexes are known by delivery system, frequency,
@@ -134,39 +138,39 @@ class ChannelDatabase {
      * @param list    the list that was scanned
      * @param found   what was found
      * @param unfound what becomes of the list's other multiplexes and channels
-     * @param merged  [out] what became of it, may be null
      */
-    int32_t merge(uint16_t list, const std::vector<Found>& found, Unfound unfound, Merged* merged);
+    Result<Merged> merge(uint16_t list, const std::vector<Found>& found, Unfound unfound);
 
     // Current channel
 
     std::optional<Channel> current() const;
     std::optional<Channel> secondCurrent() const;
     /** kNotFound for a channel id that there is not; 0 is no channel. */
-    int32_t setCurrent(uint32_t channelId);
-    int32_t setSecondCurrent(uint32_t channelId);
+    Code setCurrent(uint32_t channelId);
+    Code setSecondCurrent(uint32_t channelId);
 
     // Multiplexes, satellites, networks. The lists of a medium all have the id of its service list.
 
     std::vector<Multiplex> multiplexes(uint16_t list) const;
     std::optional<Multiplex> multiplex(uint16_t list, uint32_t recordId) const;
-    /** Writes over the record id, or adds when it is 0. */
-    int32_t putMultiplex(const Multiplex& multiplex, Audience audience = Audience::kEveryone);
+    /**
+     * Writes a Multiplex, Satellite, Network or BissKey over that of its record id, or adds it when
+     * the record id is 0. Returns the record id.
+     */
+    template <class Record>
+    Result<uint32_t> putRecord(const Record& record, Audience audience = Audience::kEveryone);
     /** With the channels on them. */
-    int32_t removeMultiplexes(uint16_t list, const std::vector<uint32_t>& recordIds);
+    Code removeMultiplexes(uint16_t list, const std::vector<uint32_t>& recordIds);
 
     std::vector<Satellite> satellites() const;
     std::optional<Satellite> satellite(uint32_t recordId) const;
-    int32_t putSatellite(const Satellite& satellite, Audience audience = Audience::kEveryone,
-                         uint32_t* recordId = nullptr);
     /** With its multiplexes, networks and channels. Record id 0: every satellite. */
-    int32_t removeSatellite(uint32_t recordId);
+    Code removeSatellite(uint32_t recordId);
 
     std::vector<Network> networks(uint16_t list) const;
     std::optional<Network> network(uint16_t list, uint32_t recordId) const;
-    int32_t putNetwork(const Network& network, Audience audience = Audience::kEveryone);
     /** Record id 0: every network of the list. */
-    int32_t removeNetwork(uint16_t list, uint32_t recordId);
+    Code removeNetwork(uint16_t list, uint32_t recordId);
 
     // Favourite lists: record ids of channels in the order that the user gave them.
 
@@ -175,51 +179,48 @@ class ChannelDatabase {
     std::vector<Channel> favouriteChannels(uint32_t favouriteList, uint16_t list,
                                            const ChannelQuery& query) const;
     /** Replaces a favourite list; it must not name a channel twice, or one that there is not. */
-    int32_t setFavourites(uint32_t favouriteList, const Favourites& favourites);
+    Code setFavourites(uint32_t favouriteList, const Favourites& favourites);
     uint32_t currentFavouriteList() const;
-    int32_t setCurrentFavouriteList(uint32_t favouriteList);
+    Code setCurrentFavouriteList(uint32_t favouriteList);
 
     // BISS keys
 
     std::vector<BissKey> bissKeys() const;
-    /** Writes over the record id, or adds when it is 0. */
-    int32_t putBissKey(const BissKey& key, uint32_t* recordId);
     /** Record id 0: every key. */
-    int32_t removeBissKey(uint32_t recordId);
+    Code removeBissKey(uint32_t recordId);
     /** The key that fits a multiplex and service. */
     std::optional<BissKey> bissKeyFor(const Channel& channel) const;
 
     // Whole lists
 
     /** Empties a list of its channels, and with the streams of its multiplexes and networks. */
-    int32_t clear(uint16_t list, Streams streams);
-    /** Fills all lists anew from the line-up of a region. */
-    int32_t reload(const std::string& region);
+    Code clear(uint16_t list, Streams streams);
+    /** Fills all lists anew from the line-up of a region; live streams need a scan. */
+    Code reload(const std::string& region);
 
     /** A list with its multiplexes, networks and favourites as it is now; for restore(). */
     std::shared_ptr<const ChannelSnapshot> snapshot(uint16_t list) const;
     /** The satellites as they are now. */
     std::shared_ptr<const ChannelSnapshot> satelliteSnapshot() const;
-    int32_t restore(const ChannelSnapshot& snapshot);
+    Code restore(const ChannelSnapshot& snapshot);
 
     /** kListMode of the layouts. */
     uint32_t listMode() const;
-    int32_t setListMode(uint32_t mode);
+    Code setListMode(uint32_t mode);
     /** Counts the changes of a list, over restarts too. */
     uint32_t version(uint16_t list) const;
     /** Version of what filled the list from outside ("channel pump"). */
     uint32_t pumpVersion(uint16_t list) const;
-    int32_t setPumpVersion(uint16_t list, uint32_t version);
+    Code setPumpVersion(uint16_t list, uint32_t version);
 
   private:
     std::shared_ptr<const ChannelLists> state() const;
     std::shared_ptr<const ChannelList> list(uint16_t list) const;
     /** Makes a change: runs `edit`, stores and publishes what it leaves, notifies listeners. */
     template <class Edit>
-    int32_t change(const Edit& edit);
-    template <class Record>
-    int32_t putRecord(const Record& record, Audience audience, uint32_t* recordId);
+    auto change(const Edit& edit) -> std::invoke_result_t<const Edit&, ChannelEdit&>;
 
+    Broadcast& mBroadcast;
     ChannelStore mStore;
     // Held over a whole change, and taken before the store's.
     std::mutex mEditing;

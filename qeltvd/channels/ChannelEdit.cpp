@@ -6,6 +6,7 @@
 
 #include "ChannelIds.h"
 #include "Code.h"
+#include "Text.h"
 
 namespace qeltvd {
 
@@ -50,33 +51,26 @@ bool isGood(const ChannelLists&, const BissKey& k) {
 
 template <class Record>
 void cutName(Record& record) {
-    record.name = channel_editing::cut(record.name, kNameLimit);
+    record.name = cut(record.name, kNameLimit);
 }
 void cutName(BissKey&) {}
 
 // What a change of a record is.
 
 ChannelChange changeOf(const Multiplex& m) {
-    return {ChannelChange::kMultiplexes, m.list};
+    return {ChannelChange::Kind::kMultiplexes, m.list};
 }
 ChannelChange changeOf(const Network& n) {
-    return {ChannelChange::kNetworks, n.list};
+    return {ChannelChange::Kind::kNetworks, n.list};
 }
 ChannelChange changeOf(const Satellite&) {
-    return {ChannelChange::kSatellites, kSatelliteList};
+    return {ChannelChange::Kind::kSatellites, kSatelliteList};
 }
 ChannelChange changeOf(const BissKey&) {
-    return {ChannelChange::kBissKeys, kSatelliteList};
+    return {ChannelChange::Kind::kBissKeys, kSatelliteList};
 }
 
 }  // namespace
-
-std::string channel_editing::cut(const std::string& text, size_t limit) {
-    if (text.size() <= limit) return text;
-    size_t end = limit;
-    while (end > 0 && (static_cast<uint8_t>(text[end]) & 0xc0) == 0x80) --end;
-    return text.substr(0, end);
-}
 
 ChannelEdit::ChannelEdit(ChannelStore& store, std::shared_ptr<const ChannelLists> before)
         : mStore(store),
@@ -105,7 +99,7 @@ void ChannelEdit::place(ChannelList& list, const Channel& channel) {
 }
 
 void ChannelEdit::placeAll(uint16_t id, const std::vector<Channel>& channels) {
-    ChannelChange what{ChannelChange::kChannels, id};
+    ChannelChange what{ChannelChange::Kind::kChannels, id};
     ChannelList& to = change(id);
     for (const Channel& channel : channels) {
         place(to, channel);
@@ -128,7 +122,7 @@ void ChannelEdit::take(uint16_t id, const std::vector<uint32_t>& records) {
     const std::unordered_set<uint32_t> gone(records.begin(), records.end());
     erase(from.channels, [&](const Channel& c) { return gone.count(c.recordId) != 0; });
     from.order();
-    changed({ChannelChange::kChannelsRemoved, id, 0, records});
+    changed({ChannelChange::Kind::kChannelsRemoved, id, 0, records});
 }
 
 void ChannelEdit::takeMultiplexes(uint16_t id, const std::vector<uint32_t>& records) {
@@ -141,11 +135,11 @@ void ChannelEdit::takeMultiplexes(uint16_t id, const std::vector<uint32_t>& reco
     }
     take(id, channels);
     erase(from.multiplexes, [&](const Multiplex& m) { return gone.count(m.recordId) != 0; });
-    changed({ChannelChange::kMultiplexes, id, 0, records});
+    changed({ChannelChange::Kind::kMultiplexes, id, 0, records});
 }
 
 template <class Record>
-int32_t ChannelEdit::put(Record record, Audience audience, uint32_t* recordId) {
+Result<uint32_t> ChannelEdit::put(Record record, Audience audience) {
     if (!isGood(*mLists, record)) return kBadValue;
     cutName(record);
     auto& all = among(record);
@@ -162,37 +156,36 @@ int32_t ChannelEdit::put(Record record, Audience audience, uint32_t* recordId) {
     what.records = {record.recordId};
     what.audience = audience;
     changed(std::move(what));
-    *recordId = record.recordId;
-    return kOk;
+    return record.recordId;
 }
 
-template int32_t ChannelEdit::put(Multiplex, Audience, uint32_t*);
-template int32_t ChannelEdit::put(Network, Audience, uint32_t*);
-template int32_t ChannelEdit::put(Satellite, Audience, uint32_t*);
-template int32_t ChannelEdit::put(BissKey, Audience, uint32_t*);
+template Result<uint32_t> ChannelEdit::put(Multiplex, Audience);
+template Result<uint32_t> ChannelEdit::put(Network, Audience);
+template Result<uint32_t> ChannelEdit::put(Satellite, Audience);
+template Result<uint32_t> ChannelEdit::put(BissKey, Audience);
 
 template <class Record>
-int32_t ChannelEdit::remove(std::vector<Record>& from, uint32_t recordId) {
+Code ChannelEdit::remove(std::vector<Record>& from, uint32_t recordId) {
     if (recordId != 0 && recordIn(from, recordId) == from.end()) return kNotFound;
     erase(from, [&](const Record& r) { return recordId == 0 || r.recordId == recordId; });
     return kOk;
 }
 
-int32_t ChannelEdit::removeNetworks(uint16_t id, uint32_t recordId) {
+Code ChannelEdit::removeNetworks(uint16_t id, uint32_t recordId) {
     ChannelList& list = change(id);
-    const int32_t code = remove(list.networks, recordId);
+    const Code code = remove(list.networks, recordId);
     if (code != kOk) return code;
     for (Multiplex& multiplex : list.multiplexes) {
         if (multiplex.network == 0 || (recordId != 0 && multiplex.network != recordId)) continue;
         multiplex.network = 0;
         mStore.save(multiplex);
     }
-    changed({ChannelChange::kNetworks, id, 0, {recordId}});
+    changed({ChannelChange::Kind::kNetworks, id, 0, {recordId}});
     return kOk;
 }
 
-int32_t ChannelEdit::removeSatellites(uint32_t recordId) {
-    const int32_t code = remove(mLists->satellites, recordId);
+Code ChannelEdit::removeSatellites(uint32_t recordId) {
+    const Code code = remove(mLists->satellites, recordId);
     if (code != kOk) return code;
     const auto concerned = [&](const auto& record) {
         return record.satellite != 0 && (recordId == 0 || record.satellite == recordId);
@@ -204,21 +197,21 @@ int32_t ChannelEdit::removeSatellites(uint32_t recordId) {
     }
     takeMultiplexes(kSatelliteList, multiplexes);
     erase(list.networks, concerned);
-    changed({ChannelChange::kSatellites, kSatelliteList, 0, {recordId}});
+    changed({ChannelChange::Kind::kSatellites, kSatelliteList, 0, {recordId}});
     return kOk;
 }
 
-int32_t ChannelEdit::removeKeys(uint32_t recordId) {
-    const int32_t code = remove(mLists->keys, recordId);
+Code ChannelEdit::removeKeys(uint32_t recordId) {
+    const Code code = remove(mLists->keys, recordId);
     if (code != kOk) return code;
-    changed({ChannelChange::kBissKeys, kSatelliteList, 0, {recordId}});
+    changed({ChannelChange::Kind::kBissKeys, kSatelliteList, 0, {recordId}});
     return kOk;
 }
 
 void ChannelEdit::setFavourites(uint32_t index, const Favourites& favourites) {
     mLists->favourites[index] = favourites;
     mStore.saveFavourites(index, favourites);
-    changed({ChannelChange::kFavourites, static_cast<uint16_t>(index)});
+    changed({ChannelChange::Kind::kFavourites, static_cast<uint16_t>(index)});
 }
 
 void ChannelEdit::flagFavourites() {
@@ -259,8 +252,8 @@ std::vector<ChannelChange> ChannelEdit::commit() {
         ++list->version;
         mStore.saveCounters(id, *list);
     }
-    follow(mBefore->current, mLists->current, ChannelChange::kCurrent);
-    follow(mBefore->second, mLists->second, ChannelChange::kSecondCurrent);
+    follow(mBefore->current, mLists->current, ChannelChange::Kind::kCurrent);
+    follow(mBefore->second, mLists->second, ChannelChange::Kind::kSecondCurrent);
     mStore.saveValues(*mBefore, *mLists);
     mTransaction->commit();
     mTransaction.reset();

@@ -10,19 +10,14 @@
 #include "ChannelChange.h"
 #include "ChannelLists.h"
 #include "ChannelStore.h"
+#include "Code.h"
+#include "Result.h"
 
 namespace qeltvd {
 
-namespace channel_editing {
-
-/** Cuts a text to a number of bytes, never within a character. */
-std::string cut(const std::string& text, size_t limit);
-
-}  // namespace channel_editing
-
 /**
  * One change of the lists: works on a copy of what it changes and writes it to the store as it
- * goes. The store takes it back unless commit() returns. Functions that give a code are those of
+ * goes. The store takes it back unless commit() returns. Functions that return a code are those of
  * ChannelDatabase of the same name; after another code than kOk the edit must be dropped.
  */
 class ChannelEdit {
@@ -48,12 +43,12 @@ class ChannelEdit {
     /** Removes multiplexes with their channels. */
     void takeMultiplexes(uint16_t list, const std::vector<uint32_t>& records);
 
-    /** For Multiplex, Network, Satellite, BissKey. */
+    /** For Multiplex, Network, Satellite, BissKey. Returns the record id. */
     template <class Record>
-    int32_t put(Record record, Audience audience, uint32_t* recordId);
-    int32_t removeNetworks(uint16_t list, uint32_t recordId);
-    int32_t removeSatellites(uint32_t recordId);
-    int32_t removeKeys(uint32_t recordId);
+    Result<uint32_t> put(Record record, Audience audience);
+    Code removeNetworks(uint16_t list, uint32_t recordId);
+    Code removeSatellites(uint32_t recordId);
+    Code removeKeys(uint32_t recordId);
 
     void setFavourites(uint32_t favouriteList, const Favourites& favourites);
     /** Sets the channels' favourite flags as the favourite lists are. */
@@ -84,7 +79,7 @@ class ChannelEdit {
     void erase(std::vector<Record>& from, const Unwanted& unwanted);
     /** Removes a record, or all for record id 0. */
     template <class Record>
-    int32_t remove(std::vector<Record>& from, uint32_t recordId);
+    Code remove(std::vector<Record>& from, uint32_t recordId);
     void follow(const ChannelLists::Reference& was, ChannelLists::Reference& is,
                 ChannelChange::Kind kind);
 

@@ -8,10 +8,11 @@
 #include "ChannelEdit.h"
 #include "ChannelIds.h"
 #include "Code.h"
+#include "Text.h"
 
 namespace qeltvd::channel_editing {
 
-int32_t setFlags(ChannelEdit& edit, uint16_t id, uint32_t recordId, uint32_t mask, uint32_t flags) {
+Code setFlags(ChannelEdit& edit, uint16_t id, uint32_t recordId, uint32_t mask, uint32_t flags) {
     const Channel* found = edit.list(id).record(recordId);
     if (found == nullptr) return kNotFound;
     if ((mask & CHANNEL_FLAGS_FAVOURITE) != 0) return kBadValue;
@@ -19,12 +20,12 @@ int32_t setFlags(ChannelEdit& edit, uint16_t id, uint32_t recordId, uint32_t mas
     channel.flags = (channel.flags & ~mask) | (flags & mask);
     if (channel.flags == found->flags) return kOk;
     edit.place(edit.change(id), channel);
-    edit.changed({ChannelChange::kChannels, id, 0, {recordId}});
+    edit.changed({ChannelChange::Kind::kChannels, id, 0, {recordId}});
     return kOk;
 }
 
-int32_t setFlagsOfAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query, uint32_t mask,
-                      uint32_t flags) {
+Code setFlagsOfAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query, uint32_t mask,
+                   uint32_t flags) {
     if ((mask & CHANNEL_FLAGS_FAVOURITE) != 0) return kBadValue;
     std::vector<Channel> changed;
     const ChannelList& before = edit.list(id);
@@ -38,7 +39,7 @@ int32_t setFlagsOfAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query,
     return kOk;
 }
 
-int32_t rename(ChannelEdit& edit, uint16_t id, uint32_t recordId, const std::string& name) {
+Code rename(ChannelEdit& edit, uint16_t id, uint32_t recordId, const std::string& name) {
     const Channel* found = edit.list(id).record(recordId);
     if (found == nullptr) return kNotFound;
     if (name.empty() || name.find('\0') != std::string::npos) return kBadValue;
@@ -48,7 +49,7 @@ int32_t rename(ChannelEdit& edit, uint16_t id, uint32_t recordId, const std::str
     return put(edit, channel, Audience::kEveryone);
 }
 
-int32_t put(ChannelEdit& edit, const Channel& given, Audience audience) {
+Code put(ChannelEdit& edit, const Channel& given, Audience audience) {
     Channel channel = given;
     const uint16_t id = channel.list;
     if (id == 0 || id > channel_ids::kMaximumList) return kBadValue;
@@ -87,20 +88,22 @@ int32_t put(ChannelEdit& edit, const Channel& given, Audience audience) {
                 (channel.flags & ~CHANNEL_FLAGS_FAVOURITE) | (was->flags & CHANNEL_FLAGS_FAVOURITE);
     }
     edit.place(to, channel);
-    edit.changed({ChannelChange::kChannels, id, 0, {channel.recordId}, audience});
+    edit.changed({ChannelChange::Kind::kChannels, id, 0, {channel.recordId}, audience});
     return kOk;
 }
 
-int32_t put(ChannelEdit& edit, const Channel& given, const Multiplex& stream, Audience audience) {
+Code put(ChannelEdit& edit, const Channel& given, const Multiplex& stream, Audience audience) {
     if (given.list == 0 || given.list > channel_ids::kMaximumList || stream.list != given.list) {
         return kBadValue;
     }
+    const Result<uint32_t> multiplex = edit.put(stream, audience);
+    if (!multiplex) return multiplex.code();
     Channel channel = given;
-    const int32_t code = edit.put(stream, audience, &channel.multiplex);
-    return code == kOk ? put(edit, channel, audience) : code;
+    channel.multiplex = *multiplex;
+    return put(edit, channel, audience);
 }
 
-int32_t remove(ChannelEdit& edit, uint16_t id, const std::vector<uint32_t>& recordIds) {
+Code remove(ChannelEdit& edit, uint16_t id, const std::vector<uint32_t>& recordIds) {
     for (const uint32_t record : recordIds) {
         if (edit.list(id).record(record) == nullptr) return kNotFound;
     }
@@ -108,7 +111,7 @@ int32_t remove(ChannelEdit& edit, uint16_t id, const std::vector<uint32_t>& reco
     return kOk;
 }
 
-int32_t removeAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query, Streams streams) {
+Code removeAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query, Streams streams) {
     const ChannelList& before = edit.list(id);
     std::vector<uint32_t> channels;
     std::unordered_set<uint32_t> touched;
@@ -123,7 +126,7 @@ int32_t removeAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query, Str
     }
     std::vector<uint32_t> left;
     if (streams == Streams::kRemove) {
-        // Of a broadcast type, also those that had no channels before.
+        // With a broadcast type, also those that had no channels before.
         for (const Multiplex& multiplex : before.multiplexes) {
             const bool concerned = touched.count(multiplex.recordId) != 0 ||
                                    (query.broadcast != BroadcastType::kAny &&
@@ -138,7 +141,7 @@ int32_t removeAll(ChannelEdit& edit, uint16_t id, const ChannelQuery& query, Str
     return kOk;
 }
 
-int32_t removeMultiplexes(ChannelEdit& edit, uint16_t id, const std::vector<uint32_t>& recordIds) {
+Code removeMultiplexes(ChannelEdit& edit, uint16_t id, const std::vector<uint32_t>& recordIds) {
     const auto& before = edit.list(id).multiplexes;
     for (const uint32_t record : recordIds) {
         if (recordIn(before, record) == before.end()) return kNotFound;
@@ -147,7 +150,7 @@ int32_t removeMultiplexes(ChannelEdit& edit, uint16_t id, const std::vector<uint
     return kOk;
 }
 
-int32_t swap(ChannelEdit& edit, uint32_t channelId, uint32_t otherId) {
+Code swap(ChannelEdit& edit, uint32_t channelId, uint32_t otherId) {
     const uint16_t id = channel_ids::list(channelId);
     if (id != channel_ids::list(otherId)) return kBadValue;
     const Channel* one = edit.list(id).id(channelId);
@@ -161,7 +164,7 @@ int32_t swap(ChannelEdit& edit, uint32_t channelId, uint32_t otherId) {
     return kOk;
 }
 
-int32_t moveBefore(ChannelEdit& edit, uint32_t channelId, uint32_t beforeId) {
+Code moveBefore(ChannelEdit& edit, uint32_t channelId, uint32_t beforeId) {
     const uint16_t id = channel_ids::list(channelId);
     if (id != channel_ids::list(beforeId)) return kBadValue;
     const ChannelList& before = edit.list(id);
@@ -187,7 +190,7 @@ int32_t moveBefore(ChannelEdit& edit, uint32_t channelId, uint32_t beforeId) {
     return kOk;
 }
 
-int32_t moveToEnd(ChannelEdit& edit, uint32_t channelId) {
+Code moveToEnd(ChannelEdit& edit, uint32_t channelId) {
     const uint16_t id = channel_ids::list(channelId);
     const Channel* found = edit.list(id).id(channelId);
     if (found == nullptr) return kNotFound;
@@ -199,7 +202,7 @@ int32_t moveToEnd(ChannelEdit& edit, uint32_t channelId) {
     return kOk;
 }
 
-int32_t slide(ChannelEdit& edit, uint16_t id, uint32_t fromNumber, int32_t offset) {
+Code slide(ChannelEdit& edit, uint16_t id, uint32_t fromNumber, int32_t offset) {
     std::vector<Channel> moved;
     std::set<uint32_t> stay;
     for (const Channel& channel : edit.list(id).channels) {
@@ -224,8 +227,8 @@ int32_t slide(ChannelEdit& edit, uint16_t id, uint32_t fromNumber, int32_t offse
     return kOk;
 }
 
-int32_t setCurrent(ChannelEdit& edit, uint32_t channelId,
-                   ChannelLists::Reference ChannelLists::*current) {
+Code setCurrent(ChannelEdit& edit, uint32_t channelId,
+                ChannelLists::Reference ChannelLists::*current) {
     const Channel* channel = edit.list(channel_ids::list(channelId)).id(channelId);
     if (channel == nullptr && channelId != 0) return kNotFound;
     edit.lists().*current = channel != nullptr
@@ -234,7 +237,7 @@ int32_t setCurrent(ChannelEdit& edit, uint32_t channelId,
     return kOk;
 }
 
-int32_t setFavourites(ChannelEdit& edit, uint32_t index, const Favourites& favourites) {
+Code setFavourites(ChannelEdit& edit, uint32_t index, const Favourites& favourites) {
     if (index >= kFavouriteLists) return kNotFound;
     std::set<std::pair<uint16_t, uint32_t>> seen;
     for (const Favourite& favourite : favourites) {
@@ -249,14 +252,14 @@ int32_t setFavourites(ChannelEdit& edit, uint32_t index, const Favourites& favou
     return kOk;
 }
 
-int32_t setCurrentFavouriteList(ChannelEdit& edit, uint32_t index) {
+Code setCurrentFavouriteList(ChannelEdit& edit, uint32_t index) {
     if (index >= kFavouriteLists) return kNotFound;
     edit.lists().favouriteList = index;
-    edit.changed({ChannelChange::kFavourites, static_cast<uint16_t>(index)});
+    edit.changed({ChannelChange::Kind::kFavourites, static_cast<uint16_t>(index)});
     return kOk;
 }
 
-int32_t clear(ChannelEdit& edit, uint16_t id, Streams streams) {
+Code clear(ChannelEdit& edit, uint16_t id, Streams streams) {
     ChannelList& list = edit.change(id);
     list.channels.clear();
     if (streams == Streams::kRemove) {
@@ -265,7 +268,7 @@ int32_t clear(ChannelEdit& edit, uint16_t id, Streams streams) {
     }
     list.order();
     edit.store().saveList(id, edit.list(id));
-    edit.changed({ChannelChange::kList, id});
+    edit.changed({ChannelChange::Kind::kList, id});
     return kOk;
 }
 
@@ -291,11 +294,11 @@ Favourites restored(uint16_t list, const Favourites& then, const Favourites& now
 
 }  // namespace
 
-int32_t restore(ChannelEdit& edit, const ChannelSnapshot& snapshot) {
+Code restore(ChannelEdit& edit, const ChannelSnapshot& snapshot) {
     if (snapshot.kind == ChannelSnapshot::Kind::kSatellites) {
         edit.lists().satellites = snapshot.satellites;
         edit.store().saveSatellites(snapshot.satellites);
-        edit.changed({ChannelChange::kSatellites, kSatelliteList});
+        edit.changed({ChannelChange::Kind::kSatellites, kSatelliteList});
         return kOk;
     }
     ChannelList& list = edit.change(snapshot.id);
@@ -310,15 +313,15 @@ int32_t restore(ChannelEdit& edit, const ChannelSnapshot& snapshot) {
         if (all != now) edit.setFavourites(i, all);
     }
     edit.flagFavourites();
-    edit.changed({ChannelChange::kList, snapshot.id});
+    edit.changed({ChannelChange::Kind::kList, snapshot.id});
     return kOk;
 }
 
-int32_t setListMode(ChannelEdit& edit, uint32_t mode) {
+Code setListMode(ChannelEdit& edit, uint32_t mode) {
     if (mode > CHANNEL_LIST_MODE_ONE) return kBadValue;
     if (edit.lists().mode == mode) return kOk;
     edit.lists().mode = mode;
-    edit.changed({ChannelChange::kListMode, static_cast<uint16_t>(mode)});
+    edit.changed({ChannelChange::Kind::kListMode, static_cast<uint16_t>(mode)});
     return kOk;
 }
 

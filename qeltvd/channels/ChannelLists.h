@@ -35,7 +35,7 @@ struct BissKey {
     uint32_t symbolRate = 0;
     /** 0: every service of the transponder. */
     uint16_t serviceId = 0;
-    /** Of the satellite, tenths of a degree. */
+    /** The satellite's, tenths of a degree. */
     int16_t position = 0;
     Polarisation polarisation = Polarisation::kNone;
     bool enabled = true;
@@ -164,7 +164,7 @@ struct ChannelSnapshot {
     Kind kind;
     /** The list that it is of. */
     uint16_t id;
-    /** Of a service list, else null. */
+    /** Null unless it is of a service list. */
     std::shared_ptr<const ChannelList> list;
     FavouriteLists favourites;
     std::vector<Satellite> satellites;

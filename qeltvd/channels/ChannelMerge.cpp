@@ -5,6 +5,7 @@
 #include <log/log.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -12,32 +13,75 @@
 #include "ChannelEdit.h"
 #include "ChannelIds.h"
 #include "Code.h"
+#include "Text.h"
 
 namespace qeltvd::channel_editing {
 
-int32_t merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found, Unfound unfound,
-              Merged* merged) {
+namespace {
+
+/** Numbers for services that the broadcast gives none, or one that is taken. */
+class FreeNumbers {
+  public:
+    FreeNumbers(uint16_t id, const ChannelList& list)
+            : mId(id), mList(list), mNext{{1, list.freeNumber()}} {}
+
+    /** From `first` on; 0 if all are taken. */
+    uint32_t next(uint32_t first) {
+        uint32_t& number = mNext.emplace(first, first).first->second;
+        while (number != 0 && mList.byId.count(channel_ids::onePart(mId, number)) != 0) {
+            number = number < channel_ids::kMaximumNumber ? number + 1 : 0;
+        }
+        return number;
+    }
+
+  private:
+    const uint16_t mId;
+    const ChannelList& mList;
+    std::map<uint32_t, uint32_t> mNext;
+};
+
+/** The record of the network that a multiplex names; it is added if there is none. */
+uint32_t networkOf(ChannelEdit& edit, ChannelList& list, uint16_t id, const Found& found) {
+    const std::string name = cut(found.network, kNameLimit);
+    for (const Network& network : list.networks) {
+        if (network.networkId == found.multiplex.networkId && network.name == name &&
+            network.satellite == found.multiplex.satellite) {
+            return network.recordId;
+        }
+    }
+    list.networks.push_back(
+            {id, list.nextNetwork++, found.multiplex.networkId, found.multiplex.satellite, name});
+    edit.store().save(list.networks.back());
+    return list.networks.back().recordId;
+}
+
+}  // namespace
+
+Result<Merged> merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found,
+                     Unfound unfound) {
     if (id == 0 || id > channel_ids::kMaximumList) return kBadValue;
     ChannelList& list = edit.change(id);
     Merged result;
     std::unordered_set<uint32_t> seenMultiplexes;
     std::unordered_set<uint32_t> seenChannels;
-    ChannelChange change{ChannelChange::kChannels, id};
-    // What was new until now is no longer.
+    ChannelChange change{ChannelChange::Kind::kChannels, id};
+    // The mark of new channels lasts until the next scan.
     for (Channel& channel : list.channels) {
         if ((channel.flags & CHANNEL_FLAG_NEW) == 0) continue;
         channel.flags &= ~CHANNEL_FLAG_NEW;
         edit.store().save(channel);
     }
-    uint32_t free = list.freeNumber();
+    FreeNumbers free(id, list);
     std::unordered_map<uint32_t, std::vector<uint32_t>> onMultiplex;
     for (const Channel& channel : list.channels) {
         onMultiplex[channel.multiplex].push_back(channel.recordId);
     }
     for (const Found& each : found) {
+        if (!each.signal) continue;
         Multiplex multiplex = each.multiplex;
         multiplex.list = id;
         multiplex.name = cut(multiplex.name, kNameLimit);
+        if (!each.network.empty()) multiplex.network = networkOf(edit, list, id, each);
         const auto known =
                 std::find_if(list.multiplexes.begin(), list.multiplexes.end(),
                              [&](const Multiplex& m) { return sameReception(m, multiplex); });
@@ -52,7 +96,11 @@ int32_t merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found, U
         edit.store().save(multiplex);
         seenMultiplexes.insert(multiplex.recordId);
 
-        for (const Channel& service : each.services) {
+        std::vector<Channel> services = each.services;
+        // None takes the number that another one has in the broadcast.
+        std::stable_partition(services.begin(), services.end(),
+                              [](const Channel& service) { return service.number != 0; });
+        for (const Channel& service : services) {
             const Channel* was = nullptr;
             for (const uint32_t record : onMultiplex[multiplex.recordId]) {
                 const Channel& candidate = list.channels[list.byRecord.at(record)];
@@ -81,15 +129,12 @@ int32_t merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found, U
             } else {
                 channel.channelId = channel_ids::ofNumber(id, channel.number);
                 if (channel.channelId == 0 || list.byId.count(channel.channelId) != 0) {
-                    while (free != 0 && list.byId.count(channel_ids::onePart(id, free)) != 0) {
-                        free = free < channel_ids::kMaximumNumber ? free + 1 : 0;
-                    }
-                    if (free == 0) {
+                    channel.number = free.next(each.firstNumber);
+                    if (channel.number == 0) {
                         ALOGW("list %u is full, services are left out", id);
                         break;
                     }
-                    channel.number = free;
-                    channel.channelId = channel_ids::onePart(id, free);
+                    channel.channelId = channel_ids::onePart(id, channel.number);
                 }
                 channel.recordId = list.nextRecord++;
                 channel.flags |= CHANNEL_FLAG_NEW;
@@ -119,9 +164,8 @@ int32_t merge(ChannelEdit& edit, uint16_t id, const std::vector<Found>& found, U
         edit.takeMultiplexes(id, multiplexes);
     }
     if (!change.records.empty()) edit.changed(std::move(change));
-    edit.changed({ChannelChange::kMultiplexes, id});
-    if (merged != nullptr) *merged = std::move(result);
-    return kOk;
+    edit.changed({ChannelChange::Kind::kMultiplexes, id});
+    return result;
 }
 
 }  // namespace qeltvd::channel_editing

@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "LineUp.h"
+#include "Result.h"
 
 namespace qeltvd {
 
@@ -14,6 +16,11 @@ class ChannelEdit;
 struct Found {
     Multiplex multiplex;
     std::vector<Channel> services;
+    bool signal = true;
+    /** The name of the network; empty if none is broadcast. */
+    std::string network = {};
+    /** From where on services without a number are numbered; 1 behind all others. */
+    uint32_t firstNumber = 1;
 };
 
 /** What becomes of multiplexes (not of satellites) and channels that a scan has not found. */
@@ -31,8 +38,8 @@ struct Merged {
 namespace channel_editing {
 
 /** See ChannelDatabase::merge(). */
-int32_t merge(ChannelEdit& edit, uint16_t list, const std::vector<Found>& found, Unfound unfound,
-              Merged* merged);
+Result<Merged> merge(ChannelEdit& edit, uint16_t list, const std::vector<Found>& found,
+                     Unfound unfound);
 
 }  // namespace channel_editing
 

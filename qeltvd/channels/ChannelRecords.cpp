@@ -1,23 +1,10 @@
 #include "ChannelRecords.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include "Text.h"
+
 namespace qeltvd {
-namespace {
-
-/** The record is zeroed, so that the text ends. */
-template <size_t N>
-void copyText(char (&to)[N], const std::string& from) {
-    memcpy(to, from.data(), std::min(from.size(), N - 1));
-}
-
-template <size_t N>
-std::string textOf(const char (&from)[N]) {
-    return std::string(from, strnlen(from, N));
-}
-
-}  // namespace
 
 channel_record_t pack(const Channel& channel, const Multiplex& multiplex) {
     channel_record_t record{};

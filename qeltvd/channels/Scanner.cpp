@@ -9,7 +9,6 @@
 
 #include "Code.h"
 #include "Guarded.h"
-#include "ServiceGenerator.h"
 #include "Stored.h"
 
 namespace qeltvd {
@@ -19,7 +18,7 @@ namespace {
 /** What a tuner needs to lock, and to read the tables of a stream. */
 constexpr std::chrono::milliseconds kLockTime(120);
 
-bool wanted(const Multiplex& multiplex, const Scanner::Range& range) {
+bool isIn(const Multiplex& multiplex, const Scanner::Range& range) {
     if (range.modulations != 0) {
         const uint32_t bit = multiplex.modulation == Modulation::kVsb8     ? 1
                              : multiplex.modulation == Modulation::kQam64  ? 2
@@ -33,23 +32,28 @@ bool wanted(const Multiplex& multiplex, const Scanner::Range& range) {
 
 }  // namespace
 
-Scanner::Scanner(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier)
-        : mChannels(channels), mConfig(config), mNotifier(notifier) {
+Scanner::Scanner(ChannelDatabase& channels, Broadcast& broadcast, const ConfigItems& config,
+                 Notifier& notifier)
+        : mChannels(channels), mBroadcast(broadcast), mConfig(config), mNotifier(notifier) {
     mThread = std::thread([this] { run(); });
 }
 
 Scanner::~Scanner() {
+    stop();
+}
+
+void Scanner::stop() {
     {
         std::lock_guard<std::mutex> guard(mLock);
         mStop = true;
     }
     mChanged.notify_all();
-    mThread.join();
+    if (mThread.joinable()) mThread.join();
 }
 
 std::vector<Scanner::Stop> Scanner::stops() const {
     std::vector<Stop> stops;
-    for (const Region& region : regions(mConfig.text("channels.region"))) {
+    for (const Region& region : mBroadcast.regions(mConfig.text("channels.region"))) {
         Region head = region;
         head.multiplexes.clear();
         for (const Multiplex& multiplex : region.multiplexes) stops.push_back({head, multiplex});
@@ -57,7 +61,7 @@ std::vector<Scanner::Stop> Scanner::stops() const {
     return stops;
 }
 
-int32_t Scanner::setRange(const Range& range) {
+Code Scanner::setRange(const Range& range) {
     if (range.first > range.last || range.modulations > QELTV_SCAN_MODULATIONS ||
         range.plan > QELTV_SCAN_PLANS) {
         return kBadValue;
@@ -68,7 +72,7 @@ int32_t Scanner::setRange(const Range& range) {
     return kOk;
 }
 
-int32_t Scanner::start(uint64_t argument, bool exclusive) {
+Code Scanner::start(uint64_t argument, bool exclusive) {
     const uint64_t mode = argument & 0xff;
     const auto kHz = static_cast<uint32_t>(argument >> 32);
     if (mode > QELTV_SCAN_FREQUENCY || (argument & 0xffffff00) != 0 ||
@@ -86,7 +90,7 @@ int32_t Scanner::start(uint64_t argument, bool exclusive) {
     std::map<std::string, uint32_t> index;
     for (const Stop& stop : all) {
         const uint32_t at = index[stop.region.name]++;
-        if (at < mRange.first || at > mRange.last || !wanted(stop.multiplex, mRange)) continue;
+        if (at < mRange.first || at > mRange.last || !isIn(stop.multiplex, mRange)) continue;
         if (mode != QELTV_SCAN_FULL && mode != QELTV_SCAN_FREQUENCY &&
             static_cast<uint64_t>(stop.region.medium) != mode) {
             continue;
@@ -104,12 +108,12 @@ int32_t Scanner::start(uint64_t argument, bool exclusive) {
     mJob = Job{std::move(chosen), mRange, exclusive, whole};
     mRange = {};
     mRunning = true;
-    tell(QELTV_SCAN_STARTED, mStatus.count);
+    notify(QELTV_SCAN_STARTED, mStatus.count);
     mChanged.notify_all();
     return kOk;
 }
 
-int32_t Scanner::cancel() {
+Code Scanner::cancel() {
     {
         std::lock_guard<std::mutex> guard(mLock);
         if (mStatus.state != QELTV_SCAN_STATE_RUNNING) return kRefused;
@@ -145,47 +149,69 @@ uint32_t Scanner::satelliteOf(const Region& region) {
     Satellite satellite;
     satellite.name = region.satellite;
     satellite.position = region.position;
-    uint32_t recordId = 0;
-    return mChannels.putSatellite(satellite, Audience::kEveryone, &recordId) == kOk ? recordId : 0;
+    return mChannels.putRecord(satellite).valueOr(0);
 }
 
-int32_t Scanner::take(const Stop& stop, bool noRadio, std::vector<Found>* found) {
-    Found here{stop.multiplex, generateServices(stop.region, stop.multiplex)};
-    here.multiplex.satellite = satelliteOf(stop.region);
+bool Scanner::wanted() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return !mStop && mStatus.state == QELTV_SCAN_STATE_RUNNING;
+}
+
+std::optional<Found> Scanner::survey(const Stop& stop, bool noRadio) {
+    bool ended = false;
+    const auto goesOn = [&] {
+        ended = ended || !wanted();
+        return !ended;
+    };
+    Survey survey = mBroadcast.of(stop.multiplex)->survey(stop.region, stop.multiplex, goesOn);
+    if (ended) return std::nullopt;
+    Found found{survey.multiplex, std::move(survey.services), survey.signal,
+                std::move(survey.network), survey.firstNumber};
+    found.multiplex.satellite = satelliteOf(stop.region);
     if (noRadio) {
-        here.services.erase(
-                std::remove_if(here.services.begin(), here.services.end(),
+        found.services.erase(
+                std::remove_if(found.services.begin(), found.services.end(),
                                [](const Channel& c) { return c.type == ServiceType::kRadio; }),
-                here.services.end());
+                found.services.end());
+    }
+    return found;
+}
+
+Code Scanner::take(const Stop& stop, Found found, std::vector<Found>* all) {
+    if (!found.signal) {
+        ALOGI("%s at %.3f MHz: no signal", nameOf(stop.multiplex.system),
+              static_cast<double>(stop.multiplex.frequencyHz) / 1e6);
+        all->push_back(std::move(found));
+        std::lock_guard<std::mutex> guard(mLock);
+        ++mStatus.silent;
+        return kOk;
     }
     int32_t television = 0, radio = 0;
-    for (const Channel& channel : here.services) {
+    for (const Channel& channel : found.services) {
         if (channel.type == ServiceType::kTelevision) ++television;
         if (channel.type == ServiceType::kRadio) ++radio;
     }
-    Merged merged;
     const auto list = static_cast<uint16_t>(stop.region.medium);
-    const int32_t code = mChannels.merge(list, {here}, Unfound::kKeep, &merged);
-    if (code != kOk) return code;
-    found->push_back(std::move(here));
+    const Result<Merged> merged = mChannels.merge(list, {found}, Unfound::kKeep);
+    if (!merged) return merged.code();
+    all->push_back(std::move(found));
     std::lock_guard<std::mutex> guard(mLock);
     mStatus.television += television;
     mStatus.radio += radio;
-    mStatus.added += static_cast<int32_t>(merged.added);
+    mStatus.added += static_cast<int32_t>(merged->added);
     return kOk;
 }
 
-int32_t Scanner::removeOthers(const std::vector<Stop>& stops, const std::vector<Found>& found) {
+Code Scanner::removeOthers(const std::vector<Stop>& stops, const std::vector<Found>& found) {
     std::map<uint16_t, std::vector<Found>> lists;
     for (size_t i = 0; i < stops.size(); ++i) {
         lists[static_cast<uint16_t>(stops[i].region.medium)].push_back(found[i]);
     }
     for (const auto& [list, all] : lists) {
-        Merged merged;
-        const int32_t code = mChannels.merge(list, all, Unfound::kRemove, &merged);
-        if (code != kOk) return code;
+        const Result<Merged> merged = mChannels.merge(list, all, Unfound::kRemove);
+        if (!merged) return merged.code();
         std::lock_guard<std::mutex> guard(mLock);
-        mStatus.removed += static_cast<int32_t>(merged.removed);
+        mStatus.removed += static_cast<int32_t>(merged->removed);
     }
     return kOk;
 }
@@ -204,7 +230,7 @@ void Scanner::run() {
     }
 }
 
-int32_t Scanner::search(const Job& job, std::vector<Found>* found) {
+Code Scanner::search(const Job& job, std::vector<Found>* found) {
     for (size_t i = 0; i < job.stops.size(); ++i) {
         const Stop& stop = job.stops[i];
         const auto kHz = static_cast<uint32_t>(stop.multiplex.frequencyHz / 1000);
@@ -215,18 +241,20 @@ int32_t Scanner::search(const Job& job, std::vector<Found>* found) {
             mStatus.transponder = stop.multiplex.name;
         }
         if (!tune()) return kOk;
-        const int32_t code = take(stop, job.range.noRadio, found);
+        std::optional<Found> here = survey(stop, job.range.noRadio);
+        if (!here) return kOk;
+        const Code code = take(stop, std::move(*here), found);
         if (code != kOk) return code;
         std::lock_guard<std::mutex> guard(mLock);
         mStatus.percent = static_cast<int32_t>((i + 1) * 100 / job.stops.size());
-        tell(QELTV_SCAN_PROGRESS, mStatus.percent, kHz, mStatus.television, mStatus.radio);
+        notify(QELTV_SCAN_PROGRESS, mStatus.percent, kHz, mStatus.television, mStatus.radio);
     }
     return job.exclusive && job.whole ? removeOthers(job.stops, *found) : kOk;
 }
 
 void Scanner::scan(const Job& job) {
     std::vector<Found> found;
-    int32_t code = kRefused;
+    Code code = kRefused;
     guarded("the scan", [&] { code = stored([&] { return search(job, &found); }); });
     std::lock_guard<std::mutex> guard(mLock);
     mRunning = false;
@@ -234,17 +262,17 @@ void Scanner::scan(const Job& job) {
     if (code != kOk) {
         ALOGE("the scan ends with code %d", code);
         mStatus.state = QELTV_SCAN_STATE_FAILED;
-        tell(QELTV_SCAN_FAILED, code);
+        notify(QELTV_SCAN_FAILED, code);
         return;
     }
     // One that is cancelled in its last moment has found everything all the same.
     const bool complete = found.size() == job.stops.size();
     mStatus.state = complete ? QELTV_SCAN_STATE_COMPLETE : QELTV_SCAN_STATE_CANCELLED;
-    tell(complete ? QELTV_SCAN_COMPLETE : QELTV_SCAN_CANCELLED, mStatus.television, mStatus.radio,
-         mStatus.added, mStatus.removed);
+    notify(complete ? QELTV_SCAN_COMPLETE : QELTV_SCAN_CANCELLED, mStatus.television, mStatus.radio,
+           mStatus.added, mStatus.removed);
 }
 
-void Scanner::tell(int32_t type, int64_t a1, int64_t a2, int64_t a3, int64_t a4) const {
+void Scanner::notify(int32_t type, int64_t a1, int64_t a2, int64_t a3, int64_t a4) const {
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_scan_callback_fct, type, {a1, a2, a3, a4});
 }
 

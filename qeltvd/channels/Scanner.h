@@ -8,7 +8,9 @@
 #include <thread>
 #include <vector>
 
+#include "Broadcast.h"
 #include "ChannelDatabase.h"
+#include "Code.h"
 #include "ConfigItems.h"
 #include "LineUp.h"
 #include "Notifier.h"
@@ -18,11 +20,12 @@ namespace qeltvd {
 
 /**
  * The channel scan. It goes through the transponders of the configured regions one after the other
- * as a tuner would, adds the services of each as it finds them, and tells its progress.
+ * as a tuner would, adds the services of each as it finds them, and reports its progress.
  */
 class Scanner {
   public:
-    Scanner(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier);
+    Scanner(ChannelDatabase& channels, Broadcast& broadcast, const ConfigItems& config,
+            Notifier& notifier);
     ~Scanner();
 
     /** What the next scan leaves out. */
@@ -35,10 +38,12 @@ class Scanner {
         uint32_t plan = 0;
         bool noRadio = false;
     };
-    /** Each gives a code. */
-    int32_t setRange(const Range& range);
-    int32_t start(uint64_t argument, bool exclusive);
-    int32_t cancel();
+    /** Each returns a code. */
+    Code setRange(const Range& range);
+    Code start(uint64_t argument, bool exclusive);
+    Code cancel();
+    /** Ends a scan that runs; none starts any more. Waits until it has ended. */
+    void stop();
     bool active() const;
 
     struct Status {
@@ -51,6 +56,8 @@ class Scanner {
         int32_t radio = 0;
         int32_t added = 0;
         int32_t removed = 0;
+        /** Transponders without a signal. */
+        int32_t silent = 0;
         std::string transponder;
     };
     Status status() const;
@@ -72,16 +79,21 @@ class Scanner {
 
     void run();
     void scan(const Job& job);
-    /** Goes through the transponders; gives a code. @throws StoreError */
-    int32_t search(const Job& job, std::vector<Found>* found);
+    /** Goes through the transponders. @throws StoreError */
+    Code search(const Job& job, std::vector<Found>* found);
     /** Waits as a tuner does for its lock; false when the scan is to end. */
     bool tune();
-    int32_t take(const Stop& stop, bool noRadio, std::vector<Found>* found);
-    int32_t removeOthers(const std::vector<Stop>& stops, const std::vector<Found>& found);
+    /** Whether the scan is to go on. */
+    bool wanted() const;
+    /** Nothing if the scan has ended before the tables were read. */
+    std::optional<Found> survey(const Stop& stop, bool noRadio);
+    Code take(const Stop& stop, Found found, std::vector<Found>* all);
+    Code removeOthers(const std::vector<Stop>& stops, const std::vector<Found>& found);
     uint32_t satelliteOf(const Region& region);
-    void tell(int32_t type, int64_t a1, int64_t a2 = 0, int64_t a3 = 0, int64_t a4 = 0) const;
+    void notify(int32_t type, int64_t a1, int64_t a2 = 0, int64_t a3 = 0, int64_t a4 = 0) const;
 
     ChannelDatabase& mChannels;
+    Broadcast& mBroadcast;
     const ConfigItems& mConfig;
     Notifier& mNotifier;
 

@@ -4,65 +4,36 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Alarm.h"
+#include "Broadcast.h"
 #include "ChannelDatabase.h"
 #include "Clock.h"
+#include "Code.h"
+#include "Event.h"
 #include "Notifier.h"
 #include "PinLock.h"
 #include "Ratings.h"
+#include "Result.h"
 #include "layouts/event.h"
 #include "layouts/presentation.h"
 
 namespace qeltvd {
 
-/** One programme of the guide, without its texts. */
-struct Event {
-    uint32_t channelId = 0;
-    uint16_t id = 0;
-    int64_t start = 0;
-    uint32_t duration = 0;
-    uint8_t genre = 0;
-    /** QELTV_EVENT_FLAG, but for those that the moment decides. */
-    uint16_t flags = 0;
-    uint16_t series = 0;
-    uint16_t episode = 0;
-    Rating rating;
-    /** Index of the programme that its texts come from. */
-    size_t programme = 0;
-
-    int64_t end() const { return start + duration; }
-};
-
-/**
- * What a channel broadcasts on a day (number of days since 1970, UTC), from midnight to midnight
- * without a gap. The same on every machine: all choices come from splitmix64 whose state begins
- * with the channel id times 0x9e3779b97f4a7c15, exclusive or the day; nothing depends on when and
- * how often it is asked. An event id is the day modulo 512 in the high 9 bits and the number of the
- * event of that day from 1 in the low 7.
- */
-std::vector<Event> scheduleOf(uint32_t channelId, ServiceType type, bool scrambled, int64_t day);
-
-std::string titleOf(const Event& event);
-std::string detailsOf(const Event& event);
-std::string extendedOf(const Event& event);
-/** Empty where there is nothing to warn of. */
-std::string guidanceOf(const Event& event);
-const char* nameOfGenre(uint8_t genre);
-
 /** The programme guide of all channels, and the window of it that applications show. */
 class Guide {
   public:
-    Guide(Timers& timers, ChannelDatabase& channels, Clock& clock, PinLock& pin, Ratings& ratings,
-          Notifier& notifier);
+    Guide(Timers& timers, ChannelDatabase& channels, Broadcast& broadcast, Clock& clock,
+          PinLock& pin, Ratings& ratings, Notifier& notifier);
 
     /**
-     * Called when another programme is on air on what show() has been told of, and when what is
-     * blocked has changed. Nothing ends the last one before a call of it has returned.
+     * Called when another programme is on air on a channel that show() was called with, and when
+     * what is blocked has changed. Nothing ends the last one before a call of it has returned.
      */
     void setListener(std::function<void()> listener);
     /** The channel that a video path shows now; 0 for none. */
@@ -86,7 +57,7 @@ class Guide {
     };
     /** At most `limit`, by channel and time. */
     std::vector<Event> search(const Filter& filter, size_t limit) const;
-    /** First and last second that the guide knows. */
+    /** First second and the second after the last that are simulated. */
     int64_t begin() const;
     int64_t end() const;
 
@@ -115,21 +86,38 @@ class Guide {
         int64_t end = 0;
     };
     static constexpr size_t kWindowLimit = 4096;
-    /** Gives a code. */
-    int32_t setWindow(Window window);
+    Code setWindow(Window window);
     Window window() const;
 
   private:
     /** Looks again for what is on; after a change of the clock or of the current channel. */
     void refresh();
-    std::vector<Event> range(const Channel& channel, int64_t from, int64_t to) const;
+    /** Looks for what has changed by other tables. */
+    void received();
+    /** A channel and where its events come from. */
+    struct Source {
+        Channel channel;
+        std::shared_ptr<Signals> signals;
+    };
+    std::optional<Source> sourceOf(uint32_t channelId) const;
+    /** The channels whose changes clients are notified of: of the window and the current one. */
+    std::vector<uint32_t> watched() const;
     void ring();
     void blockingChanged();
     void callListener();
-    void arm(bool told);
-    void tell(uint32_t channelId) const;
+    void arm(bool notifies);
+    struct OnAir {
+        std::optional<Event> present;
+        std::optional<Event> following;
+        bool sameAs(const OnAir& other) const;
+        /** When another programme is on air, as far as is known. */
+        int64_t changesAt(int64_t now) const;
+    };
+    OnAir onAir(uint32_t channelId) const;
+    void notify(uint32_t channelId, const OnAir& onAir, bool current) const;
 
     const ChannelDatabase& mChannels;
+    const Broadcast& mBroadcast;
     const Clock& mClock;
     const Ratings& mRatings;
     Notifier& mNotifier;
@@ -144,6 +132,8 @@ class Guide {
     Parameters mParameters;
     Window mWindow;
     std::optional<int64_t> mUnlocked;
+    /** As the last look found it, by channel id. */
+    std::map<uint32_t, OnAir> mOnAir;
     int64_t mLastLook = 0;
     Alarm mAlarm;
 };
@@ -154,18 +144,22 @@ class AtscGuide {
     AtscGuide(const Guide& guide, const ChannelDatabase& channels, const Clock& clock,
               Notifier& notifier);
 
-    /** Loads by time; gives ids for the other functions. Each function gives a code. */
-    int32_t load(uint32_t channelId, int64_t start, int32_t seconds, std::vector<int32_t>* ids);
-    int32_t find(int32_t id, Event* event) const;
-    int32_t free(int32_t id);
+    /** Loads by time. Returns ids for the other functions. */
+    Result<std::vector<int32_t>> load(uint32_t channelId, int64_t start, int32_t seconds);
+    Result<Event> find(int32_t id) const;
+    Code free(int32_t id);
 
     /** Loads one table, in place of the same table of another channel. */
-    int32_t loadTable(uint32_t channelId, int32_t table, uint32_t* count);
-    int32_t count(int32_t table, uint32_t* count) const;
-    int32_t find(int32_t table, int32_t index, Event* event) const;
+    Result<uint32_t> loadTable(uint32_t channelId, int32_t table);
+    Result<uint32_t> count(int32_t table) const;
+    Result<Event> find(int32_t table, int32_t index) const;
+    struct TableStatus {
+        /** The number of events of each table, and QELTV_EIT_LOADED. */
+        std::vector<uint32_t> states;
+        int32_t whole = QELTV_EIT_NONE;
+    };
     /** States of the first tables of a channel. */
-    int32_t status(uint32_t channelId, int32_t tables, std::vector<uint32_t>* states,
-                   int32_t* status) const;
+    Result<TableStatus> status(uint32_t channelId, int32_t tables) const;
     /** The table that an event stands in now; none beyond the last. */
     int32_t tableOf(const Event& event) const;
 
@@ -177,7 +171,7 @@ class AtscGuide {
     /** What begins in a table, or runs at its begin for the first one. */
     std::vector<Event> eventsOf(uint32_t channelId, int32_t table) const;
     int64_t firstBegin() const;
-    void tell(uint32_t channelId, size_t count, int32_t table) const;
+    void notify(uint32_t channelId, size_t count, int32_t table) const;
 
     const Guide& mGuide;
     const ChannelDatabase& mChannels;

@@ -65,7 +65,7 @@ int32_t PinLock::check(const std::string& pin) {
         // Held while hashing: one try at a time, however many ask at once.
         std::lock_guard<std::mutex> guard(mLock);
         if (delayLeftMs(Alarm::Clock::now()) > 0) {
-            tell(QELTV_PIN_EVENT_REFUSED);
+            notify(QELTV_PIN_EVENT_REFUSED);
             return QELTV_PIN_LOCKED;
         }
         // Counted as wrong before it is judged: a crash in between gives no free try.
@@ -87,14 +87,14 @@ int32_t PinLock::check(const std::string& pin) {
             ++mWrong;
             mUnlocked = now + delayAfter(mWrong);
         }
-        tell(right ? QELTV_PIN_EVENT_ACCEPTED : QELTV_PIN_EVENT_REJECTED);
+        notify(right ? QELTV_PIN_EVENT_ACCEPTED : QELTV_PIN_EVENT_REJECTED);
     }
     if (!right) return QELTV_PIN_WRONG;
     callAll("following the PIN", mListeners);
     return QELTV_PIN_RIGHT;
 }
 
-int32_t PinLock::change(const std::string& pin) {
+Code PinLock::change(const std::string& pin) {
     std::lock_guard<std::mutex> guard(mLock);
     if (Alarm::Clock::now() >= mMayChangeUntil) return kRefused;
     if (!wellFormed(pin)) return kBadValue;
@@ -103,14 +103,14 @@ int32_t PinLock::change(const std::string& pin) {
         mSettings.set(kHashSetting, hash);
         mHash = hash;
         mMayChangeUntil = {};
-        tell(QELTV_PIN_EVENT_CHANGED);
+        notify(QELTV_PIN_EVENT_CHANGED);
         return kOk;
     });
 }
 
-int32_t PinLock::show() {
+Code PinLock::show() {
     std::lock_guard<std::mutex> guard(mLock);
-    tell(QELTV_PIN_EVENT_SHOW);
+    notify(QELTV_PIN_EVENT_SHOW);
     return kOk;
 }
 
@@ -129,7 +129,7 @@ int64_t PinLock::delayLeftMs(Time now) const {
     return std::chrono::ceil<std::chrono::milliseconds>(mUnlocked - now).count();
 }
 
-void PinLock::tell(int32_t type) const {
+void PinLock::notify(int32_t type) const {
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_pwddlg_callback_fct, type,
                     {mWrong, delayLeftMs(Alarm::Clock::now())});
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Alarm.h"
+#include "Code.h"
 #include "Notifier.h"
 #include "Settings.h"
 #include "layouts/rating.h"
@@ -27,10 +28,10 @@ class PinLock {
 
     /** A QELTV_PIN_ANSWER. */
     int32_t check(const std::string& pin);
-    /** A new PIN, within a minute of a right one. Gives a code. */
-    int32_t change(const std::string& pin);
+    /** A new PIN, within a minute of a right one. */
+    Code change(const std::string& pin);
     /** Asks the applications to show the dialog. */
-    int32_t show();
+    Code show();
 
     int wrongTries() const;
     int64_t delayLeftMs() const;
@@ -38,7 +39,7 @@ class PinLock {
   private:
     using Time = Alarm::Clock::time_point;
     int64_t delayLeftMs(Time now) const;
-    void tell(int32_t type) const;
+    void notify(int32_t type) const;
 
     Settings mSettings;
     Notifier& mNotifier;

@@ -8,12 +8,14 @@
 #include "Code.h"
 #include "Guarded.h"
 #include "Stored.h"
+#include "Text.h"
 
 namespace qeltvd {
 
 namespace {
 
 constexpr char kUsTvSetting[] = "rating.us_tv";
+constexpr char kTableSetting[] = "rating.open_vchip_table";
 constexpr char kVchipSetting[] = "rating.open_vchip";
 constexpr char kAgeItem[] = "parental.age";
 constexpr char kLockItem[] = "parental.rating_lock";
@@ -52,6 +54,23 @@ constexpr QELTV_OPEN_VCHIP_TABLE_T kTable = {
         "Reference region",
         {{QELTV_OPEN_VCHIP_LEVELS, 1, "Age"}, {4, 1, "Violence"}, {4, 0, "Language"}},
 };
+
+/** As much of a region's table as a client's record holds. */
+QELTV_OPEN_VCHIP_TABLE_T tableOf(const stream::RatingRegion& region, uint8_t version) {
+    QELTV_OPEN_VCHIP_TABLE_T table{};
+    table.region = region.region;
+    table.version = version;
+    copyText(table.name, cut(region.name, sizeof(table.name) - 1));
+    for (const auto& dimension : region.dimensions) {
+        if (table.dimensions == QELTV_OPEN_VCHIP_DIMENSIONS) break;
+        QELTV_OPEN_VCHIP_DIMENSION_T& record = table.dimension[table.dimensions++];
+        record.levels = static_cast<uint8_t>(
+                std::min<size_t>(dimension.values.size(), QELTV_OPEN_VCHIP_LEVELS));
+        record.graduated = dimension.graduated ? 1 : 0;
+        copyText(record.name, cut(dimension.name, sizeof(record.name) - 1));
+    }
+    return table;
+}
 
 uint8_t usTvLevel(const Rating& rating) {
     if (rating.children) return rating.age >= 7 ? QELTV_US_TV_Y7 : QELTV_US_TV_Y;
@@ -189,25 +208,25 @@ std::string canadaLabel(const std::vector<uint8_t>& values) {
     return text;
 }
 
-/** No more characters than the clients' fields have room for. */
-RatingText bounded(RatingText text) {
-    const auto cut = [](std::string* field, size_t room) {
-        if (field->size() <= room) return;
-        while (room > 0 && (static_cast<uint8_t>((*field)[room]) & 0xc0) == 0x80) --room;
-        field->resize(room);
-    };
-    cut(&text.label, 64);
-    cut(&text.system, 32);
-    cut(&text.description, 255);
-    return text;
+// What the clients' fields hold.
+constexpr size_t kLabelLimit = 64;
+constexpr size_t kSystemLimit = 32;
+constexpr size_t kDescriptionLimit = 255;
+
+RatingText bounded(const RatingText& text) {
+    return {cut(text.label, kLabelLimit), cut(text.system, kSystemLimit),
+            cut(text.description, kDescriptionLimit)};
 }
 
 }  // namespace
 
-Ratings::Ratings(Store& store, Notifier& notifier, ConfigItems& config)
+Ratings::Ratings(Store& store, Notifier& notifier, ConfigItems& config, Broadcast& broadcast)
         : mSettings(store), mNotifier(notifier), mConfig(config) {
     config.addListener([this](const ConfigItems::Item& item, bool) {
         if (item.name == kAgeItem || item.name == kLockItem || item.name == kRegionItem) changed();
+    });
+    broadcast.addListener([this, &broadcast](uint32_t changes) {
+        if ((changes & stream::kRatingsChanged) != 0) receive(broadcast);
     });
 }
 
@@ -226,7 +245,7 @@ uint8_t Ratings::get(Setting setting) const {
     return static_cast<uint8_t>(mSettings.number(kKnown[setting].name, 0));
 }
 
-int32_t Ratings::set(Setting setting, uint8_t value) {
+Code Ratings::set(Setting setting, uint8_t value) {
     const bool age = setting == kIsdbAge || setting == kDvbAge;
     if (value > kKnown[setting].maximum || (age && value > 0 && value < QELTV_AGE_MINIMUM)) {
         return kBadValue;
@@ -235,9 +254,9 @@ int32_t Ratings::set(Setting setting, uint8_t value) {
         return stored(
                 [&] { return mConfig.set(ConfigItems::kParental, kKnown[setting].name, value); });
     }
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         mSettings.set(kKnown[setting].name, int64_t{value});
-        return int32_t{kOk};
+        return kOk;
     });
     if (code == kOk) changed();
     return code;
@@ -250,10 +269,10 @@ Ratings::UsTv Ratings::usTv() const {
     return flags;
 }
 
-int32_t Ratings::setUsTv(const UsTv& flags) {
-    const int32_t code = stored([&] {
+Code Ratings::setUsTv(const UsTv& flags) {
+    const Code code = stored([&] {
         mSettings.set(kUsTvSetting, Store::Blob(flags.begin(), flags.end()));
-        return int32_t{kOk};
+        return kOk;
     });
     if (code == kOk) changed();
     return code;
@@ -267,22 +286,69 @@ uint8_t Ratings::childGroup() const {
     return flags[QELTV_US_TV_Y7] != 0 ? QELTV_CHILD_Y7 : QELTV_CHILD_NONE;
 }
 
-int32_t Ratings::store(bool on) {
+QELTV_OPEN_VCHIP_TABLE_T Ratings::table() const {
+    const Store::Blob stored = mSettings.bytes(kTableSetting);
+    QELTV_OPEN_VCHIP_TABLE_T table = kTable;
+    if (stored.size() == sizeof(table)) memcpy(&table, stored.data(), sizeof(table));
+    return table;
+}
+
+Code Ratings::storeTable() {
+    return stored([&] {
+        if (mReceived) {
+            const auto* bytes = reinterpret_cast<const uint8_t*>(&*mReceived);
+            mSettings.set(kTableSetting, Store::Blob(bytes, bytes + sizeof(*mReceived)));
+        }
+        mSettings.set(kVchipSetting,
+                      Store::Blob(QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS));
+        return kOk;
+    });
+}
+
+void Ratings::notifyTable(int32_t type) const {
+    const QELTV_OPEN_VCHIP_TABLE_T table = this->table();
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_rating_op_vchip_callback_fct, type,
+                    {table.region, table.version, table.dimensions});
+}
+
+void Ratings::receive(const Broadcast& broadcast) {
+    std::lock_guard<std::mutex> guard(mLock);
+    const QELTV_OPEN_VCHIP_TABLE_T before = table();
+    for (const auto& signals : broadcast.received()) {
+        for (const stream::RatingRegion& region : signals->ratings()) {
+            if (region.region != QELTV_OPEN_VCHIP_REGION) continue;
+            QELTV_OPEN_VCHIP_TABLE_T table = tableOf(region, before.version);
+            if (memcmp(&table, &before, sizeof(table)) == 0) return;
+            // The settings of another table do not fit this one.
+            constexpr uint8_t kVersions = 32;
+            table.version = static_cast<uint8_t>((before.version + 1) % kVersions);
+            mReceived = table;
+            if (!vchipAvailable()) return;
+            if (storeTable() != kOk) return;
+            notifyTable(QELTV_OPEN_VCHIP_RECEIVED);
+            return;
+        }
+    }
+}
+
+Code Ratings::store(bool on) {
     std::lock_guard<std::mutex> guard(mLock);
     const bool there = vchipAvailable();
-    const int32_t code = stored([&] {
-        if (on && !there) {
-            mSettings.set(kVchipSetting,
-                          Store::Blob(QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS));
-        } else if (!on) {
-            mSettings.remove(kVchipSetting);
-        }
-        return int32_t{kOk};
+    if (on == there) return kOk;
+    if (on) {
+        const Code code = storeTable();
+        if (code == kOk) notifyTable(QELTV_OPEN_VCHIP_RECEIVED);
+        return code;
+    }
+    const QELTV_OPEN_VCHIP_TABLE_T table = this->table();
+    const Code code = stored([&] {
+        mSettings.remove(kVchipSetting);
+        mSettings.remove(kTableSetting);
+        return kOk;
     });
-    if (code == kOk && on != there) {
+    if (code == kOk) {
         mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_rating_op_vchip_callback_fct,
-                        on ? QELTV_OPEN_VCHIP_RECEIVED : QELTV_OPEN_VCHIP_REMOVED,
-                        {kTable.region, kTable.version, kTable.dimensions});
+                        QELTV_OPEN_VCHIP_REMOVED, {table.region, table.version, table.dimensions});
     }
     return code;
 }
@@ -293,31 +359,33 @@ bool Ratings::vchipAvailable() const {
 }
 
 QELTV_OPEN_VCHIP_TABLE_T Ratings::vchipTable() const {
-    return vchipAvailable() ? kTable : QELTV_OPEN_VCHIP_TABLE_T{};
+    return vchipAvailable() ? table() : QELTV_OPEN_VCHIP_TABLE_T{};
 }
 
-int32_t Ratings::vchip(uint8_t region, uint8_t dimension, uint8_t* levels, Levels* blocked) const {
+Result<Ratings::VchipDimension> Ratings::vchip(uint8_t region, uint8_t dimension) const {
     const Store::Blob all = mSettings.bytes(kVchipSetting);
+    const QELTV_OPEN_VCHIP_TABLE_T table = this->table();
     if (all.size() != QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS ||
-        region != kTable.region || dimension >= kTable.dimensions) {
+        region != table.region || dimension >= table.dimensions) {
         return kNotFound;
     }
-    *levels = kTable.dimension[dimension].levels;
+    VchipDimension found{table.dimension[dimension].levels, {}};
     std::copy_n(all.begin() + dimension * QELTV_OPEN_VCHIP_LEVELS, QELTV_OPEN_VCHIP_LEVELS,
-                blocked->begin());
-    return kOk;
+                found.blocked.begin());
+    return found;
 }
 
-int32_t Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& blocked) {
+Code Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& blocked) {
     std::lock_guard<std::mutex> guard(mLock);
     Store::Blob all = mSettings.bytes(kVchipSetting);
+    const QELTV_OPEN_VCHIP_TABLE_T table = this->table();
     if (all.size() != QELTV_OPEN_VCHIP_DIMENSIONS * QELTV_OPEN_VCHIP_LEVELS ||
-        region != kTable.region || dimension >= kTable.dimensions) {
+        region != table.region || dimension >= table.dimensions) {
         return kNotFound;
     }
     for (size_t level = 0; level < blocked.size(); ++level) {
         if (blocked[level] > 1 ||
-            (blocked[level] != 0 && level >= kTable.dimension[dimension].levels)) {
+            (blocked[level] != 0 && level >= table.dimension[dimension].levels)) {
             return kBadValue;
         }
     }
@@ -325,7 +393,7 @@ int32_t Ratings::setVchip(uint8_t region, uint8_t dimension, const Levels& block
                 all.begin() + dimension * QELTV_OPEN_VCHIP_LEVELS);
     return stored([&] {
         mSettings.set(kVchipSetting, all);
-        return int32_t{kOk};
+        return kOk;
     });
 }
 
@@ -338,12 +406,13 @@ RatingSystem Ratings::system() const {
 
 bool Ratings::blocks(const Rating& rating) const {
     if (get(kEnable) == 0) return false;
-    if (!rating.told) {
+    const RatingSystem by = rating.system.value_or(system());
+    if (!rating.known) {
         return get(kBlockUnrated) != 0 ||
-               (system() == RatingSystem::kUnitedStates && usTv()[QELTV_US_TV_NONE] != 0);
+               (by == RatingSystem::kUnitedStates && usTv()[QELTV_US_TV_NONE] != 0);
     }
     const auto atLimit = [](uint8_t level, uint8_t limit) { return limit != 0 && level >= limit; };
-    switch (system()) {
+    switch (by) {
         case RatingSystem::kDvb:
             return atLimit(rating.age, get(kDvbAge));
         case RatingSystem::kUnitedStates:
@@ -363,10 +432,11 @@ bool Ratings::blocks(const Rating& rating) const {
 }
 
 RatingText Ratings::text(const Rating& rating) const {
-    if (!rating.told) return {"", "", "not rated"};
+    if (!rating.known) return {"", "", "not rated"};
+    const RatingSystem by = rating.system.value_or(system());
     RatingText text;
     text.description = contentText(rating.content);
-    switch (system()) {
+    switch (by) {
         case RatingSystem::kUnitedStates: {
             text.system = rating.film ? "US films" : "US television";
             const uint8_t level = usTvLevel(rating);
@@ -381,7 +451,7 @@ RatingText Ratings::text(const Rating& rating) const {
             break;
         case RatingSystem::kIsdb:
         case RatingSystem::kDvb:
-            text.system = system() == RatingSystem::kDvb ? "DVB age" : "ISDB age";
+            text.system = by == RatingSystem::kDvb ? "DVB age" : "ISDB age";
             text.label = rating.age == 0 ? "all" : std::to_string(rating.age) + "+";
             break;
     }

@@ -46,7 +46,7 @@ inline Bytes textBytes(const std::string& text) {
     return bytesAs<Bytes>(text.data(), text.size());
 }
 
-/** The first of some values: no more than the client has room for, which takes what comes. */
+/** The first of some values: no more than the capacity of the client, which copies all of them. */
 inline android::hardware::hidl_vec<uint16_t> atMost(const std::vector<uint16_t>& values,
                                                     uint32_t room) {
     return std::vector<uint16_t>(

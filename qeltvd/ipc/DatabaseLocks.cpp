@@ -5,10 +5,10 @@
 
 namespace qeltvd {
 
-bool DatabaseLocks::othersHold(Holders& holders, pid_t process, bool onlyWriting) {
+bool DatabaseLocks::othersForbid(Holders& holders, pid_t process, Access access) {
     for (auto holder = holders.begin(); holder != holders.end();) {
-        const bool held =
-                holder->second.writing != 0 || (!onlyWriting && holder->second.reading != 0);
+        const bool held = holder->second.writing != 0 ||
+                          (access == Access::kWrite && holder->second.reading != 0);
         if (holder->first == process || !held) {
             ++holder;
         } else if (isAlive(holder->first)) {
@@ -20,21 +20,21 @@ bool DatabaseLocks::othersHold(Holders& holders, pid_t process, bool onlyWriting
     return false;
 }
 
-int32_t DatabaseLocks::lock(Database database, uint32_t list, pid_t process, bool write) {
+Code DatabaseLocks::lock(Database database, uint32_t list, pid_t process, Access access) {
     std::lock_guard<std::mutex> guard(mLock);
     Holders& holders = mHeld[{database, list}];
-    if (othersHold(holders, process, !write)) return kRefused;
+    if (othersForbid(holders, process, access)) return kRefused;
     Held& mine = holders[process];
-    ++(write ? mine.writing : mine.reading);
+    ++(access == Access::kWrite ? mine.writing : mine.reading);
     return kOk;
 }
 
-int32_t DatabaseLocks::unlock(Database database, uint32_t list, pid_t process, bool write) {
+Code DatabaseLocks::unlock(Database database, uint32_t list, pid_t process, Access access) {
     std::lock_guard<std::mutex> guard(mLock);
     Holders& holders = mHeld[{database, list}];
     const auto mine = holders.find(process);
     if (mine == holders.end()) return kNotFound;
-    uint32_t& count = write ? mine->second.writing : mine->second.reading;
+    uint32_t& count = access == Access::kWrite ? mine->second.writing : mine->second.reading;
     if (count == 0) return kNotFound;
     --count;
     if (mine->second.reading == 0 && mine->second.writing == 0) holders.erase(mine);
@@ -44,7 +44,7 @@ int32_t DatabaseLocks::unlock(Database database, uint32_t list, pid_t process, b
 bool DatabaseLocks::mayWrite(Database database, uint32_t list, pid_t process) {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mHeld.find({database, list});
-    return found == mHeld.end() || !othersHold(found->second, process, false);
+    return found == mHeld.end() || !othersForbid(found->second, process, Access::kWrite);
 }
 
 }  // namespace qeltvd

@@ -7,6 +7,8 @@
 #include <mutex>
 #include <utility>
 
+#include "Code.h"
+
 namespace qeltvd {
 
 /**
@@ -16,12 +18,13 @@ namespace qeltvd {
  */
 class DatabaseLocks {
   public:
-    enum Database : uint32_t { kChannels, kSatellites, kBissKeys };
+    enum class Database { kChannels, kSatellites, kBissKeys };
+    enum class Access { kRead, kWrite };
 
     /** kOk, or kRefused while another process holds what forbids it. */
-    int32_t lock(Database database, uint32_t list, pid_t process, bool write);
+    Code lock(Database database, uint32_t list, pid_t process, Access access);
     /** kOk, or kNotFound when the process does not hold such a lock. */
-    int32_t unlock(Database database, uint32_t list, pid_t process, bool write);
+    Code unlock(Database database, uint32_t list, pid_t process, Access access);
     /** Whether no other process holds any lock. */
     bool mayWrite(Database database, uint32_t list, pid_t process);
 
@@ -32,9 +35,8 @@ class DatabaseLocks {
     };
     using Holders = std::map<pid_t, Held>;
 
-    /** Whether somebody else holds a lock (for writing); those whose process is gone are dropped.
-     */
-    static bool othersHold(Holders& holders, pid_t process, bool onlyWriting);
+    /** Whether another process holds a lock that forbids an access; drops those of ended ones. */
+    static bool othersForbid(Holders& holders, pid_t process, Access access);
 
     std::mutex mLock;
     // Guarded by mLock.

@@ -3,21 +3,32 @@
 #include "Notifier.h"
 
 #include <hidl/HidlTransportSupport.h>
+#include <hidlhost/raw_service.h>
 #include <log/log.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/BpHwQelTvApiCallback.h>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <system_error>
 #include <thread>
 
 #include "Guarded.h"
+#include "MonitoredCall.h"
 
 namespace qeltvd {
 
 using android::sp;
 using android::wp;
+
+namespace {
+
+/** How long clients may take for what is under way when the notifier ends. */
+constexpr std::chrono::seconds kLastPatience{1};
+
+}  // namespace
 
 class Notifier::Death : public android::hardware::hidl_death_recipient {
   public:
@@ -37,6 +48,27 @@ class Notifier::Death : public android::hardware::hidl_death_recipient {
   private:
     std::mutex mLock;
     Notifier* mNotifier;
+};
+
+/** Stands for a client's object, and sends what it is called with to the monitors. */
+class Notifier::Shown : public android::hardware::BHwBinder {
+  public:
+    Shown(Monitor& monitor, int pid, bool taken) : mMonitor(monitor), mPid(pid), mTaken(taken) {}
+
+    android::status_t onTransact(uint32_t code, const android::hardware::Parcel& data,
+                                 android::hardware::Parcel* reply, uint32_t,
+                                 TransactCallback) override {
+        MonitoredCall call(mMonitor, "IQelTvApiCallback", code, mPid);
+        call.takeSent(data);
+        call.notified(mTaken);
+        hidlhost::writeOk(reply);
+        return android::OK;
+    }
+
+  private:
+    Monitor& mMonitor;
+    const int mPid;
+    const bool mTaken;
 };
 
 /** A client process: its objects, and what waits for them. */
@@ -100,7 +132,7 @@ struct Notifier::Process {
         arrived.notify_one();
     }
 
-    void deliver() {
+    void deliver(Monitor& monitor) {
         std::unique_lock<std::mutex> guard(lock);
         for (;;) {
             arrived.wait(guard, [&] { return gone || !queue.empty(); });
@@ -117,15 +149,32 @@ struct Notifier::Process {
                 bool taken = false;
                 guarded("a notification",
                         [&] { taken = (*entry.notification)(*object->callback); });
+                if (monitor.active()) show(monitor, *entry.notification, taken);
                 guard.lock();
                 ++(taken ? object->delivered : object->lost);
             }
         }
         ended = true;
+        arrived.notify_all();
+    }
+
+    /** Sends a notification of this process to the monitors. */
+    void show(Monitor& monitor, const Notification& notification, bool taken) const {
+        guarded("the line of a monitored notification", [&] {
+            const sp<Callback> shown =
+                    new vendor::qelnova::tv::qeltvapi::V1_0::BpHwQelTvApiCallback(
+                            sp<android::hardware::IBinder>(new Shown(monitor, pid, taken)));
+            notification(*shown);
+        });
+    }
+
+    bool waitForEnd(std::chrono::steady_clock::time_point deadline) {
+        std::unique_lock<std::mutex> guard(lock);
+        return arrived.wait_until(guard, deadline, [&] { return ended; });
     }
 };
 
-Notifier::Notifier() = default;
+Notifier::Notifier(Monitor& monitor) : mMonitor(monitor) {}
 
 Notifier::~Notifier() {
     std::list<std::unique_ptr<Process>> processes;
@@ -142,7 +191,17 @@ Notifier::~Notifier() {
         }
         for (const auto& object : objects) object->death->detach();
         process->leave();
-        process->thread.join();
+    }
+    const auto deadline = std::chrono::steady_clock::now() + kLastPatience;
+    for (auto& process : processes) {
+        if (process->waitForEnd(deadline)) {
+            process->thread.join();
+            continue;
+        }
+        ALOGW("process %d has not taken a notification", process->pid);
+        process->thread.detach();
+        // The thread still uses it.
+        (void)process.release();
     }
 }
 
@@ -157,7 +216,8 @@ void Notifier::add(const sp<Callback>& callback, int pid) {
         if (found == mProcesses.end()) {
             found = mProcesses.insert(mProcesses.end(), std::make_unique<Process>(pid));
             try {
-                (*found)->thread = std::thread([process = found->get()] { process->deliver(); });
+                (*found)->thread =
+                        std::thread([this, process = found->get()] { process->deliver(mMonitor); });
             } catch (const std::system_error& e) {
                 ALOGE("process %d gets no notifications: no thread for them: %s", pid, e.what());
                 mProcesses.erase(found);

@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "Monitor.h"
+
 namespace qeltvd {
 
 /**
@@ -33,7 +35,9 @@ class Notifier {
     /** Objects that one process can have registered. */
     static constexpr size_t kObjectLimit = 16;
 
-    Notifier();
+    /** @param monitor is sent each notification */
+    explicit Notifier(Monitor& monitor);
+    /** Gives clients that take a notification a moment; threads that still wait then are left. */
     ~Notifier();
     Notifier(const Notifier&) = delete;
     Notifier& operator=(const Notifier&) = delete;
@@ -97,6 +101,7 @@ class Notifier {
   private:
     struct Process;
     class Death;
+    class Shown;
 
     template <class T>
     static size_t sizeOf(const T&) {
@@ -116,6 +121,7 @@ class Notifier {
     void forget(uint64_t id);
     void join();
 
+    Monitor& mMonitor;
     mutable std::mutex mLock;
     // Guarded by mLock.
     std::list<std::unique_ptr<Process>> mProcesses;

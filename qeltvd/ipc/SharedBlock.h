@@ -43,7 +43,7 @@ class SharedBlock {
 
     void* begin(size_t size);
 
-    // Of the handle, which outlives this.
+    // Belongs to the handle, which outlives this.
     int mDescriptor = -1;
     uint64_t mSize = 0;
     void* mMapping = nullptr;

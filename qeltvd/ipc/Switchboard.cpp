@@ -4,6 +4,7 @@
 
 #include <hidl/HidlTransportSupport.h>
 #include <hidl/Static.h>
+#include <hwbinder/IPCThreadState.h>
 #include <log/log.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 
 #include "CodedError.h"
 #include "LogText.h"
+#include "MonitoredCall.h"
 
 namespace qeltvd {
 
@@ -23,12 +25,25 @@ using android::hardware::BHwBinder;
 using android::hardware::IBinder;
 using android::hardware::Parcel;
 
+/** Counts a call among those that run. */
+class Switchboard::Running {
+  public:
+    explicit Running(Switchboard& board) : mBoard(board) { ++mBoard.mRunning; }
+    ~Running() { --mBoard.mRunning; }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+  private:
+    Switchboard& mBoard;
+};
+
 /** One interface: between the wire and the generated stub of the service. */
 class Switchboard::Line : public BHwBinder {
   public:
-    Line(std::string interface, std::vector<std::string> methods, sp<BHwBinder> stub,
-         std::function<sp<BHwBinder>(int32_t, bool)> withCode)
-            : mInterface(std::move(interface)),
+    Line(Switchboard& board, std::string interface, std::vector<std::string> methods,
+         sp<BHwBinder> stub, std::function<sp<BHwBinder>(int32_t, bool)> withCode)
+            : mBoard(board),
+              mInterface(std::move(interface)),
               mMethods(std::move(methods)),
               mStub(std::move(stub)),
               mWithCode(std::move(withCode)),
@@ -37,28 +52,25 @@ class Switchboard::Line : public BHwBinder {
 
     status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags,
                         TransactCallback callback) override {
-        const size_t index = code - FIRST_CALL_TRANSACTION;
-        if (index >= mMethods.size()) return serve(mStub, code, data, reply, flags, callback);
+        const Running running(mBoard);
+        if (mBoard.mClosed) return android::DEAD_OBJECT;
+        if (!mBoard.mMonitor.active()) return dispatch(code, data, reply, flags, callback);
 
-        mCalls[index].fetch_add(1, std::memory_order_relaxed);
-        const std::optional<Fault> fault = take(index);
-        if (!fault) return serve(mStub, code, data, reply, flags, callback);
-        switch (fault->kind) {
-            case Fault::kDie:
-                ALOGW("ends in a call of %s, as asked", mMethods[index].c_str());
-                _exit(3);
-            case Fault::kLose:
-                // Served, and the answer goes nowhere.
-                serve(mStub, code, data, reply, flags, [](Parcel&) {});
-                return android::FAILED_TRANSACTION;
-            case Fault::kCode:
-                return serve(mWithCode(static_cast<int32_t>(fault->value), true), code, data, reply,
-                             flags, callback);
-            case Fault::kDelay:
-                std::this_thread::sleep_for(std::chrono::milliseconds(fault->value));
-                return serve(mStub, code, data, reply, flags, callback);
+        MonitoredCall call(mBoard.mMonitor, mInterface, code,
+                           android::hardware::IPCThreadState::self()->getCallingPid());
+        call.take(data);
+        bool answered = false;
+        const status_t status = dispatch(code, data, reply, flags, [&](Parcel& results) {
+            answered = true;
+            call.answer(results);
+            callback(results);
+        });
+        if (status != android::OK) {
+            call.fail(status);
+        } else if (!answered && reply != nullptr) {
+            call.answer(*reply);
         }
-        return android::UNKNOWN_ERROR;
+        return status;
     }
 
     bool setFault(const std::string& method, const std::optional<Fault>& fault) {
@@ -85,11 +97,42 @@ class Switchboard::Line : public BHwBinder {
     }
 
   private:
-    /** What happens to this call; a fault of one call is taken back with it. */
+    /** Does to a call what is asked for. */
+    status_t dispatch(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags,
+                      const TransactCallback& callback) {
+        const size_t index = code - FIRST_CALL_TRANSACTION;
+        if (index >= mMethods.size()) return serve(mStub, code, data, reply, flags, callback);
+
+        if (mBoard.mLog == CallLog::kOn) {
+            ALOGD("call %s %s", mInterface.c_str(), mMethods[index].c_str());
+        }
+        mCalls[index].fetch_add(1, std::memory_order_relaxed);
+        const std::optional<Fault> fault = take(index);
+        if (!fault) return serve(mStub, code, data, reply, flags, callback);
+        switch (fault->kind) {
+            case Fault::Kind::kDie:
+                ALOGW("ends in a call of %s, as asked", mMethods[index].c_str());
+                _exit(3);
+            case Fault::Kind::kLose:
+                // Served, and the answer goes nowhere.
+                serve(mStub, code, data, reply, flags, [](Parcel&) {});
+                return android::FAILED_TRANSACTION;
+            case Fault::Kind::kCode:
+                return serve(mWithCode(static_cast<int32_t>(fault->value), true), code, data, reply,
+                             flags, callback);
+            case Fault::Kind::kDelay:
+                std::this_thread::sleep_for(std::chrono::milliseconds(fault->value));
+                return serve(mStub, code, data, reply, flags, callback);
+        }
+        return android::UNKNOWN_ERROR;
+    }
+
+    /** What happens to this call. The last call that a fault is for takes it back. */
     std::optional<Fault> take(size_t index) {
         std::lock_guard<std::mutex> guard(mLock);
         const std::optional<Fault> fault = mFaults[index];
-        if (fault && fault->kind == Fault::kLose) mFaults[index].reset();
+        if (fault && fault->times == 1) mFaults[index].reset();
+        if (fault && fault->times > 1) --mFaults[index]->times;
         return fault;
     }
 
@@ -143,6 +186,7 @@ class Switchboard::Line : public BHwBinder {
         return index < mMethods.size() ? mMethods[index].c_str() : mInterface.c_str();
     }
 
+    Switchboard& mBoard;
     const std::string mInterface;
     const std::vector<std::string> mMethods;
     const sp<BHwBinder> mStub;
@@ -153,7 +197,7 @@ class Switchboard::Line : public BHwBinder {
     std::vector<std::optional<Fault>> mFaults;
 };
 
-Switchboard::Switchboard() = default;
+Switchboard::Switchboard(CallLog log, Monitor& monitor) : mLog(log), mMonitor(monitor) {}
 Switchboard::~Switchboard() = default;
 
 void Switchboard::intercept(const std::string& descriptor, const std::string& interface,
@@ -166,10 +210,20 @@ void Switchboard::intercept(const std::string& descriptor, const std::string& in
             return sp<BHwBinder>(makeStub(withCode(code, everywhere))->localBinder());
         };
         const sp<Line> line =
-                new Line(interface, methods, makeStub(object)->localBinder(), withCodeStub);
+                new Line(*this, interface, methods, makeStub(object)->localBinder(), withCodeStub);
         mLines.push_back(line);
         return line;
     });
+}
+
+bool Switchboard::close(std::chrono::milliseconds patience) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    mClosed = true;
+    while (mRunning != 0) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
 }
 
 bool Switchboard::setFault(const std::string& method, std::optional<Fault> fault) {

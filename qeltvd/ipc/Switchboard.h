@@ -3,29 +3,35 @@
 #include <utils/Errors.h>
 #include <utils/RefBase.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Monitor.h"
+
 namespace qeltvd {
 
 /** What is to happen to calls of one method. */
 struct Fault {
-    enum Kind {
+    enum class Kind {
         /** The process ends when the next call arrives. */
         kDie,
-        /** The next call is served, and its reply is lost. */
+        /** A call is served, and its reply is lost. */
         kLose,
-        /** Every call is answered with a code, and not served. */
+        /** A call is answered with a code, and not served. */
         kCode,
-        /** Every call is answered late. */
+        /** A call is answered late. */
         kDelay,
     };
     Kind kind;
-    /** Of kCode the code, of kDelay milliseconds. */
+    /** The code of kCode, the milliseconds of kDelay. */
     int64_t value;
+    /** How many calls it is for; 0 for all until it is taken back. */
+    uint32_t times;
 };
 
 /**
@@ -34,7 +40,12 @@ struct Fault {
  */
 class Switchboard {
   public:
-    Switchboard();
+    enum class CallLog { kOff, kOn };
+    /**
+     * @param log     whether each call writes a debug line with its method
+     * @param monitor is sent each call
+     */
+    Switchboard(CallLog log, Monitor& monitor);
     ~Switchboard();
 
     /**
@@ -58,6 +69,13 @@ class Switchboard {
     }
 
     /**
+     * Answers the calls that arrive from here on as a process that is gone does.
+     *
+     * @return whether all calls that ran before have returned by the end of the patience
+     */
+    bool close(std::chrono::milliseconds patience);
+
+    /**
      * Sets what happens to a method, in place of what was set before; nothing when empty.
      *
      * @param method name, "a_hidl_" may be left out; "*" for every method of every interface
@@ -76,11 +94,16 @@ class Switchboard {
 
   private:
     class Line;
+    class Running;
     using MakeObject = std::function<void*(int32_t code, bool everywhere)>;
 
     void intercept(const std::string& descriptor, const std::string& interface,
                    std::vector<std::string> methods, MakeObject withCode);
 
+    const CallLog mLog;
+    Monitor& mMonitor;
+    std::atomic<bool> mClosed{false};
+    std::atomic<size_t> mRunning{0};
     // Complete before the first call arrives that looks at it.
     std::vector<android::sp<Line>> mLines;
 };

@@ -3,7 +3,7 @@
 
 Defaults.h    per interface a class <Interface>Default that answers every method, with a fixed code
               where the last result is an int32_t and with zeros and empty values elsewhere (or,
-              when told so, with the code as every direct result)
+              if so wanted, with the code as every direct result)
 Methods.h     per interface the names of its methods in declaration order
 Raise.h/.cpp  calls a method of the callback interface by name, arguments given as JSON
 

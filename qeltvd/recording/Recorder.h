@@ -3,7 +3,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,79 +12,52 @@
 #include <vector>
 
 #include "Clock.h"
-#include "Files.h"
+#include "Code.h"
+#include "Disks.h"
 #include "Notifier.h"
+#include "PacketRequest.h"
+#include "RecordedChannel.h"
+#include "RecordingStore.h"
+#include "Schedule.h"
 #include "Settings.h"
 #include "Store.h"
 #include "layouts/record.h"
 
 namespace qeltvd {
 
-/** What the recorder needs to know of a channel. */
-struct RecordedChannel {
-    uint32_t id;
-    std::string name;
-    uint32_t major;
-    uint32_t minor;
-    /** Channels of one stream can be received together. */
-    uint32_t stream;
-    /** Kind of broadcast. */
-    uint32_t medium;
-};
-
-/** The channel with an id; 0 stands for the one that is being watched. */
-using ChannelLookup = std::function<std::optional<RecordedChannel>(uint32_t id)>;
-
-/** A finished recording. */
-struct RecordedItem {
-    int64_t id;
-    uint32_t channel;
-    uint32_t major;
-    uint32_t minor;
-    std::string channelName;
-    std::string programme;
-    int64_t start;
-    uint32_t seconds;
-    uint32_t stopReason;
-    uint32_t rating;
-    uint32_t retention;
-    int64_t bytes;
-    std::string path;
-};
-
 /**
- * The recorder: writes a transport stream at a set rate into files on its disks, starts what has
- * been booked, and keeps the list of what has been recorded.
+ * The recorder: writes the packets of channels into files on its disks, starts what has been
+ * booked, and keeps the list of what has been recorded.
  *
  * A recording is in the list from its first moment on; one that a crash has cut off is finished
- * with what its file holds when the television starts again. What file sizes and positions tell
+ * with what its file holds when the television starts again. What file sizes and positions report
  * has been written through to the disk.
  */
 class Recorder {
   public:
-    static constexpr uint32_t kDisks = 8;
     static constexpr size_t kOpenLimit = 16;
     static constexpr size_t kBookingLimit = 256;
 
     /**
-     * @param directory of disk 0, made when it is not there
+     * @param directory of the television's own disk, made when it is not there
      * @param clock     by which bookings go
+     * @param packets   makes the source of each recording
      * @throws StoreError
      */
     Recorder(Store& store, Settings& settings, Notifier& notifier, const std::string& directory,
-             ChannelLookup channels, const Clock& clock);
+             ChannelLookup channels, const Clock& clock, PacketSourceFactory packets);
     ~Recorder();
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    /** Has bookings looked at anew, after the clock has been set. */
+    /** Re-evaluates the bookings, after the clock has been set. */
     void clockChanged();
 
     /** The recording's handle; 0 when none can be opened. */
     int32_t open(uint32_t channel, bool startNow);
-    int32_t close(uint32_t handle);
-    int32_t start(uint32_t handle);
-    int32_t stop(uint32_t handle);
+    [[nodiscard]] Code close(uint32_t handle);
+    [[nodiscard]] Code start(uint32_t handle);
+    [[nodiscard]] Code stop(uint32_t handle);
     /** The one that runs and was started last; 0 for none. */
     int32_t current() const;
 
@@ -96,82 +68,90 @@ class Recorder {
     int32_t sourceType(uint32_t handle) const;
     int32_t position(uint32_t handle) const;
     int64_t fileSize(uint32_t handle) const;
-    int32_t fileName(uint32_t handle, std::string* name) const;
+    [[nodiscard]] Code fileName(uint32_t handle, std::string* name) const;
 
-    int32_t setMode(uint32_t handle, uint32_t mode, int32_t value, uint32_t rate);
-    int32_t setFileName(uint32_t handle, const std::string& name);
-    int32_t setChannel(uint32_t handle, uint32_t channel);
+    [[nodiscard]] Code setMode(uint32_t handle, uint32_t mode, int32_t value, uint32_t rate);
+    [[nodiscard]] Code setFileName(uint32_t handle, const std::string& name);
+    [[nodiscard]] Code setChannel(uint32_t handle, uint32_t channel);
     /** @param handle 0 for the disk itself */
-    int32_t setDisk(uint32_t handle, const std::string& path, const QELTV_DISK_RECORD_T& record);
-    int32_t command(uint32_t command, uint32_t value);
-    int32_t command(uint32_t command, uint32_t value, int32_t extra, const std::string& text);
+    [[nodiscard]] Code setDisk(uint32_t handle, const std::string& path,
+                               const QELTV_DISK_RECORD_T& record);
+    [[nodiscard]] Code command(uint32_t command, uint32_t value);
+    [[nodiscard]] Code command(uint32_t command, uint32_t value, int32_t extra,
+                               const std::string& text);
 
     int64_t totalBytes(uint32_t disk) const;
     int64_t freeBytes(uint32_t disk) const;
-    int32_t registerDisk(const std::string& path);
-    int32_t checkDisk(const std::string& path, bool ours) const;
+    [[nodiscard]] Code registerDisk(const std::string& path);
+    [[nodiscard]] Code checkDisk(const std::string& path, bool ours) const;
     /** KiB per second that writing MiBs reaches, or a code. */
-    static int32_t measureDisk(const std::string& path, uint32_t mib);
+    static int32_t measureDisk(const std::string& path, uint32_t mib) {
+        return Disks::measure(path, mib);
+    }
 
     int32_t bookings() const;
     /** The number of the booking, or a code. */
     int32_t book(const QELTV_SCHEDULE_RECORD_T& record, uint32_t flags);
-    int32_t booking(uint32_t index, QELTV_SCHEDULE_RECORD_T* record) const;
-    int32_t deleteBooking(uint32_t index);
+    [[nodiscard]] Code booking(uint32_t index, QELTV_SCHEDULE_RECORD_T* record) const;
+    [[nodiscard]] Code deleteBooking(uint32_t index);
     bool conflict(const QELTV_SOURCE_RECORD_T& first, const QELTV_SOURCE_RECORD_T& second) const;
 
     /** Finished recordings, the oldest first. @throws StoreError */
-    std::vector<RecordedItem> items() const;
-    size_t itemCount() const;
-    std::optional<RecordedItem> itemAt(uint32_t index) const;
-    std::optional<RecordedItem> itemOf(const std::string& path) const;
-    int32_t deleteItem(uint32_t index);
+    std::vector<RecordedItem> items() const { return mStore.items(); }
+    size_t itemCount() const { return mStore.itemCount(); }
+    std::optional<RecordedItem> itemAt(uint32_t index) const { return mStore.itemAt(index); }
+    std::optional<RecordedItem> itemOf(const std::string& path) const {
+        return mStore.itemOf(path);
+    }
+    [[nodiscard]] Code deleteItem(uint32_t index);
 
   private:
-    struct Disk;
-    struct Place;
     struct Recording;
-    using Lock = std::unique_lock<std::mutex>;
+    using Operation = std::unique_lock<std::mutex>;
     using Handles = std::map<uint32_t, std::shared_ptr<Recording>>;
 
     /** Finishes what the last run of the television has left unfinished on disks that are there. */
     void recover();
-    void recoverRecordings();
-    void recoverDeletions(const Disk& disk);
+    void recoverRecording(const RecordingStore::Unfinished& cut);
     void run();
     void writeDue();
+    void writeDue(Recording& recording);
     void startBookings();
+    void startBooking(const Schedule::Booking& booking, int64_t now);
+    /** A QELTV_RECORDING_ERROR. */
+    int32_t startRecordingOf(const Schedule::Booking& booking, int64_t now);
     std::chrono::steady_clock::time_point nextWake() const;
+    /** Has the thread look at recordings and bookings at once. With mOperation held. */
+    void wakeUp();
 
     int32_t openLocked(uint32_t channel);
-    int32_t startLocked(Recording& recording);
-    /** Ends it, in the file and in the list. */
-    int32_t finish(Recording& recording, uint32_t reason, int32_t error);
-    int32_t store(Recording& recording);
-    bool writeOut(Recording& recording, int64_t bytes);
+    void forget(uint32_t handle);
+    [[nodiscard]] Code startLocked(Recording& recording);
+    /**
+     * Ends a recording, in the file and in the list. Its status stays QELTV_RECORDING_STOPPING
+     * while the list cannot be written, which is tried again.
+     */
+    void finish(Recording& recording, uint32_t reason, int32_t error);
+    void store(Recording& recording);
+    [[nodiscard]] Code insertDisk(uint32_t number);
+    [[nodiscard]] Code removeDisk(uint32_t number);
+    /** Ends the recordings that were not booked. */
+    [[nodiscard]] Code standBy();
     int64_t makeRoom(const Disk& disk, int64_t wanted);
-    void endBooking(int64_t booking, int32_t error, int64_t now);
+    void endBooking(uint32_t booking, int32_t error, int64_t now);
     std::shared_ptr<Recording> find(uint32_t handle) const;
+    /** What a function reads of a recording, or kNotFound. */
+    template <class Read>
+    auto valueOf(uint32_t handle, const Read& read) const;
     bool tunerBusy(uint32_t stream) const;
-    std::optional<QELTV_SCHEDULE_RECORD_T> bookingAt(uint32_t index) const;
-    bool conflictsWithBookings(const QELTV_SCHEDULE_RECORD_T& record, uint32_t stream) const;
-    /** The directory of a disk, where it is there and is one of this television's. */
-    Descriptor openDisk(const std::string& path) const;
-    int32_t registered(int directory, bool ours) const;
-    /** Where a recording's file is; nothing where that is on no disk of this television's. */
-    std::optional<Place> placeOf(const std::string& path) const;
-    void notify(int32_t type, uint64_t first, uint64_t second);
-    static int64_t usedBytes(const Disk& disk);
-    static int64_t freeBytes(const Disk& disk);
-    static int64_t totalBytes(const Disk& disk);
+    void notify(QELTV_RECORDING_EVENT type, uint64_t first, uint64_t second);
 
-    Store& mStore;
-    Settings& mSettings;
+    RecordingStore mStore;
+    Disks mDisks;
     Notifier& mNotifier;
     const ChannelLookup mChannels;
     const Clock& mClock;
-    /** The directory of disk 0, which needs no register file. */
-    const std::string mOwnDisk;
+    const PacketSourceFactory mPackets;
 
     // Held for whole operations, writing included; readers need only the other one.
     std::mutex mOperation;
@@ -182,8 +162,6 @@ class Recorder {
 
     // Guards the values below; taken after mOperation.
     mutable std::mutex mLock;
-    Disk* disk(uint32_t number) const;
-    std::vector<std::unique_ptr<Disk>> mDisks;
     Handles mOpen;
     uint32_t mNextHandle = 1;
     uint32_t mCurrent = 0;

@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "Code.h"
 #include "Files.h"
 #include "LogText.h"
 #include "Stored.h"
@@ -27,7 +26,16 @@ namespace {
 /** How long a device is examined before it can be used. */
 constexpr auto kExamination = 1s;
 constexpr auto kProgressStep = 250ms;
+/** Percent, as all speeds. */
 constexpr int32_t kFastest = 6400;
+constexpr int32_t kAsBroadcast = 100;
+constexpr int32_t kPaused = 0;
+/** Before the device is ready. */
+constexpr int64_t kMostProgress = 99;
+constexpr size_t kPathLimit = 1024;
+/** Bytes of a block of stat(). */
+constexpr int64_t kBlockSize = 512;
+constexpr auto kLongestWait = 24h;
 
 constexpr char kPathKey[] = "timeshift.path";
 constexpr char kSizeKey[] = "timeshift.size";
@@ -50,10 +58,10 @@ int32_t makeBuffer(const std::string& directory, int64_t size) {
     }
     struct stat before {};
     fstat(file.get(), &before);
-    const auto room =
-            static_cast<int64_t>(info.f_bavail * info.f_frsize) + int64_t{before.st_blocks} * 512;
+    const auto free = static_cast<int64_t>(info.f_bavail * info.f_frsize) +
+                      int64_t{before.st_blocks} * kBlockSize;
     int32_t error = QELTV_RECORDING_ERROR_NONE;
-    if (size > room) {
+    if (size > free) {
         error = QELTV_RECORDING_ERROR_DISK_FULL;
     } else if (ftruncate(file.get(), size) != 0) {
         error = errno == ENOSPC || errno == EFBIG ? QELTV_RECORDING_ERROR_DISK_FULL
@@ -72,18 +80,20 @@ Timeshift::Timeshift(Timers& timers, Settings& settings, Notifier& notifier)
           mPlayBeforeFull(settings.number(kPlayKey, 1) != 0),
           mAlarm(timers, "the timeshift", [this] { update(); }) {
     const std::string path = settings.text(kPathKey);
-    if (!path.empty()) registerDevice(path, settings.number(kSizeKey, 0));
+    if (!path.empty() && registerDevice(path, settings.number(kSizeKey, 0)) != kOk) {
+        ALOGW("%s cannot be used for the timeshift", logText(path).c_str());
+    }
 }
 
-int32_t Timeshift::registerDevice(const std::string& path, int64_t size) {
+Code Timeshift::registerDevice(const std::string& path, int64_t size) {
     std::lock_guard<std::mutex> guard(mLock);
-    if (path.empty() || path[0] != '/' || path.size() > 1024 || size < kMinimumSize) {
+    if (path.empty() || path[0] != '/' || path.size() > kPathLimit || size < kMinimumSize) {
         return kBadValue;
     }
     if (mStatus == QELTV_TIMESHIFT_RECORDS || mStatus == QELTV_TIMESHIFT_FULL) return kRefused;
     const int32_t error = makeBuffer(path, size);
     if (error == QELTV_RECORDING_ERROR_NONE) {
-        const int32_t code = stored([&] {
+        const Code code = stored([&] {
             mSettings.set(kPathKey, path);
             mSettings.set(kSizeKey, size);
             return kOk;
@@ -96,7 +106,7 @@ int32_t Timeshift::registerDevice(const std::string& path, int64_t size) {
     mError = error;
     mDevice = error == QELTV_RECORDING_ERROR_NONE ? QELTV_DEVICE_REGISTERS : QELTV_DEVICE_FAILED;
     mRegistered = Clock::now();
-    tell(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, 0);
+    notify(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, 0);
     if (error == QELTV_RECORDING_ERROR_NONE) mAlarm.in(kProgressStep);
     return error == QELTV_RECORDING_ERROR_NONE        ? kOk
            : error == QELTV_RECORDING_ERROR_DISK_GONE ? kNotFound
@@ -110,7 +120,7 @@ int32_t Timeshift::progress() const {
     const auto percent =
             elapsed(mRegistered) * 100 /
             std::chrono::duration_cast<std::chrono::milliseconds>(kExamination).count();
-    return static_cast<int32_t>(std::min<int64_t>(percent, 99));
+    return static_cast<int32_t>(std::min(percent, kMostProgress));
 }
 
 int32_t Timeshift::deviceStatus() const {
@@ -123,12 +133,12 @@ int32_t Timeshift::errorId() const {
     return mError;
 }
 
-int32_t Timeshift::start() {
+Code Timeshift::start() {
     std::lock_guard<std::mutex> guard(mLock);
     return startLocked();
 }
 
-int32_t Timeshift::startLocked() {
+Code Timeshift::startLocked() {
     if (mDevice != QELTV_DEVICE_READY || mStatus == QELTV_TIMESHIFT_RECORDS ||
         mStatus == QELTV_TIMESHIFT_FULL || mStandby) {
         return kRefused;
@@ -136,13 +146,13 @@ int32_t Timeshift::startLocked() {
     mStarted = Clock::now();
     mStatus = QELTV_TIMESHIFT_RECORDS;
     mError = QELTV_RECORDING_ERROR_NONE;
-    view(0, 100);
-    tell(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
+    view(0, kAsBroadcast);
+    notify(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
     mAlarm.in(ms(capacity()));
     return kOk;
 }
 
-int32_t Timeshift::stop(uint32_t how) {
+Code Timeshift::stop(uint32_t how) {
     std::lock_guard<std::mutex> guard(mLock);
     if (how > QELTV_TIMESHIFT_STOP_KEEP) return kBadValue;
     if (mStatus == QELTV_TIMESHIFT_IDLE ||
@@ -161,9 +171,9 @@ void Timeshift::stopLocked(uint32_t how) {
         view(position, mSpeed);
     } else {
         mStatus = QELTV_TIMESHIFT_IDLE;
-        view(0, 100);
+        view(0, kAsBroadcast);
     }
-    tell(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
+    notify(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
     mAlarm.in(0ms);
 }
 
@@ -175,38 +185,42 @@ void Timeshift::standBy(bool on) {
 }
 
 void Timeshift::startByItself() {
-    if (mAutoRecord && mStatus == QELTV_TIMESHIFT_IDLE) startLocked();
+    if (!mAutoRecord || mStatus != QELTV_TIMESHIFT_IDLE) return;
+    if (startLocked() != kOk) ALOGI("the timeshift does not start by itself: no device is ready");
 }
 
-int32_t Timeshift::play() {
-    return trickplay(100);
+Code Timeshift::play() {
+    return trickplay(kAsBroadcast);
 }
 
-int32_t Timeshift::pause() {
-    return trickplay(0);
+Code Timeshift::pause() {
+    return trickplay(kPaused);
 }
 
-int32_t Timeshift::seek(uint32_t position) {
+Code Timeshift::seek(uint32_t position) {
     std::lock_guard<std::mutex> guard(mLock);
     if (mStatus == QELTV_TIMESHIFT_IDLE) return kRefused;
     if (!mPlayBeforeFull && !full()) return kRefused;
     if (position < oldest() || position > live()) return kBadValue;
     view(position, mSpeed);
-    tell(QELTV_TIMESHIFT_SPEED_EVENT, mSpeed, position);
+    notify(QELTV_TIMESHIFT_SPEED_EVENT, mSpeed, position);
     mAlarm.in(0ms);
     return kOk;
 }
 
-int32_t Timeshift::trickplay(uint32_t speed) {
+Code Timeshift::trickplay(uint32_t speed) {
     const auto percent = static_cast<int32_t>(speed);
     std::lock_guard<std::mutex> guard(mLock);
     if (percent < -kFastest || percent > kFastest) return kBadValue;
     if (mStatus == QELTV_TIMESHIFT_IDLE) return kRefused;
     // A pause is how the viewer comes to be behind at all.
-    if (percent != 0 && percent != 100 && !mPlayBeforeFull && !full()) return kRefused;
-    if (percent == 100 && mSpeed != 100 && !mPlayBeforeFull && !full()) return kRefused;
+    if (percent != kPaused && percent != kAsBroadcast && !mPlayBeforeFull && !full())
+        return kRefused;
+    if (percent == kAsBroadcast && mSpeed != kAsBroadcast && !mPlayBeforeFull && !full()) {
+        return kRefused;
+    }
     view(viewed(), percent);
-    tell(QELTV_TIMESHIFT_SPEED_EVENT, percent, mViewed);
+    notify(QELTV_TIMESHIFT_SPEED_EVENT, percent, mViewed);
     mAlarm.in(0ms);
     return kOk;
 }
@@ -236,9 +250,9 @@ int64_t Timeshift::startPosition() const {
     return oldest();
 }
 
-int32_t Timeshift::setAutoRecord(bool on) {
+Code Timeshift::setAutoRecord(bool on) {
     std::lock_guard<std::mutex> guard(mLock);
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         mSettings.set(kAutoKey, int64_t{on});
         return kOk;
     });
@@ -248,9 +262,9 @@ int32_t Timeshift::setAutoRecord(bool on) {
     return kOk;
 }
 
-int32_t Timeshift::setPlayBeforeFull(bool on) {
+Code Timeshift::setPlayBeforeFull(bool on) {
     std::lock_guard<std::mutex> guard(mLock);
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         mSettings.set(kPlayKey, int64_t{on});
         return kOk;
     });
@@ -303,47 +317,46 @@ void Timeshift::update() {
     if (mDevice == QELTV_DEVICE_REGISTERS) {
         if (Clock::now() - mRegistered < kExamination) {
             const int64_t percent = elapsed(mRegistered) / 10;
-            tell(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, std::min<int64_t>(percent, 99));
+            notify(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, std::min(percent, kMostProgress));
             mAlarm.in(kProgressStep);
             return;
         }
         mDevice = QELTV_DEVICE_READY;
-        tell(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, 100);
+        notify(QELTV_TIMESHIFT_DEVICE_EVENT, mDevice, 100);
         startByItself();
         return;
     }
     if (mStatus == QELTV_TIMESHIFT_IDLE) return;
     if (mStatus == QELTV_TIMESHIFT_RECORDS && full()) {
         mStatus = QELTV_TIMESHIFT_FULL;
-        tell(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
+        notify(QELTV_TIMESHIFT_STATUS_EVENT, mStatus, 0);
     }
     const bool records = mStatus != QELTV_TIMESHIFT_KEPT;
     const int64_t newest = live();
     const int64_t first = oldest();
     const int64_t position = viewed();
     // What is in front moves as fast as the broadcast, and so does the end of a full buffer.
-    const int32_t frontSpeed = records ? 100 : 0;
-    const int32_t backSpeed = mStatus == QELTV_TIMESHIFT_FULL ? 100 : 0;
+    const int32_t frontSpeed = records ? kAsBroadcast : kPaused;
+    const int32_t backSpeed = mStatus == QELTV_TIMESHIFT_FULL ? kAsBroadcast : kPaused;
     if (mSpeed > frontSpeed && position >= newest) {
         view(newest, frontSpeed);
-        tell(QELTV_TIMESHIFT_LIVE_EVENT, newest, 0);
+        notify(QELTV_TIMESHIFT_LIVE_EVENT, newest, 0);
     } else if (mSpeed < backSpeed && position <= first) {
         // Paused or rewinding, and now the oldest is here: playing goes on from it.
-        const int32_t speed = records ? 100 : 0;
-        view(first, speed);
-        tell(QELTV_TIMESHIFT_BEGIN_EVENT, first, 0);
+        view(first, frontSpeed);
+        notify(QELTV_TIMESHIFT_BEGIN_EVENT, first, 0);
     }
     const auto soon = [](int64_t distance, int32_t speed) {
         return ms(std::max<int64_t>(1, distance * 100 / speed + 1));
     };
-    std::chrono::milliseconds wait = 24h;
+    std::chrono::milliseconds wait = kLongestWait;
     if (mSpeed > frontSpeed) wait = std::min(wait, soon(newest - viewed(), mSpeed - frontSpeed));
     if (mSpeed < backSpeed) wait = std::min(wait, soon(viewed() - oldest(), backSpeed - mSpeed));
     if (mStatus == QELTV_TIMESHIFT_RECORDS) wait = std::min(wait, ms(capacity() - newest + 1));
     mAlarm.in(wait);
 }
 
-void Timeshift::tell(int32_t type, int64_t first, int64_t second) {
+void Timeshift::notify(int32_t type, int64_t first, int64_t second) {
     mNotifier.event(&Notifier::Callback::a_hidl_timeshift_jni_callback_fct, type, {first, second});
 }
 

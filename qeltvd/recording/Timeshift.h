@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Alarm.h"
+#include "Code.h"
 #include "Notifier.h"
 #include "Settings.h"
 #include "layouts/record.h"
@@ -27,19 +28,19 @@ class Timeshift {
     /** Goes on with the device that was registered last. @throws StoreError */
     Timeshift(Timers& timers, Settings& settings, Notifier& notifier);
 
-    int32_t registerDevice(const std::string& path, int64_t size);
+    [[nodiscard]] Code registerDevice(const std::string& path, int64_t size);
     /** Percent. */
     int32_t progress() const;
     int32_t deviceStatus() const;
     int32_t errorId() const;
 
-    int32_t start();
-    int32_t stop(uint32_t how);
-    int32_t play();
-    int32_t pause();
-    int32_t seek(uint32_t position);
+    [[nodiscard]] Code start();
+    [[nodiscard]] Code stop(uint32_t how);
+    [[nodiscard]] Code play();
+    [[nodiscard]] Code pause();
+    [[nodiscard]] Code seek(uint32_t position);
     /** @param speed percent as signed 32 bits: 100 as broadcast, -200 backward twice as fast */
-    int32_t trickplay(uint32_t speed);
+    [[nodiscard]] Code trickplay(uint32_t speed);
     int32_t status() const;
 
     /** Length of what the buffer holds. */
@@ -49,13 +50,13 @@ class Timeshift {
     int64_t currentPosition() const;
     int64_t startPosition() const;
 
-    /** Standby ends it, and its buffer is gone; back from there it starts by itself if told so. */
+    /** Standby ends it and drops its buffer; after it setAutoRecord() decides whether it starts. */
     void standBy(bool on);
 
     /** Start as soon as there is a device. */
-    int32_t setAutoRecord(bool on);
+    [[nodiscard]] Code setAutoRecord(bool on);
     /** Whether the viewer may leave the broadcast before the buffer is full. */
-    int32_t setPlayBeforeFull(bool on);
+    [[nodiscard]] Code setPlayBeforeFull(bool on);
 
   private:
     using Clock = Alarm::Clock;
@@ -66,15 +67,15 @@ class Timeshift {
     int64_t oldest() const;
     int64_t viewed() const;
     bool full() const;
-    int32_t startLocked();
+    [[nodiscard]] Code startLocked();
     void stopLocked(uint32_t how);
-    /** Where that is wanted and possible. */
+    /** Starts it, if that is wanted and possible. */
     void startByItself();
-    /** Puts the viewer somewhere, from now on at a speed. */
+    /** Moves the viewer to a position, from which a speed counts. */
     void view(int64_t position, int32_t speed);
-    /** What has come to pass since the last time, and when to look again. */
+    /** Notifies of what has happened since the previous call, and sets the alarm for the next. */
     void update();
-    void tell(int32_t type, int64_t first, int64_t second);
+    void notify(int32_t type, int64_t first, int64_t second);
 
     Settings& mSettings;
     Notifier& mNotifier;

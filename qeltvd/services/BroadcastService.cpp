@@ -1,5 +1,7 @@
 #include "BroadcastService.h"
 
+#include <algorithm>
+
 #include <cstring>
 
 #include "Blocks.h"
@@ -8,35 +10,10 @@
 
 namespace qeltvd {
 
-using android::hardware::Void;
-
 namespace {
 
 /** MHEG applications take the text, colour, arrow and exit keys. */
 constexpr uint8_t kMhegAllEvents = 0x0f;
-
-/** A region that a broadcast can be for: a level and the codes down to it. */
-struct TargetRegion {
-    uint8_t level;
-    uint16_t primary, secondary, tertiary;
-    const char* name;
-};
-constexpr TargetRegion kRegions[] = {
-        {1, 1, 0, 0, "Berlin"}, {1, 2, 0, 0, "Brandenburg"}, {2, 1, 1, 0, "Mitte"},
-        {2, 1, 2, 0, "Pankow"}, {2, 2, 1, 0, "Potsdam"},     {3, 1, 1, 1, "Wedding"},
-        {3, 1, 1, 2, "Moabit"},
-};
-
-/** Regions of a level; in a primary region, or in any where it is 0. */
-std::vector<const TargetRegion*> regionsOf(int32_t level, int32_t primary) {
-    std::vector<const TargetRegion*> found;
-    for (const TargetRegion& region : kRegions) {
-        if (region.level == level && (primary == 0 || region.primary == primary)) {
-            found.push_back(&region);
-        }
-    }
-    return found;
-}
 
 bool isPath(int32_t path) {
     return path >= 0 && path < static_cast<int32_t>(QELTV_PATHS);
@@ -44,21 +21,39 @@ bool isPath(int32_t path) {
 
 }  // namespace
 
-BroadcastService::BroadcastService(Television& tv)
-        : IQelTvApiBroadcastDefault(kUnsupported, false), mTv(tv) {}
+BroadcastService::BroadcastService(const ChannelDatabase& channels, Broadcast& broadcast,
+                                   Notifier& notifier, Presentation& presentation)
+        : IQelTvApiBroadcastDefault(kUnsupported, false),
+          mChannels(channels),
+          mBroadcast(broadcast),
+          mNotifier(notifier),
+          mPresentation(presentation) {}
+
+std::vector<TargetRegion> BroadcastService::regionsOf(int32_t level, int32_t primary) const {
+    const auto current = mChannels.currentPair();
+    std::vector<TargetRegion> regions = current ? mBroadcast.of(current->second)->targetRegions()
+                                                : mBroadcast.simulated().targetRegions();
+    regions.erase(std::remove_if(regions.begin(), regions.end(),
+                                 [&](const TargetRegion& each) {
+                                     return each.level != level ||
+                                            (primary != 0 && each.primary != primary);
+                                 }),
+                  regions.end());
+    return regions;
+}
 
 /** The path that has the tuner; of a tuner at rest the main path. */
 Presentation::Status BroadcastService::tuner() const {
-    const auto path = mTv.presentation.tunerPath();
-    if (path) return mTv.presentation.status(*path);
+    const auto path = mPresentation.tunerPath();
+    if (path) return mPresentation.status(*path);
     return {Inputs::kTuner, QELTV_TUNING_STOPPED, QELTV_TUNING_NO_ERROR, std::nullopt};
 }
 
 /** Whether numbers have two parts: in list `list`, or where that is 0 in the current one. */
 bool BroadcastService::isAtsc(int32_t list) const {
     if (list < 0 || list > int32_t{channel_ids::kMaximumList}) return false;
-    const auto id = list != 0 ? static_cast<uint16_t>(list) : mTv.presentation.currentList();
-    const auto first = mTv.channels.byIndex(id, 0);
+    const auto id = list != 0 ? static_cast<uint16_t>(list) : mPresentation.currentList();
+    const auto first = mChannels.byIndex(id, 0);
     return first && channel_ids::kind(first->channelId) == channel_ids::kTwoParts;
 }
 
@@ -67,243 +62,233 @@ int32_t BroadcastService::select(int32_t path, int32_t list, int32_t channel, bo
     const auto id = static_cast<uint32_t>(channel);
     // List 0 stands for whichever the channel is in.
     if (list != 0 && channel_ids::list(id) != list) return kNotFound;
-    return mTv.presentation.select(static_cast<uint32_t>(path), id, banner);
+    return mPresentation.select(static_cast<uint32_t>(path), id, banner);
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel(
-        int32_t p1, int32_t p2, int32_t p3, bool p4) {
-    return select(p3, p1, p2, p4);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel(int32_t list,
+                                                                           int32_t channel,
+                                                                           int32_t path,
+                                                                           bool banner) {
+    return select(path, list, channel, banner);
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_focusid(int32_t p1, int32_t p2,
-                                                                      int32_t p3, bool p4,
-                                                                      int32_t /*p5*/) {
-    return select(p1, p2, p3, p4);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_focusid(
+        int32_t path, int32_t list, int32_t channel, bool banner, int32_t /*extra*/) {
+    return select(path, list, channel, banner);
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_chan_num(int32_t p1, int32_t p2,
-                                                                       bool p3) {
-    if (p1 <= 0 || p2 < 0) return kBadValue;
-    return mTv.presentation.selectNumber(Presentation::kMain, static_cast<uint32_t>(p1),
-                                         static_cast<uint32_t>(p2), p3);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_chan_num(
+        int32_t major, int32_t minor, bool banner) {
+    if (major <= 0 || minor < 0) return kBadValue;
+    return mPresentation.selectNumber(Presentation::kMain, static_cast<uint32_t>(major),
+                                      static_cast<uint32_t>(minor), banner);
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_chan_id(int32_t p1, bool p2) {
-    return mTv.presentation.select(Presentation::kMain, static_cast<uint32_t>(p1), p2);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_chan_id(
+        int32_t channel, bool banner) {
+    return mPresentation.select(Presentation::kMain, static_cast<uint32_t>(channel), banner);
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_prog_no(int32_t p1, int32_t p2) {
-    if (p1 < 0 || p1 > 0xffff || !isPath(p2)) return kBadValue;
-    return mTv.presentation.selectServiceId(static_cast<uint32_t>(p2), static_cast<uint16_t>(p1));
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_by_prog_no(
+        int32_t serviceId, int32_t path) {
+    if (serviceId < 0 || serviceId > 0xffff || !isPath(path)) return kBadValue;
+    return mPresentation.selectServiceId(static_cast<uint32_t>(path),
+                                         static_cast<uint16_t>(serviceId));
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_silently(int32_t p1, int32_t p2,
-                                                                    int32_t p3, int32_t /*p4*/,
-                                                                    int32_t /*p5*/) {
-    return select(p3, p1, p2, false);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_select_channel_silently(
+        int32_t list, int32_t channel, int32_t path, int32_t /*extra1*/, int32_t /*extra2*/) {
+    return select(path, list, channel, false);
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_set_banner_visibility(
-        bool visible) {
-    mTv.presentation.showBanner(visible);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_set_banner_visibility(bool visible) {
+    mPresentation.showBanner(visible);
     return kOk;
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_tuning_status(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_tuning_status(
         a_hidl_qeltvapi_broadcast_get_tuning_status_cb reply) {
     reply(tuner().status, kOk);
     return Void();
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_tuning_error(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_tuning_error(
         a_hidl_qeltvapi_broadcast_get_tuning_error_cb reply) {
     reply(tuner().error, kOk);
     return Void();
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_key_handler(
-        int32_t key) {
-    return mTv.presentation.key(key);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_key_handler(int32_t key) {
+    return mPresentation.key(key);
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_switch_input_to_tv() {
-    return mTv.presentation.changeSource(Presentation::kMain, Inputs::kTuner);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_switch_input_to_tv() {
+    return mPresentation.changeSource(Presentation::kMain, Inputs::kTuner);
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_cam_installed(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_cam_installed(
         a_hidl_qeltvapi_broadcast_is_cam_installed_cb reply) {
-    reply(!mTv.presentation.camName().empty(), kOk);
+    reply(!mPresentation.camName().empty(), kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_is_additional_service_available(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_additional_service_available(
         a_hidl_qeltvapi_broadcast_is_additional_service_available_cb reply) {
-    reply(mTv.presentation.tracks(Presentation::kMain).size() > 1, kOk);
+    reply(mPresentation.tracks(Presentation::kMain).size() > 1, kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_is_support_4_digits_chan_no(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_support_4_digits_chan_no(
         a_hidl_qeltvapi_broadcast_is_support_4_digits_chan_no_cb reply) {
     reply(1, kOk);
     return Void();
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_digits_key_handled(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_digits_key_handled(
         a_hidl_qeltvapi_broadcast_is_digits_key_handled_cb reply) {
-    reply(mTv.presentation.digitsKeyHandled(), kOk);
+    reply(mPresentation.digitsKeyHandled(), kOk);
     return Void();
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_channel_number_valid(
-        int32_t p1, int32_t p2, bool p3,
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_is_channel_number_valid(
+        int32_t major, int32_t minor, bool exact,
         a_hidl_qeltvapi_broadcast_is_channel_number_valid_cb reply) {
-    const auto& presentation = mTv.presentation;
-    const bool valid = p1 > 0 && p2 >= 0 &&
-                       presentation.byNumber(presentation.currentList(), static_cast<uint32_t>(p1),
-                                             static_cast<uint32_t>(p2), p3);
+    const auto& presentation = mPresentation;
+    const bool valid =
+            major > 0 && minor >= 0 &&
+            presentation.byNumber(presentation.currentList(), static_cast<uint32_t>(major),
+                                  static_cast<uint32_t>(minor), exact);
     reply(valid, kOk);
     return Void();
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_set_favorite_icon_on_banner(bool show) {
-    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
-                       QELTV_BROADCAST_FAVOURITE_ICON, {show});
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_set_favorite_icon_on_banner(bool show) {
+    mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_broadcast_callback_fct,
+                    QELTV_BROADCAST_FAVOURITE_ICON, {show});
     return kOk;
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_reset_digits_key_handled() {
-    mTv.presentation.resetDigitsKeyHandled();
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_reset_digits_key_handled() {
+    mPresentation.resetDigitsKeyHandled();
     return kOk;
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_target_region_num(
-        int32_t p1, a_hidl_qeltvapi_broadcast_get_target_region_num_cb reply) {
-    const auto found = regionsOf(p1, 0);
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_target_region_num(
+        int32_t level, a_hidl_qeltvapi_broadcast_get_target_region_num_cb reply) {
+    const auto found = regionsOf(level, 0);
     reply(static_cast<uint16_t>(found.size()), kOk);
     return Void();
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_target_regions(
-        int32_t p1, int32_t p2, int32_t p3, a_hidl_qeltvapi_broadcast_get_target_regions_cb reply) {
-    const auto found = regionsOf(p1, p2);
-    if (p3 < 0 || static_cast<size_t>(p3) >= found.size()) {
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_target_regions(
+        int32_t level, int32_t primary, int32_t index,
+        a_hidl_qeltvapi_broadcast_get_target_regions_cb reply) {
+    const auto found = regionsOf(level, primary);
+    if (index < 0 || static_cast<size_t>(index) >= found.size()) {
         reply({}, kNotFound);
         return Void();
     }
-    const TargetRegion& region = *found[static_cast<size_t>(p3)];
+    const TargetRegion& region = found[static_cast<size_t>(index)];
     reply({region.level, region.primary, region.secondary, region.tertiary, region.name}, kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_major_chan_no(
-        int32_t p1, a_hidl_qeltvapi_broadcast_get_max_possible_major_chan_no_cb reply) {
-    reply(isAtsc(p1) ? 999 : 9999, kOk);
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_major_chan_no(
+        int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_major_chan_no_cb reply) {
+    reply(isAtsc(list) ? 999 : 9999, kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_minor_chan_no(
-        int32_t p1, a_hidl_qeltvapi_broadcast_get_max_possible_minor_chan_no_cb reply) {
-    reply(isAtsc(p1) ? 999 : 0, kOk);
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_minor_chan_no(
+        int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_minor_chan_no_cb reply) {
+    reply(isAtsc(list) ? 999 : 0, kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_major_digits(
-        int32_t p1, a_hidl_qeltvapi_broadcast_get_max_possible_major_digits_cb reply) {
-    reply(isAtsc(p1) ? 3 : 4, kOk);
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_major_digits(
+        int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_major_digits_cb reply) {
+    reply(isAtsc(list) ? 3 : 4, kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_minor_digits(
-        int32_t p1, a_hidl_qeltvapi_broadcast_get_max_possible_minor_digits_cb reply) {
-    reply(isAtsc(p1) ? 3 : 0, kOk);
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_minor_digits(
+        int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_minor_digits_cb reply) {
+    reply(isAtsc(list) ? 3 : 0, kOk);
     return Void();
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_cam_operator_name(
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_cam_operator_name(
         int32_t /*len*/, a_hidl_qeltvapi_broadcast_get_cam_operator_name_cb reply) {
-    const std::string name = mTv.presentation.camName();
+    const std::string name = mPresentation.camName();
     reply(name, name.empty() ? kNotFound : kOk);
     return Void();
 }
 
-BroadcastService::Return<void>
-BroadcastService::a_hidl_qeltvapi_broadcast_get_mheg_input_event_mask(
-        int32_t /*p1*/, a_hidl_qeltvapi_broadcast_get_mheg_input_event_mask_cb reply) {
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_mheg_input_event_mask(
+        int32_t /*extra*/, a_hidl_qeltvapi_broadcast_get_mheg_input_event_mask_cb reply) {
     // An application on air takes no keys while another user interface shows.
     reply(mExternalUi == 0 ? kMhegAllEvents : 0, kOk);
     return Void();
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_sync_stop(
-        const String& name, bool /*p2*/) {
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_sync_stop(const String& name,
+                                                                      bool /*extra*/) {
     const auto path = Presentation::pathOf(name);
-    return path ? mTv.presentation.stop(*path) : kNotFound;
+    return path ? mPresentation.stop(*path) : kNotFound;
 }
 
-BroadcastService::Return<bool> BroadcastService::a_hidl_qeltvapi_broadcast_is_signal_loss() {
-    return !mTv.presentation.reception().signal;
+Return<bool> BroadcastService::a_hidl_qeltvapi_broadcast_is_signal_loss() {
+    return !mPresentation.reception().signal;
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_get_signal_level() {
-    return static_cast<int32_t>(mTv.presentation.reception().level);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_get_signal_level() {
+    return static_cast<int32_t>(mPresentation.reception().level);
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_get_signal_quality() {
-    return static_cast<int32_t>(mTv.presentation.reception().quality);
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_get_signal_quality() {
+    return static_cast<int32_t>(mPresentation.reception().quality);
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_strm_is_orig_scramble(
-        const String& name, int32_t /*p2*/,
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_strm_is_orig_scramble(
+        const String& name, int32_t /*stream*/,
         a_hidl_qeltvapi_broadcast_strm_is_orig_scramble_cb reply) {
     const auto path = Presentation::pathOf(name);
     if (!path) {
         reply(0, kNotFound);
         return Void();
     }
-    const auto channel = mTv.presentation.status(*path).channel;
+    const auto channel = mPresentation.status(*path).channel;
     reply(channel && (channel->flags & CHANNEL_FLAG_SCRAMBLED) != 0, kOk);
     return Void();
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_change_freq(
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_change_freq(
         const String& name, const HIDL_QELTVAPI_CHANGE_FREQ_T& freq) {
     const auto path = Presentation::pathOf(name);
     if (!path) return kNotFound;
     const auto head = recordOf<QELTV_FREQUENCY_HEAD_T>(freq.head.data(), sizeof(freq.head));
     if (!head) return kBadValue;
-    return mTv.presentation.changeFrequency(*path, freq.word1, head->system, head->polarisation);
+    return mPresentation.changeFrequency(*path, freq.word1, head->system, head->polarisation);
 }
 
-BroadcastService::Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_ana_channel_fine_tune(
-        const String& name, int32_t /*p2*/, bool /*p3*/) {
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_ana_channel_fine_tune(
+        const String& name, int32_t /*step*/, bool /*extra*/) {
     // There is no analogue channel in any line-up.
     return Presentation::pathOf(name) ? kRefused : kNotFound;
 }
 
-BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_connect_attr(
-        const String& name, int32_t p2, a_hidl_qeltvapi_broadcast_get_connect_attr_cb reply) {
+Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_connect_attr(
+        const String& name, int32_t attribute,
+        a_hidl_qeltvapi_broadcast_get_connect_attr_cb reply) {
     const auto path = Presentation::pathOf(name);
     if (!path) {
         reply(0, kNotFound);
         return Void();
     }
-    const QELTV_CONNECTION_T all = mTv.presentation.connection(*path);
-    const auto channel = mTv.presentation.status(*path).channel;
+    const QELTV_CONNECTION_T all = mPresentation.connection(*path);
+    const auto channel = mPresentation.status(*path).channel;
     const auto answer = [&](uint32_t value) { reply(static_cast<int32_t>(value), kOk); };
-    switch (p2) {
+    switch (attribute) {
         case QELTV_CONNECT_LOCKED:
             answer(all.status == QELTV_TUNING_LOCKED || all.status == QELTV_TUNING_PLAYS);
             break;
@@ -346,8 +331,7 @@ BroadcastService::Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_c
     return Void();
 }
 
-BroadcastService::Return<int32_t>
-BroadcastService::a_hidl_qeltvapi_broadcast_transfer_external_ui_status(
+Return<int32_t> BroadcastService::a_hidl_qeltvapi_broadcast_transfer_external_ui_status(
         const HIDL_QELTVAPI_EXTERNAL_UI_STATUS_T& ui) {
     if (!isSound(ui) || ui.status < 0 || ui.status > 31) return kBadValue;
     const uint32_t bit = 1u << ui.status;

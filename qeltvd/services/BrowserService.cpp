@@ -9,11 +9,9 @@
 #include "Blocks.h"
 #include "Code.h"
 #include "Stored.h"
+#include "Text.h"
 
 namespace qeltvd {
-
-using android::hardware::hidl_vec;
-using android::hardware::Void;
 
 namespace {
 
@@ -41,12 +39,7 @@ uint32_t startOf(const RecordedItem& item) {
     return static_cast<uint32_t>(item.start);
 }
 
-template <size_t N>
-void fill(char (&field)[N], const std::string& text) {
-    memcpy(field, text.data(), std::min(text.size(), N - 1));
-}
-
-hidl_vec<uint8_t> record(const RecordedItem& item) {
+Bytes record(const RecordedItem& item) {
     QELTV_BROWSER_ITEM_T record{};
     record.item = static_cast<uint32_t>(item.id);
     record.channel = item.channel;
@@ -58,21 +51,21 @@ hidl_vec<uint8_t> record(const RecordedItem& item) {
     record.stopReason = item.stopReason;
     record.rating = item.rating;
     record.retention = item.retention;
-    fill(record.channelName, item.channelName);
-    fill(record.programme, item.programme);
-    fill(record.path, item.path);
+    copyText(record.channelName, item.channelName);
+    copyText(record.programme, item.programme);
+    copyText(record.path, item.path);
     return bytesOf(record);
 }
 
 }  // namespace
 
-BrowserService::BrowserService(Television& tv)
-        : IQelTvApiPvrbrowserDefault(kUnsupported, false), mTv(tv) {}
+BrowserService::BrowserService(const Clock& clock, Recorder& recorder)
+        : IQelTvApiPvrbrowserDefault(kUnsupported, false), mClock(clock), mRecorder(recorder) {}
 
 BrowserService::Found BrowserService::find(const std::string& path) const {
     Found found{std::nullopt, kOk};
     found.code = stored([&]() -> int32_t {
-        found.item = mTv.recorder.itemOf(path);
+        found.item = mRecorder.itemOf(path);
         return found.item ? kOk : kNotFound;
     });
     return found;
@@ -81,7 +74,7 @@ BrowserService::Found BrowserService::find(const std::string& path) const {
 BrowserService::Found BrowserService::find(uint32_t index) const {
     Found found{std::nullopt, kOk};
     found.code = stored([&]() -> int32_t {
-        found.item = mTv.recorder.itemAt(index);
+        found.item = mRecorder.itemAt(index);
         return found.item ? kOk : kNotFound;
     });
     return found;
@@ -101,26 +94,26 @@ template <class Reply>
 void BrowserService::answerLocal(const Reply& reply, const Found& found,
                                  std::string (*value)(const QELTV_DTG_T&)) const {
     answer(reply, found, [&](const RecordedItem& item) {
-        return value(mTv.clock.localRecord(item.start).value_or(QELTV_DTG_T{}));
+        return value(mClock.localRecord(item.start).value_or(QELTV_DTG_T{}));
     });
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_num(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_num(
         a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_num_cb reply) {
     uint32_t count = 0;
-    const int32_t code = stored([&] {
-        count = static_cast<uint32_t>(mTv.recorder.itemCount());
+    const Code code = stored([&] {
+        count = static_cast<uint32_t>(mRecorder.itemCount());
         return kOk;
     });
     reply(count, code);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_count(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_count(
         a_hidl_qeltvapi_mmp_get_pvr_browser_item_count_cb reply) {
     size_t count = 0;
-    const int32_t code = stored([&] {
-        count = mTv.recorder.itemCount();
+    const Code code = stored([&] {
+        count = mRecorder.itemCount();
         return kOk;
     });
     reply(static_cast<uint16_t>(std::min<size_t>(count, std::numeric_limits<uint16_t>::max())),
@@ -128,218 +121,203 @@ BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_info(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_info(
         a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_info_cb reply) {
     QELTV_BROWSER_INFO_T info{};
-    const int32_t code = stored([&] {
-        for (const RecordedItem& item : mTv.recorder.items()) {
+    const Code code = stored([&] {
+        for (const RecordedItem& item : mRecorder.items()) {
             ++info.items;
             info.bytes += item.bytes;
         }
         return kOk;
     });
-    info.free = mTv.recorder.freeBytes(0);
-    reply(code == kOk ? bytesOf(info) : hidl_vec<uint8_t>(), code);
+    info.free = mRecorder.freeBytes(0);
+    reply(code == kOk ? bytesOf(info) : Bytes(), code);
     return Void();
 }
 
-BrowserService::Return<int32_t>
-BrowserService::a_hidl_qeltvapi_mmp_pvr_browser_delete_file_by_index(uint32_t index) {
-    return mTv.recorder.deleteItem(index);
+Return<int32_t> BrowserService::a_hidl_qeltvapi_mmp_pvr_browser_delete_file_by_index(
+        uint32_t index) {
+    return mRecorder.deleteItem(index);
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::channel);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelname_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelname_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_channelname_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::channelName);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::seconds);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::stopReason);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::programme);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_path_cb reply) {
     answer(reply, find(path), startOf);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_path_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_path_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_item_path_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::path);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::major);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::minor);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelname_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelname_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_channelname_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::channelName);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_duration_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::seconds);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_stop_reason_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::stopReason);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_start_time_by_index_cb reply) {
     answer(reply, find(index), startOf);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_programname_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::programme);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_index_cb reply) {
     answerLocal(reply, find(index), dateOf);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_index_cb reply) {
     answerLocal(reply, find(index), timeOf);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::channel);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_index_cb reply) {
     answerLocal(reply, find(index), weekOf);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_name(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_name(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_recording_file_name_cb reply) {
     answer(reply, find(index), fileOf);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_path_cb reply) {
     answer(reply, find(path), record);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_item_by_index_cb reply) {
     answer(reply, find(index), record);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_path(
         const String& path,
         a_hidl_qeltvapi_mmp_get_pvr_browser_channelmajornumber_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::major);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_path(
         const String& path,
         a_hidl_qeltvapi_mmp_get_pvr_browser_channelminornumber_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::minor);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_date_by_path_cb reply) {
     answerLocal(reply, find(path), dateOf);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_week_by_path_cb reply) {
     answerLocal(reply, find(path), weekOf);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_time_by_path_cb reply) {
     answerLocal(reply, find(path), timeOf);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::rating);
     return Void();
 }
 
-BrowserService::Return<void>
-BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_first_rating_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::rating);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_index(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_index(
         uint32_t index, a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_index_cb reply) {
     answer(reply, find(index), &RecordedItem::retention);
     return Void();
 }
 
-BrowserService::Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_path(
+Return<void> BrowserService::a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_path(
         const String& path, a_hidl_qeltvapi_mmp_get_pvr_browser_retention_by_path_cb reply) {
     answer(reply, find(path), &RecordedItem::retention);
     return Void();

@@ -2,19 +2,17 @@
 
 #include <optional>
 
+#include "Clock.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Recorder.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiPvrbrowser over the list of finished recordings, the oldest first. */
 class BrowserService : public IQelTvApiPvrbrowserDefault {
   public:
-    explicit BrowserService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
+    BrowserService(const Clock& clock, Recorder& recorder);
 
     Return<void> a_hidl_qeltvapi_mmp_get_pvr_browser_channelid_by_path(
             const String& path,
@@ -115,7 +113,8 @@ class BrowserService : public IQelTvApiPvrbrowserDefault {
     Found find(const std::string& path) const;
     Found find(uint32_t index) const;
 
-    Television& mTv;
+    const Clock& mClock;
+    Recorder& mRecorder;
 
     /** Answers with a member of the item or with what a function makes of it. */
     template <class Reply, class Value>

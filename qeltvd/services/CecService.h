@@ -2,19 +2,18 @@
 
 #include "Code.h"
 #include "Defaults.h"
+#include "ServiceTypes.h"
+#include "Settings.h"
 #include "Stored.h"
-#include "Television.h"
+#include "layouts/teletext.h"
 
 namespace qeltvd {
 
 /** IQelTvApiCec: a sound system with eARC is connected, and is used when that is switched on. */
 class CecService : public IQelTvApiCecDefault {
   public:
-    explicit CecService(Television& tv)
-            : IQelTvApiCecDefault(kUnsupported, false), mSettings(tv.settings) {}
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
+    explicit CecService(Settings& settings)
+            : IQelTvApiCecDefault(kUnsupported, false), mSettings(settings) {}
 
     Return<bool> a_hidl_qeltvapi_get_earc_caps() override { return true; }
 
@@ -27,12 +26,9 @@ class CecService : public IQelTvApiCecDefault {
 
     Return<bool> a_hidl_qeltvapi_get_earc_status(uint32_t value) override {
         if (value > QELTV_EARC_CONNECTED) return false;
-        bool on = false;
-        stored([&] {
-            on = mSettings.number(kEnabled, 0) != 0;
-            return kOk;
-        });
-        return on;
+        const auto on =
+                stored([&]() -> Result<bool> { return mSettings.number(kEnabled, 0) != 0; });
+        return on.valueOr(false);
     }
 
   private:

@@ -9,10 +9,6 @@
 
 namespace qeltvd {
 
-using android::hardware::Void;
-
-template <class T>
-using Return = android::hardware::Return<T>;
 using Service = ChannelListService;
 
 namespace {
@@ -29,13 +25,13 @@ Favourites::iterator placeOf(Favourites& favourites, const Channel& channel) {
 
 }  // namespace
 
-int32_t ChannelListService::changeFavourites(uint32_t favouriteList,
-                                             const std::function<int32_t(Favourites*)>& change) {
+Code ChannelListService::changeFavourites(uint32_t favouriteList,
+                                          const std::function<Code(Favourites*)>& change) {
     if (favouriteList >= kFavouriteLists) return kNotFound;
     // Read, changed and written as one.
     std::lock_guard<std::mutex> guard(mFavouriteLock);
     Favourites favourites = mChannels.favourites(favouriteList);
-    const int32_t code = change(&favourites);
+    const Code code = change(&favourites);
     if (code != kOk) return code;
     return stored([&] { return mChannels.setFavourites(favouriteList, favourites); });
 }
@@ -47,11 +43,11 @@ std::vector<Channel> ChannelListService::favourites(uint32_t favouriteList, uint
                                        ChannelQuery::masked(mask, value));
 }
 
-/** Of a favourite list and a service list, two channel ids. */
+/** The channel ids are those of the service list. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_swap_favorites(uint32_t favouriteList,
                                                                     uint32_t list, uint32_t one,
                                                                     uint32_t other) {
-    return changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
+    return changeFavourites(favouriteList, [&](Favourites* favourites) -> Code {
         const auto first = mChannels.channel(list, one), second = mChannels.channel(list, other);
         if (!first || !second) return kNotFound;
         const auto a = placeOf(*favourites, *first), b = placeOf(*favourites, *second);
@@ -63,13 +59,13 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_swap_favorites(uint32_t fav
 
 /**
  * Puts a channel of a service list into a favourite list, or takes it out; the word is its flags
- * then. The other two values are not looked at.
+ * then. The other two values are ignored.
  */
 Return<void> Service::a_hidl_qeltvapi_channellist_set_favorites_by_id(
         uint32_t list, uint32_t channelId, uint32_t favouriteList, uint32_t, uint32_t, bool set,
         a_hidl_qeltvapi_channellist_set_favorites_by_id_cb reply) {
     const auto found = mChannels.channel(list, channelId);
-    const int32_t code = changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
+    const Code code = changeFavourites(favouriteList, [&](Favourites* favourites) -> Code {
         if (!found) return kNotFound;
         const auto place = placeOf(*favourites, *found);
         if (set && place == favourites->end()) {
@@ -127,26 +123,24 @@ Return<int32_t> Service::a_hidl_qeltvapi_favoritelist_add_favoritelist_channel_b
 Return<int32_t>
 Service::a_hidl_qeltvapi_favoritelist_remove_favoritelist_channel_by_index_without_show_fav_icon(
         uint32_t index) {
-    return changeFavourites(mChannels.currentFavouriteList(),
-                            [&](Favourites* favourites) -> int32_t {
-                                if (index >= favourites->size()) return kNotFound;
-                                favourites->erase(favourites->begin() + index);
-                                return kOk;
-                            });
+    return changeFavourites(mChannels.currentFavouriteList(), [&](Favourites* favourites) -> Code {
+        if (index >= favourites->size()) return kNotFound;
+        favourites->erase(favourites->begin() + index);
+        return kOk;
+    });
 }
 
 /** By channel id; 0 is the current channel. */
 Return<int32_t> Service::a_hidl_qeltvapi_favoritelist_remove_favoritelist_channel(
         uint32_t channelId) {
     const auto found = channelId == 0 ? mChannels.current() : mChannels.byChannelId(channelId);
-    return changeFavourites(mChannels.currentFavouriteList(),
-                            [&](Favourites* favourites) -> int32_t {
-                                if (!found) return kNotFound;
-                                const auto place = placeOf(*favourites, *found);
-                                if (place == favourites->end()) return kNotFound;
-                                favourites->erase(place);
-                                return kOk;
-                            });
+    return changeFavourites(mChannels.currentFavouriteList(), [&](Favourites* favourites) -> Code {
+        if (!found) return kNotFound;
+        const auto place = placeOf(*favourites, *found);
+        if (place == favourites->end()) return kNotFound;
+        favourites->erase(place);
+        return kOk;
+    });
 }
 
 /** Every change is stored when it is made. */
@@ -156,14 +150,13 @@ Return<int32_t> Service::a_hidl_qeltvapi_favoritelist_fs_store() {
 
 Return<int32_t> Service::a_hidl_qeltvapi_favoritelist_swap_favoritelist_by_index(uint32_t one,
                                                                                  uint32_t other) {
-    return changeFavourites(mChannels.currentFavouriteList(),
-                            [&](Favourites* favourites) -> int32_t {
-                                if (one >= favourites->size() || other >= favourites->size()) {
-                                    return kNotFound;
-                                }
-                                std::swap((*favourites)[one], (*favourites)[other]);
-                                return kOk;
-                            });
+    return changeFavourites(mChannels.currentFavouriteList(), [&](Favourites* favourites) -> Code {
+        if (one >= favourites->size() || other >= favourites->size()) {
+            return kNotFound;
+        }
+        std::swap((*favourites)[one], (*favourites)[other]);
+        return kOk;
+    });
 }
 
 // The indexed favourite lists
@@ -178,10 +171,10 @@ Return<void> Service::a_hidl_qeltvapi_favorite_list_get_svl_handle_by_favorite_l
     return Void();
 }
 
-/** Of a favourite list, a service list, a channel id; a channel that is in the list moves. */
+/** Adds a channel of a service list; a channel that is in the favourite list moves. */
 Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_add_tail(uint32_t favouriteList,
                                                                 uint32_t list, uint32_t channelId) {
-    return changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
+    return changeFavourites(favouriteList, [&](Favourites* favourites) -> Code {
         const auto found = mChannels.channel(list, channelId);
         if (!found) return kNotFound;
         const auto place = placeOf(*favourites, *found);
@@ -209,7 +202,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_add_all(uint32_t favourit
 
 Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_delete(uint32_t favouriteList, uint32_t list,
                                                               uint32_t channelId) {
-    return changeFavourites(favouriteList, [&](Favourites* favourites) -> int32_t {
+    return changeFavourites(favouriteList, [&](Favourites* favourites) -> Code {
         const auto found = mChannels.channel(list, channelId);
         if (!found) return kNotFound;
         const auto place = placeOf(*favourites, *found);
@@ -287,7 +280,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_insert_move(uint32_t favo
                                                                    uint32_t list, uint32_t mask,
                                                                    uint32_t value, uint32_t from,
                                                                    uint32_t to) {
-    return changeFavourites(favouriteList, [&](Favourites* all) -> int32_t {
+    return changeFavourites(favouriteList, [&](Favourites* all) -> Code {
         const auto shown = favourites(favouriteList, list, mask, value);
         if (from >= shown.size() || to >= shown.size()) return kNotFound;
         const auto source = placeOf(*all, shown[from]);

@@ -11,10 +11,7 @@
 namespace qeltvd {
 
 using android::hardware::IPCThreadState;
-using android::hardware::Void;
 
-template <class T>
-using Return = android::hardware::Return<T>;
 using Service = ChannelListService;
 
 namespace {
@@ -30,9 +27,9 @@ constexpr uint16_t listId(uint32_t list) {
     return list <= channel_ids::kMaximumList ? static_cast<uint16_t>(list) : uint16_t{0};
 }
 
-/** `tell` is a client's wish that clients are notified. */
-constexpr Audience audienceOf(bool tell) {
-    return tell ? Audience::kEveryone : Audience::kTelevision;
+/** `notified` is a client's wish that clients are notified. */
+constexpr Audience audienceOf(bool notified) {
+    return notified ? Audience::kEveryone : Audience::kTelevision;
 }
 
 template <class T, class Reply>
@@ -80,31 +77,32 @@ void replyRecordId(const std::vector<T>& all, const Wanted& wanted, const Reply&
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_lock_database(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return mLocks.lock(DatabaseLocks::kSatellites, list, IPCThreadState::self()->getCallingPid(),
-                       true);
+    return mLocks.lock(DatabaseLocks::Database::kSatellites, list,
+                       IPCThreadState::self()->getCallingPid(), DatabaseLocks::Access::kWrite);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_unlock_database(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return mLocks.unlock(DatabaseLocks::kSatellites, list, IPCThreadState::self()->getCallingPid(),
-                         true);
+    return mLocks.unlock(DatabaseLocks::Database::kSatellites, list,
+                         IPCThreadState::self()->getCallingPid(), DatabaseLocks::Access::kWrite);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_read_lock_database(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return mLocks.lock(DatabaseLocks::kSatellites, list, IPCThreadState::self()->getCallingPid(),
-                       false);
+    return mLocks.lock(DatabaseLocks::Database::kSatellites, list,
+                       IPCThreadState::self()->getCallingPid(), DatabaseLocks::Access::kRead);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_read_unlock_database(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return mLocks.unlock(DatabaseLocks::kSatellites, list, IPCThreadState::self()->getCallingPid(),
-                         false);
+    return mLocks.unlock(DatabaseLocks::Database::kSatellites, list,
+                         IPCThreadState::self()->getCallingPid(), DatabaseLocks::Access::kRead);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_clean(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return change(DatabaseLocks::kSatellites, list, [&] { return mChannels.removeSatellite(0); });
+    return change(DatabaseLocks::Database::kSatellites, list,
+                  [&] { return mChannels.removeSatellite(0); });
 }
 
 Return<void> Service::a_hidl_qeltvapi_satllist_get_rec(uint32_t list, uint32_t recordId,
@@ -113,14 +111,15 @@ Return<void> Service::a_hidl_qeltvapi_satllist_get_rec(uint32_t list, uint32_t r
     return Void();
 }
 
-/** Record id 0 adds a satellite; `tell`: clients are notified. */
+/** Record id 0 adds a satellite; `notified`: clients are notified. */
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_update_rec(uint32_t list, const Bytes& rec,
-                                                             bool tell) {
+                                                             bool notified) {
     const auto record = recordOf<satellite_record_t>(rec);
     if (!record) return kBadValue;
     if (!isSatelliteList(list)) return kNotFound;
-    return change(DatabaseLocks::kSatellites, list,
-                  [&] { return mChannels.putSatellite(unpack(*record), audienceOf(tell)); });
+    return change(DatabaseLocks::Database::kSatellites, list, [&] {
+        return mChannels.putRecord(unpack(*record), audienceOf(notified)).code();
+    });
 }
 
 Return<void> Service::a_hidl_qeltvapi_satllist_get_num_recs(
@@ -143,7 +142,7 @@ Return<void> Service::a_hidl_qeltvapi_satllist_qry_rec_id(
 
 Return<int32_t> Service::a_hidl_qeltvapi_satllist_del_rec(uint32_t list, uint32_t recordId) {
     if (!isSatelliteList(list) || recordId == 0) return kNotFound;
-    return change(DatabaseLocks::kSatellites, list,
+    return change(DatabaseLocks::Database::kSatellites, list,
                   [&] { return mChannels.removeSatellite(recordId); });
 }
 
@@ -184,14 +183,14 @@ Return<void> Service::a_hidl_qeltvapi_bisskey_get_bsl_handle_by_bsl_id(
 
 Return<int32_t> Service::a_hidl_qeltvapi_bisskey_lock_database(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return mLocks.lock(DatabaseLocks::kBissKeys, list, IPCThreadState::self()->getCallingPid(),
-                       true);
+    return mLocks.lock(DatabaseLocks::Database::kBissKeys, list,
+                       IPCThreadState::self()->getCallingPid(), DatabaseLocks::Access::kWrite);
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_bisskey_unlock_database(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return mLocks.unlock(DatabaseLocks::kBissKeys, list, IPCThreadState::self()->getCallingPid(),
-                         true);
+    return mLocks.unlock(DatabaseLocks::Database::kBissKeys, list,
+                         IPCThreadState::self()->getCallingPid(), DatabaseLocks::Access::kWrite);
 }
 
 namespace {
@@ -309,13 +308,15 @@ Return<void> Service::a_hidl_qeltvapi_bisskey_set_bsl_rec_info(
         return Void();
     }
     uint32_t recordId = record->record_id;
-    const int32_t code = change(DatabaseLocks::kBissKeys, list, [&]() -> int32_t {
+    const Code code = change(DatabaseLocks::Database::kBissKeys, list, [&]() -> Code {
         if (operation == CHANNEL_BISS_WRITE) {
             // The counts of the interface have 16 bits.
             if (recordId == 0 && mChannels.bissKeys().size() >= UINT16_MAX) return kRefused;
-            return mChannels.putBissKey(unpack(*record), &recordId);
+            const Result<uint32_t> written = mChannels.putRecord(unpack(*record));
+            recordId = written.valueOr(recordId);
+            return written.code();
         }
-        return recordId != 0 ? mChannels.removeBissKey(recordId) : int32_t{kNotFound};
+        return recordId != 0 ? mChannels.removeBissKey(recordId) : kNotFound;
     });
     reply(code == kOk ? recordId : 0, code);
     return Void();
@@ -323,10 +324,11 @@ Return<void> Service::a_hidl_qeltvapi_bisskey_set_bsl_rec_info(
 
 Return<int32_t> Service::a_hidl_qeltvapi_bisskey_clean(uint32_t list) {
     if (!isSatelliteList(list)) return kNotFound;
-    return change(DatabaseLocks::kBissKeys, list, [&] { return mChannels.removeBissKey(0); });
+    return change(DatabaseLocks::Database::kBissKeys, list,
+                  [&] { return mChannels.removeBissKey(0); });
 }
 
-/** 1 when both are the same key for the same services, whatever their record ids; else 0. */
+/** 1 when both are the same key for the same services, regardless of their record ids; else 0. */
 Return<int32_t> Service::a_hidl_qeltvapi_bisskey_is_same_record(const Bytes& rec1,
                                                                 const Bytes& rec2) {
     auto one = recordOf<biss_record_t>(rec1);
@@ -353,14 +355,14 @@ Return<void> Service::a_hidl_qeltvapi_bisskey_get_default_record(
     return Void();
 }
 
-/** Tells clients with a notification of the key that is in use. */
+/** Notifies clients of the key that is in use. */
 Return<int32_t> Service::a_hidl_qeltvapi_bisskey_set_key_for_current_channel() {
     const auto current = mChannels.current();
     if (!current) return kRefused;
     const auto key = mChannels.bissKeyFor(*current);
     if (!key) return kNotFound;
-    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
-                       CHANNEL_BISS_IN_USE, {current->list, current->channelId, 0, key->recordId});
+    mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
+                    CHANNEL_BISS_IN_USE, {current->list, current->channelId, 0, key->recordId});
     return kOk;
 }
 
@@ -390,7 +392,7 @@ Return<void> Service::a_hidl_qeltvapi_tsl_qry_rec_id(uint32_t list, uint32_t fre
     return Void();
 }
 
-/** From an index on so many records; the last value is not looked at. */
+/** From an index on so many records; the last value is ignored. */
 Return<void> Service::a_hidl_qeltvapi_tsl_get_tsl_recs_by_satl_rec_id(
         uint32_t list, uint32_t satellite, uint32_t first, uint32_t count, uint32_t,
         a_hidl_qeltvapi_tsl_get_tsl_recs_by_satl_rec_id_cb reply) {
@@ -413,12 +415,12 @@ Return<void> Service::a_hidl_qeltvapi_tsl_get_rec(uint32_t list, uint32_t record
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_tsl_update_rec(uint32_t list, const Bytes& rec,
-                                                        bool tell) {
+                                                        bool notified) {
     const auto record = recordOf<multiplex_record_t>(rec);
     if (!record) return kBadValue;
-    return changeChannels(list, [&]() -> int32_t {
+    return changeChannels(list, [&]() -> Code {
         if (record->list != list) return kBadValue;
-        return mChannels.putMultiplex(unpack(*record), audienceOf(tell));
+        return mChannels.putRecord(unpack(*record), audienceOf(notified)).code();
     });
 }
 
@@ -455,7 +457,7 @@ Return<void> Service::a_hidl_qeltvapi_nwl_qry_rec_id(uint32_t list, uint32_t net
     return Void();
 }
 
-/** From an index on so many records; the last value is not looked at. */
+/** From an index on so many records; the last value is ignored. */
 Return<void> Service::a_hidl_qeltvapi_nwl_get_nwl_recs_by_satl_rec_id(
         uint32_t list, uint32_t satellite, uint32_t first, uint32_t count, uint32_t,
         a_hidl_qeltvapi_nwl_get_nwl_recs_by_satl_rec_id_cb reply) {
@@ -478,12 +480,12 @@ Return<void> Service::a_hidl_qeltvapi_nwl_get_rec(uint32_t list, uint32_t record
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_nwl_update_rec(uint32_t list, const Bytes& rec,
-                                                        bool tell) {
+                                                        bool notified) {
     const auto record = recordOf<network_record_t>(rec);
     if (!record) return kBadValue;
-    return changeChannels(list, [&]() -> int32_t {
+    return changeChannels(list, [&]() -> Code {
         if (record->list != list) return kBadValue;
-        return mChannels.putNetwork(unpack(*record), audienceOf(tell));
+        return mChannels.putRecord(unpack(*record), audienceOf(notified)).code();
     });
 }
 

@@ -16,13 +16,8 @@
 
 namespace qeltvd {
 
-using android::hardware::hidl_handle;
-using android::hardware::hidl_vec;
 using android::hardware::IPCThreadState;
-using android::hardware::Void;
 
-template <class T>
-using Return = android::hardware::Return<T>;
 using Service = ChannelListService;
 
 namespace {
@@ -61,6 +56,11 @@ ChannelQuery maskQuery(uint32_t mask, uint32_t value, uint32_t broadcast = 0) {
     return query;
 }
 
+DatabaseLocks::Access accessOf(uint32_t access) {
+    return access == CHANNEL_LOCK_WRITE ? DatabaseLocks::Access::kWrite
+                                        : DatabaseLocks::Access::kRead;
+}
+
 template <class Reply>
 void replyPair(const std::optional<ChannelDatabase::Pair>& pair, const Reply& reply) {
     if (pair) {
@@ -75,8 +75,8 @@ void replyPair(const std::optional<ChannelDatabase::Pair>& pair, const Reply& re
  * `visit` gets the number and what takes a channel. Returns how many were written.
  */
 template <class Visit>
-int64_t fillBlocks(const hidl_handle& svl, const hidl_handle& tsl, uint64_t count, size_t available,
-                   const Visit& visit) {
+Result<size_t> fillBlocks(const Handle& svl, const Handle& tsl, uint64_t count, size_t available,
+                          const Visit& visit) {
     SharedBlock channels(svl), streams(tsl);
     if (!channels.holds(count * sizeof(channel_record_t)) ||
         !streams.holds(count * sizeof(multiplex_record_t))) {
@@ -93,15 +93,20 @@ int64_t fillBlocks(const hidl_handle& svl, const hidl_handle& tsl, uint64_t coun
         new (stream + done) multiplex_record_t(pack(multiplex));
         ++done;
     });
-    return channels.publish(done * sizeof(*channel)) && streams.publish(done * sizeof(*stream))
-                   ? static_cast<int64_t>(done)
-                   : kBadValue;
+    if (!channels.publish(done * sizeof(*channel)) || !streams.publish(done * sizeof(*stream))) {
+        return kBadValue;
+    }
+    return done;
 }
 
 }  // namespace
 
-ChannelListService::ChannelListService(Television& tv)
-        : IQelTvApiChannelListDefault(kUnsupported, false), mTv(tv), mChannels(tv.channels) {
+ChannelListService::ChannelListService(ChannelDatabase& channels, const ConfigItems& config,
+                                       Notifier& notifier)
+        : IQelTvApiChannelListDefault(kUnsupported, false),
+          mChannels(channels),
+          mConfig(config),
+          mNotifier(notifier) {
     mChannels.addListener([this](const ChannelChange& change) { notify(change); });
 }
 
@@ -112,79 +117,81 @@ void ChannelListService::notify(const ChannelChange& change) {
     const uint64_t count = change.records.size();
     const uint64_t single = count == 1 ? change.records.front() : 0;
     const auto update = [&](int32_t type, uint64_t a, uint64_t b, uint64_t c, uint64_t d) {
-        mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
-                           type, {a, b, c, d});
+        mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct, type,
+                        {a, b, c, d});
     };
     const auto records = [&](int32_t type) {
         const Bytes ids = bytesOf(change.records);
-        mTv.notifier.notify(
+        mNotifier.notify(
                 &IQelTvApiCallback::a_hidl_qeltvapi_tvprovider_channellist_update_callback_fct,
                 type, uint64_t{0}, list, count, ids, version);
-        mTv.notifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_concern_column_update_callback_fct,
-                            type, uint64_t{0}, list, count, ids, version);
+        mNotifier.notify(&IQelTvApiCallback::a_hidl_qeltvapi_concern_column_update_callback_fct,
+                         type, uint64_t{0}, list, count, ids, version);
     };
     switch (change.kind) {
-        case ChannelChange::kChannels:
+        case ChannelChange::Kind::kChannels:
             update(CHANNEL_UPDATE_CHANGED, list, count, version, single);
             records(CHANNEL_UPDATE_CHANGED);
             break;
-        case ChannelChange::kChannelsRemoved:
+        case ChannelChange::Kind::kChannelsRemoved:
             update(CHANNEL_UPDATE_REMOVED, list, count, version, single);
             records(CHANNEL_UPDATE_REMOVED);
             break;
-        case ChannelChange::kList:
+        case ChannelChange::Kind::kList:
             update(CHANNEL_UPDATE_LIST, list, mChannels.count(change.list), version, 0);
-            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_svlid_update_callback_fct,
-                               CHANNEL_UPDATE_LIST, {list, version, mChannels.count(change.list)});
+            mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_svlid_update_callback_fct,
+                            CHANNEL_UPDATE_LIST, {list, version, mChannels.count(change.list)});
             break;
-        case ChannelChange::kCurrent:
+        case ChannelChange::Kind::kCurrent:
             update(CHANNEL_UPDATE_CURRENT, list, change.channelId, version, 0);
             break;
-        case ChannelChange::kSecondCurrent:
+        case ChannelChange::Kind::kSecondCurrent:
             update(CHANNEL_UPDATE_CURRENT_2ND, list, change.channelId, version, 0);
             break;
-        case ChannelChange::kFavourites:
+        case ChannelChange::Kind::kFavourites:
             update(CHANNEL_UPDATE_FAVOURITES, list, mChannels.favourites(change.list).size(), 0, 0);
             break;
-        case ChannelChange::kMultiplexes:
-        case ChannelChange::kNetworks:
-            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_tslid_update_callback_fct,
-                               change.kind == ChannelChange::kMultiplexes ? CHANNEL_UPDATE_STREAMS
-                                                                          : CHANNEL_UPDATE_NETWORKS,
-                               {list, count, version, single});
+        case ChannelChange::Kind::kMultiplexes:
+        case ChannelChange::Kind::kNetworks:
+            mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_tslid_update_callback_fct,
+                            change.kind == ChannelChange::Kind::kMultiplexes
+                                    ? CHANNEL_UPDATE_STREAMS
+                                    : CHANNEL_UPDATE_NETWORKS,
+                            {list, count, version, single});
             break;
-        case ChannelChange::kSatellites:
-            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_satllist_update_callback_fct,
-                               CHANNEL_UPDATE_CHANGED, {list, count, version, single});
+        case ChannelChange::Kind::kSatellites:
+            mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_satllist_update_callback_fct,
+                            CHANNEL_UPDATE_CHANGED, {list, count, version, single});
             break;
-        case ChannelChange::kBissKeys:
-            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
-                               CHANNEL_UPDATE_CHANGED, {list, count, version, single});
+        case ChannelChange::Kind::kBissKeys:
+            mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_bisskey_update_callback_fct,
+                            CHANNEL_UPDATE_CHANGED, {list, count, version, single});
             break;
-        case ChannelChange::kListMode:
-            mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_listMode_update_callback_fct,
-                               CHANNEL_UPDATE_CHANGED, {list});
+        case ChannelChange::Kind::kListMode:
+            mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_listMode_update_callback_fct,
+                            CHANNEL_UPDATE_CHANGED, {list});
             break;
     }
 }
 
-int32_t ChannelListService::change(DatabaseLocks::Database database, uint32_t list,
-                                   const std::function<int32_t()>& change) {
+Code ChannelListService::change(DatabaseLocks::Database database, uint32_t list,
+                                const std::function<Code()>& change) {
     if (list == 0 || list > UINT16_MAX) return kNotFound;
     const pid_t process = IPCThreadState::self()->getCallingPid();
     if (!mLocks.mayWrite(database, list, process)) return kRefused;
     return stored(change);
 }
 
-int64_t ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
-                                 uint16_t list, const ChannelQuery& query, size_t first) const {
+Result<size_t> ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
+                                        uint16_t list, const ChannelQuery& query,
+                                        size_t first) const {
     return fillBlocks(svl, tsl, count, mChannels.count(list), [&](size_t most, const auto& take) {
         mChannels.visit(list, query, first, most, take);
     });
 }
 
-int64_t ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
-                                 const std::vector<Channel>& all) const {
+Result<size_t> ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t count,
+                                        const std::vector<Channel>& all) const {
     return fillBlocks(svl, tsl, count, all.size(), [&](size_t most, const auto& take) {
         for (size_t i = 0; i < most; ++i) {
             const auto multiplex = mChannels.multiplex(all[i].list, all[i].multiplex);
@@ -198,15 +205,15 @@ int64_t ChannelListService::fill(const Handle& svl, const Handle& tsl, uint64_t 
 /** `access` is a CHANNEL_LOCK_. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_lock_database(uint32_t list, uint32_t access) {
     if (listId(list) == 0 || access > CHANNEL_LOCK_READ) return kBadValue;
-    return mLocks.lock(DatabaseLocks::kChannels, list, IPCThreadState::self()->getCallingPid(),
-                       access == CHANNEL_LOCK_WRITE);
+    return mLocks.lock(DatabaseLocks::Database::kChannels, list,
+                       IPCThreadState::self()->getCallingPid(), accessOf(access));
 }
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_unlock_database(uint32_t list,
                                                                      uint32_t access) {
     if (listId(list) == 0 || access > CHANNEL_LOCK_READ) return kBadValue;
-    return mLocks.unlock(DatabaseLocks::kChannels, list, IPCThreadState::self()->getCallingPid(),
-                         access == CHANNEL_LOCK_WRITE);
+    return mLocks.unlock(DatabaseLocks::Database::kChannels, list,
+                         IPCThreadState::self()->getCallingPid(), accessOf(access));
 }
 
 Return<void> Service::a_hidl_qeltvapi_channellist_get_channel_by_id(
@@ -237,7 +244,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_current_channel(
     return Void();
 }
 
-/** A channel id whose list is not told is looked for in the list of the current channel. */
+/** A channel id without a list is looked for in the list of the current channel. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_current_channel(uint32_t channelId) {
     const auto current = mChannels.current();
     const uint32_t list = channelId > 0xffff ? channel_ids::list(channelId)
@@ -246,7 +253,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_current_channel(uint32_
     return a_hidl_qeltvapi_channellist_set_current_channel_by_svlId(list, channelId);
 }
 
-/** Of a list and a broadcast type. */
+/** Counts the channels of a broadcast type in a list. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_delete_channel_without_lcn(
         uint32_t list, uint32_t broadcast) {
     return changeChannels(list, [&] {
@@ -255,7 +262,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_delete_channel_without_lcn(
     });
 }
 
-/** Of a list, from a number on, by an offset that may be negative. */
+/** Renumbers a list from a number on, by an offset that may be negative. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_slide_for_one_part_channel_id(
         uint32_t list, uint32_t number, uint32_t offset) {
     return changeChannels(list, [&] {
@@ -290,7 +297,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_current_channel_from_nav(
     return Void();
 }
 
-/** Of a channel id; 0 when there is no such channel. */
+/** By channel id; 0 if there is no such channel. */
 Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_channel_number(uint32_t channelId) {
     const auto found = mChannels.byChannelId(channelId);
     return found ? found->number : 0;
@@ -349,19 +356,18 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_handle_ex(
         reply(0, 0, kBadValue);
         return Void();
     }
-    const int64_t done =
+    const Result<size_t> done =
             favourite != 0
                     ? fill(svl, tsl, count, mChannels.favouriteChannels(favourite >> 8, list, {}))
                     : fill(svl, tsl, count, list, {}, 0);
-    reply(done < 0 ? 0 : static_cast<uint32_t>(done), mChannels.version(list),
-          done < 0 ? static_cast<int32_t>(done) : kOk);
+    reply(static_cast<uint32_t>(done.valueOr(0)), mChannels.version(list), done.code());
     return Void();
 }
 
 /**
  * From an index on among those whose flags under the mask have the value, that pass the filter and
  * are of the broadcast type; of a favourite list when its index plus one is not 0. Where there are
- * fewer, the rest of the blocks stays zero. `reserved` is not looked at.
+ * fewer, the rest of the blocks stays zero. `reserved` is ignored.
  */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_index_ex(
         uint32_t list, uint32_t first, uint32_t mask, uint32_t value, uint32_t filter,
@@ -369,29 +375,24 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_rec_by_index_ex
         const Handle& svl, const Handle& tsl) {
     ChannelQuery query = maskQuery(mask, value, broadcast);
     query.filter = filter;
-    int64_t done = 0;
-    if (favourite == 0) {
-        done = fill(svl, tsl, count, listId(list), query, first);
-    } else {
-        auto all = mChannels.favouriteChannels(favourite - 1, listId(list), query);
-        all.erase(all.begin(),
-                  all.begin() + static_cast<ptrdiff_t>(std::min<size_t>(first, all.size())));
-        done = fill(svl, tsl, count, all);
-    }
-    return done < 0 ? static_cast<int32_t>(done) : kOk;
+    if (favourite == 0) return fill(svl, tsl, count, listId(list), query, first).code();
+    auto all = mChannels.favouriteChannels(favourite - 1, listId(list), query);
+    all.erase(all.begin(),
+              all.begin() + static_cast<ptrdiff_t>(std::min<size_t>(first, all.size())));
+    return fill(svl, tsl, count, all).code();
 }
 
-int32_t ChannelListService::write(uint32_t list, uint32_t tslList, uint32_t recordId,
-                                  uint32_t fields, uint32_t mask, uint32_t value, const Bytes& svl,
-                                  const Bytes& tsl, Audience audience) {
+Code ChannelListService::write(uint32_t list, uint32_t tslList, uint32_t recordId, uint32_t fields,
+                               uint32_t mask, uint32_t value, const Bytes& svl, const Bytes& tsl,
+                               Audience audience) {
     const auto record = recordOf<channel_record_t>(svl);
     const auto streamRecord = recordOf<multiplex_record_t>(tsl);
     if (!record || !streamRecord || (fields & ~CHANNEL_WRITE_ALL) != 0 || listId(list) == 0) {
         return kBadValue;
     }
-    return changeChannels(list, [&] {
+    return changeChannels(list, [&]() -> Code {
         const auto known = mChannels.byRecord(listId(list), recordId);
-        if (!known && recordId != 0) return int32_t{kNotFound};
+        if (!known && recordId != 0) return kNotFound;
         const Channel given = unpack(*record);
         Channel channel = known.value_or(Channel());
         channel.list = listId(list);
@@ -414,14 +415,14 @@ int32_t ChannelListService::write(uint32_t list, uint32_t tslList, uint32_t reco
             channel.channelId = given.channelId;
         }
         if ((fields & CHANNEL_WRITE_NAME) != 0) {
-            if (given.name.empty()) return int32_t{kBadValue};
+            if (given.name.empty()) return kBadValue;
             channel.name = given.name;
             channel.flags |= CHANNEL_FLAG_RENAMED;
         }
         channel.flags = (channel.flags & ~mask) | (value & mask);
         if ((fields & CHANNEL_WRITE_STREAM) == 0) return mChannels.put(channel, audience);
         Multiplex stream = unpack(*streamRecord);
-        if (stream.list != listId(tslList)) return int32_t{kBadValue};
+        if (stream.list != listId(tslList)) return kBadValue;
         return mChannels.put(channel, stream, audience);
     });
 }
@@ -439,17 +440,17 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_set_svl_tsl_rec_info_withou
     return write(list, tslList, recordId, fields, mask, value, svl, tsl, Audience::kTelevision);
 }
 
-/** The answer comes as a notification of the channel list. `reserved` is not looked at. */
+/** The answer comes as a notification of the channel list. `reserved` is ignored. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_get_channel_rf_info(uint32_t list,
                                                                          uint32_t channelId,
                                                                          uint32_t /*reserved*/) {
     const auto pair = mChannels.pair(list, channelId);
     if (!pair) return kNotFound;
     const Multiplex& multiplex = pair->second;
-    mTv.notifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
-                       CHANNEL_UPDATE_RF,
-                       {list, pair->first.channelId, multiplex.frequencyHz / 1000,
-                        static_cast<uint64_t>(multiplex.system) << 16 | multiplex.rfChannel});
+    mNotifier.event(&IQelTvApiCallback::a_hidl_qeltvapi_channellist_update_callback_fct,
+                    CHANNEL_UPDATE_RF,
+                    {list, pair->first.channelId, multiplex.frequencyHz / 1000,
+                     static_cast<uint64_t>(multiplex.system) << 16 | multiplex.rfChannel});
     return kOk;
 }
 
@@ -467,9 +468,9 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_info_by_brdcast_medium
 
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_swap_channels(uint32_t list, uint32_t one,
                                                                    uint32_t other) {
-    return changeChannels(list, [&] {
+    return changeChannels(list, [&]() -> Code {
         const auto first = mChannels.channel(list, one), second = mChannels.channel(list, other);
-        if (!first || !second) return int32_t{kNotFound};
+        if (!first || !second) return kNotFound;
         return mChannels.swap(first->channelId, second->channelId);
     });
 }
@@ -482,11 +483,11 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_recs_by_brdcast_ty
         const Handle& svl, const Handle& tsl,
         a_hidl_qeltvapi_channellist_get_svl_tsl_recs_by_brdcast_type_cb reply) {
     const ChannelQuery query = queryOf(filter, broadcast);
-    const int64_t done = fill(svl, tsl, count, listId(list), query, first);
-    if (done < 0) {
-        reply(0, 0, static_cast<int32_t>(done));
+    const Result<size_t> done = fill(svl, tsl, count, listId(list), query, first);
+    if (!done) {
+        reply(0, 0, done.code());
     } else {
-        reply(static_cast<uint32_t>(done),
+        reply(static_cast<uint32_t>(*done),
               static_cast<uint32_t>(mChannels.count(listId(list), query)), kOk);
     }
     return Void();
@@ -522,10 +523,10 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_svl_tsl_recs_by_filter(
     for (size_t i = 0; i < ahead + after; ++i) {
         page.push_back(all[(at + total - ahead + i) % total]);
     }
-    // The blocks are as long as was asked for, whatever there is.
-    const int64_t done = fill(svl, tsl, uint64_t{before} + from, page);
-    if (done < 0) {
-        reply(0, 0, static_cast<int32_t>(done));
+    // The blocks have the length that was asked for, regardless of the number of channels.
+    const Result<size_t> done = fill(svl, tsl, uint64_t{before} + from, page);
+    if (!done) {
+        reply(0, 0, done.code());
     } else {
         reply(static_cast<uint32_t>(ahead), static_cast<uint32_t>(after), kOk);
     }
@@ -549,7 +550,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_prev_channel_id_by_filter(
     return Void();
 }
 
-/** Requests are CHANNEL_REQUEST_; the other values are not looked at. */
+/** Requests are CHANNEL_REQUEST_; the other values are ignored. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_interface(uint32_t request, const Bytes& block,
                                                                uint32_t, uint64_t, uint32_t) {
     const auto words = recordOf<channel_request_t>(block);
@@ -559,10 +560,11 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_interface(uint32_t request,
             const pid_t process = IPCThreadState::self()->getCallingPid();
             for (const uint32_t list :
                  {CHANNEL_LIST_AIR, CHANNEL_LIST_CABLE, CHANNEL_LIST_SATELLITE}) {
-                if (!mLocks.mayWrite(DatabaseLocks::kChannels, list, process)) return kRefused;
+                if (!mLocks.mayWrite(DatabaseLocks::Database::kChannels, list, process))
+                    return kRefused;
             }
-            return change(DatabaseLocks::kSatellites, CHANNEL_LIST_SATELLITE,
-                          [&] { return mChannels.reload(mTv.config.text("channels.region")); });
+            return change(DatabaseLocks::Database::kSatellites, CHANNEL_LIST_SATELLITE,
+                          [&] { return mChannels.reload(mConfig.text("channels.region")); });
         }
         case CHANNEL_REQUEST_LIST_MODE:
             return stored([&] { return mChannels.setListMode(words->word0); });
@@ -627,7 +629,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_channel_number_by_quer
     return static_cast<uint32_t>(find(mChannels, listId(list), info, filter, broadcast).size());
 }
 
-/** The one at an index of those found; the last value is not looked at. */
+/** The one at an index of those found; the last value is ignored. */
 Return<void> Service::a_hidl_qeltvapi_channellist_get_channellist_by_query_info(
         uint32_t list, uint32_t filter, uint32_t broadcast, const Bytes& info, uint32_t index,
         uint64_t, a_hidl_qeltvapi_channellist_get_channellist_by_query_info_cb reply) {
@@ -640,7 +642,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_channellist_by_query_info(
     return Void();
 }
 
-/** Of a broadcast type only when it is not 0; the last value is not looked at. */
+/** Of a broadcast type only when it is not 0; the last value is ignored. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_svl_tsl_lol_clean(uint32_t list,
                                                                        uint32_t broadcast,
                                                                        uint32_t) {
@@ -746,11 +748,11 @@ Return<uint8_t> Service::a_hidl_qeltvapi_channellist_is_exist_by_channel_number(
 
 // Snapshots
 
-int32_t ChannelListService::restore(uint32_t handle, ChannelSnapshot::Kind kind) {
+Code ChannelListService::restore(uint32_t handle, ChannelSnapshot::Kind kind) {
     const auto snapshot = mSnapshots.find(handle, kind);
     if (snapshot == nullptr) return kNotFound;
-    return change(kind == ChannelSnapshot::Kind::kSatellites ? DatabaseLocks::kSatellites
-                                                             : DatabaseLocks::kChannels,
+    return change(kind == ChannelSnapshot::Kind::kSatellites ? DatabaseLocks::Database::kSatellites
+                                                             : DatabaseLocks::Database::kChannels,
                   snapshot->id, [&] { return mChannels.restore(*snapshot); });
 }
 
@@ -789,7 +791,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_channellist_del_tsl_svl_rec_by_tsl_rec_
                           [&] { return mChannels.removeMultiplexes(listId(list), {recordId}); });
 }
 
-/** Of a service list and a satellite list, by the record id of the satellite. */
+/** By the record id of the satellite. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_del_tsl_svl_rec_by_satl_rec_id(
         uint32_t list, uint32_t satelliteList, uint32_t satellite) {
     if (satelliteList != CHANNEL_LIST_SATELLITE || !mChannels.satellite(satellite)) {
@@ -883,11 +885,11 @@ Return<int32_t> Service::a_hidl_qeltvapi_one_channellist_add_channel_to_max(uint
                                                                             uint32_t channelId) {
     return changeChannels(list, [&] {
         const auto found = mChannels.channel(list, channelId);
-        return found ? mChannels.moveToEnd(found->channelId) : int32_t{kNotFound};
+        return found ? mChannels.moveToEnd(found->channelId) : kNotFound;
     });
 }
 
-/** Of a list, a major and a minor number; without a minor number it has one part. */
+/** By list, major and minor number; without a minor number it has one part. */
 Return<uint32_t> Service::a_hidl_qeltvapi_channellist_gen_channel_id(uint32_t list, uint32_t major,
                                                                      uint32_t minor) {
     return minor == 0 ? channel_ids::onePart(list, major)
@@ -899,7 +901,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_gen_one_part_channel_id(ui
     return channel_ids::onePart(list, number);
 }
 
-/** Of a list, an RF channel and a program number. */
+/** By list, RF channel and program number. */
 Return<uint32_t> Service::a_hidl_qeltvapi_channellist_gen_non_psip_channel_id(uint32_t list,
                                                                               uint32_t rfChannel,
                                                                               uint32_t program) {
@@ -928,7 +930,7 @@ Return<uint32_t> Service::a_hidl_qeltvapi_channellist_get_channel_index(uint32_t
     return index ? static_cast<uint32_t>(*index) : static_cast<uint32_t>(kNotFound);
 }
 
-/** Of the longest list. */
+/** The length of the longest list. */
 Return<uint32_t> Service::a_hidl_qeltvapi_channellist_max_channel_index() {
     size_t longest = 0;
     for (const uint16_t list : mChannels.lists()) {

@@ -6,27 +6,25 @@
 #include <vector>
 
 #include "Blocks.h"
+#include "ChannelDatabase.h"
 #include "ChannelRecords.h"
 #include "ChannelSnapshots.h"
+#include "ConfigItems.h"
 #include "DatabaseLocks.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Notifier.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /**
  * IQelTvApiChannelList over the channel database. What the values mean that the interface leaves
- * to the service is told at each method in the source files and, for clients, in README.md and
+ * to the service stands at each method in the source files and, for clients, in README.md and
  * layouts/channel_records.h.
  */
 class ChannelListService : public IQelTvApiChannelListDefault {
   public:
-    explicit ChannelListService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
-    using Handle = android::hardware::hidl_handle;
+    ChannelListService(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier);
 
     // Records and the current channel.
     Return<int32_t> a_hidl_qeltvapi_channellist_lock_database(uint32_t list,
@@ -269,7 +267,7 @@ class ChannelListService : public IQelTvApiChannelListDefault {
     Return<void> a_hidl_qeltvapi_satllist_get_rec(
             uint32_t list, uint32_t recordId, a_hidl_qeltvapi_satllist_get_rec_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_satllist_update_rec(uint32_t list, const Bytes& rec,
-                                                        bool tell) override;
+                                                        bool notified) override;
     Return<void> a_hidl_qeltvapi_satllist_get_num_recs(
             uint32_t list, a_hidl_qeltvapi_satllist_get_num_recs_cb reply) override;
     Return<void> a_hidl_qeltvapi_satllist_qry_rec_id(
@@ -327,7 +325,7 @@ class ChannelListService : public IQelTvApiChannelListDefault {
     Return<void> a_hidl_qeltvapi_tsl_get_rec(uint32_t list, uint32_t recordId,
                                              a_hidl_qeltvapi_tsl_get_rec_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_tsl_update_rec(uint32_t list, const Bytes& rec,
-                                                   bool tell) override;
+                                                   bool notified) override;
     Return<void> a_hidl_qeltvapi_tsl_get_num_recs(
             uint32_t list, a_hidl_qeltvapi_tsl_get_num_recs_cb reply) override;
     Return<void> a_hidl_qeltvapi_tsl_get_rec_by_rec_idx(
@@ -348,7 +346,7 @@ class ChannelListService : public IQelTvApiChannelListDefault {
     Return<void> a_hidl_qeltvapi_nwl_get_rec(uint32_t list, uint32_t recordId,
                                              a_hidl_qeltvapi_nwl_get_rec_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_nwl_update_rec(uint32_t list, const Bytes& rec,
-                                                   bool tell) override;
+                                                   bool notified) override;
     Return<void> a_hidl_qeltvapi_nwl_get_num_recs(
             uint32_t list, a_hidl_qeltvapi_nwl_get_num_recs_cb reply) override;
     Return<void> a_hidl_qeltvapi_nwl_get_rec_by_rec_idx(
@@ -358,29 +356,29 @@ class ChannelListService : public IQelTvApiChannelListDefault {
   private:
     void notify(const ChannelChange& change);
     /** Runs a change of a list that no other process has locked. */
-    int32_t change(DatabaseLocks::Database database, uint32_t list,
-                   const std::function<int32_t()>& change);
-    int32_t changeChannels(uint32_t list, const std::function<int32_t()>& edit) {
-        return change(DatabaseLocks::kChannels, list, edit);
+    Code change(DatabaseLocks::Database database, uint32_t list,
+                const std::function<Code()>& change);
+    Code changeChannels(uint32_t list, const std::function<Code()>& edit) {
+        return change(DatabaseLocks::Database::kChannels, list, edit);
     }
 
-    int32_t write(uint32_t list, uint32_t tslList, uint32_t recordId, uint32_t fields,
-                  uint32_t mask, uint32_t value, const Bytes& svl, const Bytes& tsl,
-                  Audience audience);
-    /** Fills both blocks with channels; the number of them, or a negative code. */
-    int64_t fill(const Handle& svl, const Handle& tsl, uint64_t count, uint16_t list,
-                 const ChannelQuery& query, size_t first) const;
-    int64_t fill(const Handle& svl, const Handle& tsl, uint64_t count,
-                 const std::vector<Channel>& channels) const;
-    int32_t restore(uint32_t handle, ChannelSnapshot::Kind kind);
+    Code write(uint32_t list, uint32_t tslList, uint32_t recordId, uint32_t fields, uint32_t mask,
+               uint32_t value, const Bytes& svl, const Bytes& tsl, Audience audience);
+    /** Fills both blocks with channels; returns the number of them. */
+    Result<size_t> fill(const Handle& svl, const Handle& tsl, uint64_t count, uint16_t list,
+                        const ChannelQuery& query, size_t first) const;
+    Result<size_t> fill(const Handle& svl, const Handle& tsl, uint64_t count,
+                        const std::vector<Channel>& channels) const;
+    Code restore(uint32_t handle, ChannelSnapshot::Kind kind);
 
-    int32_t changeFavourites(uint32_t favouriteList,
-                             const std::function<int32_t(std::vector<Favourite>*)>& change);
+    Code changeFavourites(uint32_t favouriteList,
+                          const std::function<Code(std::vector<Favourite>*)>& change);
     std::vector<Channel> favourites(uint32_t favouriteList, uint32_t list, uint32_t mask,
                                     uint32_t value) const;
 
-    Television& mTv;
     ChannelDatabase& mChannels;
+    const ConfigItems& mConfig;
+    Notifier& mNotifier;
     DatabaseLocks mLocks;
     ChannelSnapshots mSnapshots;
     // Held over a change of a favourite list.

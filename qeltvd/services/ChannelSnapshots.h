@@ -26,7 +26,7 @@ class ChannelSnapshots {
     uint32_t keep(Snapshot snapshot, pid_t owner);
     /** Null when the handle is not one of a snapshot of that kind. */
     Snapshot find(uint32_t handle, ChannelSnapshot::Kind kind) const;
-    /** A code of codes.h. */
+    /** Returns kNotFound for a handle of another kind. */
     int32_t release(uint32_t handle, ChannelSnapshot::Kind kind);
 
   private:

@@ -8,9 +8,7 @@
 
 namespace qeltvd {
 
-using android::hardware::hidl_vec;
 using android::hardware::IPCThreadState;
-using android::hardware::Void;
 
 namespace {
 
@@ -18,13 +16,12 @@ constexpr uint32_t kFirstKind = 0;
 
 }  // namespace
 
-CiService::CiService(Television& tv)
-        : IQelTvApiCIDefault(kUnsupported, false), mCam(tv.cam), mPresentation(tv.presentation) {}
+CiService::CiService(Cam& cam, Presentation& presentation)
+        : IQelTvApiCIDefault(kUnsupported, false), mCam(cam), mPresentation(presentation) {}
 
 /** The caller takes the whole answer, so one that does not fit into its buffer is none. */
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_get(int32_t type, uint32_t value,
-                                                          const Bytes&, uint32_t len,
-                                                          a_hidl_qeltvapi_ci_get_cb reply) {
+Return<void> CiService::a_hidl_qeltvapi_ci_get(int32_t type, uint32_t value, const Bytes&,
+                                               uint32_t len, a_hidl_qeltvapi_ci_get_cb reply) {
     const auto answer = mCam.get(type);
     if (!answer) {
         reply({}, 0, kUnsupported);
@@ -39,7 +36,7 @@ CiService::Return<void> CiService::a_hidl_qeltvapi_ci_get(int32_t type, uint32_t
     return Void();
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_get_cam_pin_code(
+Return<void> CiService::a_hidl_qeltvapi_ci_get_cam_pin_code(
         int32_t, uint32_t value, a_hidl_qeltvapi_ci_get_cam_pin_code_cb reply) {
     HIDL_CI_CAM_PIN_CODE_T code{};
     if (value != 0) {
@@ -55,16 +52,15 @@ CiService::Return<void> CiService::a_hidl_qeltvapi_ci_get_cam_pin_code(
     return Void();
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_set(int32_t type, uint32_t value,
-                                                             const Bytes& data) {
-    const int32_t code = mCam.set(type, value, data.data(), data.size());
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_set(int32_t type, uint32_t value, const Bytes& data) {
+    const Code code = mCam.set(type, value, data.data(), data.size());
     // What is shown may need the CAM, which may have come or gone.
     if (code == kOk) mPresentation.camChanged();
     return code;
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_set_mmi_enq_ans(
-        int32_t, uint32_t value, const HIDL_CI_MMI_ENQ_ANS_T& answer) {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_set_mmi_enq_ans(int32_t, uint32_t value,
+                                                              const HIDL_CI_MMI_ENQ_ANS_T& answer) {
     if (value != 0) return kNotFound;
     const auto* const begin = answer.w2s_txt.data();
     const auto* const end = begin + answer.w2s_txt.size();
@@ -72,19 +68,16 @@ CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_set_mmi_enq_ans(
                               std::u16string(begin, std::find(begin, end, 0)));
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_get_virtual_channel_info(
+Return<void> CiService::a_hidl_qeltvapi_ci_get_virtual_channel_info(
         uint32_t info, a_hidl_qeltvapi_ci_get_virtual_channel_info_cb reply) {
-    uint32_t channel = 0;
-    const int32_t code = mCam.virtualChannel(info, &channel);
-    reply(channel, code);
-    return Void();
+    return replyWith(reply, mCam.virtualChannel(info));
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_erase() {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_erase() {
     return mCam.eraseKeys();
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_key_get_host_id(
+Return<void> CiService::a_hidl_qeltvapi_ci_key_get_host_id(
         uint8_t len, a_hidl_qeltvapi_ci_key_get_host_id_cb reply) {
     if (len < QELTV_CI_HOST_ID_SIZE) {
         reply({}, 0, kBadValue);
@@ -94,67 +87,56 @@ CiService::Return<void> CiService::a_hidl_qeltvapi_ci_key_get_host_id(
     return Void();
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_key_query(
-        a_hidl_qeltvapi_ci_key_query_cb reply) {
-    std::u16string text;
-    const int32_t code = mCam.describeKeys(&text);
+Return<void> CiService::a_hidl_qeltvapi_ci_key_query(a_hidl_qeltvapi_ci_key_query_cb reply) {
+    const Result<std::u16string> keys = mCam.describeKeys();
+    std::u16string text = keys.valueOr({});
     text.push_back(0);
-    reply(std::vector<uint16_t>(text.begin(), text.end()), code);
+    reply(std::vector<uint16_t>(text.begin(), text.end()), keys.code());
     return Void();
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_key_query_exist(
+Return<void> CiService::a_hidl_qeltvapi_ci_key_query_exist(
         a_hidl_qeltvapi_ci_key_query_exist_cb reply) {
-    bool exists = false;
-    const int32_t code = mCam.keyExists(kFirstKind, &exists);
-    reply(exists, code);
-    return Void();
+    return replyWith(reply, mCam.keyExists(kFirstKind));
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_key_query_exist_ex(
+Return<void> CiService::a_hidl_qeltvapi_ci_key_query_exist_ex(
         uint32_t value, a_hidl_qeltvapi_ci_key_query_exist_ex_cb reply) {
-    bool exists = false;
-    const int32_t code = mCam.keyExists(value, &exists);
-    reply(exists, code);
-    return Void();
+    return replyWith(reply, mCam.keyExists(value));
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update() {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update() {
     return mCam.readDeviceKey(kFirstKind);
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update_with_path(const String& path) {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update_with_path(const String& path) {
     return mCam.readKey(kFirstKind, path);
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update_with_path_ex(const String& path,
-                                                                                 uint32_t value) {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update_with_path_ex(const String& path,
+                                                                      uint32_t value) {
     return mCam.readKey(value, path);
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update_ex(uint32_t value) {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_update_ex(uint32_t value) {
     return mCam.readDeviceKey(value);
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_write(const Bytes& data,
-                                                                   uint32_t len) {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_write(const Bytes& data, uint32_t len) {
     if (len != data.size()) return kBadValue;
     return mCam.writeKey(kFirstKind, Cam::Bytes(data.begin(), data.end()));
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_activate() {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_key_activate() {
     return mCam.activateKeys();
 }
 
-CiService::Return<void> CiService::a_hidl_qeltvapi_ci_reg_callback(
-        uint32_t a, uint32_t b, a_hidl_qeltvapi_ci_reg_callback_cb reply) {
-    int32_t registration = 0;
-    const int32_t code = mCam.add(a, b, IPCThreadState::self()->getCallingPid(), &registration);
-    reply(registration, code);
-    return Void();
+Return<void> CiService::a_hidl_qeltvapi_ci_reg_callback(uint32_t a, uint32_t b,
+                                                        a_hidl_qeltvapi_ci_reg_callback_cb reply) {
+    return replyWith(reply, mCam.add(a, b, IPCThreadState::self()->getCallingPid()));
 }
 
-CiService::Return<int32_t> CiService::a_hidl_qeltvapi_ci_unreg_callback(int32_t registration) {
+Return<int32_t> CiService::a_hidl_qeltvapi_ci_unreg_callback(int32_t registration) {
     return mCam.remove(registration);
 }
 

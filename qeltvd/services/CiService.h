@@ -1,19 +1,16 @@
 #pragma once
 
+#include "Cam.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Presentation.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiCI over the CAM. */
 class CiService : public IQelTvApiCIDefault {
   public:
-    explicit CiService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
-    using Bytes = android::hardware::hidl_vec<uint8_t>;
+    CiService(Cam& cam, Presentation& presentation);
 
     Return<void> a_hidl_qeltvapi_ci_get(int32_t type, uint32_t value, const Bytes& data,
                                         uint32_t len, a_hidl_qeltvapi_ci_get_cb reply) override;

@@ -8,12 +8,9 @@
 
 namespace qeltvd {
 
-using android::hardware::hidl_vec;
-using android::hardware::Void;
-
 namespace {
 
-/** Bit of the setters' flags: change the item without telling anybody. */
+/** Bit of the setters' flags: changes the item without a notification. */
 constexpr int32_t kQuiet = 1;
 
 /** First value of a change notification: an item has a new value. */
@@ -27,16 +24,21 @@ uint32_t packed(int32_t minimum, int32_t maximum) {
 
 }  // namespace
 
-ConfigService::ConfigService(Television& tv)
-        : IQelTvApiConfigDefault(kUnsupported, false), mTv(tv) {
-    tv.config.addListener([this](const ConfigItems::Item& item, bool quiet) {
+ConfigService::ConfigService(ConfigItems& config, Notifier& notifier, PinLock& pin,
+                             Presentation& presentation)
+        : IQelTvApiConfigDefault(kUnsupported, false),
+          mConfig(config),
+          mNotifier(notifier),
+          mPin(pin),
+          mPresentation(presentation) {
+    config.addListener([this](const ConfigItems::Item& item, bool quiet) {
         if (!quiet) changed(item);
     });
 }
 
-ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_minmaxvalue(
+Return<void> ConfigService::a_hidl_qeltvapi_config_get_minmaxvalue(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_minmaxvalue_cb reply) {
-    const auto item = mTv.config.find(selector, name);
+    const auto item = mConfig.find(selector, name);
     if (item && !item->isText) {
         reply(packed(item->minimum, item->maximum), kOk);
     } else {
@@ -45,9 +47,9 @@ ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_minmaxvalu
     return Void();
 }
 
-ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_value(
+Return<void> ConfigService::a_hidl_qeltvapi_config_get_value(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_value_cb reply) {
-    const auto item = mTv.config.find(selector, name);
+    const auto item = mConfig.find(selector, name);
     if (item && !item->isText) {
         reply(item->value, kOk);
     } else {
@@ -56,33 +58,31 @@ ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_value(
     return Void();
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value(uint32_t selector,
-                                                                               const String& name,
-                                                                               int32_t value,
-                                                                               int32_t flags) {
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value(uint32_t selector,
+                                                                const String& name, int32_t value,
+                                                                int32_t flags) {
     return set(selector, name, value, flags);
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_visible(
-        uint32_t selector, const String& name) {
-    const auto item = mTv.config.find(selector, name);
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_visible(uint32_t selector,
+                                                                 const String& name) {
+    const auto item = mConfig.find(selector, name);
     return item ? int32_t{item->visible} : kNotFound;
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_enabled(
-        uint32_t selector, const String& name) {
-    const auto item = mTv.config.find(selector, name);
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_is_enabled(uint32_t selector,
+                                                                 const String& name) {
+    const auto item = mConfig.find(selector, name);
     return item ? int32_t{item->enabled} : kNotFound;
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_reset_values(
-        uint32_t selector) {
-    return stored([&] { return mTv.config.reset(selector); });
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_reset_values(uint32_t selector) {
+    return stored([&] { return mConfig.reset(selector); });
 }
 
-ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
+Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
         const String& name, a_hidl_qeltvapi_config_get_str_value_cb reply) {
-    const auto item = mTv.config.find(ConfigItems::kAnyGroup, name);
+    const auto item = mConfig.find(ConfigItems::kAnyGroup, name);
     if (item && item->isText) {
         reply(item->text, static_cast<uint32_t>(item->text.size()), kOk);
     } else {
@@ -91,35 +91,36 @@ ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
     return Void();
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value(
-        const String& name, const String& value) {
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value(const String& name,
+                                                                    const String& value) {
     return setText(name, value, false);
 }
 
 /** The extra word is the flags that set_value has. */
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value_ex(
-        const String& name, const String& value, uint32_t extra) {
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value_ex(const String& name,
+                                                                       const String& value,
+                                                                       uint32_t extra) {
     return setText(name, value, (extra & kQuiet) != 0);
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_add_value_changed_callback(
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_add_value_changed_callback(
         const String& name) {
-    if (!mTv.config.find(ConfigItems::kAnyGroup, name)) return kNotFound;
+    if (!mConfig.find(ConfigItems::kAnyGroup, name)) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     mWatched.insert(name);
     return kOk;
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_remove_value_changed_callback(
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_remove_value_changed_callback(
         const String& name) {
     std::lock_guard<std::mutex> guard(mLock);
     return mWatched.erase(name) != 0 ? kOk : kNotFound;
 }
 
 /** One character for each value that the item can take, '1' where it can be chosen now. */
-ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enabled(
+Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enabled(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_items_enabled_cb reply) {
-    const auto item = mTv.config.find(selector, name);
+    const auto item = mConfig.find(selector, name);
     if (!item || item->isText) {
         reply("", 0, 0, kNotFound);
         return Void();
@@ -130,8 +131,8 @@ ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enab
     return Void();
 }
 
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android_world_info(
-        uint32_t a, uint32_t b) {
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android_world_info(uint32_t a,
+                                                                             uint32_t b) {
     std::lock_guard<std::mutex> guard(mLock);
     mWorldInfo[0] = a;
     mWorldInfo[1] = b;
@@ -142,28 +143,30 @@ ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_android
  * Four 32-bit words of the picture that the main path shows: width, height, frames per second times
  * 1000, 1 when interlaced. Zeros while it shows none.
  */
-ConfigService::Return<void> ConfigService::a_hidl_qeltvapi_config_get_video_resolution(
+Return<void> ConfigService::a_hidl_qeltvapi_config_get_video_resolution(
         a_hidl_qeltvapi_config_get_video_resolution_cb reply) {
-    const QELTV_VIDEO_SOURCE_T video = mTv.presentation.video(Presentation::kMain);
+    const QELTV_VIDEO_SOURCE_T video = mPresentation.video(Presentation::kMain);
     reply(wordBytes({video.width, video.height, video.frameRate, video.interlaced}), kOk);
     return Void();
 }
 
 /** Every input shares one value here. */
-ConfigService::Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value_for_all_elems(
-        uint32_t selector, const String& name, int32_t value, int32_t flags) {
+Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value_for_all_elems(uint32_t selector,
+                                                                              const String& name,
+                                                                              int32_t value,
+                                                                              int32_t flags) {
     return set(selector, name, value, flags);
 }
 
 int32_t ConfigService::set(uint32_t selector, const std::string& name, int32_t value,
                            int32_t flags) {
-    return stored([&] { return mTv.config.set(selector, name, value, (flags & kQuiet) != 0); });
+    return stored([&] { return mConfig.set(selector, name, value, (flags & kQuiet) != 0); });
 }
 
 int32_t ConfigService::setText(const std::string& name, const std::string& value, bool quiet) {
-    // Only written: a right PIN has to come before it, and nobody is told the new one.
-    if (name == "parental.pin") return mTv.pin.change(value);
-    return stored([&] { return mTv.config.setText(name, value, quiet); });
+    // Only written: a right PIN has to come before it, and nobody can read the new one.
+    if (name == "parental.pin") return mPin.change(value);
+    return stored([&] { return mConfig.setText(name, value, quiet); });
 }
 
 void ConfigService::changed(const ConfigItems::Item& item) {
@@ -171,9 +174,9 @@ void ConfigService::changed(const ConfigItems::Item& item) {
         std::lock_guard<std::mutex> guard(mLock);
         if (mWatched.count(item.name) == 0) return;
     }
-    mTv.notifier.notify(&IQelTvApiCallback::a_hidl_config_update_nfy_fct, kValueChanged,
-                        uint64_t{0}, uint64_t{item.group}, String(item.name),
-                        static_cast<uint64_t>(int64_t{item.value}), uint64_t{0});
+    mNotifier.notify(&IQelTvApiCallback::a_hidl_config_update_nfy_fct, kValueChanged, uint64_t{0},
+                     uint64_t{item.group}, String(item.name),
+                     static_cast<uint64_t>(int64_t{item.value}), uint64_t{0});
 }
 
 }  // namespace qeltvd

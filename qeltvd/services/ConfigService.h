@@ -4,19 +4,20 @@
 #include <set>
 #include <string>
 
+#include "ConfigItems.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Notifier.h"
+#include "PinLock.h"
+#include "Presentation.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiConfig over the settings in the store. */
 class ConfigService : public IQelTvApiConfigDefault {
   public:
-    explicit ConfigService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
+    ConfigService(ConfigItems& config, Notifier& notifier, PinLock& pin,
+                  Presentation& presentation);
 
     Return<void> a_hidl_qeltvapi_config_get_minmaxvalue(
             uint32_t selector, const String& name,
@@ -54,10 +55,13 @@ class ConfigService : public IQelTvApiConfigDefault {
   private:
     int32_t set(uint32_t selector, const std::string& name, int32_t value, int32_t flags);
     int32_t setText(const std::string& name, const std::string& value, bool quiet);
-    /** Tells it where it is watched. */
+    /** Notifies clients of a change of an item that is watched. */
     void changed(const ConfigItems::Item& item);
 
-    Television& mTv;
+    ConfigItems& mConfig;
+    Notifier& mNotifier;
+    PinLock& mPin;
+    Presentation& mPresentation;
     std::mutex mLock;
     // Guarded by mLock.
     std::set<std::string> mWatched;

@@ -1,19 +1,20 @@
 #pragma once
 
+#include "ChannelDatabase.h"
+#include "Clock.h"
+#include "ConfigItems.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Guide.h"
+#include "Ratings.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiEvent over the guide. */
 class EventService : public IQelTvApiEventDefault {
   public:
-    explicit EventService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    template <class T>
-    using Vector = android::hardware::hidl_vec<T>;
+    EventService(const ChannelDatabase& channels, const Clock& clock, const ConfigItems& config,
+                 Guide& guide, const Ratings& ratings);
 
     Return<int32_t> a_hidl_qeltvapi_event_setCurrentActiveWindow(const Vector<uint32_t>& channels,
                                                                  int64_t time,
@@ -71,7 +72,11 @@ class EventService : public IQelTvApiEventDefault {
     int32_t setWindow(const Vector<uint32_t>& channels, int64_t start, int64_t end, int32_t count);
     std::vector<QELTV_EVENT_COMMON_T> episodes(const Event& event) const;
 
-    Television& mTv;
+    const ChannelDatabase& mChannels;
+    const Clock& mClock;
+    const ConfigItems& mConfig;
+    Guide& mGuide;
+    const Ratings& mRatings;
 };
 
 }  // namespace qeltvd

@@ -1,18 +1,16 @@
 #pragma once
 
 #include "Defaults.h"
-#include "Television.h"
+#include "Inputs.h"
+#include "Presentation.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiInputSrc: the sockets, and which of them is shown. */
 class InputSrcService : public IQelTvApiInputSrcDefault {
   public:
-    explicit InputSrcService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
+    InputSrcService(Inputs& inputs, Presentation& presentation);
 
     Return<void> a_hidl_qeltvapi_inputsource_isVideoSignalAvailable(
             const String& path,
@@ -30,12 +28,12 @@ class InputSrcService : public IQelTvApiInputSrcDefault {
     Return<void> a_hidl_qeltvapi_inputsource_get_sourcerec_byidx(
             int32_t idx, a_hidl_qeltvapi_inputsource_get_sourcerec_byidx_cb reply) override;
     Return<void> a_hidl_qeltvapi_inputsource_get_currentsourcename(
-            int32_t p2, a_hidl_qeltvapi_inputsource_get_currentsourcename_cb reply) override;
+            int32_t capacity, a_hidl_qeltvapi_inputsource_get_currentsourcename_cb reply) override;
     Return<void> a_hidl_qeltvapi_inputsource_get_currentsourcename_bypath(
-            int32_t p2, const String& path,
+            int32_t capacity, const String& path,
             a_hidl_qeltvapi_inputsource_get_currentsourcename_bypath_cb reply) override;
     Return<void> a_hidl_qeltvapi_inputsource_get_sourcename_bysourceid(
-            int32_t id, int32_t p3,
+            int32_t id, int32_t capacity,
             a_hidl_qeltvapi_inputsource_get_sourcename_bysourceid_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_inputsource_changesource_bysourceid(int32_t id) override;
     Return<void> a_hidl_qeltvapi_inputsource_is_source_available_bysourceidandpath(
@@ -62,16 +60,17 @@ class InputSrcService : public IQelTvApiInputSrcDefault {
     Return<int32_t> a_hidl_qeltvapi_inputsource_set_source_inputlabelidx_bysourceid(
             int32_t id, int32_t label) override;
     Return<void> a_hidl_qeltvapi_inputsource_get_userdefname_bysourceid(
-            int32_t id, int32_t p3,
+            int32_t id, int32_t capacity,
             a_hidl_qeltvapi_inputsource_get_userdefname_bysourceid_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_inputsource_set_userdefname_bysourceid(
             int32_t id, const String& name) override;
     Return<void> a_hidl_qeltvapi_inputsource_get_external_device_has_signal(
-            int32_t p1, int32_t p2,
+            int32_t id, int32_t extra,
             a_hidl_qeltvapi_inputsource_get_external_device_has_signal_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_inputsource_sync_stop(const String& path, bool p2) override;
+    Return<int32_t> a_hidl_qeltvapi_inputsource_sync_stop(const String& path, bool extra) override;
     Return<void> a_hidl_qeltvapi_inputsource_query_conflict(
-            int32_t p1, int32_t p2, a_hidl_qeltvapi_inputsource_query_conflict_cb reply) override;
+            int32_t first, int32_t second,
+            a_hidl_qeltvapi_inputsource_query_conflict_cb reply) override;
     Return<void> a_hidl_qeltvapi_inputsource_get_mhl_port_num(
             a_hidl_qeltvapi_inputsource_get_mhl_port_num_cb reply) override;
     Return<void> a_hidl_qeltvapi_inputsource_check_menu_tv_block(
@@ -82,7 +81,8 @@ class InputSrcService : public IQelTvApiInputSrcDefault {
     template <class Reply>
     void answerName(int32_t id, int32_t form, const Reply& reply) const;
 
-    Television& mTv;
+    Inputs& mInputs;
+    Presentation& mPresentation;
 };
 
 }  // namespace qeltvd

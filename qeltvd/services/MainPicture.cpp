@@ -1,10 +1,10 @@
 #include "Blocks.h"
 #include "Code.h"
 #include "MainService.h"
+#include "Picture.h"
+#include "Presentation.h"
 
 namespace qeltvd {
-
-using android::hardware::Void;
 
 namespace {
 
@@ -20,93 +20,92 @@ QELTV_DATA_RANGE_T dataRange(const QELTV_VIDEO_SOURCE_T& video) {
 }  // namespace
 
 bool MainService::showsInput() const {
-    return mTv.presentation.status(Presentation::kMain).source != Inputs::kTuner;
+    return mModels.presentation.status(Presentation::kMain).source != Inputs::kTuner;
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_freeze_set_freeze(const String& path,
-                                                                            bool freeze) {
+Return<int32_t> MainService::a_hidl_qeltvapi_freeze_set_freeze(const String& path, bool freeze) {
     const auto number = Presentation::pathOf(path);
-    return number ? mTv.presentation.setFrozen(*number, freeze) : kNotFound;
+    return number ? mModels.presentation.setFrozen(*number, freeze) : kNotFound;
 }
 
-MainService::Return<bool> MainService::a_hidl_qeltvapi_freeze_is_freeze(const String& path) {
+Return<bool> MainService::a_hidl_qeltvapi_freeze_is_freeze(const String& path) {
     const auto number = Presentation::pathOf(path);
-    return number && mTv.presentation.frozen(*number);
+    return number && mModels.presentation.frozen(*number);
 }
 
-MainService::Return<uint16_t> MainService::a_hidl_qeltvapi_screenmode_get_screen_mode() {
-    return mTv.picture.screenMode(showsInput());
+Return<uint16_t> MainService::a_hidl_qeltvapi_screenmode_get_screen_mode() {
+    return mModels.picture.screenMode(showsInput());
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_screen_mode(int32_t mode) {
-    return mTv.picture.setScreenMode(showsInput(), mode);
+Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_screen_mode(int32_t mode) {
+    return mModels.picture.setScreenMode(showsInput(), mode);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_all_screen_mode(
+Return<void> MainService::a_hidl_qeltvapi_screenmode_get_all_screen_mode(
         uint32_t capacity, a_hidl_qeltvapi_screenmode_get_all_screen_mode_cb reply) {
     const auto modes = Picture::screenModes(showsInput());
     reply(atMost(modes, capacity), static_cast<uint32_t>(modes.size()), kOk);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_number_screen_mode(
+Return<void> MainService::a_hidl_qeltvapi_screenmode_get_number_screen_mode(
         a_hidl_qeltvapi_screenmode_get_number_screen_mode_cb reply) {
     reply(static_cast<uint32_t>(Picture::screenModes(showsInput()).size()), kOk);
     return Void();
 }
 
-MainService::Return<bool> MainService::a_hidl_qeltvapi_zoom_is_enable() {
+Return<bool> MainService::a_hidl_qeltvapi_zoom_is_enable() {
     const bool input = showsInput();
-    return mTv.presentation.video(Presentation::kMain).width != 0 &&
-           mTv.picture.screenMode(input) != Picture::kPixelByPixel;
+    return mModels.presentation.video(Presentation::kMain).width != 0 &&
+           mModels.picture.screenMode(input) != Picture::kPixelByPixel;
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_crnt_overscan(int32_t p1,
-                                                                                       int32_t p2,
-                                                                                       int32_t p3,
-                                                                                       int32_t p4) {
-    return mTv.picture.setOverscan({p1, p2, p3, p4});
+Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_crnt_overscan(int32_t top,
+                                                                          int32_t bottom,
+                                                                          int32_t left,
+                                                                          int32_t right) {
+    return mModels.picture.setOverscan({top, bottom, left, right});
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_screenmode_get_crnt_overscan(
+Return<void> MainService::a_hidl_qeltvapi_screenmode_get_crnt_overscan(
         a_hidl_qeltvapi_screenmode_get_crnt_overscan_cb reply) {
-    reply(bytesOf(mTv.picture.overscan()), kOk);
+    reply(bytesOf(mModels.picture.overscan()), kOk);
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_update_overscan_ini() {
-    return mTv.picture.keepOverscan();
+Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_update_overscan_ini() {
+    return mModels.picture.keepOverscan();
 }
 
-MainService::Return<uint16_t> MainService::a_hidl_qeltvapi_av_mode_get_picture_mode() {
-    return mTv.picture.pictureMode();
+Return<uint16_t> MainService::a_hidl_qeltvapi_av_mode_get_picture_mode() {
+    return mModels.picture.pictureMode();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_av_mode_set_picture_mode(int32_t mode) {
-    return mTv.picture.setPictureMode(mode);
+Return<int32_t> MainService::a_hidl_qeltvapi_av_mode_set_picture_mode(int32_t mode) {
+    return mModels.picture.setPictureMode(mode);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_all_picture_mode(
+Return<void> MainService::a_hidl_qeltvapi_av_mode_get_all_picture_mode(
         uint32_t capacity, a_hidl_qeltvapi_av_mode_get_all_picture_mode_cb reply) {
     reply(atMost(Picture::pictureModes(), capacity), kOk);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_picture_mode(
+Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_picture_mode(
         a_hidl_qeltvapi_av_mode_get_number_picture_mode_cb reply) {
     reply(static_cast<uint32_t>(Picture::pictureModes().size()), kOk);
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_value(int32_t id,
-                                                                              int32_t value) {
-    return id >= QELTV_VIDEO_WIDTH && id <= QELTV_VIDEO_ASPECT ? kRefused
-                                                               : mTv.picture.setValue(id, value);
+Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_value(int32_t id, int32_t value) {
+    return id >= QELTV_VIDEO_WIDTH && id <= QELTV_VIDEO_ASPECT
+                   ? kRefused
+                   : mModels.picture.setValue(id, value);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_value(
+Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_value(
         int32_t id, a_hidl_qeltvapi_videoinfo_get_value_cb reply) {
-    const QELTV_VIDEO_SOURCE_T video = mTv.presentation.video(Presentation::kMain);
+    const QELTV_VIDEO_SOURCE_T video = mModels.presentation.video(Presentation::kMain);
     uint32_t value = 0;
     int32_t code = kOk;
     switch (id) {
@@ -129,35 +128,34 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_value(
             value = video.aspectWidth << 16 | video.aspectHeight;
             break;
         default:
-            code = mTv.picture.value(id, &value);
+            code = mModels.picture.value(id, &value);
     }
     reply(value, code);
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_data(int32_t id,
-                                                                             const Bytes& data,
-                                                                             int32_t len) {
+Return<int32_t> MainService::a_hidl_qeltvapi_videoinfo_set_data(int32_t id, const Bytes& data,
+                                                                int32_t len) {
     if (data.size() != static_cast<uint32_t>(len)) return kBadValue;
     if (id == QELTV_VIDEO_DATA_SOURCE || id == QELTV_VIDEO_DATA_RANGE) return kRefused;
-    return id == QELTV_VIDEO_DATA_USER ? mTv.picture.setUserData(data) : kNotFound;
+    return id == QELTV_VIDEO_DATA_USER ? mModels.picture.setUserData(data) : kNotFound;
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_data(
+Return<void> MainService::a_hidl_qeltvapi_videoinfo_get_data(
         int32_t id, const Bytes& request, a_hidl_qeltvapi_videoinfo_get_data_cb reply) {
-    const QELTV_VIDEO_SOURCE_T video = mTv.presentation.video(Presentation::kMain);
+    const QELTV_VIDEO_SOURCE_T video = mModels.presentation.video(Presentation::kMain);
     Bytes data;
     if (id == QELTV_VIDEO_DATA_SOURCE) {
         data = bytesOf(video);
     } else if (id == QELTV_VIDEO_DATA_RANGE) {
         data = bytesOf(dataRange(video));
     } else if (id == QELTV_VIDEO_DATA_USER) {
-        data = mTv.picture.userData();
+        data = mModels.picture.userData();
     } else {
         reply({}, kNotFound);
         return Void();
     }
-    // The client takes whatever comes into the room of its request.
+    // The client copies all that arrives into the buffer of its request.
     if (data.size() <= request.size()) {
         reply(data, kOk);
     } else {

@@ -9,26 +9,24 @@
 #include <nlohmann/json.hpp>
 
 #include "Code.h"
+#include "Inputs.h"
+#include "Notifier.h"
+#include "Presentation.h"
 #include "Raise.h"
 
 namespace qeltvd {
-
-using android::hardware::hidl_handle;
-using android::hardware::hidl_string;
-using android::hardware::hidl_vec;
-using android::hardware::Void;
 
 namespace {
 
 const char* nameOf(Fault::Kind kind) {
     switch (kind) {
-        case Fault::kDie:
+        case Fault::Kind::kDie:
             return "die";
-        case Fault::kLose:
+        case Fault::Kind::kLose:
             return "lose";
-        case Fault::kCode:
+        case Fault::Kind::kCode:
             return "code";
-        case Fault::kDelay:
+        case Fault::Kind::kDelay:
             return "delay";
     }
     return "";
@@ -50,22 +48,42 @@ long long numberIn(const std::string& word, long long minimum, long long maximum
     return number;
 }
 
+/** "none", "die", "lose", "code N" or "delay MS"; behind each "times N" may follow. */
+std::optional<Fault> faultIn(std::vector<std::string> words) {
+    std::optional<uint32_t> times;
+    if (words.size() >= 3 && words[words.size() - 2] == "times") {
+        times = static_cast<uint32_t>(numberIn(words.back(), 0, UINT32_MAX));
+        words.resize(words.size() - 2);
+    }
+    if (words == std::vector<std::string>{"none"}) return std::nullopt;
+    if (words == std::vector<std::string>{"die"}) return Fault{Fault::Kind::kDie, 0, 1};
+    if (words == std::vector<std::string>{"lose"})
+        return Fault{Fault::Kind::kLose, 0, times.value_or(1)};
+    if (words.size() == 2 && words[0] == "code") {
+        return Fault{Fault::Kind::kCode, numberIn(words[1], INT32_MIN, INT32_MAX),
+                     times.value_or(0)};
+    }
+    if (words.size() == 2 && words[0] == "delay") {
+        return Fault{Fault::Kind::kDelay, numberIn(words[1], 0, 3'600'000), times.value_or(0)};
+    }
+    throw std::invalid_argument("no such fault");
+}
+
 }  // namespace
 
-MainService::MainService(Television& tv, Switchboard& switchboard)
-        : IQelTvApiDefault(kUnsupported, false), mTv(tv), mSwitchboard(switchboard) {}
+MainService::MainService(const Models& models, Switchboard& switchboard)
+        : IQelTvApiDefault(kUnsupported, false), mModels(models), mSwitchboard(switchboard) {}
 
-MainService::Return<void> MainService::a_hidl_registerCallbackHandler(
+Return<void> MainService::a_hidl_registerCallbackHandler(
         const android::sp<IQelTvApiCallback>& callback) {
     // The transaction has the pid; a call of the object could wait for the client without a limit.
     if (callback != nullptr) {
-        mTv.notifier.add(callback, android::hardware::IPCThreadState::self()->getCallingPid());
+        mModels.notifier.add(callback, android::hardware::IPCThreadState::self()->getCallingPid());
     }
     return Void();
 }
 
-MainService::Return<void> MainService::debug(const hidl_handle& fd,
-                                             const hidl_vec<hidl_string>& options) {
+Return<void> MainService::debug(const Handle& fd, const Vector<String>& options) {
     const native_handle_t* handle = fd.getNativeHandle();
     if (handle == nullptr || handle->numFds < 1) return Void();
     const std::vector<std::string> words(options.begin(), options.end());
@@ -87,30 +105,18 @@ std::string MainService::command(const std::vector<std::string>& words) {
         const auto raised = notification(words[1], nlohmann::json::parse(words[2]));
         const long long times = words.size() == 4 ? numberIn(words[3], 1, 1'000'000) : 1;
         for (long long i = 0; i < times; ++i)
-            mTv.notifier.post(raised, Notifier::kEveryProcess, words[2].size());
+            mModels.notifier.post(raised, Notifier::kEveryProcess, words[2].size());
         return "";
     }
-    if (words[0] == "fault" && (words.size() == 3 || words.size() == 4)) {
-        std::optional<Fault> fault;
-        if (words.size() == 3 && words[2] == "die") {
-            fault = Fault{Fault::kDie, 0};
-        } else if (words.size() == 3 && words[2] == "lose") {
-            fault = Fault{Fault::kLose, 0};
-        } else if (words.size() == 4 && words[2] == "code") {
-            fault = Fault{Fault::kCode, numberIn(words[3], INT32_MIN, INT32_MAX)};
-        } else if (words.size() == 4 && words[2] == "delay") {
-            fault = Fault{Fault::kDelay, numberIn(words[3], 0, 3'600'000)};
-        } else if (words.size() != 3 || words[2] != "none") {
-            throw std::invalid_argument("no such fault");
-        }
-        if (!mSwitchboard.setFault(words[1], fault)) {
+    if (words[0] == "fault" && words.size() >= 3) {
+        if (!mSwitchboard.setFault(words[1], faultIn({words.begin() + 2, words.end()}))) {
             throw std::invalid_argument("no method " + words[1]);
         }
         return "";
     }
     if (words[0] == "plug" && words.size() == 3 && (words[2] == "on" || words[2] == "off")) {
         const auto input = static_cast<int32_t>(numberIn(words[1], 0, INT32_MAX));
-        if (mTv.inputs.plug(input, words[2] == "on") != kOk) {
+        if (mModels.inputs.plug(input, words[2] == "on") != kOk) {
             throw std::invalid_argument("no input " + words[1]);
         }
         return "";
@@ -119,7 +125,7 @@ std::string MainService::command(const std::vector<std::string>& words) {
         const auto percent = static_cast<uint32_t>(numberIn(words[1], 0, 100));
         std::optional<uint32_t> kHz;
         if (words.size() == 3) kHz = static_cast<uint32_t>(numberIn(words[2], 1, UINT32_MAX));
-        mTv.presentation.setReception(percent, kHz);
+        mModels.presentation.setReception(percent, kHz);
         return "";
     }
     if (words[0] == "die" && words.size() == 1) {
@@ -132,8 +138,9 @@ std::string MainService::command(const std::vector<std::string>& words) {
 std::string MainService::dump() const {
     nlohmann::ordered_json dump;
     dump["pid"] = getpid();
+    dump["standby"] = mModels.power.standby();
     dump["clients"] = nlohmann::json::array();
-    for (const auto& client : mTv.notifier.clients()) {
+    for (const auto& client : mModels.notifier.clients()) {
         dump["clients"].push_back({{"id", client.id},
                                    {"pid", client.pid},
                                    {"registrations", client.registrations},
@@ -149,6 +156,7 @@ std::string MainService::dump() const {
         if (method.fault) {
             entry["fault"] = nameOf(method.fault->kind);
             entry["value"] = method.fault->value;
+            entry["times"] = method.fault->times;
         }
         dump["methods"].push_back(entry);
     }

@@ -6,10 +6,32 @@
 
 #include "ClientWriter.h"
 #include "Defaults.h"
+#include "ServiceTypes.h"
 #include "Switchboard.h"
-#include "Television.h"
+#include "layouts/presentation.h"
 
 namespace qeltvd {
+
+class Agent;
+class Alerts;
+class AtscGuide;
+class Captions;
+class ChannelDatabase;
+class Clock;
+class ConfigItems;
+class Guide;
+class Inputs;
+class Notifier;
+class OverAirDownload;
+class Picture;
+class PinLock;
+class Power;
+class Presentation;
+class Ratings;
+class Sound;
+class Teletext;
+class Uart;
+class Upgrade;
 
 /**
  * IQelTvApi. A family's methods stand in the source file of the family; this file has what
@@ -18,12 +40,30 @@ namespace qeltvd {
  */
 class MainService : public IQelTvApiDefault {
   public:
-    MainService(Television& tv, Switchboard& switchboard);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
-    using Bytes = android::hardware::hidl_vec<uint8_t>;
+    /** What the families of the interface work on. */
+    struct Models {
+        Agent& agent;
+        Alerts& alerts;
+        AtscGuide& atsc;
+        Captions& captions;
+        ChannelDatabase& channels;
+        const Clock& clock;
+        ConfigItems& config;
+        Guide& guide;
+        Inputs& inputs;
+        Notifier& notifier;
+        OverAirDownload& overAir;
+        Picture& picture;
+        PinLock& pin;
+        Power& power;
+        Presentation& presentation;
+        Ratings& ratings;
+        Sound& sound;
+        Teletext& teletext;
+        Uart& uart;
+        Upgrade& upgrade;
+    };
+    MainService(const Models& models, Switchboard& switchboard);
 
     Return<void> a_hidl_registerCallbackHandler(
             const android::sp<IQelTvApiCallback>& callback) override;
@@ -43,9 +83,7 @@ class MainService : public IQelTvApiDefault {
      * reception PERCENT [KHZ]
      *                      weakens every signal, or that of one frequency
      */
-    Return<void> debug(
-            const android::hardware::hidl_handle& fd,
-            const android::hardware::hidl_vec<android::hardware::hidl_string>& options) override;
+    Return<void> debug(const Handle& fd, const Vector<String>& options) override;
 
     // Emergency alerts and warnings
     Return<void> a_hidl_qeltvapi_eas_get_status(a_hidl_qeltvapi_eas_get_status_cb reply) override;
@@ -53,11 +91,9 @@ class MainService : public IQelTvApiDefault {
     Return<bool> a_hidl_qeltvapi_eas_get_android_launch_status() override;
     Return<int32_t> a_hidl_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(
             bool enter) override;
-    Return<void> a_hidl_qeltvapi_ewspa_set(uint32_t a, uint32_t b,
-                                           const android::hardware::hidl_vec<int32_t>& data,
+    Return<void> a_hidl_qeltvapi_ewspa_set(uint32_t a, uint32_t b, const Vector<int32_t>& data,
                                            a_hidl_qeltvapi_ewspa_set_cb reply) override;
-    Return<void> a_hidl_qeltvapi_ewspa_get(uint32_t a, uint32_t b,
-                                           const android::hardware::hidl_vec<int32_t>& data,
+    Return<void> a_hidl_qeltvapi_ewspa_get(uint32_t a, uint32_t b, const Vector<int32_t>& data,
                                            a_hidl_qeltvapi_ewspa_get_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_ewspa_create_monitor_inst(uint32_t value) override;
     Return<int32_t> a_hidl_qeltvapi_ewspa_delete_monitor_inst(uint32_t value) override;
@@ -67,8 +103,7 @@ class MainService : public IQelTvApiDefault {
     Return<int32_t> a_hidl_qeltvapi_isdbcc_next_stream() override;
     Return<int32_t> a_hidl_qeltvapi_isdbcc_get_CCString() override;
     Return<void> a_hidl_qeltvapi_subtitle_get_loop(
-            const android::hardware::hidl_vec<int32_t>& data,
-            a_hidl_qeltvapi_subtitle_get_loop_cb reply) override;
+            const Vector<int32_t>& data, a_hidl_qeltvapi_subtitle_get_loop_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_subtitle_play(uint32_t value) override;
     Return<int32_t> a_hidl_qeltvapi_subtitle_set_next() override;
     Return<int32_t> a_hidl_qeltvapi_atsccc_enable(bool on) override;
@@ -92,12 +127,9 @@ class MainService : public IQelTvApiDefault {
             uint16_t key, a_hidl_qeltvapi_teletext_top_get_page_content_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_teletext_get_ttx_rating_on() override;
     Return<void> a_hidl_qeltvapi_html_agent_exchange_data(
-            const android::hardware::hidl_vec<uint8_t>& data,
-            a_hidl_qeltvapi_html_agent_exchange_data_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_mds_fvpMtdtOperator(
-            const android::hardware::hidl_string& text) override;
-    Return<void> a_hidl_qeltvapi_mds_getValue(const android::hardware::hidl_string& key,
-                                              uint32_t value,
+            const Bytes& data, a_hidl_qeltvapi_html_agent_exchange_data_cb reply) override;
+    Return<int32_t> a_hidl_qeltvapi_mds_fvpMtdtOperator(const String& text) override;
+    Return<void> a_hidl_qeltvapi_mds_getValue(const String& key, uint32_t value,
                                               a_hidl_qeltvapi_mds_getValue_cb reply) override;
 
     // Service contexts and stream components
@@ -142,8 +174,9 @@ class MainService : public IQelTvApiDefault {
     Return<void> a_hidl_qeltvapi_screenmode_get_number_screen_mode(
             a_hidl_qeltvapi_screenmode_get_number_screen_mode_cb reply) override;
     Return<bool> a_hidl_qeltvapi_zoom_is_enable() override;
-    Return<int32_t> a_hidl_qeltvapi_screenmode_set_crnt_overscan(int32_t p1, int32_t p2, int32_t p3,
-                                                                 int32_t p4) override;
+    Return<int32_t> a_hidl_qeltvapi_screenmode_set_crnt_overscan(int32_t top, int32_t bottom,
+                                                                 int32_t left,
+                                                                 int32_t right) override;
     Return<void> a_hidl_qeltvapi_screenmode_get_crnt_overscan(
             a_hidl_qeltvapi_screenmode_get_crnt_overscan_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_screenmode_update_overscan_ini() override;
@@ -210,7 +243,7 @@ class MainService : public IQelTvApiDefault {
     Return<void> a_hidl_qeltvapi_get_current_audio_info(
             a_hidl_qeltvapi_get_current_audio_info_cb reply) override;
     Return<void> a_hidl_qeltvapi_get_audio_apd_text(
-            int32_t p1, a_hidl_qeltvapi_get_audio_apd_text_cb reply) override;
+            int32_t number, a_hidl_qeltvapi_get_audio_apd_text_cb reply) override;
     Return<void> a_hidl_qeltvapi_get_current_ad_info(
             a_hidl_qeltvapi_get_current_ad_info_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_select_audio(uint32_t track) override;
@@ -240,9 +273,9 @@ class MainService : public IQelTvApiDefault {
     Return<int32_t> a_hidl_c_pcl_set_power_down() override;
     Return<int32_t> a_hidl_c_pcl_set_request_suspend() override;
     Return<int32_t> a_hidl_c_pcl_set_request_powerdown_envent() override;
-    Return<void> a_hidl_c_pcl_get_gpio(uint32_t a, uint32_t b,
+    Return<void> a_hidl_c_pcl_get_gpio(uint32_t line, uint32_t what,
                                        a_hidl_c_pcl_get_gpio_cb reply) override;
-    Return<int32_t> a_hidl_c_pcl_set_gpio(uint32_t a, uint32_t b) override;
+    Return<int32_t> a_hidl_c_pcl_set_gpio(uint32_t line, uint32_t level) override;
     Return<int32_t> a_hidl_c_pcl_set_gpio_monitor_ctrl_ex(uint32_t value, bool on) override;
     Return<void> a_hidl_c_pcl_get_wakeup_irkey(a_hidl_c_pcl_get_wakeup_irkey_cb reply) override;
     Return<void> a_hidl_c_pcl_get_wakeup_setup(a_hidl_c_pcl_get_wakeup_setup_cb reply) override;
@@ -257,8 +290,8 @@ class MainService : public IQelTvApiDefault {
     Return<int32_t> a_hidl_qeltvapi_apptv_save_timestamp(const String& tag) override;
     Return<int32_t> a_hidl_qeltvapi_apptv_set_tv_started(bool started) override;
     Return<int32_t> a_hidl_qeltvapi_apptv_unlock_service(const String& path) override;
-    Return<int32_t> a_hidl_qeltvapi_apptv_get_matched_channel(int16_t number, bool p2, int32_t p3,
-                                                              int32_t p4) override;
+    Return<int32_t> a_hidl_qeltvapi_apptv_get_matched_channel(int16_t number, bool exact,
+                                                              int32_t list, int32_t minor) override;
     Return<int32_t> a_hidl_qeltvapi_apptv_nav_update_sys_status_by_win(const String& path,
                                                                        int32_t status) override;
     Return<int32_t> a_hidl_qeltvapi_apptv_update_sys_status(int32_t status) override;
@@ -266,9 +299,9 @@ class MainService : public IQelTvApiDefault {
     Return<int32_t> a_hidl_qeltvapi_apptv_stop_all() override;
     Return<int32_t> a_hidl_qeltvapi_apptv_get_current_channel_svc_text_len() override;
     Return<void> a_hidl_qeltvapi_apptv_get_current_channel_svc_text(
-            int32_t p2, a_hidl_qeltvapi_apptv_get_current_channel_svc_text_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_apptv_unblock_svc(const String& path, bool p2) override;
-    Return<int32_t> a_hidl_qeltvapi_apptv_swap_tmp_unlock_info(int32_t p1) override;
+            int32_t capacity, a_hidl_qeltvapi_apptv_get_current_channel_svc_text_cb reply) override;
+    Return<int32_t> a_hidl_qeltvapi_apptv_unblock_svc(const String& path, bool unlocked) override;
+    Return<int32_t> a_hidl_qeltvapi_apptv_swap_tmp_unlock_info(int32_t extra) override;
     Return<int32_t> a_hidl_qeltvapi_apptv_set_video_mute(const String& path, bool mute) override;
     Return<void> a_hidl_qeltvapi_apptv_get_capability_ex(
             int32_t id, a_hidl_qeltvapi_apptv_get_capability_ex_cb reply) override;
@@ -276,56 +309,56 @@ class MainService : public IQelTvApiDefault {
 
     // UART
     Return<void> a_hidl_c_iom_open_uart(uint32_t type, uint32_t a, const String& name,
-                                        const android::hardware::hidl_handle& setting, uint64_t tag,
+                                        const Handle& setting, uint64_t tag,
                                         a_hidl_c_iom_open_uart_cb reply) override;
     Return<int32_t> a_hidl_c_iom_close(uint32_t handle) override;
-    Return<void> a_hidl_c_iom_get(uint32_t handle, uint16_t op,
-                                  const android::hardware::hidl_handle& memory, uint64_t size,
+    Return<void> a_hidl_c_iom_get(uint32_t handle, uint16_t op, const Handle& memory, uint64_t size,
                                   a_hidl_c_iom_get_cb reply) override;
-    Return<int32_t> a_hidl_c_iom_set(uint32_t handle, uint16_t op,
-                                     const android::hardware::hidl_handle& memory,
+    Return<int32_t> a_hidl_c_iom_set(uint32_t handle, uint16_t op, const Handle& memory,
                                      uint64_t size) override;
     Return<int32_t> a_hidl_c_iom_output(uint32_t handle, const Bytes& data) override;
 
     // Programme information, banner, PIN
     Return<void> a_hidl_qeltvapi_event_atsc_load_events(
-            int32_t p1, int64_t p2, int32_t p3,
+            int32_t channel, int64_t start, int32_t seconds,
             a_hidl_qeltvapi_event_atsc_load_events_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_get_details_info(
-            int32_t p1, int32_t p3, a_hidl_qeltvapi_event_atsc_get_details_info_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_event_atsc_freeEvent(int32_t p1) override;
+            int32_t id, int32_t capacity,
+            a_hidl_qeltvapi_event_atsc_get_details_info_cb reply) override;
+    Return<int32_t> a_hidl_qeltvapi_event_atsc_freeEvent(int32_t id) override;
     Return<void> a_hidl_qeltvapi_event_atsc_load_events_by_EIT(
-            int32_t p1, int32_t p2,
+            int32_t channel, int32_t table,
             a_hidl_qeltvapi_event_atsc_load_events_by_EIT_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_get_event_number_in_EIT(
-            int32_t p1, a_hidl_qeltvapi_event_atsc_get_event_number_in_EIT_cb reply) override;
+            int32_t table, a_hidl_qeltvapi_event_atsc_get_event_number_in_EIT_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_get_detail_info_by_index(
-            int32_t p1, int32_t p2, int32_t len,
+            int32_t table, int32_t index, int32_t capacity,
             a_hidl_qeltvapi_event_atsc_get_detail_info_by_index_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_check_EIT_status(
-            int32_t p1, int32_t p3, a_hidl_qeltvapi_event_atsc_check_EIT_status_cb reply) override;
+            int32_t channel, int32_t tables,
+            a_hidl_qeltvapi_event_atsc_check_EIT_status_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_getEvent_detail_len_by_index(
-            int32_t p1, int32_t p2,
+            int32_t table, int32_t index,
             a_hidl_qeltvapi_event_atsc_getEvent_detail_len_by_index_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_getEvent_general(
-            int32_t p1, a_hidl_qeltvapi_event_atsc_getEvent_general_cb reply) override;
+            int32_t id, a_hidl_qeltvapi_event_atsc_getEvent_general_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_getEvent_general_by_index(
-            int32_t p1, int32_t p2,
+            int32_t table, int32_t index,
             a_hidl_qeltvapi_event_atsc_getEvent_general_by_index_cb reply) override;
     Return<void> a_hidl_qeltvapi_event_atsc_get_rating_map_by_index(
-            int32_t p1, int32_t p2,
+            int32_t table, int32_t index,
             a_hidl_qeltvapi_event_atsc_get_rating_map_by_index_cb reply) override;
     Return<void> a_hidl_qeltvapi_banner_get_item_state(
-            int32_t p1, int32_t p2, a_hidl_qeltvapi_banner_get_item_state_cb reply) override;
+            int32_t page, int32_t item, a_hidl_qeltvapi_banner_get_item_state_cb reply) override;
     Return<void> a_hidl_qeltvapi_banner_get_item_id(
-            int32_t p1, int32_t p2, a_hidl_qeltvapi_banner_get_item_id_cb reply) override;
+            int32_t page, int32_t item, a_hidl_qeltvapi_banner_get_item_id_cb reply) override;
     Return<void> a_hidl_qeltvapi_banner_get_item_content(
-            int32_t p1, int32_t p2, uint32_t room,
+            int32_t page, int32_t item, uint32_t capacity,
             a_hidl_qeltvapi_banner_get_item_content_cb reply) override;
     Return<void> a_hidl_qeltvapi_banner_get_item_content_len(
-            int32_t p1, int32_t p2, a_hidl_qeltvapi_banner_get_item_content_len_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_PWDDLG_checkPWD(
-            const android::hardware::hidl_string& pin) override;
+            int32_t page, int32_t item,
+            a_hidl_qeltvapi_banner_get_item_content_len_cb reply) override;
+    Return<int32_t> a_hidl_qeltvapi_PWDDLG_checkPWD(const String& pin) override;
     Return<int32_t> a_hidl_qeltvapi_PWDDLG_show() override;
 
     // Upgrade and over-air download
@@ -343,8 +376,7 @@ class MainService : public IQelTvApiDefault {
     Return<int32_t> a_hidl_qeltvapi_oad_accept_schedule() override;
     Return<int32_t> a_hidl_qeltvapi_oad_start_jump_channel() override;
     Return<int32_t> a_hidl_qeltvapi_oad_get_power_on_status() override;
-    Return<int32_t> a_hidl_qeltvapi_set_pkg_pathname(
-            const android::hardware::hidl_string& path) override;
+    Return<int32_t> a_hidl_qeltvapi_set_pkg_pathname(const String& path) override;
     Return<int32_t> a_hidl_qeltvapi_oad_clear_version() override;
     Return<int32_t> a_hidl_qeltvapi_upgrade_start(uint32_t value, bool flag) override;
     Return<int32_t> a_hidl_qeltvapi_upgrade_trigger(uint32_t value) override;
@@ -352,18 +384,17 @@ class MainService : public IQelTvApiDefault {
             a_hidl_qeltvapi_upgrade_get_firmware_info_cb reply) override;
     Return<void> a_hidl_qeltvapi_upgrade_get_item_info(
             uint32_t index, a_hidl_qeltvapi_upgrade_get_item_info_cb reply) override;
-    Return<int32_t> a_hidl_qeltvapi_upgrade_start_download_firmware(
-            uint32_t value, const android::hardware::hidl_string& first,
-            const android::hardware::hidl_string& second) override;
+    Return<int32_t> a_hidl_qeltvapi_upgrade_start_download_firmware(uint32_t value,
+                                                                    const String& first,
+                                                                    const String& second) override;
     Return<int32_t> a_hidl_qeltvapi_upgrade_cancel_download_firmware(uint32_t value) override;
     Return<int32_t> a_hidl_qeltvapi_upgrade_start_reboot_upgrade(uint32_t value) override;
     Return<int32_t> a_hidl_qeltvapi_upgrade_query_upgrade_result(uint32_t value) override;
     Return<void> a_hidl_qeltvapi_upgrade_is_supported(
             uint32_t value, a_hidl_qeltvapi_upgrade_is_supported_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_upgrade_check_update(uint32_t value) override;
-    Return<int32_t> a_hidl_qeltvapi_upgrade_set(
-            uint32_t a, const android::hardware::hidl_vec<uint8_t>& first, uint32_t b,
-            const android::hardware::hidl_vec<uint8_t>& second) override;
+    Return<int32_t> a_hidl_qeltvapi_upgrade_set(uint32_t a, const Bytes& first, uint32_t b,
+                                                const Bytes& second) override;
 
   private:
     // Tracks and texts of what is shown
@@ -372,14 +403,14 @@ class MainService : public IQelTvApiDefault {
     std::vector<QELTV_AUDIO_TRACK_T> tracksOfMain(bool ofInput) const;
     int32_t setLanguage(const char* item, const std::string& language);
     bool showsInput() const;
-    void tellApplication(QELTV_APP_TV_EVENT event, uint64_t first, uint64_t second = 0);
+    void notifyApplication(QELTV_APP_TV_EVENT event, uint64_t first, uint64_t second = 0);
     int32_t unblock(const std::string& path, bool unlocked);
     std::string serviceText() const;
 
     std::string command(const std::vector<std::string>& words);
     std::string dump() const;
 
-    Television& mTv;
+    const Models mModels;
     Switchboard& mSwitchboard;
     ClientWriter mWriter;
 };

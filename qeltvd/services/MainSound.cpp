@@ -4,12 +4,13 @@
 
 #include "Blocks.h"
 #include "Code.h"
+#include "ConfigItems.h"
 #include "MainService.h"
+#include "Presentation.h"
+#include "Sound.h"
 #include "Stored.h"
 
 namespace qeltvd {
-
-using android::hardware::Void;
 
 namespace {
 
@@ -24,8 +25,8 @@ std::optional<QELTV_AUDIO_TRACK_T> current(const std::vector<QELTV_AUDIO_TRACK_T
     return std::nullopt;
 }
 
-/** No more records than there is room for. */
-MainService::Bytes records(const std::vector<QELTV_AUDIO_TRACK_T>& tracks, uint32_t room) {
+/** No more records than the capacity. */
+Bytes records(const std::vector<QELTV_AUDIO_TRACK_T>& tracks, uint32_t room) {
     const size_t count = std::min<size_t>(tracks.size(), room);
     return bytesAs<Bytes>(tracks.data(), count);
 }
@@ -44,7 +45,7 @@ std::string description(const QELTV_AUDIO_TRACK_T& track) {
 }  // namespace
 
 std::optional<QELTV_AUDIO_TRACK_T> MainService::trackOf(uint32_t number) const {
-    for (const QELTV_AUDIO_TRACK_T& track : mTv.presentation.tracks(Presentation::kMain)) {
+    for (const QELTV_AUDIO_TRACK_T& track : mModels.presentation.tracks(Presentation::kMain)) {
         if (track.track == number) return track;
     }
     return std::nullopt;
@@ -52,9 +53,9 @@ std::optional<QELTV_AUDIO_TRACK_T> MainService::trackOf(uint32_t number) const {
 
 /** The tracks of the main path while it shows the tuner, or while it shows another input. */
 std::vector<QELTV_AUDIO_TRACK_T> MainService::tracksOfMain(bool ofInput) const {
-    const bool input = mTv.presentation.status(Presentation::kMain).source != Inputs::kTuner;
+    const bool input = mModels.presentation.status(Presentation::kMain).source != Inputs::kTuner;
     if (input != ofInput) return {};
-    return mTv.presentation.tracks(Presentation::kMain);
+    return mModels.presentation.tracks(Presentation::kMain);
 }
 
 int32_t MainService::setLanguage(const char* item, const std::string& language) {
@@ -62,151 +63,147 @@ int32_t MainService::setLanguage(const char* item, const std::string& language) 
             language.size() == 3 && std::all_of(language.begin(), language.end(),
                                                 [](char c) { return c >= 'a' && c <= 'z'; });
     if (!isCode) return kBadValue;
-    return stored([&] { return mTv.config.setText(item, language); });
+    return stored([&] { return mModels.config.setText(item, language); });
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_stm_set_audio(uint32_t track) {
-    return mTv.presentation.selectTrack(Presentation::kMain, track);
+Return<int32_t> MainService::a_hidl_c_opera_hbbtv_stm_set_audio(uint32_t track) {
+    return mModels.presentation.selectTrack(Presentation::kMain, track);
 }
 
-MainService::Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio(
+Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio(
         a_hidl_c_opera_hbbtv_stm_get_audio_cb reply) {
     const auto track = currentTrack(Presentation::kMain);
     reply(track ? track->track : 0, track ? kOk : kRefused);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio_lang(
+Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio_lang(
         uint32_t track, a_hidl_c_opera_hbbtv_stm_get_audio_lang_cb reply) {
     const auto one = trackOf(track);
     reply(one ? language(*one) : std::string(), one ? kOk : kNotFound);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio_num(
+Return<void> MainService::a_hidl_c_opera_hbbtv_stm_get_audio_num(
         a_hidl_c_opera_hbbtv_stm_get_audio_num_cb reply) {
-    reply(static_cast<uint32_t>(mTv.presentation.tracks(Presentation::kMain).size()), kOk);
+    reply(static_cast<uint32_t>(mModels.presentation.tracks(Presentation::kMain).size()), kOk);
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_subtitle_lang(
-        const String& lang, uint32_t /*v*/) {
+Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_subtitle_lang(const String& lang,
+                                                                            uint32_t /*v*/) {
     return setLanguage("sound.subtitle_language", lang);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_audio_lang(
-        const String& lang) {
+Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_default_audio_lang(const String& lang) {
     return setLanguage("sound.audio_language", lang);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_audio_desc(bool on) {
-    return mTv.sound.setValue(QELTV_AUDIO_DESCRIPTION_ON, on);
+Return<int32_t> MainService::a_hidl_c_opera_hbbtv_set_audio_desc(bool on) {
+    return mModels.sound.setValue(QELTV_AUDIO_DESCRIPTION_ON, on);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_stm_set_audio(uint32_t track) {
+Return<int32_t> MainService::a_hidl_c_hbbtv_stm_set_audio(uint32_t track) {
     return a_hidl_c_opera_hbbtv_stm_set_audio(track);
 }
 
-MainService::Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio(
-        a_hidl_c_hbbtv_stm_get_audio_cb reply) {
+Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio(a_hidl_c_hbbtv_stm_get_audio_cb reply) {
     return a_hidl_c_opera_hbbtv_stm_get_audio(reply);
 }
 
-MainService::Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio_lang(
+Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio_lang(
         uint32_t track, a_hidl_c_hbbtv_stm_get_audio_lang_cb reply) {
     return a_hidl_c_opera_hbbtv_stm_get_audio_lang(track, reply);
 }
 
-MainService::Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio_num(
+Return<void> MainService::a_hidl_c_hbbtv_stm_get_audio_num(
         a_hidl_c_hbbtv_stm_get_audio_num_cb reply) {
     return a_hidl_c_opera_hbbtv_stm_get_audio_num(reply);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_set_default_subtitle_lang(
-        const String& lang, uint32_t v) {
+Return<int32_t> MainService::a_hidl_c_hbbtv_set_default_subtitle_lang(const String& lang,
+                                                                      uint32_t v) {
     return a_hidl_c_opera_hbbtv_set_default_subtitle_lang(lang, v);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_set_default_audio_lang(
-        const String& lang) {
+Return<int32_t> MainService::a_hidl_c_hbbtv_set_default_audio_lang(const String& lang) {
     return a_hidl_c_opera_hbbtv_set_default_audio_lang(lang);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_hbbtv_set_audio_desc(bool on) {
+Return<int32_t> MainService::a_hidl_c_hbbtv_set_audio_desc(bool on) {
     return a_hidl_c_opera_hbbtv_set_audio_desc(on);
 }
 
-MainService::Return<uint16_t> MainService::a_hidl_qeltvapi_av_mode_get_sound_effect() {
-    return mTv.sound.effect();
+Return<uint16_t> MainService::a_hidl_qeltvapi_av_mode_get_sound_effect() {
+    return mModels.sound.effect();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_av_mode_set_sound_effect(int32_t mode) {
-    return mTv.sound.setEffect(mode);
+Return<int32_t> MainService::a_hidl_qeltvapi_av_mode_set_sound_effect(int32_t mode) {
+    return mModels.sound.setEffect(mode);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_all_sound_effect(
+Return<void> MainService::a_hidl_qeltvapi_av_mode_get_all_sound_effect(
         uint32_t capacity, a_hidl_qeltvapi_av_mode_get_all_sound_effect_cb reply) {
     reply(atMost(Sound::effects(), capacity), kOk);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_sound_effect(
+Return<void> MainService::a_hidl_qeltvapi_av_mode_get_number_sound_effect(
         a_hidl_qeltvapi_av_mode_get_number_sound_effect_cb reply) {
     reply(static_cast<uint32_t>(Sound::effects().size()), kOk);
     return Void();
 }
 
-MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume() {
-    return static_cast<int16_t>(mTv.sound.step(QELTV_VOLUME_SPEAKER, true));
+Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume() {
+    return static_cast<int16_t>(mModels.sound.step(QELTV_VOLUME_SPEAKER, true));
 }
 
-MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume_by_type(int32_t type) {
-    return static_cast<int16_t>(mTv.sound.step(type, true));
+Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_incrVolume_by_type(int32_t type) {
+    return static_cast<int16_t>(mModels.sound.step(type, true));
 }
 
-MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume() {
-    return static_cast<int16_t>(mTv.sound.step(QELTV_VOLUME_SPEAKER, false));
+Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume() {
+    return static_cast<int16_t>(mModels.sound.step(QELTV_VOLUME_SPEAKER, false));
 }
 
-MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume_by_type(int32_t type) {
-    return static_cast<int16_t>(mTv.sound.step(type, false));
+Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_decrVolume_by_type(int32_t type) {
+    return static_cast<int16_t>(mModels.sound.step(type, false));
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume(int32_t volume) {
-    return mTv.sound.setVolume(QELTV_VOLUME_SPEAKER, volume);
+Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume(int32_t volume) {
+    return mModels.sound.setVolume(QELTV_VOLUME_SPEAKER, volume);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume_by_type(
-        int32_t type, int32_t volume) {
-    return mTv.sound.setVolume(type, volume);
+Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setVolume_by_type(int32_t type,
+                                                                       int32_t volume) {
+    return mModels.sound.setVolume(type, volume);
 }
 
-MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume() {
-    return static_cast<int16_t>(mTv.sound.volume(QELTV_VOLUME_SPEAKER));
+Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume() {
+    return static_cast<int16_t>(mModels.sound.volume(QELTV_VOLUME_SPEAKER));
 }
 
-MainService::Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume_by_type(int32_t type) {
-    return static_cast<int16_t>(mTv.sound.volume(type));
+Return<int16_t> MainService::a_hidl_qeltvapi_volctrl_getVolume_by_type(int32_t type) {
+    return static_cast<int16_t>(mModels.sound.volume(type));
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute(bool mute) {
-    return mTv.sound.setMuted(QELTV_VOLUME_SPEAKER, mute);
+Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute(bool mute) {
+    return mModels.sound.setMuted(QELTV_VOLUME_SPEAKER, mute);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute_by_type(int32_t type,
-                                                                                  bool mute) {
-    return mTv.sound.setMuted(type, mute);
+Return<int32_t> MainService::a_hidl_qeltvapi_volctrl_setMute_by_type(int32_t type, bool mute) {
+    return mModels.sound.setMuted(type, mute);
 }
 
-MainService::Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute() {
-    return mTv.sound.muted(QELTV_VOLUME_SPEAKER);
+Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute() {
+    return mModels.sound.muted(QELTV_VOLUME_SPEAKER);
 }
 
-MainService::Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute_by_type(int32_t type) {
-    return mTv.sound.muted(type);
+Return<bool> MainService::a_hidl_qeltvapi_volctrl_getMute_by_type(int32_t type) {
+    return mModels.sound.muted(type);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_current_lanuage(
+Return<void> MainService::a_hidl_qeltvapi_audio_info_get_current_lanuage(
         const String& name, a_hidl_qeltvapi_audio_info_get_current_lanuage_cb reply) {
     const auto path = Presentation::pathOf(name);
     const auto track = path ? currentTrack(*path) : std::nullopt;
@@ -214,33 +211,33 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_current_la
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_next_lanuage() {
-    return mTv.presentation.nextLanguage(mTv.presentation.audioFocus());
+Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_next_lanuage() {
+    return mModels.presentation.nextLanguage(mModels.presentation.audioFocus());
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_available_record(
+Return<void> MainService::a_hidl_qeltvapi_audio_info_get_available_record(
         uint32_t num, a_hidl_qeltvapi_audio_info_get_available_record_cb reply) {
     const auto all = tracksOfMain(false);
     reply(records(all, num), static_cast<uint32_t>(all.size()), kOk);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_audio_info(
+Return<void> MainService::a_hidl_qeltvapi_get_current_audio_info(
         a_hidl_qeltvapi_get_current_audio_info_cb reply) {
     const auto track = current(tracksOfMain(false));
     reply(track ? bytesOf(*track) : Bytes(), track ? kOk : kRefused);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_get_audio_apd_text(
-        int32_t p1, a_hidl_qeltvapi_get_audio_apd_text_cb reply) {
-    const auto track = p1 > 0 ? trackOf(static_cast<uint32_t>(p1)) : std::nullopt;
+Return<void> MainService::a_hidl_qeltvapi_get_audio_apd_text(
+        int32_t number, a_hidl_qeltvapi_get_audio_apd_text_cb reply) {
+    const auto track = number > 0 ? trackOf(static_cast<uint32_t>(number)) : std::nullopt;
     const std::string text = track ? description(*track) : "";
     reply(textBytes(text), static_cast<int32_t>(text.size()), track ? kOk : kNotFound);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_ad_info(
+Return<void> MainService::a_hidl_qeltvapi_get_current_ad_info(
         a_hidl_qeltvapi_get_current_ad_info_cb reply) {
     for (const QELTV_AUDIO_TRACK_T& track : tracksOfMain(false)) {
         if (track.purpose != QELTV_AUDIO_DESCRIPTION) continue;
@@ -251,50 +248,49 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_get_current_ad_info(
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_select_audio(uint32_t track) {
-    return mTv.presentation.selectTrack(mTv.presentation.audioFocus(), track);
+Return<int32_t> MainService::a_hidl_qeltvapi_select_audio(uint32_t track) {
+    return mModels.presentation.selectTrack(mModels.presentation.audioFocus(), track);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_select_main_sub_audio(
-        uint32_t track_main, uint32_t track_sub) {
-    const int32_t code = mTv.presentation.selectTrack(Presentation::kMain, track_main);
+Return<int32_t> MainService::a_hidl_qeltvapi_select_main_sub_audio(uint32_t track_main,
+                                                                   uint32_t track_sub) {
+    const int32_t code = mModels.presentation.selectTrack(Presentation::kMain, track_main);
     if (code != kOk) return code;
-    return mTv.presentation.selectTrack(Presentation::kSub, track_sub);
+    return mModels.presentation.selectTrack(Presentation::kSub, track_sub);
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_select_default_audio(const String& lang) {
+Return<int32_t> MainService::a_hidl_qeltvapi_select_default_audio(const String& lang) {
     return stored([&] {
         const std::string wanted =
-                lang.size() != 0 ? std::string(lang) : mTv.config.text("sound.audio_language");
-        return mTv.presentation.selectLanguage(mTv.presentation.audioFocus(), wanted);
+                lang.size() != 0 ? std::string(lang) : mModels.config.text("sound.audio_language");
+        return mModels.presentation.selectLanguage(mModels.presentation.audioFocus(), wanted);
     });
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_inputsource_available_record(
+Return<void> MainService::a_hidl_qeltvapi_audio_info_get_inputsource_available_record(
         uint32_t num, a_hidl_qeltvapi_audio_info_get_inputsource_available_record_cb reply) {
     const auto all = tracksOfMain(true);
     reply(records(all, num), static_cast<uint32_t>(all.size()), kOk);
     return Void();
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_get_inputsource_current_audio_info(
+Return<void> MainService::a_hidl_qeltvapi_get_inputsource_current_audio_info(
         a_hidl_qeltvapi_get_inputsource_current_audio_info_cb reply) {
     const auto track = current(tracksOfMain(true));
     reply(track ? bytesOf(*track) : Bytes(), track ? kOk : kRefused);
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_value(int32_t id,
-                                                                               int32_t value) {
+Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_value(int32_t id, int32_t value) {
     const bool reads = id >= QELTV_AUDIO_CURRENT_CODEC && id <= QELTV_AUDIO_CURRENT_RATE;
-    return reads ? kRefused : mTv.sound.setValue(id, value);
+    return reads ? kRefused : mModels.sound.setValue(id, value);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
+Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
         int32_t id, a_hidl_qeltvapi_audio_info_get_value_cb reply) {
     if (id < QELTV_AUDIO_CURRENT_CODEC || id > QELTV_AUDIO_CURRENT_RATE) {
         uint32_t value = 0;
-        const int32_t code = mTv.sound.value(id, &value);
+        const int32_t code = mModels.sound.value(id, &value);
         reply(value, code);
         return Void();
     }
@@ -310,22 +306,21 @@ MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_value(
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_data(int32_t id,
-                                                                              const Bytes& data,
-                                                                              int32_t len) {
+Return<int32_t> MainService::a_hidl_qeltvapi_audio_info_set_data(int32_t id, const Bytes& data,
+                                                                 int32_t len) {
     if (id != QELTV_AUDIO_EQUALISER) return kNotFound;
     if (len < 0 || static_cast<size_t>(len) != data.size()) return kBadValue;
-    return mTv.sound.setEqualiser(data);
+    return mModels.sound.setEqualiser(data);
 }
 
-MainService::Return<void> MainService::a_hidl_qeltvapi_audio_info_get_data(
+Return<void> MainService::a_hidl_qeltvapi_audio_info_get_data(
         int32_t id, int32_t len, const Bytes& request,
         a_hidl_qeltvapi_audio_info_get_data_cb reply) {
-    // The client takes whatever comes into the room of its request.
+    // The client copies all that arrives into the buffer of its request.
     const bool fits = len >= 0 && static_cast<size_t>(len) == request.size() &&
                       request.size() >= QELTV_AUDIO_EQUALISER_SIZE;
     const int32_t code = id != QELTV_AUDIO_EQUALISER ? kNotFound : fits ? kOk : kBadValue;
-    reply(code == kOk ? Bytes(mTv.sound.equaliser()) : Bytes(), code);
+    reply(code == kOk ? Bytes(mModels.sound.equaliser()) : Bytes(), code);
     return Void();
 }
 

@@ -10,11 +10,7 @@
 
 namespace qeltvd {
 
-using android::hardware::hidl_handle;
-using android::hardware::hidl_string;
-using android::hardware::hidl_vec;
 using android::hardware::IPCThreadState;
-using android::hardware::Void;
 
 namespace {
 
@@ -25,12 +21,10 @@ constexpr uint64_t kBlockLimit = 1024 * 1024;
 
 }  // namespace
 
-/** `a` is not looked at. */
-MainService::Return<void> MainService::a_hidl_c_iom_open_uart(uint32_t type, uint32_t /*a*/,
-                                                              const hidl_string& name,
-                                                              const hidl_handle& setting,
-                                                              uint64_t tag,
-                                                              a_hidl_c_iom_open_uart_cb reply) {
+/** `a` is ignored. */
+Return<void> MainService::a_hidl_c_iom_open_uart(uint32_t type, uint32_t /*a*/, const String& name,
+                                                 const Handle& setting, uint64_t tag,
+                                                 a_hidl_c_iom_open_uart_cb reply) {
     const SharedBlock block(setting);
     Bytes bytes(sizeof(uart_setting_t));
     const bool arrived = type == kUartType && block.holds(bytes.size()) &&
@@ -40,72 +34,63 @@ MainService::Return<void> MainService::a_hidl_c_iom_open_uart(uint32_t type, uin
         reply(0, kBadValue);
         return Void();
     }
-    uint32_t handle = 0;
-    const int32_t code =
-            mTv.uart.open(name, IPCThreadState::self()->getCallingPid(), tag, *wanted, &handle);
-    reply(handle, code);
-    return Void();
+    return replyWith(
+            reply, mModels.uart.open(name, IPCThreadState::self()->getCallingPid(), tag, *wanted));
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_iom_close(uint32_t handle) {
-    return mTv.uart.close(handle);
+Return<int32_t> MainService::a_hidl_c_iom_close(uint32_t handle) {
+    return mModels.uart.close(handle);
 }
 
-/** The client copies as many bytes as are told, so never more than its memory holds. */
-MainService::Return<void> MainService::a_hidl_c_iom_get(uint32_t handle, uint16_t op,
-                                                        const hidl_handle& memory, uint64_t size,
-                                                        a_hidl_c_iom_get_cb reply) {
+/** The client copies as many bytes as the answer says, so never more than its memory holds. */
+Return<void> MainService::a_hidl_c_iom_get(uint32_t handle, uint16_t op, const Handle& memory,
+                                           uint64_t size, a_hidl_c_iom_get_cb reply) {
     SharedBlock block(memory);
     if (!block.holds(size)) {
         reply(0, kBadValue);
         return Void();
     }
-    std::vector<uint8_t> answer;
-    int32_t code = kBadValue;
-    const auto take = [&](const auto& record) {
-        if (code == kOk && size < sizeof(record)) code = kBadValue;
-        if (code == kOk) answer = bytesAs<std::vector<uint8_t>>(&record, 1);
+    using Data = std::vector<uint8_t>;
+    const auto bytesFrom = [size](const auto& record) -> Result<Data> {
+        if (!record) return record.code();
+        if (size < sizeof(*record)) return kBadValue;
+        return bytesAs<Data>(&*record, 1);
     };
+    Result<Data> data = kBadValue;
     if (op == UART_OP_DATA) {
-        code = mTv.uart.receive(handle, std::min(size, kBlockLimit), &answer);
+        data = mModels.uart.receive(handle, std::min(size, kBlockLimit));
     } else if (op == UART_OP_SETTING) {
-        uart_setting_t setting{};
-        code = mTv.uart.setting(handle, &setting);
-        take(setting);
+        data = bytesFrom(mModels.uart.setting(handle));
     } else if (op == UART_OP_STATE) {
-        uart_state_t state{};
-        code = mTv.uart.state(handle, &state);
-        take(state);
+        data = bytesFrom(mModels.uart.state(handle));
     }
-    if (!block.write(answer.data(), answer.size())) code = kBadValue;
-    reply(code == kOk ? answer.size() : 0, code);
+    if (data && !block.write(data->data(), data->size())) data = kBadValue;
+    reply(data ? data->size() : 0, data.code());
     return Void();
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_iom_set(uint32_t handle, uint16_t op,
-                                                           const hidl_handle& memory,
-                                                           uint64_t size) {
+Return<int32_t> MainService::a_hidl_c_iom_set(uint32_t handle, uint16_t op, const Handle& memory,
+                                              uint64_t size) {
     const SharedBlock block(memory);
     if (!block.holds(size) || size > kBlockLimit) return kBadValue;
     std::vector<uint8_t> data(size);
     if (!block.read(data.data(), data.size())) return kBadValue;
     switch (op) {
         case UART_OP_DATA:
-            return mTv.uart.send(handle, data.data(), data.size());
+            return mModels.uart.send(handle, data.data(), data.size());
         case UART_OP_SETTING: {
             const auto setting = recordOf<uart_setting_t>(data.data(), data.size());
-            return setting ? mTv.uart.setSetting(handle, *setting) : kBadValue;
+            return setting ? mModels.uart.setSetting(handle, *setting) : kBadValue;
         }
         case UART_OP_FLUSH:
-            return mTv.uart.flush(handle);
+            return mModels.uart.flush(handle);
         default:
             return kBadValue;
     }
 }
 
-MainService::Return<int32_t> MainService::a_hidl_c_iom_output(uint32_t handle,
-                                                              const hidl_vec<uint8_t>& data) {
-    return mTv.uart.send(handle, data.data(), data.size());
+Return<int32_t> MainService::a_hidl_c_iom_output(uint32_t handle, const Bytes& data) {
+    return mModels.uart.send(handle, data.data(), data.size());
 }
 
 }  // namespace qeltvd

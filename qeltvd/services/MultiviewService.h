@@ -3,18 +3,15 @@
 #include <atomic>
 
 #include "Defaults.h"
-#include "Television.h"
+#include "Presentation.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiMultiview: two pictures at a time. */
 class MultiviewService : public IQelTvApiMultiviewDefault {
   public:
-    explicit MultiviewService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
+    explicit MultiviewService(Presentation& presentation);
 
     Return<int32_t> a_hidl_qeltvapi_multiview_getPOPTunerFocus() override;
     Return<int32_t> a_hidl_qeltvapi_multiview_setAudioFocusbySourceid(int32_t source) override;
@@ -25,13 +22,13 @@ class MultiviewService : public IQelTvApiMultiviewDefault {
             int32_t source, const String& path,
             a_hidl_qeltvapi_multiview_is_source_available_bysourceidandpath_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_multiview_startMainVideo(
-            int32_t p1, const HIDL_QELTVAPI_MULTIVIEW_REGION_T& region) override;
+            int32_t input, const HIDL_QELTVAPI_MULTIVIEW_REGION_T& region) override;
     Return<int32_t> a_hidl_qeltvapi_multiview_startSubVideo(
-            int32_t p1, const HIDL_QELTVAPI_MULTIVIEW_REGION_T& region) override;
+            int32_t input, const HIDL_QELTVAPI_MULTIVIEW_REGION_T& region) override;
     Return<int32_t> a_hidl_qeltvapi_multiview_stopMainVideo() override;
     Return<int32_t> a_hidl_qeltvapi_multiview_stopSubVideo() override;
     Return<int32_t> a_hidl_qeltvapi_multiview_startVideoWithoutVideoPath(
-            int32_t p1, const String& path) override;
+            int32_t input, const String& path) override;
     Return<int32_t> a_hidl_qeltvapi_multiview_stopVideoWithoutVideoPath(
             const String& path) override;
     Return<int32_t> a_hidl_qeltvapi_multiview_getVideoResource(const String& path) override;
@@ -43,7 +40,7 @@ class MultiviewService : public IQelTvApiMultiviewDefault {
     Return<int32_t> a_hidl_qeltvapi_multiview_only_chg_focus(const String& path) override;
 
   private:
-    Television& mTv;
+    Presentation& mPresentation;
     std::atomic<bool> mChangingSource{false};
 };
 

@@ -10,9 +10,6 @@
 
 namespace qeltvd {
 
-using android::hardware::hidl_vec;
-using android::hardware::Void;
-
 namespace {
 
 /** Ratings of one list that are looked at, and values of one. */
@@ -25,12 +22,15 @@ HIDL_T_RATING_MAP_TO_G mapOf(const RatingText& text) {
 
 }  // namespace
 
-RatingService::RatingService(Television& tv)
-        : IQelTvApiRatingDefault(kUnsupported, false), mTv(tv) {}
+RatingService::RatingService(const ChannelDatabase& channels, Guide& guide, Ratings& ratings)
+        : IQelTvApiRatingDefault(kUnsupported, false),
+          mChannels(channels),
+          mGuide(guide),
+          mRatings(ratings) {}
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_setting_info(
         a_hidl_qeltvapi_rating_get_us_tv_setting_info_cb reply) {
-    const Ratings::UsTv flags = mTv.ratings.usTv();
+    const Ratings::UsTv flags = mRatings.usTv();
     HIDL_RATING_US_TV_SETTING_T setting{};
     for (size_t i = 0; i < 16; ++i) setting.block[i] = flags[i] != 0;
     setting.extra1 = flags[16] != 0;
@@ -41,7 +41,7 @@ RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_sett
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_tv_setting_info(
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_tv_setting_info(
         const HIDL_RATING_US_TV_SETTING_T& setting) {
     if (!isSound(setting)) return kBadValue;
     Ratings::UsTv flags{};
@@ -50,137 +50,133 @@ RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_tv_s
     flags[17] = setting.extra2;
     flags[18] = setting.extra3;
     flags[19] = setting.extra4;
-    return mTv.ratings.setUsTv(flags);
+    return mRatings.setUsTv(flags);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_movie_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_movie_setting_info(
         a_hidl_qeltvapi_rating_get_us_movie_setting_info_cb reply) {
-    reply(mTv.ratings.get(Ratings::kUsMovie), kOk);
+    reply(mRatings.get(Ratings::kUsMovie), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_movie_setting_info(
-        uint8_t value) {
-    return mTv.ratings.set(Ratings::kUsMovie, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_movie_setting_info(uint8_t value) {
+    return mRatings.set(Ratings::kUsMovie, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_can_eng_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_can_eng_setting_info(
         a_hidl_qeltvapi_rating_get_can_eng_setting_info_cb reply) {
-    reply(mTv.ratings.get(Ratings::kCanadaEnglish), kOk);
+    reply(mRatings.get(Ratings::kCanadaEnglish), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_can_eng_setting_info(
-        uint8_t value) {
-    return mTv.ratings.set(Ratings::kCanadaEnglish, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_can_eng_setting_info(uint8_t value) {
+    return mRatings.set(Ratings::kCanadaEnglish, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_can_fre_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_can_fre_setting_info(
         a_hidl_qeltvapi_rating_get_can_fre_setting_info_cb reply) {
-    reply(mTv.ratings.get(Ratings::kCanadaFrench), kOk);
+    reply(mRatings.get(Ratings::kCanadaFrench), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_can_fre_setting_info(
-        uint8_t value) {
-    return mTv.ratings.set(Ratings::kCanadaFrench, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_can_fre_setting_info(uint8_t value) {
+    return mRatings.set(Ratings::kCanadaFrench, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_isdb_content_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_isdb_content_setting_info(
         a_hidl_qeltvapi_rating_get_isdb_content_setting_info_cb reply) {
-    reply(mTv.ratings.get(Ratings::kIsdbContent), kOk);
+    reply(mRatings.get(Ratings::kIsdbContent), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_isdb_content_setting_info(
-        uint8_t value) {
-    return mTv.ratings.set(Ratings::kIsdbContent, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_isdb_content_setting_info(uint8_t value) {
+    return mRatings.set(Ratings::kIsdbContent, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_isdb_age_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_isdb_age_setting_info(
         a_hidl_qeltvapi_rating_get_isdb_age_setting_info_cb reply) {
-    reply(mTv.ratings.get(Ratings::kIsdbAge), kOk);
+    reply(mRatings.get(Ratings::kIsdbAge), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_isdb_age_setting_info(
-        uint8_t value) {
-    return mTv.ratings.set(Ratings::kIsdbAge, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_isdb_age_setting_info(uint8_t value) {
+    return mRatings.set(Ratings::kIsdbAge, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_dvb_age_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_dvb_age_setting_info(
         a_hidl_qeltvapi_rating_get_dvb_age_setting_info_cb reply) {
-    reply(mTv.ratings.get(Ratings::kDvbAge), kOk);
+    reply(mRatings.get(Ratings::kDvbAge), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_dvb_age_setting_info(
-        uint8_t value) {
-    return mTv.ratings.set(Ratings::kDvbAge, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_dvb_age_setting_info(uint8_t value) {
+    return mRatings.set(Ratings::kDvbAge, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_block_unrated(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_block_unrated(
         a_hidl_qeltvapi_rating_get_block_unrated_cb reply) {
-    reply(mTv.ratings.get(Ratings::kBlockUnrated), kOk);
+    reply(mRatings.get(Ratings::kBlockUnrated), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_block_unrated(bool on) {
-    return mTv.ratings.set(Ratings::kBlockUnrated, on);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_block_unrated(bool on) {
+    return mRatings.set(Ratings::kBlockUnrated, on);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_enable(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_enable(
         a_hidl_qeltvapi_rating_get_enable_cb reply) {
-    reply(mTv.ratings.get(Ratings::kEnable), kOk);
+    reply(mRatings.get(Ratings::kEnable), kOk);
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_enable(uint8_t value) {
-    return mTv.ratings.set(Ratings::kEnable, value);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_enable(uint8_t value) {
+    return mRatings.set(Ratings::kEnable, value);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_group_by_child(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_group_by_child(
         a_hidl_qeltvapi_rating_get_us_tv_group_by_child_cb reply) {
-    reply(mTv.ratings.childGroup(), kOk);
+    reply(mRatings.childGroup(), kOk);
     return Void();
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_avail(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_avail(
         a_hidl_qeltvapi_rating_get_op_vchip_avail_cb reply) {
-    reply(mTv.ratings.vchipAvailable(), kOk);
+    reply(mRatings.vchipAvailable(), kOk);
     return Void();
 }
 
 /** 64 bytes also when there is no table, all zero then. */
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_info(
         a_hidl_qeltvapi_rating_get_op_vchip_info_cb reply) {
-    reply(bytesOf(mTv.ratings.vchipTable()), mTv.ratings.vchipAvailable() ? kOk : kNotFound);
+    reply(bytesOf(mRatings.vchipTable()), mRatings.vchipAvailable() ? kOk : kNotFound);
     return Void();
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_setting_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_op_vchip_setting_info(
         uint8_t first, uint8_t second, uint8_t third,
         a_hidl_qeltvapi_rating_get_op_vchip_setting_info_cb reply) {
     HIDL_RATING_OPEN_VCHIP_SETTING_T setting{};
     setting.first = first;
     setting.second = second;
     setting.third = third;
-    Ratings::Levels levels{};
-    const int32_t code = mTv.ratings.vchip(first, second, &setting.third, &levels);
-    if (code == kOk) memcpy(setting.block.data(), levels.data(), levels.size());
-    reply(setting, code);
+    const auto found = mRatings.vchip(first, second);
+    if (found) {
+        setting.third = found->levels;
+        memcpy(setting.block.data(), found->blocked.data(), found->blocked.size());
+    }
+    reply(setting, found.code());
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_op_vchip_setting_info(
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_op_vchip_setting_info(
         const HIDL_RATING_OPEN_VCHIP_SETTING_T& setting) {
     Ratings::Levels levels{};
     memcpy(levels.data(), setting.block.data(), levels.size());
-    return mTv.ratings.setVchip(setting.first, setting.second, levels);
+    return mRatings.setVchip(setting.first, setting.second, levels);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_convert_rating_info(
-        const hidl_vec<HIDL_EVCTX_ATSC_RATING_LIST_T>& ratings,
+Return<void> RatingService::a_hidl_qeltvapi_rating_convert_rating_info(
+        const Vector<HIDL_EVCTX_ATSC_RATING_LIST_T>& ratings,
         a_hidl_qeltvapi_rating_convert_rating_info_cb reply) {
     if (ratings.size() == 0 || ratings.size() > kListLimit) {
         reply({}, kBadValue);
@@ -198,16 +194,16 @@ RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_convert_rating
     return Void();
 }
 
-RatingService::Return<int32_t> RatingService::a_hidl_qeltvapi_rating_atsc_storage(bool on) {
-    return mTv.ratings.store(on);
+Return<int32_t> RatingService::a_hidl_qeltvapi_rating_atsc_storage(bool on) {
+    return mRatings.store(on);
 }
 
-RatingService::Return<void> RatingService::a_hidl_qeltvapi_rating_get_crnt_rating_info(
+Return<void> RatingService::a_hidl_qeltvapi_rating_get_crnt_rating_info(
         a_hidl_qeltvapi_rating_get_crnt_rating_info_cb reply) {
-    const auto channel = mTv.channels.current();
-    const auto event = channel ? mTv.guide.present(channel->channelId) : std::nullopt;
+    const auto channel = mChannels.current();
+    const auto event = channel ? mGuide.present(channel->channelId) : std::nullopt;
     if (event) {
-        reply(mapOf(mTv.ratings.text(event->rating)), kOk);
+        reply(mapOf(mRatings.text(event->rating)), kOk);
     } else {
         reply({}, kNotFound);
     }

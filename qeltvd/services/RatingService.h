@@ -1,17 +1,17 @@
 #pragma once
 
+#include "ChannelDatabase.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Guide.h"
+#include "Ratings.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiRating over the rating lock. */
 class RatingService : public IQelTvApiRatingDefault {
   public:
-    explicit RatingService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
+    RatingService(const ChannelDatabase& channels, Guide& guide, Ratings& ratings);
 
     Return<void> a_hidl_qeltvapi_rating_get_us_tv_setting_info(
             a_hidl_qeltvapi_rating_get_us_tv_setting_info_cb reply) override;
@@ -53,14 +53,16 @@ class RatingService : public IQelTvApiRatingDefault {
             a_hidl_qeltvapi_rating_get_dvb_age_setting_info_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_rating_set_dvb_age_setting_info(uint8_t value) override;
     Return<void> a_hidl_qeltvapi_rating_convert_rating_info(
-            const android::hardware::hidl_vec<HIDL_EVCTX_ATSC_RATING_LIST_T>& ratings,
+            const Vector<HIDL_EVCTX_ATSC_RATING_LIST_T>& ratings,
             a_hidl_qeltvapi_rating_convert_rating_info_cb reply) override;
     Return<int32_t> a_hidl_qeltvapi_rating_atsc_storage(bool on) override;
     Return<void> a_hidl_qeltvapi_rating_get_crnt_rating_info(
             a_hidl_qeltvapi_rating_get_crnt_rating_info_cb reply) override;
 
   private:
-    Television& mTv;
+    const ChannelDatabase& mChannels;
+    Guide& mGuide;
+    Ratings& mRatings;
 };
 
 }  // namespace qeltvd

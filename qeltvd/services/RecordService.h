@@ -1,19 +1,16 @@
 #pragma once
 
+#include "ChannelDatabase.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Recorder.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiRecord over the recorder. */
 class RecordService : public IQelTvApiRecordDefault {
   public:
-    explicit RecordService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
-    using Bytes = android::hardware::hidl_vec<uint8_t>;
+    RecordService(const ChannelDatabase& channels, Recorder& recorder);
 
     Return<int32_t> a_hidl_qeltvapi_pvr_set_event(uint32_t event, uint32_t value) override;
     Return<int32_t> a_hidl_qeltvapi_pvr_set_event_extra(uint32_t event, uint32_t value,
@@ -58,7 +55,8 @@ class RecordService : public IQelTvApiRecordDefault {
                                                           uint32_t service) override;
 
   private:
-    Television& mTv;
+    const ChannelDatabase& mChannels;
+    Recorder& mRecorder;
 };
 
 }  // namespace qeltvd

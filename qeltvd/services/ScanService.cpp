@@ -6,10 +6,9 @@
 
 #include "Code.h"
 #include "Stored.h"
+#include "Text.h"
 
 namespace qeltvd {
-
-using android::hardware::Void;
 
 namespace {
 
@@ -32,50 +31,48 @@ bool isDvbS(DeliverySystem system) {
     return system == DeliverySystem::kDvbS || system == DeliverySystem::kDvbS2;
 }
 
-/** No longer than the caller's buffer: it copies all that comes. */
-std::string cut(std::string text, int64_t room) {
-    if (static_cast<int64_t>(text.size()) <= room) return text;
-    auto length = static_cast<size_t>(std::max<int64_t>(room, 0));
-    while (length > 0 && (static_cast<uint8_t>(text[length]) & 0xc0) == 0x80) --length;
-    text.resize(length);
-    return text;
-}
-
 std::string counted(int32_t count, const char* what) {
     return std::to_string(count) + " " + what;
 }
 
 }  // namespace
 
-ScanService::ScanService(Television& tv) : IQelTvApiScanDefault(kUnsupported, false), mTv(tv) {}
+ScanService::ScanService(const ChannelDatabase& channels, const ConfigItems& config,
+                         const Ratings& ratings, Scanner& scanner,
+                         std::function<Code(uint32_t)> goTo)
+        : IQelTvApiScanDefault(kUnsupported, false),
+          mChannels(channels),
+          mConfig(config),
+          mRatings(ratings),
+          mScanner(scanner),
+          mGoTo(std::move(goTo)) {}
 
 /** Placeholders are the channels that zapping leaves out. */
-ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_scan_select_crnt_or_first_channel(
-        bool skip_fake) {
+Return<int32_t> ScanService::a_hidl_qeltvapi_scan_select_crnt_or_first_channel(bool skip_fake) {
     const auto query = skip_fake ? ChannelQuery::zapping() : ChannelQuery();
-    const auto current = mTv.channels.current();
-    if (current && mTv.channels.indexOf(current->channelId, query)) return kOk;
-    for (const uint16_t list : mTv.channels.lists()) {
-        const auto first = mTv.channels.byIndex(list, query, 0);
-        if (first) return stored([&] { return mTv.goTo(first->channelId); });
+    const auto current = mChannels.current();
+    if (current && mChannels.indexOf(current->channelId, query)) return kOk;
+    for (const uint16_t list : mChannels.lists()) {
+        const auto first = mChannels.byIndex(list, query, 0);
+        if (first) return stored([&] { return mGoTo(first->channelId); });
     }
     return kNotFound;
 }
 
-ScanService::Return<bool> ScanService::a_hidl_qeltvapi_is_scan_active() {
-    return mTv.scanner.active();
+Return<bool> ScanService::a_hidl_qeltvapi_is_scan_active() {
+    return mScanner.active();
 }
 
-ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_start_scan(uint64_t scan_arg, bool flag) {
-    return mTv.scanner.start(scan_arg, flag);
+Return<int32_t> ScanService::a_hidl_qeltvapi_start_scan(uint64_t scan_arg, bool flag) {
+    return mScanner.start(scan_arg, flag);
 }
 
-ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_cancel_scan() {
-    return mTv.scanner.cancel();
+Return<int32_t> ScanService::a_hidl_qeltvapi_cancel_scan() {
+    return mScanner.cancel();
 }
 
-ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_get_market_region() {
-    switch (mTv.ratings.system()) {
+Return<int32_t> ScanService::a_hidl_qeltvapi_get_market_region() {
+    switch (mRatings.system()) {
         case RatingSystem::kUnitedStates:
         case RatingSystem::kCanada:
             return QELTV_MARKET_NORTH_AMERICA;
@@ -87,22 +84,22 @@ ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_get_market_region() {
     return QELTV_MARKET_EUROPE;
 }
 
-ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_atsc_scan_param(
+Return<int32_t> ScanService::a_hidl_qeltvapi_set_atsc_scan_param(
         uint64_t, const HIDL_ATSC_SCAN_PARAM_T& param) {
-    return mTv.scanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index,
-                                 param.ui4_mod_mask, param.ui4_freq_plan, false});
+    return mScanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index,
+                              param.ui4_mod_mask, param.ui4_freq_plan, false});
 }
 
-ScanService::Return<int32_t> ScanService::a_hidl_qeltvapi_set_isdb_scan_param(
+Return<int32_t> ScanService::a_hidl_qeltvapi_set_isdb_scan_param(
         uint64_t, const HIDL_ISDB_SCAN_PARAM_T& param) {
     if (param.ui4_configFlag > QELTV_ISDB_NO_RADIO) return kBadValue;
-    return mTv.scanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index, 0, 0,
-                                 param.ui4_configFlag == QELTV_ISDB_NO_RADIO});
+    return mScanner.setRange({param.ui4_first_scan_index, param.ui4_end_scan_index, 0, 0,
+                              param.ui4_configFlag == QELTV_ISDB_NO_RADIO});
 }
 
 void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply) {
     std::vector<Multiplex> own;
-    for (const Scanner::Stop& stop : mTv.scanner.stops()) {
+    for (const Scanner::Stop& stop : mScanner.stops()) {
         if (belongs(stop.multiplex.system)) own.push_back(stop.multiplex);
     }
     if (own.empty()) {
@@ -111,7 +108,7 @@ void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply
     }
     switch (data.size() != 0 ? data[0] : 0) {
         case QELTV_EXCHANGE_STATUS: {
-            const Scanner::Status status = mTv.scanner.status();
+            const Scanner::Status status = mScanner.status();
             reply(Data{QELTV_EXCHANGE_STATUS, status.state, status.percent,
                        static_cast<int32_t>(status.kHz), status.index, status.count,
                        status.television, status.radio, status.added},
@@ -123,7 +120,7 @@ void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply
             Scanner::Range range;
             range.first = static_cast<uint32_t>(data[1]);
             range.last = static_cast<uint32_t>(data[2]);
-            reply(data, mTv.scanner.setRange(range));
+            reply(data, mScanner.setRange(range));
             return;
         }
         case QELTV_EXCHANGE_TRANSPONDER: {
@@ -151,88 +148,92 @@ void ScanService::exchange(const Data& data, Belongs belongs, const Reply& reply
     reply(data, kBadValue);
 }
 
-ScanService::Return<void> ScanService::a_hidl_qeltvapi_atsc_exchange_data(
+Return<void> ScanService::a_hidl_qeltvapi_atsc_exchange_data(
         const Data& data, a_hidl_qeltvapi_atsc_exchange_data_cb reply) {
     exchange(data, isAtsc, reply);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_qeltvapi_isdb_exchange_data(
+Return<void> ScanService::a_hidl_qeltvapi_isdb_exchange_data(
         const Data& data, a_hidl_qeltvapi_isdb_exchange_data_cb reply) {
     exchange(data, isIsdb, reply);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_scan_ce_exchange_data(
-        const Data& data, a_hidl_scan_ce_exchange_data_cb reply) {
+Return<void> ScanService::a_hidl_scan_ce_exchange_data(const Data& data,
+                                                       a_hidl_scan_ce_exchange_data_cb reply) {
     exchange(data, isAny, reply);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_scan_dtmb_exchange_data(
-        const Data& data, a_hidl_scan_dtmb_exchange_data_cb reply) {
+Return<void> ScanService::a_hidl_scan_dtmb_exchange_data(const Data& data,
+                                                         a_hidl_scan_dtmb_exchange_data_cb reply) {
     reply(data, kUnsupported);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_scan_pal_secam_exchange_data(
+Return<void> ScanService::a_hidl_scan_pal_secam_exchange_data(
         const Data& data, a_hidl_scan_pal_secam_exchange_data_cb reply) {
     reply(data, kUnsupported);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_scan_dvbs_exchange_data(
-        const Data& data, a_hidl_scan_dvbs_exchange_data_cb reply) {
+Return<void> ScanService::a_hidl_scan_dvbs_exchange_data(const Data& data,
+                                                         a_hidl_scan_dvbs_exchange_data_cb reply) {
     exchange(data, isDvbS, reply);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_scan_dvbc_exchange_data(
-        const Data& data, a_hidl_scan_dvbc_exchange_data_cb reply) {
+Return<void> ScanService::a_hidl_scan_dvbc_exchange_data(const Data& data,
+                                                         a_hidl_scan_dvbc_exchange_data_cb reply) {
     exchange(data, isDvbC, reply);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_scan_dvbt_exchange_data(
-        const Data& data, a_hidl_scan_dvbt_exchange_data_cb reply) {
+Return<void> ScanService::a_hidl_scan_dvbt_exchange_data(const Data& data,
+                                                         a_hidl_scan_dvbt_exchange_data_cb reply) {
     exchange(data, isDvbT, reply);
     return Void();
 }
 
 /** What became of the last scan. */
-ScanService::Return<void> ScanService::a_hidl_qeltvapi_get_user_message(
-        const String&, uint32_t room, a_hidl_qeltvapi_get_user_message_cb reply) {
-    const Scanner::Status status = mTv.scanner.status();
+Return<void> ScanService::a_hidl_qeltvapi_get_user_message(
+        const String&, uint32_t capacity, a_hidl_qeltvapi_get_user_message_cb reply) {
+    const Scanner::Status status = mScanner.status();
     const char* begins[] = {"No scan yet", "Scan runs", "Scan complete", "Scan cancelled",
                             "Scan failed"};
     std::string text = begins[status.state];
     if (status.state != QELTV_SCAN_STATE_IDLE) {
         text += ": " + counted(status.television, "television and ") +
                 counted(status.radio, "radio services, ") + counted(status.added, "new");
+        if (status.silent != 0) {
+            text += ", " + counted(status.silent, "transponders without a signal");
+        }
     }
-    text = cut(text, room);
+    text = cut(text, capacity);
     reply(text, static_cast<uint32_t>(text.size()), kOk);
     return Void();
 }
 
-ScanService::Return<void> ScanService::a_hidl_qeltvapi_scan_dvbc_get_str_data(
-        uint32_t id, const String&, int32_t room, a_hidl_qeltvapi_scan_dvbc_get_str_data_cb reply) {
+Return<void> ScanService::a_hidl_qeltvapi_scan_dvbc_get_str_data(
+        uint32_t id, const String&, int32_t capacity,
+        a_hidl_qeltvapi_scan_dvbc_get_str_data_cb reply) {
     std::string text;
     switch (id) {
         case QELTV_SCAN_TEXT_REGION:
-            text = mTv.config.text("channels.region");
+            text = mConfig.text("channels.region");
             break;
         case QELTV_SCAN_TEXT_COUNTRY:
-            text = mTv.config.text("channels.country");
+            text = mConfig.text("channels.country");
             break;
         case QELTV_SCAN_TEXT_TRANSPONDER:
-            text = mTv.scanner.status().transponder;
+            text = mScanner.status().transponder;
             break;
         default:
             reply("", 0, kNotFound);
             return Void();
     }
-    text = cut(text, room);
+    text = cut(text, static_cast<size_t>(std::max(0, capacity)));
     reply(text, static_cast<int32_t>(text.size()), kOk);
     return Void();
 }

@@ -1,19 +1,21 @@
 #pragma once
 
+#include "ChannelDatabase.h"
+#include "ConfigItems.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "Ratings.h"
+#include "Scanner.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiScan over the scanner. */
 class ScanService : public IQelTvApiScanDefault {
   public:
-    explicit ScanService(Television& tv);
+    ScanService(const ChannelDatabase& channels, const ConfigItems& config, const Ratings& ratings,
+                Scanner& scanner, std::function<Code(uint32_t channelId)> goTo);
 
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using Data = android::hardware::hidl_vec<int32_t>;
-    using String = android::hardware::hidl_string;
+    using Data = Vector<int32_t>;
 
     Return<int32_t> a_hidl_qeltvapi_scan_select_crnt_or_first_channel(bool skip_fake) override;
     Return<bool> a_hidl_qeltvapi_is_scan_active() override;
@@ -51,7 +53,11 @@ class ScanService : public IQelTvApiScanDefault {
     using Reply = std::function<void(const Data&, int32_t)>;
     void exchange(const Data& data, Belongs belongs, const Reply& reply);
 
-    Television& mTv;
+    const ChannelDatabase& mChannels;
+    const ConfigItems& mConfig;
+    const Ratings& mRatings;
+    Scanner& mScanner;
+    const std::function<Code(uint32_t)> mGoTo;
 };
 
 }  // namespace qeltvd

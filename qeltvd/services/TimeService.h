@@ -1,18 +1,15 @@
 #pragma once
 
+#include "Clock.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiTime over the clock and the sleep timer. */
 class TimeService : public IQelTvApiTimeDefault {
   public:
-    explicit TimeService(Television& tv);
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
+    TimeService(Clock& clock, SleepTimer& sleepTimer);
 
     Return<void> a_hidl_qeltvapi_time_get_utc_time(
             uint16_t zero, a_hidl_qeltvapi_time_get_utc_time_cb reply) override;
@@ -60,7 +57,8 @@ class TimeService : public IQelTvApiTimeDefault {
                                             a_hidl_c_dt_dtg_to_mjd_bcd_cb reply) override;
 
   private:
-    Television& mTv;
+    Clock& mClock;
+    SleepTimer& mSleepTimer;
 };
 
 }  // namespace qeltvd

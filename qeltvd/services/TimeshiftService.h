@@ -2,19 +2,16 @@
 
 #include "Code.h"
 #include "Defaults.h"
-#include "Television.h"
+#include "ServiceTypes.h"
+#include "Timeshift.h"
 
 namespace qeltvd {
 
 /** IQelTvApiTimeshift over the timeshift. */
 class TimeshiftService : public IQelTvApiTimeshiftDefault {
   public:
-    explicit TimeshiftService(Television& tv)
-            : IQelTvApiTimeshiftDefault(kUnsupported, false), mShift(tv.timeshift) {}
-
-    template <class T>
-    using Return = android::hardware::Return<T>;
-    using String = android::hardware::hidl_string;
+    explicit TimeshiftService(Timeshift& timeshift)
+            : IQelTvApiTimeshiftDefault(kUnsupported, false), mShift(timeshift) {}
 
     Return<int32_t> a_hidl_qeltvapi_timeshift_get_registerdevice_schedule() override {
         return mShift.progress();

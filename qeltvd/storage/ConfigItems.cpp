@@ -4,6 +4,7 @@
 
 #include "Code.h"
 #include "Guarded.h"
+#include "layouts/config.h"
 
 namespace qeltvd {
 namespace {
@@ -81,8 +82,14 @@ constexpr Default kDefaults[] = {
         integer("network.hbbtv", ConfigItems::kNetwork, 0, 1, 1),
 };
 
-constexpr char kColumns[] =
-        "SELECT name, grp, is_text, minimum, maximum, value, text, visible, enabled FROM config ";
+/** A condition for items whose text an older television has stored without a limit. */
+const std::string kTooLong =
+        "length(CAST(text AS BLOB)) > " + std::to_string(QELTV_CONFIG_TEXT_MAXIMUM);
+
+const std::string kColumns =
+        "SELECT name, grp, is_text, minimum, maximum, value,"
+        " CASE WHEN " +
+        kTooLong + " THEN default_text ELSE text END, visible, enabled FROM config ";
 
 ConfigItems::Item read(const Store::Statement& row) {
     return {row.text(0),
@@ -123,6 +130,11 @@ ConfigItems::ConfigItems(Store& store) : mStore(store) {
                 .run();
     }
     transaction.commit();
+    Store::Statement row(mStore, ("SELECT name FROM config WHERE " + kTooLong).c_str());
+    while (row.step()) {
+        ALOGW("%s: the stored text is longer than %d bytes and reads as the default; set it anew",
+              row.text(0).c_str(), QELTV_CONFIG_TEXT_MAXIMUM);
+    }
 }
 
 std::optional<ConfigItems::Item> ConfigItems::find(uint32_t selector,
@@ -133,7 +145,7 @@ std::optional<ConfigItems::Item> ConfigItems::find(uint32_t selector,
         for (const std::string& each : names()) all += (all.empty() ? "" : " ") + each;
         return Item{kNames, kSystem, true, 0, 0, 0, all, false, false};
     }
-    Store::Statement row(mStore, (std::string(kColumns) + "WHERE name = ?").c_str());
+    Store::Statement row(mStore, (kColumns + "WHERE name = ?").c_str());
     if (!row.bind(name).step()) return std::nullopt;
     Item item = read(row);
     if (selector != kAnyGroup && selector != item.group) return std::nullopt;
@@ -147,7 +159,7 @@ std::vector<std::string> ConfigItems::names() const {
     return names;
 }
 
-int32_t ConfigItems::set(uint32_t selector, const std::string& name, int32_t value, bool quiet) {
+Code ConfigItems::set(uint32_t selector, const std::string& name, int32_t value, bool quiet) {
     auto item = find(selector, name);
     if (!item || item->isText) return kNotFound;
     if (!item->enabled) return kRefused;
@@ -162,10 +174,13 @@ int32_t ConfigItems::set(uint32_t selector, const std::string& name, int32_t val
     return kOk;
 }
 
-int32_t ConfigItems::setText(const std::string& name, const std::string& value, bool quiet) {
+Code ConfigItems::setText(const std::string& name, const std::string& value, bool quiet) {
     auto item = find(kAnyGroup, name);
     if (!item || !item->isText) return kNotFound;
     if (!item->enabled) return kRefused;
+    if (value.size() > QELTV_CONFIG_TEXT_MAXIMUM) return kBadValue;
+    const auto check = mChecks.find(name);
+    if (check != mChecks.end() && !check->second(value)) return kBadValue;
     if (value == item->text) return kOk;
     Store::Statement(mStore, "UPDATE config SET text = ? WHERE name = ?")
             .bind(value)
@@ -176,7 +191,7 @@ int32_t ConfigItems::setText(const std::string& name, const std::string& value, 
     return kOk;
 }
 
-int32_t ConfigItems::reset(uint32_t selector) {
+Code ConfigItems::reset(uint32_t selector) {
     if (selector > kNetwork) return kNotFound;
     std::vector<Item> items;
     {

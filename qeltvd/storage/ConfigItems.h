@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Code.h"
 #include "Store.h"
 
 namespace qeltvd {
@@ -50,11 +52,18 @@ class ConfigItems {
     /** Names of all items, by group and name. */
     std::vector<std::string> names() const;
 
-    /** Each gives a code: kOk, or why not. A quiet change is one that no application is told of. */
-    int32_t set(uint32_t selector, const std::string& name, int32_t value, bool quiet = false);
-    int32_t setText(const std::string& name, const std::string& value, bool quiet = false);
+    /**
+     * Each returns a code: kOk, or why not. No application is notified of a quiet change. A text of
+     * more than QELTV_CONFIG_TEXT_MAXIMUM bytes, or one that its check refuses, is a bad value.
+     */
+    Code set(uint32_t selector, const std::string& name, int32_t value, bool quiet = false);
+    Code setText(const std::string& name, const std::string& value, bool quiet = false);
     /** Sets the items of a group back. */
-    int32_t reset(uint32_t selector);
+    Code reset(uint32_t selector);
+
+    using Check = std::function<bool(const std::string& text)>;
+    /** Refuses the texts of an item for which the check returns false. Before serving only. */
+    void addCheck(const std::string& name, Check check) { mChecks[name] = std::move(check); }
 
     using Listener = std::function<void(const Item& item, bool quiet)>;
     /** Called after every change of a value, without a lock, on the thread that made it. */
@@ -68,6 +77,7 @@ class ConfigItems {
     void changed(const Item& item, bool quiet) const;
 
     Store& mStore;
+    std::map<std::string, Check> mChecks;
     mutable std::mutex mLock;
     // Guarded by mLock.
     std::vector<Listener> mListeners;

@@ -10,9 +10,9 @@ namespace qeltvd {
 class StateLock {
   public:
     /**
-     * Makes the directory where there is none. Waits for a television that is about to end.
+     * Makes the directory if there is none. Waits for a television that is about to end.
      *
-     * @throws std::runtime_error where another user or another television has it
+     * @throws std::runtime_error if another user or another television has it
      */
     explicit StateLock(const std::string& directory);
 

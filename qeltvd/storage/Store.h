@@ -35,7 +35,7 @@ class Store {
      * Opens or makes the file, which is open to this user alone. One that is damaged is set aside
      * under another name and a fresh one begun. ":memory:" keeps nothing.
      *
-     * @throws std::runtime_error where the file is another user's or cannot be used
+     * @throws std::runtime_error if the file is another user's or cannot be used
      */
     explicit Store(const std::string& path);
     ~Store();
@@ -78,7 +78,7 @@ class Store {
         int mNext = 1;
     };
 
-    /** Stores something, whatever it is. @throws StoreError where nothing can be stored */
+    /** Checks that a change can be stored. @throws StoreError if it cannot */
     void probe();
 
     /** Runs statements without arguments. @throws StoreError */
@@ -116,13 +116,13 @@ class Store {
     bool isFile() const { return !mFile.path.empty(); }
     /** Makes the file belong to this user alone. */
     void claim() const;
-    /** Opens the file; gives what is damaged in it, "" for nothing. */
+    /** Opens the file. Returns the damage in it, "" for none. */
     std::string open();
     void close();
     void setAside(const std::string& damage) const;
     /** What others have done to the file or its log; "" for nothing. */
     std::string foreignChange() const;
-    /** Before a change. @throws StoreError where it would be lost */
+    /** Before a change. @throws StoreError if it would be lost */
     void verify() const;
     /** After a change. */
     void witness();

@@ -2,16 +2,16 @@
 
 #include <log/log.h>
 
-#include <cstdint>
+#include <type_traits>
 
 #include "Code.h"
 #include "Store.h"
 
 namespace qeltvd {
 
-/** The code of a change of the store; a store that fails is a refusal. */
+/** Makes a change of the store. Returns what the change returns, kStorage if the store fails. */
 template <class F>
-int32_t stored(const F& change) {
+auto stored(const F& change) -> std::invoke_result_t<const F&> {
     try {
         return change();
     } catch (const StoreError& e) {

@@ -82,19 +82,19 @@ Cam::Cam(Store& store, Settings& settings, Notifier& notifier, const std::string
         mSettings.set(kCamPinKey, std::string(QELTV_PIN_FACTORY));
 }
 
-int32_t Cam::add(uint32_t first, uint32_t second, int pid, int32_t* registration) {
+Result<int32_t> Cam::add(uint32_t first, uint32_t second, int pid) {
     std::lock_guard<std::mutex> guard(mLock);
-    // Of processes that are gone, nothing else takes them back.
+    // Nothing else takes back the registrations of processes that are gone.
     const auto gone = [](const Registration& r) { return kill(r.pid, 0) != 0 && errno == ESRCH; };
     mRegistrations.erase(std::remove_if(mRegistrations.begin(), mRegistrations.end(), gone),
                          mRegistrations.end());
     if (mRegistrations.size() >= kRegistrationLimit) return kRefused;
-    *registration = mNextRegistration++;
-    mRegistrations.push_back({*registration, first, second, pid});
-    return kOk;
+    const int32_t registration = mNextRegistration++;
+    mRegistrations.push_back({registration, first, second, pid});
+    return registration;
 }
 
-int32_t Cam::remove(int32_t registration) {
+Code Cam::remove(int32_t registration) {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = std::find_if(mRegistrations.begin(), mRegistrations.end(),
                                     [&](const auto& r) { return r.handle == registration; });
@@ -159,7 +159,7 @@ std::u16string Cam::pin(bool* valid) const {
     return wide(held);
 }
 
-int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size) {
+Code Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size) {
     std::lock_guard<std::mutex> guard(mLock);
     switch (type) {
         case QELTV_CI_SET_OPEN_MENU:
@@ -189,20 +189,20 @@ int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size)
             if (!ready()) return kRefused;
             closeDialogue();
             mWrongPins = 0;
-            tellSlot(QELTV_CI_CARD_READY);
+            notifySlot(QELTV_CI_CARD_READY);
             return kOk;
         case QELTV_CI_SET_REMOVE:
             if (!mInserted) return kRefused;
             closeDialogue();
             mInserted = false;
-            tellSlot(QELTV_CI_CARD_REMOVED);
+            notifySlot(QELTV_CI_CARD_REMOVED);
             return kOk;
         case QELTV_CI_SET_INSERT:
             if (mInserted) return kRefused;
             mInserted = true;
             mWrongPins = 0;
-            tellSlot(QELTV_CI_CARD_INSERTED);
-            if (ready()) tellSlot(QELTV_CI_CARD_READY);
+            notifySlot(QELTV_CI_CARD_INSERTED);
+            if (ready()) notifySlot(QELTV_CI_CARD_READY);
             return kOk;
         case QELTV_CI_SET_PIN:
             return setPin(std::string(data, data + size));
@@ -218,14 +218,14 @@ int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size)
             if (size != 1 || data[0] > 1) return kBadValue;
             const bool on = data[0] == 1;
             if (on == mPowered) return kOk;
-            const int32_t code = stored([&] {
+            const Code code = stored([&] {
                 mSettings.set(kPowerKey, int64_t{on});
                 return kOk;
             });
             if (code != kOk) return code;
             if (!on) closeDialogue();
             mPowered = on;
-            if (ready()) tellSlot(QELTV_CI_CARD_READY);
+            if (ready()) notifySlot(QELTV_CI_CARD_READY);
             return kOk;
         }
         default:
@@ -233,14 +233,14 @@ int32_t Cam::set(int32_t type, uint32_t value, const uint8_t* data, size_t size)
     }
 }
 
-int32_t Cam::setPin(const std::string& digits) {
+Code Cam::setPin(const std::string& digits) {
     if (!digits.empty() && !isPin(digits)) return kBadValue;
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         mSettings.set(kHeldPinKey, digits);
         return kOk;
     });
     if (code != kOk || digits.empty() || !ready()) return code;
-    tell(QELTV_CI_PIN_REPLY, {static_cast<uint8_t>(digits == mSettings.text(kCamPinKey))});
+    notify(QELTV_CI_PIN_REPLY, {static_cast<uint8_t>(digits == mSettings.text(kCamPinKey))});
     return kOk;
 }
 
@@ -298,7 +298,7 @@ void Cam::showMenu(Screen screen, int32_t cond, const std::u16string& title,
     std::vector<Units> texts;
     for (const auto& choice : choices) texts.push_back(units(choice));
     menu.choices = texts;
-    tellAll([menu, cond](Callback& callback, uint64_t first, uint64_t second) {
+    notifyAll([menu, cond](Callback& callback, uint64_t first, uint64_t second) {
         return callback.a_hidl_qeltvapi_ci_nfy_fct_menu(first, second, cond, menu).isOk();
     });
 }
@@ -310,7 +310,7 @@ void Cam::showEnquiry(Screen screen, const std::u16string& text) {
     enquiry.b_blind = 1;
     enquiry.ans_len = 4;
     enquiry.text = units(text);
-    tellAll([enquiry](Callback& callback, uint64_t first, uint64_t second) {
+    notifyAll([enquiry](Callback& callback, uint64_t first, uint64_t second) {
         return callback.a_hidl_qeltvapi_ci_nfy_fct_enq(first, second, QELTV_CI_ENQUIRY, enquiry)
                 .isOk();
     });
@@ -324,10 +324,10 @@ void Cam::closeDialogue() {
     if (mScreen == Screen::kNone) return;
     mScreen = Screen::kNone;
     mNewPin.clear();
-    tellSlot(QELTV_CI_CLOSED);
+    notifySlot(QELTV_CI_CLOSED);
 }
 
-int32_t Cam::answerMenu(uint32_t dialogue, uint32_t choice) {
+Code Cam::answerMenu(uint32_t dialogue, uint32_t choice) {
     if (mScreen == Screen::kNone || dialogue != mDialogue) return kRefused;
     switch (mScreen) {
         case Screen::kMain: {
@@ -358,7 +358,7 @@ int32_t Cam::answerMenu(uint32_t dialogue, uint32_t choice) {
     }
 }
 
-int32_t Cam::answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16string& text) {
+Code Cam::answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16string& text) {
     std::lock_guard<std::mutex> guard(mLock);
     if (dialogue != mDialogue) return kRefused;
     switch (mScreen) {
@@ -376,7 +376,7 @@ int32_t Cam::answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16strin
         return kOk;
     }
     if (kind != QELTV_CI_ANSWERED) return kBadValue;
-    return stored([&]() -> int32_t {
+    return stored([&]() -> Code {
         if (mScreen == Screen::kOldPin || mScreen == Screen::kParentalPin) {
             if (mWrongPins >= kWrongPinLimit) {
                 showMessage(u"Too many wrong PINs");
@@ -413,31 +413,30 @@ int32_t Cam::answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16strin
     });
 }
 
-int32_t Cam::virtualChannel(uint32_t index, uint32_t* channel) const {
+Result<uint32_t> Cam::virtualChannel(uint32_t index) const {
     std::lock_guard<std::mutex> guard(mLock);
     if (!ready() || index >= kVirtualChannels) return kNotFound;
-    *channel = kVirtualChannelIds[index];
-    return kOk;
+    return kVirtualChannelIds[index];
 }
 
-int32_t Cam::writeKey(uint32_t kind, const Bytes& data) {
+Code Cam::writeKey(uint32_t kind, const Bytes& data) {
     if (kind >= QELTV_CI_KEY_KINDS || data.size() < QELTV_CI_KEY_MINIMUM ||
         data.size() > QELTV_CI_KEY_MAXIMUM) {
         return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         Store::Statement(mStore, "INSERT OR REPLACE INTO ci_keys VALUES (?, 0, ?)")
                 .bind(int64_t{kind})
                 .bind(data)
                 .run();
         return kOk;
     });
-    if (code == kOk) tell(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_WRITTEN});
+    if (code == kOk) notify(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_WRITTEN});
     return code;
 }
 
-int32_t Cam::readKey(uint32_t kind, const std::string& path) {
+Code Cam::readKey(uint32_t kind, const std::string& path) {
     if (kind >= QELTV_CI_KEY_KINDS) return kBadValue;
     const Descriptor file = openFile(AT_FDCWD, path, O_RDONLY);
     if (!file) {
@@ -452,42 +451,41 @@ int32_t Cam::readKey(uint32_t kind, const std::string& path) {
     return writeKey(kind, data);
 }
 
-int32_t Cam::readDeviceKey(uint32_t kind) {
+Code Cam::readDeviceKey(uint32_t kind) {
     return readKey(kind, mDevice + "/ci_key_" + std::to_string(kind) + ".bin");
 }
 
-int32_t Cam::activateKeys() {
+Code Cam::activateKeys() {
     std::lock_guard<std::mutex> guard(mLock);
-    const int32_t code = stored([&]() -> int32_t {
+    const Code code = stored([&]() -> Code {
         Store::Statement(mStore, "UPDATE ci_keys SET active = 1 WHERE active = 0").run();
         return mStore.changes() > 0 ? kOk : kRefused;
     });
-    if (code == kOk) tell(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_ACTIVE});
+    if (code == kOk) notify(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_ACTIVE});
     return code;
 }
 
-int32_t Cam::eraseKeys() {
+Code Cam::eraseKeys() {
     std::lock_guard<std::mutex> guard(mLock);
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         Store::Statement(mStore, "DELETE FROM ci_keys").run();
         return kOk;
     });
-    if (code == kOk) tell(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_NONE});
+    if (code == kOk) notify(QELTV_CI_KEY_CHANGED, {QELTV_CI_KEY_NONE});
     return code;
 }
 
-int32_t Cam::keyExists(uint32_t kind, bool* exists) const {
+Result<bool> Cam::keyExists(uint32_t kind) const {
     if (kind >= QELTV_CI_KEY_KINDS) return kBadValue;
-    return stored([&] {
+    return stored([&]() -> Result<bool> {
         Store::Statement row(mStore, "SELECT 1 FROM ci_keys WHERE kind = ?");
-        *exists = row.bind(int64_t{kind}).step();
-        return kOk;
+        return row.bind(int64_t{kind}).step();
     });
 }
 
-/** Of each kind its size and whether it is active; nothing of the data itself. */
-int32_t Cam::describeKeys(std::u16string* text) const {
-    return stored([&]() -> int32_t {
+/** The size of each kind and whether it is active; nothing of the data itself. */
+Result<std::u16string> Cam::describeKeys() const {
+    return stored([&]() -> Result<std::u16string> {
         std::string all;
         Store::Statement rows(mStore,
                               "SELECT kind, active, LENGTH(data) FROM ci_keys ORDER BY kind");
@@ -496,24 +494,24 @@ int32_t Cam::describeKeys(std::u16string* text) const {
             all += std::to_string(rows.integer(0)) + ": " + std::to_string(rows.integer(2)) +
                    " bytes, " + (rows.integer(1) != 0 ? "active" : "written");
         }
-        *text = wide(all);
-        return all.empty() ? kNotFound : kOk;
+        if (all.empty()) return kNotFound;
+        return wide(all);
     });
 }
 
-void Cam::tellSlot(int32_t cond) {
+void Cam::notifySlot(int32_t cond) {
     const uint32_t slot = 0;
-    tell(cond, bytesAs<Bytes>(&slot, 1));
+    notify(cond, bytesAs<Bytes>(&slot, 1));
 }
 
-void Cam::tell(int32_t cond, const Bytes& data) {
-    tellAll([data, cond](Callback& callback, uint64_t first, uint64_t second) {
+void Cam::notify(int32_t cond, const Bytes& data) {
+    notifyAll([data, cond](Callback& callback, uint64_t first, uint64_t second) {
         return callback.a_hidl_qeltvapi_ci_nfy_fct(first, second, cond, data).isOk();
     });
 }
 
 template <class F>
-void Cam::tellAll(const F& call) {
+void Cam::notifyAll(const F& call) {
     for (const Registration& r : mRegistrations) {
         mNotifier.post([call, first = r.first, second = r.second](
                                Callback& callback) { return call(callback, first, second); },

@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "Code.h"
 #include "Notifier.h"
+#include "Result.h"
 #include "Settings.h"
 #include "Store.h"
 #include "layouts/ci.h"
@@ -33,27 +35,28 @@ class Cam {
     /** @param device directory with the key data of the device. @throws StoreError */
     Cam(Store& store, Settings& settings, Notifier& notifier, const std::string& device);
 
-    /** Tells a process of what happens, with its two values. */
-    int32_t add(uint32_t first, uint32_t second, int pid, int32_t* registration);
-    int32_t remove(int32_t registration);
+    /** Registers a process for notifications, each with its two values. Returns the registration.
+     */
+    Result<int32_t> add(uint32_t first, uint32_t second, int pid);
+    Code remove(int32_t registration);
 
     /** What a get type but the PIN answers, or nothing for one that is not supported. */
     std::optional<Bytes> get(int32_t type) const;
     /** The PIN that the television holds, and whether the CAM takes it. */
     std::u16string pin(bool* valid) const;
-    int32_t set(int32_t type, uint32_t value, const uint8_t* data, size_t size);
-    int32_t answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16string& text);
+    Code set(int32_t type, uint32_t value, const uint8_t* data, size_t size);
+    Code answerEnquiry(uint32_t kind, uint32_t dialogue, const std::u16string& text);
 
-    int32_t virtualChannel(uint32_t index, uint32_t* channel) const;
+    Result<uint32_t> virtualChannel(uint32_t index) const;
     const Bytes& hostId() const { return mHostId; }
 
-    int32_t writeKey(uint32_t kind, const Bytes& data);
-    int32_t readKey(uint32_t kind, const std::string& path);
-    int32_t readDeviceKey(uint32_t kind);
-    int32_t activateKeys();
-    int32_t eraseKeys();
-    int32_t keyExists(uint32_t kind, bool* exists) const;
-    int32_t describeKeys(std::u16string* text) const;
+    Code writeKey(uint32_t kind, const Bytes& data);
+    Code readKey(uint32_t kind, const std::string& path);
+    Code readDeviceKey(uint32_t kind);
+    Code activateKeys();
+    Code eraseKeys();
+    Result<bool> keyExists(uint32_t kind) const;
+    Result<std::u16string> describeKeys() const;
 
   private:
     enum class Screen {
@@ -69,7 +72,7 @@ class Cam {
         kParentalPin,
     };
 
-    int32_t answerMenu(uint32_t dialogue, uint32_t choice);
+    Code answerMenu(uint32_t dialogue, uint32_t choice);
     void show(Screen screen);
     void showMenu(Screen screen, int32_t cond, const std::u16string& title,
                   const std::u16string& subTitle, const std::vector<std::u16string>& choices);
@@ -77,12 +80,12 @@ class Cam {
     void showMessage(const std::u16string& text);
     void closeDialogue();
     bool ready() const { return mInserted && mPowered; }
-    int32_t setPin(const std::string& digits);
-    void tell(int32_t cond, const Bytes& data);
-    void tellSlot(int32_t cond);
+    Code setPin(const std::string& digits);
+    void notify(int32_t cond, const Bytes& data);
+    void notifySlot(int32_t cond);
     /** Calls every registered process's object, with the values that it registered. */
     template <class F>
-    void tellAll(const F& call);
+    void notifyAll(const F& call);
 
     struct Registration {
         int32_t handle;

@@ -6,7 +6,10 @@
 #include <date/tz.h>
 #include <log/log.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "Code.h"
@@ -25,6 +28,7 @@ using std::chrono::seconds;
 namespace {
 
 constexpr char kPlaceItem[] = "system.time_zone";
+constexpr char kCountryItem[] = "channels.country";
 constexpr char kSourceSetting[] = "time.source";
 constexpr char kDistanceSetting[] = "time.distance_ms";
 constexpr char kManualSetting[] = "time.manual";
@@ -37,9 +41,36 @@ constexpr date::sys_days kJulianEpoch = date::year{1858} / 11 / 17;
 constexpr date::sys_seconds kFirst = date::sys_days(date::year{1} / 1 / 1);
 constexpr date::sys_seconds kLast = date::sys_days(date::year{10000} / 1 / 1) - seconds(1);
 
+/** Milliseconds by which the time that is received has to differ for the clock to follow. */
+constexpr int64_t kJump = 2000;
+/** Offsets that are received hold for times that are so many seconds away: about two months. */
+constexpr int64_t kOffsetsHold = int64_t{60} * 86400;
+
+/** Seconds that are to be added to UTC, and what of it is daylight saving time. */
+struct TotalOffset {
+    int64_t seconds;
+    int64_t daylight;
+};
+
+TotalOffset offsetAt(const stream::LocalOffset& offset, int64_t utc) {
+    const bool changes = offset.changeAt != 0;
+    const int64_t total = changes && utc >= offset.changeAt ? offset.nextSeconds : offset.seconds;
+    const int64_t standard =
+            changes ? std::min(offset.seconds, offset.nextSeconds) : offset.seconds;
+    return {total, total - standard};
+}
+
 /** Milliseconds of the clock of this machine. */
 int64_t machineTime() {
     return duration_cast<milliseconds>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+bool zoneExists(const std::string& name) {
+    try {
+        return date::locate_zone(name) != nullptr;
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 const date::time_zone* zoneOf(const std::string& name) {
@@ -110,17 +141,23 @@ const char* monthName(const QELTV_DTG_T& dtg) {
     return kNames[(dtg.month + 11) % 12];
 }
 
-Clock::Clock(Store& store, Notifier& notifier, ConfigItems& config)
+Clock::Clock(Store& store, Notifier& notifier, ConfigItems& config, Broadcast& broadcast)
         : mSettings(store),
           mNotifier(notifier),
           mConfig(config),
+          mBroadcast(broadcast),
           mSource(static_cast<int32_t>(mSettings.number(kSourceSetting, QELTV_SYNC_BROADCAST))),
           mDistance(mSettings.number(kDistanceSetting, 0)) {
     if (mSettings.number(kManualSetting, 0) != 0) {
         mManual = Manual{mSettings.number(kZoneSetting, 0), mSettings.number(kOffsetSetting, 0)};
     }
+    config.addCheck(kPlaceItem, zoneExists);
     config.addListener([this](const ConfigItems::Item& item, bool) {
         if (item.name == kPlaceItem && !manual()) zoneChanged();
+        if (item.name == kCountryItem) follow();
+    });
+    broadcast.addListener([this](uint32_t changes) {
+        if ((changes & stream::kTimeChanged) != 0) follow();
     });
 }
 
@@ -130,12 +167,63 @@ void Clock::addListener(std::function<void()> listener) {
 
 int64_t Clock::milliseconds() const {
     std::lock_guard<std::mutex> guard(mLock);
-    return machineTime() + (mSource == QELTV_SYNC_MANUAL ? mDistance : 0);
+    return machineTime() + distance();
+}
+
+/** With the lock held. */
+int64_t Clock::distance() const {
+    if (mSource == QELTV_SYNC_MANUAL) return mDistance;
+    return mSource == QELTV_SYNC_BROADCAST ? mBroadcastDistance : 0;
+}
+
+void Clock::follow() {
+    const auto all = mBroadcast.received();
+    std::optional<int64_t> time;
+    std::optional<stream::Time> table;
+    for (const auto& signals : all) {
+        if (!time) time = signals->time();
+        if (!table) table = signals->timeTable();
+    }
+    std::optional<stream::LocalOffset> offset;
+    if (table) {
+        const std::string country = mConfig.text(kCountryItem);
+        for (const stream::LocalOffset& each : table->offsets) {
+            if (!offset && each.country == country) offset = each;
+        }
+    }
+    const auto same = [](const std::optional<stream::LocalOffset>& a,
+                         const std::optional<stream::LocalOffset>& b) {
+        if (!a || !b) return !a && !b;
+        return a->seconds == b->seconds && a->changeAt == b->changeAt &&
+               a->nextSeconds == b->nextSeconds;
+    };
+    bool jumps = false, zoneJumps = false;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        mReceives = !all.empty();
+        // A reception that has just begun goes on with the time of the one before.
+        const int64_t ahead = time ? *time - machineTime() : all.empty() ? 0 : mBroadcastDistance;
+        const int64_t before = distance();
+        if (std::abs(ahead - mBroadcastDistance) >= kJump) mBroadcastDistance = ahead;
+        jumps = distance() != before;
+        if (!all.empty() && !table) offset = mOffset;
+        zoneJumps = !same(offset, mOffset) && mSource == QELTV_SYNC_BROADCAST;
+        mOffset = offset;
+    }
+    if (jumps) jumped();
+    if (zoneJumps) zoneChanged();
+}
+
+std::optional<stream::LocalOffset> Clock::received(int64_t utc) const {
+    const int64_t present = now();
+    std::lock_guard<std::mutex> guard(mLock);
+    if (mSource != QELTV_SYNC_BROADCAST || mManual) return std::nullopt;
+    return std::abs(utc - present) < kOffsetsHold ? mOffset : std::nullopt;
 }
 
 std::optional<int64_t> Clock::broadcast() const {
     if (source() != QELTV_SYNC_BROADCAST) return std::nullopt;
-    return machineTime() / 1000;
+    return now();
 }
 
 int32_t Clock::source() const {
@@ -152,24 +240,30 @@ bool Clock::zoneEditable() const {
 }
 
 bool Clock::hasOffsetTable() const {
-    return source() == QELTV_SYNC_BROADCAST &&
-           mConfig.text("channels.region").compare(0, 4, "atsc") != 0;
+    if (source() != QELTV_SYNC_BROADCAST) return false;
+    {
+        std::lock_guard<std::mutex> guard(mLock);
+        if (mReceives) return mOffset.has_value();
+    }
+    return mConfig.text("channels.region").compare(0, 4, "atsc") != 0;
 }
 
-int32_t Clock::setSource(int32_t source) {
+Code Clock::setSource(int32_t source) {
     if (source < QELTV_SYNC_MANUAL || source > QELTV_SYNC_NETWORK) return kBadValue;
     bool jumps = false, zoneJumps = false;
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
         if (source == mSource) return kOk;
         mSettings.set(kSourceSetting, int64_t{source});
-        jumps = mDistance != 0 && (source == QELTV_SYNC_MANUAL || mSource == QELTV_SYNC_MANUAL);
-        zoneJumps = mManual && source == QELTV_SYNC_BROADCAST;
+        const int64_t before = distance();
+        const bool broadcast = source == QELTV_SYNC_BROADCAST || mSource == QELTV_SYNC_BROADCAST;
+        zoneJumps = (mManual && source == QELTV_SYNC_BROADCAST) || (mOffset && broadcast);
         mSource = source;
+        jumps = distance() != before;
         return kOk;
     });
     if (code != kOk) return code;
-    if (zoneJumps) {
+    if (zoneJumps && source == QELTV_SYNC_BROADCAST) {
         std::lock_guard<std::mutex> guard(mLock);
         mManual.reset();
         (void)stored([&] {
@@ -184,9 +278,9 @@ int32_t Clock::setSource(int32_t source) {
     return kOk;
 }
 
-int32_t Clock::set(int64_t utc) {
+Code Clock::set(int64_t utc) {
     if (!inRange(utc)) return kBadValue;
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
         if (mSource != QELTV_SYNC_MANUAL) return kRefused;
         const int64_t distance = utc * 1000 - machineTime();
@@ -198,7 +292,11 @@ int32_t Clock::set(int64_t utc) {
     return code;
 }
 
-int32_t Clock::setLocal(const std::string& date, const std::string& time) {
+Code Clock::setLocal(const std::string& date, const std::string& time) {
+    // The parser computes with digits that are missing, which is undefined.
+    static const std::regex dateShape("[0-9]{1,4}-[0-9]{1,2}-[0-9]{1,2}");
+    static const std::regex timeShape("[0-9]{1,2}:[0-9]{1,2}(:[0-9]{1,2})?");
+    if (!std::regex_match(date, dateShape) || !std::regex_match(time, timeShape)) return kBadValue;
     std::istringstream text(date + "T" + (time.size() == 5 ? time + ":00" : time));
     date::local_seconds local;
     text >> date::parse("%FT%T", local);
@@ -220,23 +318,28 @@ std::string Clock::place() const {
 
 int64_t Clock::zone() const {
     if (const auto set = manual()) return set->zone;
+    if (const auto offset = received(now())) {
+        const TotalOffset total = offsetAt(*offset, now());
+        return total.seconds - total.daylight;
+    }
     const auto info = infoOf(place(), date::sys_seconds(seconds(now())));
     return (info.offset - info.save).count();
 }
 
 int64_t Clock::offset() const {
     if (const auto set = manual()) return set->offset;
+    if (const auto offset = received(now())) return offsetAt(*offset, now()).daylight;
     const auto info = infoOf(place(), date::sys_seconds(seconds(now())));
     return seconds(info.save).count();
 }
 
-int32_t Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> newOffset) {
+Code Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> newOffset) {
     const Manual wanted{newZone.value_or(zone()), newOffset.value_or(offset())};
     const auto possible = [](int64_t value) {
         return value >= -QELTV_ZONE_MAXIMUM && value <= QELTV_ZONE_MAXIMUM;
     };
     if (!possible(wanted.zone) || !possible(wanted.offset)) return kBadValue;
-    const int32_t code = stored([&] {
+    const Code code = stored([&] {
         std::lock_guard<std::mutex> guard(mLock);
         if (mSource == QELTV_SYNC_BROADCAST) return kRefused;
         mSettings.set(kZoneSetting, wanted.zone);
@@ -250,16 +353,18 @@ int32_t Clock::setManual(std::optional<int64_t> newZone, std::optional<int64_t> 
     return code;
 }
 
-int32_t Clock::setZone(int64_t zone) {
+Code Clock::setZone(int64_t zone) {
     return setManual(zone, std::nullopt);
 }
 
-int32_t Clock::setOffset(int64_t offset) {
+Code Clock::setOffset(int64_t offset) {
     return setManual(std::nullopt, offset);
 }
 
 std::optional<int64_t> Clock::nextChange() const {
     if (manual()) return std::nullopt;
+    const auto offset = received(now());
+    if (offset && offset->changeAt > now()) return offset->changeAt;
     const auto info = infoOf(place(), date::sys_seconds(seconds(now())));
     if (info.end > kLast) return std::nullopt;
     return info.end.time_since_epoch().count();
@@ -291,6 +396,10 @@ std::optional<QELTV_DTG_T> Clock::localRecord(int64_t utc) const {
         return record(time + seconds(set->zone + set->offset),
                       set->offset != 0 ? QELTV_DTG_DAYLIGHT : 0);
     }
+    if (const auto offset = received(utc)) {
+        const TotalOffset total = offsetAt(*offset, utc);
+        return record(time + seconds(total.seconds), total.daylight != 0 ? QELTV_DTG_DAYLIGHT : 0);
+    }
     const auto info = infoOf(place(), time);
     return record(time + info.offset, info.save != minutes(0) ? QELTV_DTG_DAYLIGHT : 0);
 }
@@ -314,8 +423,18 @@ std::optional<int64_t> Clock::localToUtc(const QELTV_DTG_T& dtg) const {
     const auto plain = plainSeconds(dtg);
     if (!plain) return std::nullopt;
     if (const auto set = manual()) return *plain - set->zone - set->offset;
+    if (const auto offset = received(*plain)) {
+        const int64_t before = *plain - offset->seconds;
+        const int64_t after = *plain - offset->nextSeconds;
+        if (offset->changeAt == 0 || after < offset->changeAt) return before;
+        if (before >= offset->changeAt) return after;
+        // An hour that there is twice: the flag selects one.
+        const bool daylight = (dtg.flags & QELTV_DTG_DAYLIGHT) != 0;
+        return daylight == (offset->seconds > offset->nextSeconds) ? before : after;
+    }
     const auto info = infoOf(place(), date::local_seconds(seconds(*plain)));
-    // An hour that there is twice: the flag tells. One that there is not: as before the change.
+    // The flag distinguishes the hours of a repeated one. A skipped hour counts as before the
+    // change.
     const bool second = info.result == date::local_info::ambiguous &&
                         (info.second.save != minutes(0)) == ((dtg.flags & QELTV_DTG_DAYLIGHT) != 0);
     return *plain - (second ? info.second : info.first).offset.count();
@@ -350,11 +469,11 @@ void SleepTimer::addListener(std::function<void()> listener) {
     mListeners.push_back(std::move(listener));
 }
 
-int32_t SleepTimer::set(int32_t value) {
+Code SleepTimer::set(int32_t value) {
     if (value < 0 || value > QELTV_SLEEP_MAXIMUM) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     if (value == 0) {
-        if (mValue != 0) tell(QELTV_SLEEP_CANCELLED, 0);
+        if (mValue != 0) notify(QELTV_SLEEP_CANCELLED, 0);
         mValue = 0;
         mAlarm.clear();
         return kOk;
@@ -363,7 +482,7 @@ int32_t SleepTimer::set(int32_t value) {
     mDue = Alarm::Clock::now() + seconds(value);
     mWarned = value <= QELTV_SLEEP_WARNING_TIME;
     mAlarm.set(mWarned ? mDue : mDue - seconds(QELTV_SLEEP_WARNING_TIME));
-    tell(QELTV_SLEEP_SET, value);
+    notify(QELTV_SLEEP_SET, value);
     return kOk;
 }
 
@@ -396,16 +515,16 @@ void SleepTimer::ring() {
             if (now < mDue - seconds(QELTV_SLEEP_WARNING_TIME)) return;
             mWarned = true;
             mAlarm.set(mDue);
-            tell(QELTV_SLEEP_WARNING, QELTV_SLEEP_WARNING_TIME);
+            notify(QELTV_SLEEP_WARNING, QELTV_SLEEP_WARNING_TIME);
             return;
         }
         mValue = 0;
-        tell(QELTV_SLEEP_EXPIRED, 0);
+        notify(QELTV_SLEEP_EXPIRED, 0);
     }
     callAll("going to sleep", mListeners);
 }
 
-void SleepTimer::tell(int32_t type, int32_t value) const {
+void SleepTimer::notify(int32_t type, int32_t value) const {
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_sleep_timer_callback_fct, type, {value});
 }
 

@@ -28,7 +28,7 @@ Power::Power(Store& store, Notifier& notifier)
     mSetup = static_cast<uint32_t>(mSettings.number("power.setup", kFirstSetup));
 }
 
-void Power::tell(QELTV_POWER_EVENT event, uint32_t first, uint32_t second) {
+void Power::notify(QELTV_POWER_EVENT event, uint32_t first, uint32_t second) {
     mNotifier.notify(&Notifier::Callback::a_hidl_x_pcl_nfy_fct, static_cast<uint32_t>(event),
                      uint64_t{0}, first, second);
 }
@@ -43,8 +43,8 @@ Power::Reason Power::downReason() const {
     return mDown;
 }
 
-int32_t Power::setReason(const char* key, uint32_t limit, Reason& current, uint32_t reason,
-                         const std::vector<uint8_t>& data) {
+Code Power::setReason(const char* key, uint32_t limit, Reason& current, uint32_t reason,
+                      const std::vector<uint8_t>& data) {
     if (reason >= limit || (!data.empty() && data.size() != kDataSize)) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
@@ -59,12 +59,12 @@ int32_t Power::setReason(const char* key, uint32_t limit, Reason& current, uint3
     });
 }
 
-int32_t Power::setWakeReason(uint32_t reason, const std::vector<uint8_t>& data) {
-    // Of this run only: the next one has a reason of its own.
+Code Power::setWakeReason(uint32_t reason, const std::vector<uint8_t>& data) {
+    // Holds for this run only: the next one has a reason of its own.
     return setReason(nullptr, QELTV_WAKE_REASONS, mWake, reason, data);
 }
 
-int32_t Power::setDownReason(uint32_t reason, const std::vector<uint8_t>& data) {
+Code Power::setDownReason(uint32_t reason, const std::vector<uint8_t>& data) {
     return setReason("power.down", QELTV_DOWN_REASONS, mDown, reason, data);
 }
 
@@ -81,25 +81,25 @@ void Power::changed(bool standby) const {
     callAll("following the power", mListeners, standby);
 }
 
-int32_t Power::powerDown(QELTV_POWER_EVENT how) {
+Code Power::powerDown(QELTV_POWER_EVENT how) {
     {
         std::lock_guard<std::mutex> guard(mLock);
         if (mStandby) return kRefused;
         mStandby = true;
-        tell(how, mDown.reason);
+        notify(how, mDown.reason);
     }
     changed(true);
     return kOk;
 }
 
-int32_t Power::requestPowerDown() {
+Code Power::requestPowerDown() {
     std::lock_guard<std::mutex> guard(mLock);
     if (mStandby) return kRefused;
-    tell(QELTV_POWER_DOWN_REQUESTED, mDown.reason);
+    notify(QELTV_POWER_DOWN_REQUESTED, mDown.reason);
     return kOk;
 }
 
-int32_t Power::wake(uint32_t reason, IrKey key) {
+Code Power::wake(uint32_t reason, IrKey key) {
     if (reason >= QELTV_WAKE_REASONS) return kBadValue;
     {
         std::lock_guard<std::mutex> guard(mLock);
@@ -107,7 +107,7 @@ int32_t Power::wake(uint32_t reason, IrKey key) {
         mStandby = false;
         mWake = {reason, {}};
         mKey = key;
-        tell(QELTV_POWER_WAKE, reason);
+        notify(QELTV_POWER_WAKE, reason);
     }
     changed(false);
     return kOk;
@@ -123,7 +123,7 @@ uint32_t Power::wakeSetup() const {
     return mSetup;
 }
 
-int32_t Power::setWakeSetup(uint32_t setup) {
+Code Power::setWakeSetup(uint32_t setup) {
     if ((setup & ~QELTV_WAKE_SETUP_MASK) != 0) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
@@ -133,25 +133,22 @@ int32_t Power::setWakeSetup(uint32_t setup) {
     });
 }
 
-int32_t Power::gpio(uint32_t line, uint32_t what, uint32_t* value) const {
+Result<uint32_t> Power::gpio(uint32_t line, uint32_t what) const {
     if (line >= QELTV_GPIO_LINES) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     switch (what) {
         case QELTV_GPIO_LEVEL:
-            *value = mLevels[line];
-            return kOk;
+            return uint32_t{mLevels[line]};
         case QELTV_GPIO_DIRECTION:
-            *value = line >= QELTV_GPIO_OUTPUTS;
-            return kOk;
+            return uint32_t{line >= QELTV_GPIO_OUTPUTS};
         case QELTV_GPIO_MONITORED:
-            *value = mMonitored[line];
-            return kOk;
+            return uint32_t{mMonitored[line]};
         default:
             return kBadValue;
     }
 }
 
-int32_t Power::setGpio(uint32_t line, uint32_t level) {
+Code Power::setGpio(uint32_t line, uint32_t level) {
     if (line >= QELTV_GPIO_LINES) return kNotFound;
     if (level > 1) return kBadValue;
     if (line < QELTV_GPIO_OUTPUTS) return kRefused;
@@ -160,7 +157,7 @@ int32_t Power::setGpio(uint32_t line, uint32_t level) {
     return kOk;
 }
 
-int32_t Power::monitorGpio(uint32_t line, bool on) {
+Code Power::monitorGpio(uint32_t line, bool on) {
     if (line >= QELTV_GPIO_LINES) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     mMonitored[line] = on;
@@ -176,7 +173,7 @@ void Power::driveGpio(uint32_t line, bool level) {
 void Power::setLine(uint32_t line, bool level) {
     if (mLevels[line] == level) return;
     mLevels[line] = level;
-    if (mMonitored[line]) tell(QELTV_POWER_GPIO, line, level);
+    if (mMonitored[line]) notify(QELTV_POWER_GPIO, line, level);
 }
 
 }  // namespace qeltvd

@@ -7,7 +7,9 @@
 #include <optional>
 #include <vector>
 
+#include "Code.h"
 #include "Notifier.h"
+#include "Result.h"
 #include "Settings.h"
 #include "layouts/presentation.h"
 
@@ -37,30 +39,30 @@ class Power {
 
     Reason wakeReason() const;
     Reason downReason() const;
-    int32_t setWakeReason(uint32_t reason, const std::vector<uint8_t>& data);
-    int32_t setDownReason(uint32_t reason, const std::vector<uint8_t>& data);
+    Code setWakeReason(uint32_t reason, const std::vector<uint8_t>& data);
+    Code setDownReason(uint32_t reason, const std::vector<uint8_t>& data);
 
     bool standby() const;
     /** kRefused when it is in standby already. */
-    int32_t powerDown(QELTV_POWER_EVENT how);
-    int32_t requestPowerDown();
+    Code powerDown(QELTV_POWER_EVENT how);
+    Code requestPowerDown();
     /** kRefused when it is awake, or when the setup does not allow the reason. */
-    int32_t wake(uint32_t reason, IrKey key);
+    Code wake(uint32_t reason, IrKey key);
     IrKey wakeKey() const;
 
     uint32_t wakeSetup() const;
-    int32_t setWakeSetup(uint32_t setup);
+    Code setWakeSetup(uint32_t setup);
 
-    int32_t gpio(uint32_t line, uint32_t what, uint32_t* value) const;
-    int32_t setGpio(uint32_t line, uint32_t level);
-    int32_t monitorGpio(uint32_t line, bool on);
+    Result<uint32_t> gpio(uint32_t line, uint32_t what) const;
+    Code setGpio(uint32_t line, uint32_t level);
+    Code monitorGpio(uint32_t line, bool on);
     /** What happens on a line from outside. */
     void driveGpio(uint32_t line, bool level);
 
   private:
-    void tell(QELTV_POWER_EVENT event, uint32_t first, uint32_t second = 0);
-    int32_t setReason(const char* key, uint32_t limit, Reason& current, uint32_t reason,
-                      const std::vector<uint8_t>& data);
+    void notify(QELTV_POWER_EVENT event, uint32_t first, uint32_t second = 0);
+    Code setReason(const char* key, uint32_t limit, Reason& current, uint32_t reason,
+                   const std::vector<uint8_t>& data);
     void setLine(uint32_t line, bool level);
     void changed(bool standby) const;
 

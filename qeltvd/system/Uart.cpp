@@ -22,8 +22,8 @@ bool complete(uart_setting_t* setting) {
 
 }  // namespace
 
-int32_t Uart::open(const std::string& name, pid_t owner, uint64_t tag, uart_setting_t setting,
-                   uint32_t* handle) {
+Result<uint32_t> Uart::open(const std::string& name, pid_t owner, uint64_t tag,
+                            uart_setting_t setting) {
     const std::string device = name.empty() ? kDevices[0] : name;
     if (std::find(std::begin(kDevices), std::end(kDevices), device) == std::end(kDevices)) {
         return kNotFound;
@@ -36,17 +36,17 @@ int32_t Uart::open(const std::string& name, pid_t owner, uint64_t tag, uart_sett
         mOpen.erase(open);
         break;
     }
-    *handle = mNextHandle++;
-    mOpen[*handle] = {device, owner, tag, setting, {}, {}};
-    return kOk;
+    const uint32_t handle = mNextHandle++;
+    mOpen[handle] = {device, owner, tag, setting, {}, {}};
+    return handle;
 }
 
-int32_t Uart::close(uint32_t handle) {
+Code Uart::close(uint32_t handle) {
     std::lock_guard<std::mutex> guard(mLock);
     return mOpen.erase(handle) != 0 ? kOk : kNotFound;
 }
 
-int32_t Uart::send(uint32_t handle, const uint8_t* data, size_t size) {
+Code Uart::send(uint32_t handle, const uint8_t* data, size_t size) {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mOpen.find(handle);
     if (found == mOpen.end()) return kNotFound;
@@ -69,18 +69,18 @@ int32_t Uart::send(uint32_t handle, const uint8_t* data, size_t size) {
     return kOk;
 }
 
-int32_t Uart::receive(uint32_t handle, size_t limit, std::vector<uint8_t>* data) {
+Result<std::vector<uint8_t>> Uart::receive(uint32_t handle, size_t limit) {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mOpen.find(handle);
     if (found == mOpen.end()) return kNotFound;
     auto& received = found->second.received;
     const auto end = received.begin() + static_cast<ptrdiff_t>(std::min(limit, received.size()));
-    data->assign(received.begin(), end);
+    std::vector<uint8_t> data(received.begin(), end);
     received.erase(received.begin(), end);
-    return kOk;
+    return data;
 }
 
-int32_t Uart::flush(uint32_t handle) {
+Code Uart::flush(uint32_t handle) {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mOpen.find(handle);
     if (found == mOpen.end()) return kNotFound;
@@ -88,15 +88,14 @@ int32_t Uart::flush(uint32_t handle) {
     return kOk;
 }
 
-int32_t Uart::setting(uint32_t handle, uart_setting_t* setting) const {
+Result<uart_setting_t> Uart::setting(uint32_t handle) const {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mOpen.find(handle);
     if (found == mOpen.end()) return kNotFound;
-    *setting = found->second.setting;
-    return kOk;
+    return found->second.setting;
 }
 
-int32_t Uart::setSetting(uint32_t handle, uart_setting_t setting) {
+Code Uart::setSetting(uint32_t handle, uart_setting_t setting) {
     if (!complete(&setting)) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mOpen.find(handle);
@@ -105,13 +104,13 @@ int32_t Uart::setSetting(uint32_t handle, uart_setting_t setting) {
     return kOk;
 }
 
-int32_t Uart::state(uint32_t handle, uart_state_t* state) const {
+Result<uart_state_t> Uart::state(uint32_t handle) const {
     std::lock_guard<std::mutex> guard(mLock);
     const auto found = mOpen.find(handle);
     if (found == mOpen.end()) return kNotFound;
-    *state = found->second.state;
-    state->waiting = static_cast<uint32_t>(found->second.received.size());
-    return kOk;
+    uart_state_t state = found->second.state;
+    state.waiting = static_cast<uint32_t>(found->second.received.size());
+    return state;
 }
 
 }  // namespace qeltvd

@@ -95,7 +95,7 @@ bool Upgrade::newer(uint32_t item) const {
     return isNewer(kPackages[item].version, installed(item));
 }
 
-int32_t Upgrade::item(uint32_t item, Item* found) const {
+Result<Upgrade::Item> Upgrade::item(uint32_t item) const {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
     const Package& package = kPackages[item];
@@ -107,19 +107,18 @@ int32_t Upgrade::item(uint32_t item, Item* found) const {
     } else if (kept(item) == kInstalled) {
         state = QELTV_UPGRADE_INSTALLED;
     }
-    *found = {package.kind,     "EU",         package.sizeKib,
-              package.version,  package.date, package.name,
-              package.checksum, state,        package.mandatory};
-    return kOk;
+    return Item{package.kind,     "EU",         package.sizeKib,
+                package.version,  package.date, package.name,
+                package.checksum, state,        package.mandatory};
 }
 
-int32_t Upgrade::result(uint32_t item) const {
+Result<int32_t> Upgrade::result(uint32_t item) const {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     return static_cast<int32_t>(
             mSettings.number(setting(item, "result"), QELTV_UPGRADE_RESULT_NONE));
 }
 
-int32_t Upgrade::begin(uint32_t item, QELTV_UPGRADE_STATE state) {
+Code Upgrade::begin(uint32_t item, QELTV_UPGRADE_STATE state) {
     if (runs(mState)) return kRefused;
     mItem = item;
     mThrough = mReboot = false;
@@ -127,13 +126,13 @@ int32_t Upgrade::begin(uint32_t item, QELTV_UPGRADE_STATE state) {
     return kOk;
 }
 
-int32_t Upgrade::check(uint32_t item) {
+Code Upgrade::check(uint32_t item) {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
     return begin(item, QELTV_UPGRADE_CHECKING);
 }
 
-int32_t Upgrade::download(uint32_t item, const std::string& source, const std::string& target) {
+Code Upgrade::download(uint32_t item, const std::string& source, const std::string& target) {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     if (source.find("://") == std::string::npos || target.empty()) return kBadValue;
     std::lock_guard<std::recursive_mutex> guard(mLock);
@@ -141,41 +140,41 @@ int32_t Upgrade::download(uint32_t item, const std::string& source, const std::s
     return begin(item, QELTV_UPGRADE_DOWNLOADING);
 }
 
-int32_t Upgrade::cancel(uint32_t item) {
+Code Upgrade::cancel(uint32_t item) {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     return stored([&] {
         std::lock_guard<std::recursive_mutex> guard(mLock);
-        if (mItem != item || mState != QELTV_UPGRADE_DOWNLOADING) return int32_t{kRefused};
+        if (mItem != item || mState != QELTV_UPGRADE_DOWNLOADING) return kRefused;
         mSettings.set(setting(item, "result"), int64_t{QELTV_UPGRADE_RESULT_CANCELLED});
         mAlarm.clear();
         finish(QELTV_UPGRADE_CANCELLED, mPercent);
-        return int32_t{kOk};
+        return kOk;
     });
 }
 
-int32_t Upgrade::trigger(uint32_t item) {
+Code Upgrade::trigger(uint32_t item) {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    return kept(item) == kDownloaded ? begin(item, QELTV_UPGRADE_INSTALLING) : int32_t{kRefused};
+    return kept(item) == kDownloaded ? begin(item, QELTV_UPGRADE_INSTALLING) : kRefused;
 }
 
-int32_t Upgrade::reboot(uint32_t item) {
+Code Upgrade::reboot(uint32_t item) {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    return kept(item) == kInstalled ? begin(item, QELTV_UPGRADE_REBOOTING) : int32_t{kRefused};
+    return kept(item) == kInstalled ? begin(item, QELTV_UPGRADE_REBOOTING) : kRefused;
 }
 
-int32_t Upgrade::start(uint32_t item, bool reboot) {
+Code Upgrade::start(uint32_t item, bool reboot) {
     if (item >= QELTV_UPGRADE_ITEMS) return kNotFound;
     std::lock_guard<std::recursive_mutex> guard(mLock);
-    const int32_t code = begin(item, QELTV_UPGRADE_CHECKING);
+    const Code code = begin(item, QELTV_UPGRADE_CHECKING);
     if (code != kOk) return code;
     mThrough = true;
     mReboot = reboot;
     return kOk;
 }
 
-int32_t Upgrade::set(uint32_t a, uint32_t first, uint32_t b, uint32_t second) {
+Code Upgrade::set(uint32_t a, uint32_t first, uint32_t b, uint32_t second) {
     for (const auto& [number, value] : {std::pair(a, first), std::pair(b, second)}) {
         if (number < QELTV_UPGRADE_SETTING_AUTO_CHECK || number > QELTV_UPGRADE_SETTING_BRANCH)
             return kNotFound;
@@ -189,7 +188,7 @@ int32_t Upgrade::set(uint32_t a, uint32_t first, uint32_t b, uint32_t second) {
             all = (all & ~(int64_t{1} << number)) | int64_t{value} << number;
         }
         mSettings.set("upgrade.settings", all);
-        return int32_t{kOk};
+        return kOk;
     });
 }
 
@@ -206,7 +205,7 @@ void Upgrade::installedElsewhere(uint32_t item, const std::string& version,
 void Upgrade::enter(QELTV_UPGRADE_STATE state) {
     mState = state;
     mPercent = 0;
-    tell(state, 0);
+    notify(state, 0);
     mAlarm.in(state == QELTV_UPGRADE_CHECKING    ? kCheckTime
               : state == QELTV_UPGRADE_REBOOTING ? kRebootTime
                                                  : kStepTime);
@@ -215,7 +214,7 @@ void Upgrade::enter(QELTV_UPGRADE_STATE state) {
 void Upgrade::finish(QELTV_UPGRADE_STATE state, int32_t value) {
     mState = state;
     mLast[mItem] = state;
-    tell(state, value);
+    notify(state, value);
 }
 
 void Upgrade::step() {
@@ -244,7 +243,7 @@ void Upgrade::advance() {
         case QELTV_UPGRADE_INSTALLING: {
             mPercent += kStep;
             if (mPercent < 100) {
-                tell(mState, mPercent);
+                notify(mState, mPercent);
                 mAlarm.in(kStepTime);
                 return;
             }
@@ -272,14 +271,14 @@ void Upgrade::advance() {
     }
 }
 
-void Upgrade::tell(int32_t type, int32_t value) const {
+void Upgrade::notify(int32_t type, int32_t value) const {
     mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_upgrade_callback_fct, type,
                      static_cast<int32_t>(mItem), value, uint64_t{0});
 }
 
 OverAirDownload::OverAirDownload(Store& store, Timers& timers, Notifier& notifier,
                                  const Clock& clock, const ChannelDatabase& channels,
-                                 Upgrade& upgrade, std::function<int32_t(uint32_t)> goTo)
+                                 Upgrade& upgrade, std::function<Code(uint32_t)> goTo)
         : mSettings(store),
           mNotifier(notifier),
           mClock(clock),
@@ -330,20 +329,16 @@ std::string OverAirDownload::schedule() const {
     return text;
 }
 
-int32_t OverAirDownload::text(uint32_t which, std::string* text) const {
+Result<std::string> OverAirDownload::text(uint32_t which) const {
     switch (which) {
         case QELTV_OAD_TEXT_VERSION:
-            *text = kOadVersion;
-            return kOk;
+            return std::string(kOadVersion);
         case QELTV_OAD_TEXT_SIZE:
-            *text = std::to_string(kOadSizeKib);
-            return kOk;
+            return std::to_string(kOadSizeKib);
         case QELTV_OAD_TEXT_DESCRIPTION:
-            *text = kOadDescription;
-            return kOk;
+            return std::string(kOadDescription);
         case QELTV_OAD_TEXT_PACKAGE:
-            *text = mSettings.text("oad.package");
-            return kOk;
+            return mSettings.text("oad.package");
         default:
             return kNotFound;
     }
@@ -352,28 +347,28 @@ int32_t OverAirDownload::text(uint32_t which, std::string* text) const {
 void OverAirDownload::enter(QELTV_OAD_STATE state, milliseconds next) {
     mState = state;
     mPercent = 0;
-    tell(state);
+    notify(state);
     mAlarm.in(next);
 }
 
 void OverAirDownload::rest(QELTV_OAD_STATE state) {
     mAlarm.clear();
     mState = state;
-    tell(state);
+    notify(state);
 }
 
-int32_t OverAirDownload::jump() {
+Code OverAirDownload::jump() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_IDLE && mState != QELTV_OAD_FOUND && mState != QELTV_OAD_SCHEDULED)
         return kRefused;
     const auto channel = carrier();
     if (!channel) return kNotFound;
-    const int32_t code = stored([&] { return mGoTo(*channel); });
+    const Code code = stored([&] { return mGoTo(*channel); });
     if (code == kOk) enter(QELTV_OAD_DETECTING, kCheckTime * 2);
     return code;
 }
 
-int32_t OverAirDownload::stopDetection() {
+Code OverAirDownload::stopDetection() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_DETECTING) return kRefused;
     rest(QELTV_OAD_STOPPED);
@@ -381,14 +376,14 @@ int32_t OverAirDownload::stopDetection() {
     return kOk;
 }
 
-int32_t OverAirDownload::start() {
+Code OverAirDownload::start() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_FOUND && mState != QELTV_OAD_SCHEDULED) return kRefused;
     enter(QELTV_OAD_DOWNLOADING, kStepTime);
     return kOk;
 }
 
-int32_t OverAirDownload::stop() {
+Code OverAirDownload::stop() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_DOWNLOADING) return kRefused;
     rest(QELTV_OAD_STOPPED);
@@ -396,21 +391,21 @@ int32_t OverAirDownload::stop() {
     return kOk;
 }
 
-int32_t OverAirDownload::flash() {
+Code OverAirDownload::flash() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_DOWNLOADED) return kRefused;
     enter(QELTV_OAD_FLASHING, kStepTime);
     return kOk;
 }
 
-int32_t OverAirDownload::restart() {
+Code OverAirDownload::restart() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_FLASHED) return kRefused;
     enter(QELTV_OAD_RESTARTING, kRebootTime);
     return kOk;
 }
 
-int32_t OverAirDownload::remind() {
+Code OverAirDownload::remind() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_FOUND && mState != QELTV_OAD_DOWNLOADED && mState != QELTV_OAD_FLASHED)
         return kRefused;
@@ -419,7 +414,7 @@ int32_t OverAirDownload::remind() {
     return kOk;
 }
 
-int32_t OverAirDownload::acceptSchedule() {
+Code OverAirDownload::acceptSchedule() {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     if (mState != QELTV_OAD_IDLE && mState != QELTV_OAD_FOUND) return kRefused;
     if (!isNew()) return kNotFound;
@@ -428,30 +423,30 @@ int32_t OverAirDownload::acceptSchedule() {
     return kOk;
 }
 
-int32_t OverAirDownload::setAutomatic(bool on) {
+Code OverAirDownload::setAutomatic(bool on) {
     std::lock_guard<std::recursive_mutex> guard(mLock);
     return stored([&] {
         mSettings.set("oad.automatic", int64_t{on});
         mAutomatic = on;
-        return int32_t{kOk};
+        return kOk;
     });
 }
 
-int32_t OverAirDownload::setPackage(const std::string& path) {
+Code OverAirDownload::setPackage(const std::string& path) {
     if (path.empty() || path[0] != '/' || path.size() > 4096 ||
         path.find('\0') != std::string::npos) {
         return kBadValue;
     }
     return stored([&] {
         mSettings.set("oad.package", path);
-        return int32_t{kOk};
+        return kOk;
     });
 }
 
-int32_t OverAirDownload::clearVersion() {
+Code OverAirDownload::clearVersion() {
     return stored([&] {
         mSettings.remove("oad.version");
-        return int32_t{kOk};
+        return kOk;
     });
 }
 
@@ -498,7 +493,7 @@ void OverAirDownload::advance() {
         case QELTV_OAD_FLASHING: {
             mPercent += kStep;
             if (mPercent < 100) {
-                tell(mState);
+                notify(mState);
                 mAlarm.in(kStepTime);
                 return;
             }
@@ -517,13 +512,13 @@ void OverAirDownload::advance() {
             rest(QELTV_OAD_IDLE);
             return;
         default:
-            if (mReminds) tell(QELTV_OAD_REMINDER);
+            if (mReminds) notify(QELTV_OAD_REMINDER);
             mReminds = false;
             return;
     }
 }
 
-void OverAirDownload::tell(int32_t type) const {
+void OverAirDownload::notify(int32_t type) const {
     mNotifier.notify(&Notifier::Callback::a_hidl_qeltvapi_oad_callback_fct, type, uint64_t{0},
                      android::hardware::hidl_string(kOadVersion), mPercent, mAutomatic,
                      int32_t{mState});

@@ -9,8 +9,10 @@
 #include "Alarm.h"
 #include "ChannelDatabase.h"
 #include "Clock.h"
+#include "Code.h"
 #include "ConfigItems.h"
 #include "Notifier.h"
+#include "Result.h"
 #include "Settings.h"
 #include "layouts/upgrade.h"
 
@@ -37,20 +39,20 @@ class Upgrade {
         QELTV_UPGRADE_STATE state;
         bool mandatory;
     };
-    /** Each gives a code. */
-    int32_t item(uint32_t item, Item* found) const;
+    /** Each returns a code. */
+    Result<Item> item(uint32_t item) const;
     std::string installed(uint32_t item) const;
-    int32_t result(uint32_t item) const;
+    Result<int32_t> result(uint32_t item) const;
 
-    int32_t check(uint32_t item);
-    int32_t download(uint32_t item, const std::string& source, const std::string& target);
-    int32_t cancel(uint32_t item);
+    Code check(uint32_t item);
+    Code download(uint32_t item, const std::string& source, const std::string& target);
+    Code cancel(uint32_t item);
     /** Installs what is downloaded. */
-    int32_t trigger(uint32_t item);
-    int32_t reboot(uint32_t item);
+    Code trigger(uint32_t item);
+    Code reboot(uint32_t item);
     /** All of it up to the installation, or the reboot. */
-    int32_t start(uint32_t item, bool reboot);
-    int32_t set(uint32_t a, uint32_t first, uint32_t b, uint32_t second);
+    Code start(uint32_t item, bool reboot);
+    Code set(uint32_t a, uint32_t first, uint32_t b, uint32_t second);
 
     /**
      * Stores that another way of installing has brought a version, together with what `store`
@@ -66,12 +68,12 @@ class Upgrade {
     Kept kept(uint32_t item) const;
     void keep(uint32_t item, Kept kept);
     bool newer(uint32_t item) const;
-    int32_t begin(uint32_t item, QELTV_UPGRADE_STATE state);
+    Code begin(uint32_t item, QELTV_UPGRADE_STATE state);
     void enter(QELTV_UPGRADE_STATE state);
     void step();
     void advance();
     void finish(QELTV_UPGRADE_STATE state, int32_t value);
-    void tell(int32_t type, int32_t value) const;
+    void notify(int32_t type, int32_t value) const;
 
     Store& mStore;
     Settings mSettings;
@@ -94,23 +96,23 @@ class OverAirDownload {
     /** @param goTo see Television::goTo(); called in a lock of this. @throws StoreError */
     OverAirDownload(Store& store, Timers& timers, Notifier& notifier, const Clock& clock,
                     const ChannelDatabase& channels, Upgrade& upgrade,
-                    std::function<int32_t(uint32_t channelId)> goTo);
+                    std::function<Code(uint32_t channelId)> goTo);
 
     std::string schedule() const;
-    int32_t text(uint32_t which, std::string* text) const;
+    Result<std::string> text(uint32_t which) const;
 
-    /** Each gives a code. */
-    int32_t jump();
-    int32_t stopDetection();
-    int32_t start();
-    int32_t stop();
-    int32_t flash();
-    int32_t restart();
-    int32_t remind();
-    int32_t acceptSchedule();
-    int32_t setAutomatic(bool on);
-    int32_t setPackage(const std::string& path);
-    int32_t clearVersion();
+    /** Each returns a code. */
+    Code jump();
+    Code stopDetection();
+    Code start();
+    Code stop();
+    Code flash();
+    Code restart();
+    Code remind();
+    Code acceptSchedule();
+    Code setAutomatic(bool on);
+    Code setPackage(const std::string& path);
+    Code clearVersion();
     int32_t powerOnStatus() const;
 
   private:
@@ -121,13 +123,13 @@ class OverAirDownload {
     void rest(QELTV_OAD_STATE state);
     void step();
     void advance();
-    void tell(int32_t type) const;
+    void notify(int32_t type) const;
 
     Settings mSettings;
     Notifier& mNotifier;
     const Clock& mClock;
     const ChannelDatabase& mChannels;
-    const std::function<int32_t(uint32_t)> mGoTo;
+    const std::function<Code(uint32_t)> mGoTo;
     Upgrade& mUpgrade;
 
     mutable std::recursive_mutex mLock;

@@ -1,4 +1,8 @@
+#define LOG_TAG "qeltvd"
+
 #include "Television.h"
+
+#include <log/log.h>
 
 #include <optional>
 
@@ -8,27 +12,55 @@
 
 namespace qeltvd {
 
-Television::Television(const std::string& state)
+Television::Television(const std::string& state, Monitor& monitor,
+                       std::vector<std::string> regionFiles)
         : directory(state),
           store(state + "/television.db"),
+          notifier(monitor),
           config(store),
-          channels(store, config.text("channels.region")) {
+          broadcast(timers, std::move(regionFiles)),
+          channels(store, broadcast, config.text("channels.region")) {
     clock.addListener([this] { recorder.clockChanged(); });
     power.addListener([this](bool standby) {
-        if (standby) recorder.command(QELTV_COMMAND_STANDBY, 0);
+        if (standby && recorder.command(QELTV_COMMAND_STANDBY, 0) != kOk) {
+            ALOGW("the end of a recording is stored later: the store cannot be written");
+        }
         timeshift.standBy(standby);
     });
     sleepTimer.addListener([this] {
-        if (power.setDownReason(QELTV_DOWN_SLEEP_TIMER, {}) == 0) {
-            power.powerDown(QELTV_POWER_DOWN);
-        }
+        Code code = power.setDownReason(QELTV_DOWN_SLEEP_TIMER, {});
+        if (code == kOk) code = power.powerDown(QELTV_POWER_DOWN);
+        if (code != kOk) ALOGW("the sleep timer leaves the television on: code %d", code);
     });
 }
 
-int32_t Television::goTo(uint32_t channelId) {
-    const int32_t code = channels.setCurrent(channelId);
-    if (code == 0) presentation.select(Presentation::kMain, channelId, false);
-    return code;
+Television::~Television() {
+    // Their functions call models that end before theirs.
+    timers.stop();
+    scanner.stop();
+}
+
+Code Television::goTo(uint32_t channelId) {
+    const Code code = channels.setCurrent(channelId);
+    if (code != kOk) return code;
+    if (presentation.select(Presentation::kMain, channelId, false) != kOk) {
+        ALOGI("channel %u is current and is not shown now", channelId);
+    }
+    return kOk;
+}
+
+std::unique_ptr<PacketSource> Television::packets(const PacketRequest& request) {
+    const auto pair = channels.pair(request.channel.id);
+    if (pair) {
+        const auto signals = broadcast.of(pair->second);
+        const auto key = channels.bissKeyFor(pair->first);
+        signals->setKey(pair->first, key ? key->key : std::vector<uint8_t>());
+        return signals->packets(pair->first, request.rate);
+    }
+    // The channel has just been removed.
+    Channel channel;
+    channel.name = request.channel.name;
+    return broadcast.simulated().packets(channel, request.rate);
 }
 
 ChannelLookup Television::lookupIn(const ChannelDatabase& channels) {

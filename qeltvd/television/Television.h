@@ -1,16 +1,22 @@
 #pragma once
 
+#include <hidlhost/runtime_directory.h>
+
 #include <string>
+#include <vector>
 
 #include "Agent.h"
 #include "Alerts.h"
+#include "Broadcast.h"
 #include "Cam.h"
 #include "Captions.h"
 #include "ChannelDatabase.h"
 #include "Clock.h"
+#include "Code.h"
 #include "ConfigItems.h"
 #include "Guide.h"
 #include "Inputs.h"
+#include "Monitor.h"
 #include "Notifier.h"
 #include "Picture.h"
 #include "PinLock.h"
@@ -31,28 +37,40 @@ namespace qeltvd {
 
 /** What the services of the reference television share. */
 struct Television {
-    /** @param state directory of the store. @throws StoreError */
-    explicit Television(const std::string& state);
+    /**
+     * @param state       directory of the store
+     * @param monitor     is sent each notification
+     * @param regionFiles scan tables of the user's own
+     * @throws StoreError
+     * @throws std::runtime_error for a scan table that cannot be read
+     */
+    Television(const std::string& state, Monitor& monitor,
+               std::vector<std::string> regionFiles = {});
+    /** Finishes the recordings that run. */
+    ~Television();
+    Television(const Television&) = delete;
+    Television& operator=(const Television&) = delete;
 
     /**
      * Makes a channel the current one and shows it, where that is possible now: not in standby and
-     * not while the second picture has the tuner. Gives a code. @throws StoreError
+     * not while the second picture has the tuner. @throws StoreError
      */
-    int32_t goTo(uint32_t channelId);
+    Code goTo(uint32_t channelId);
 
     const std::string directory;
     Store store;
     Notifier notifier;
     Timers timers;
     ConfigItems config;
+    Broadcast broadcast;
     ChannelDatabase channels;
 
-    Clock clock{store, notifier, config};
-    Ratings ratings{store, notifier, config};
+    Clock clock{store, notifier, config, broadcast};
+    Ratings ratings{store, notifier, config, broadcast};
     PinLock pin{store, notifier};
-    Guide guide{timers, channels, clock, pin, ratings, notifier};
+    Guide guide{timers, channels, broadcast, clock, pin, ratings, notifier};
     AtscGuide atsc{guide, channels, clock, notifier};
-    Scanner scanner{channels, config, notifier};
+    Scanner scanner{channels, broadcast, config, notifier};
     Upgrade upgrade{store, timers, notifier};
     OverAirDownload overAir{
             store, timers, notifier, clock, channels, upgrade, [this](uint32_t channelId) {
@@ -61,28 +79,44 @@ struct Television {
     Uart uart{notifier};
 
     Settings settings{store};
-    Recorder recorder{store, settings, notifier, directory + "/recordings", lookupIn(channels),
-                      clock};
+    Recorder recorder{store,
+                      settings,
+                      notifier,
+                      directory + "/recordings",
+                      lookupIn(channels),
+                      clock,
+                      [this](const PacketRequest& request) { return packets(request); }};
     Timeshift timeshift{timers, settings, notifier};
     Cam cam{store, settings, notifier, directory};
-    Alerts alerts{store, timers, notifier, channels,
-                  [this](uint32_t channelId) { return goTo(channelId); }};
+    Alerts alerts{store,    timers,    notifier,
+                  channels, broadcast, [this](uint32_t channelId) { return goTo(channelId); }};
     Captions captions{settings, notifier};
     Teletext teletext{notifier, channels, clock};
-    Agent agent{settings, notifier, channels};
+    Agent agent{settings, notifier, channels, broadcast};
 
     Inputs inputs{store};
     Sound sound{store, notifier};
     Picture picture{store, notifier};
     Power power{store, notifier};
     SleepTimer sleepTimer{timers, notifier};
-    Presentation presentation{
-            timers, notifier, config, channels, guide, inputs, sound, power, [this] {
-                const auto name = cam.get(QELTV_CI_GET_CAM_NAME);
-                return name ? std::string(name->begin(), name->end()) : "";
-            }};
+    PacketSockets packetSockets{hidlhost::runtimeDirectory()};
+    Presentation presentation{timers,
+                              notifier,
+                              config,
+                              channels,
+                              broadcast,
+                              guide,
+                              inputs,
+                              sound,
+                              power,
+                              packetSockets,
+                              [this] {
+                                  const auto name = cam.get(QELTV_CI_GET_CAM_NAME);
+                                  return name ? std::string(name->begin(), name->end()) : "";
+                              }};
 
   private:
+    std::unique_ptr<PacketSource> packets(const PacketRequest& request);
     /** Looks into the channel data, which has to outlive the lookup. */
     static ChannelLookup lookupIn(const ChannelDatabase& channels);
 };

@@ -1,6 +1,5 @@
 #include "Captions.h"
 
-#include "Code.h"
 #include "Stored.h"
 
 namespace qeltvd {
@@ -11,6 +10,13 @@ constexpr const char* kKeys[] = {"captions.analogue", "captions.atsc", "captions
 /** CC1 to CC4 and T1 to T4; six services; two languages. */
 constexpr int32_t kStreams[] = {8, 6, 2};
 constexpr uint32_t kStyles = 8;
+
+// A state as it is stored: the stream above two flags.
+constexpr int64_t kEnabled = 1;
+constexpr int64_t kVisible = 2;
+constexpr int kStreamShift = 2;
+/** Visible, not enabled, the first stream. */
+constexpr int64_t kFirstState = 1 << kStreamShift | kVisible;
 
 constexpr int32_t language(char a, char b, char c) {
     return a << 16 | b << 8 | c;
@@ -28,52 +34,53 @@ constexpr QELTV_SUBTITLE_ENTRY_T kSubtitles[] = {
 Captions::Captions(Settings& settings, Notifier& notifier)
         : mSettings(settings), mNotifier(notifier) {
     for (size_t i = 0; i < kStandards; ++i) {
-        // Stream in the higher bits, then visible and enabled.
-        const int64_t value = settings.number(kKeys[i], 1 << 2 | 2);
-        mStates[i] = {(value & 1) != 0, (value & 2) != 0, static_cast<int32_t>(value >> 2)};
+        const int64_t value = settings.number(kKeys[i], kFirstState);
+        mStates[i] = {(value & kEnabled) != 0, (value & kVisible) != 0,
+                      static_cast<int32_t>(value >> kStreamShift)};
     }
 }
 
-int32_t Captions::change(Standard standard, State state) {
-    const int32_t code = stored([&] {
-        mSettings.set(kKeys[standard],
-                      int64_t{state.stream} << 2 | int64_t{state.visible} << 1 | state.enabled);
+Code Captions::change(Standard standard, State state) {
+    const Code code = stored([&] {
+        mSettings.set(kKeys[index(standard)], int64_t{state.stream} << kStreamShift |
+                                                      (state.visible ? kVisible : 0) |
+                                                      (state.enabled ? kEnabled : 0));
         return kOk;
     });
-    if (code == kOk) mStates[standard] = state;
+    if (code == kOk) mStates[index(standard)] = state;
     return code;
 }
 
-int32_t Captions::enable(Standard standard, bool on) {
+Code Captions::enable(Standard standard, bool on) {
     std::lock_guard<std::mutex> guard(mLock);
-    State state = mStates[standard];
+    State state = mStates[index(standard)];
     state.enabled = on;
     return change(standard, state);
 }
 
-int32_t Captions::setVisible(Standard standard, bool on) {
+Code Captions::setVisible(Standard standard, bool on) {
     std::lock_guard<std::mutex> guard(mLock);
-    State state = mStates[standard];
+    State state = mStates[index(standard)];
     state.visible = on;
     return change(standard, state);
 }
 
 int32_t Captions::next(Standard standard) {
     std::lock_guard<std::mutex> guard(mLock);
-    State state = mStates[standard];
+    State state = mStates[index(standard)];
     if (!state.enabled) return kRefused;
-    state.stream = state.stream % kStreams[standard] + 1;
-    const int32_t code = change(standard, state);
+    state.stream = state.stream % kStreams[index(standard)] + 1;
+    const Code code = change(standard, state);
     return code == kOk ? state.stream : code;
 }
 
 int32_t Captions::shown(Standard standard) const {
     std::lock_guard<std::mutex> guard(mLock);
-    const State& state = mStates[standard];
+    const State& state = mStates[index(standard)];
     return state.enabled && state.visible ? state.stream : 0;
 }
 
-int32_t Captions::setDemo(uint32_t on, uint32_t style) {
+Code Captions::setDemo(uint32_t on, uint32_t style) {
     if (on > 1 || style >= kStyles) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     mDemo = on == 1 ? static_cast<int32_t>(style) : -1;
@@ -90,7 +97,7 @@ std::vector<int32_t> Captions::subtitles() const {
     return words;
 }
 
-int32_t Captions::playSubtitle(uint32_t number) {
+Code Captions::playSubtitle(uint32_t number) {
     std::lock_guard<std::mutex> guard(mLock);
     if (number > std::size(kSubtitles)) return kNotFound;
     if (number == mSubtitle) return kOk;
@@ -102,7 +109,7 @@ int32_t Captions::playSubtitle(uint32_t number) {
     return kOk;
 }
 
-int32_t Captions::nextSubtitle() {
+Code Captions::nextSubtitle() {
     uint32_t number;
     {
         std::lock_guard<std::mutex> guard(mLock);

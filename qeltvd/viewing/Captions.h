@@ -1,11 +1,13 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "Code.h"
 #include "Notifier.h"
 #include "Settings.h"
 #include "layouts/teletext.h"
@@ -15,32 +17,38 @@ namespace qeltvd {
 /** Closed captions of the three standards, and subtitles. */
 class Captions {
   public:
-    enum Standard { kAnalogue, kAtsc, kIsdb, kStandards };
+    enum class Standard { kAnalogue, kAtsc, kIsdb };
+    static constexpr Standard kAnalogue = Standard::kAnalogue;
+    static constexpr Standard kAtsc = Standard::kAtsc;
+    static constexpr Standard kIsdb = Standard::kIsdb;
 
     /** @throws StoreError */
     Captions(Settings& settings, Notifier& notifier);
 
-    int32_t enable(Standard standard, bool on);
-    int32_t setVisible(Standard standard, bool on);
-    /** The stream that is chosen now, from 1; kRefused while switched off. */
+    [[nodiscard]] Code enable(Standard standard, bool on);
+    [[nodiscard]] Code setVisible(Standard standard, bool on);
+    /** Chooses the next stream. @return its number, from 1; kRefused while switched off */
     int32_t next(Standard standard);
-    /** The stream that is shown, 0 while there is none to see. */
+    /** The number of the stream that is shown; 0 for none. */
     int32_t shown(Standard standard) const;
     /** @param style one of eight looks that the demonstration shows, when it is on */
-    int32_t setDemo(uint32_t on, uint32_t style);
+    [[nodiscard]] Code setDemo(uint32_t on, uint32_t style);
 
     /** Loop of subtitles as words: number of entries, the one that plays, then the entries. */
     std::vector<int32_t> subtitles() const;
-    int32_t playSubtitle(uint32_t number);
-    int32_t nextSubtitle();
+    [[nodiscard]] Code playSubtitle(uint32_t number);
+    [[nodiscard]] Code nextSubtitle();
 
   private:
+    static constexpr size_t kStandards = 3;
+    static size_t index(Standard standard) { return static_cast<size_t>(standard); }
+
     struct State {
         bool enabled;
         bool visible;
         int32_t stream;
     };
-    int32_t change(Standard standard, State state);
+    [[nodiscard]] Code change(Standard standard, State state);
 
     Settings& mSettings;
     Notifier& mNotifier;

@@ -1,6 +1,5 @@
 #include "Inputs.h"
 
-#include "Code.h"
 #include "Stored.h"
 
 namespace qeltvd {
@@ -77,7 +76,7 @@ std::string Inputs::userName(int32_t id) const {
     return mStates[static_cast<size_t>(id)].userName;
 }
 
-int32_t Inputs::setUserName(int32_t id, const std::string& name) {
+Code Inputs::setUserName(int32_t id, const std::string& name) {
     if (!exists(id)) return kNotFound;
     if (name.size() > kMaximumName) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
@@ -94,7 +93,7 @@ uint8_t Inputs::label(int32_t id) const {
     return mStates[static_cast<size_t>(id)].label;
 }
 
-int32_t Inputs::setLabel(int32_t id, int32_t label) {
+Code Inputs::setLabel(int32_t id, int32_t label) {
     if (!exists(id)) return kNotFound;
     if (label < 0 || label >= QELTV_INPUT_LABELS) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
@@ -111,7 +110,7 @@ bool Inputs::blocked(int32_t id) const {
     return mStates[static_cast<size_t>(id)].blocked;
 }
 
-int32_t Inputs::setBlocked(int32_t id, bool blocked) {
+Code Inputs::setBlocked(int32_t id, bool blocked) {
     if (!exists(id)) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
@@ -127,7 +126,7 @@ bool Inputs::autoDetect(int32_t id) const {
     return mStates[static_cast<size_t>(id)].autoDetect;
 }
 
-int32_t Inputs::setAutoDetect(int32_t id, bool on) {
+Code Inputs::setAutoDetect(int32_t id, bool on) {
     if (!exists(id)) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
@@ -142,7 +141,7 @@ bool Inputs::scartAutoJump() const {
     return mScartAutoJump;
 }
 
-int32_t Inputs::setScartAutoJump(bool on) {
+Code Inputs::setScartAutoJump(bool on) {
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
         mSettings.set("input.scart_jump", int64_t{on});
@@ -157,7 +156,7 @@ bool Inputs::hasSignal(int32_t id) const {
     return mStates[static_cast<size_t>(id)].plugged;
 }
 
-int32_t Inputs::plug(int32_t id, bool on) {
+Code Inputs::plug(int32_t id, bool on) {
     if (!exists(id) || id == kTuner) return kNotFound;
     std::function<void(int32_t, bool)> listener;
     {

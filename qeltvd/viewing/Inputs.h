@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "Code.h"
 #include "Settings.h"
 #include "layouts/presentation.h"
 
@@ -24,7 +25,7 @@ class Inputs {
         QELTV_INPUT_TYPE type;
         /** Counts the sockets of a type from 1. */
         uint8_t number;
-        /** Line that tells that a plug is in; -1 for none. */
+        /** GPIO line that is high while a plug is in; -1 for none. */
         int32_t gpio;
         bool mhl;
         /** What is plugged in at first: the picture that it sends; 0 for nothing. */
@@ -41,23 +42,23 @@ class Inputs {
     /** Whether two inputs share pins, so that only one of them can be used at a time. */
     static bool conflict(int32_t a, int32_t b);
 
-    /** The functions that take an id give nothing or kNotFound for one that there is not. */
+    /** Functions that take an id give nothing or kNotFound for an unknown one. */
     std::string name(int32_t id, QELTV_NAME_FORM form) const;
     std::string userName(int32_t id) const;
-    int32_t setUserName(int32_t id, const std::string& name);
+    [[nodiscard]] Code setUserName(int32_t id, const std::string& name);
     uint8_t label(int32_t id) const;
-    int32_t setLabel(int32_t id, int32_t label);
+    [[nodiscard]] Code setLabel(int32_t id, int32_t label);
     /** Whether it is set to be blocked. */
     bool blocked(int32_t id) const;
-    int32_t setBlocked(int32_t id, bool blocked);
+    [[nodiscard]] Code setBlocked(int32_t id, bool blocked);
     bool autoDetect(int32_t id) const;
-    int32_t setAutoDetect(int32_t id, bool on);
+    [[nodiscard]] Code setAutoDetect(int32_t id, bool on);
     bool scartAutoJump() const;
-    int32_t setScartAutoJump(bool on);
+    [[nodiscard]] Code setScartAutoJump(bool on);
 
     /** Whether a source is plugged in and on; the tuner counts as one. */
     bool hasSignal(int32_t id) const;
-    int32_t plug(int32_t id, bool on);
+    [[nodiscard]] Code plug(int32_t id, bool on);
     /** Called after every change of a plug, without a lock. */
     void setListener(std::function<void(int32_t id, bool on)> listener);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "Code.h"
 #include "Stored.h"
 
 namespace qeltvd {
@@ -10,16 +9,6 @@ namespace qeltvd {
 namespace {
 
 constexpr int32_t kFirstOverscan = 25;
-
-struct Range {
-    int32_t id, maximum, first;
-};
-constexpr Range kValues[] = {
-        {QELTV_VIDEO_GAME_MODE, 1, 0}, {QELTV_VIDEO_FILM_MODE, 1, 1}, {QELTV_VIDEO_MOTION, 3, 2}};
-
-std::string valueKey(int32_t id) {
-    return "picture.value." + std::to_string(id);
-}
 
 std::string overscanKey(size_t side) {
     return "picture.overscan." + std::to_string(side);
@@ -29,17 +18,16 @@ std::string screenKey(bool input) {
     return input ? "picture.screen.input" : "picture.screen.tuner";
 }
 
-int32_t indexOf(int32_t id) {
-    for (size_t i = 0; i < std::size(kValues); ++i) {
-        if (kValues[i].id == id) return static_cast<int32_t>(i);
-    }
-    return -1;
-}
-
 }  // namespace
 
 Picture::Picture(Store& store, Notifier& notifier)
-        : mStore(store), mSettings(store), mNotifier(notifier) {
+        : mStore(store),
+          mSettings(store),
+          mNotifier(notifier),
+          mValues(mSettings, "picture.value.",
+                  {{QELTV_VIDEO_GAME_MODE, 1, 0},
+                   {QELTV_VIDEO_FILM_MODE, 1, 1},
+                   {QELTV_VIDEO_MOTION, 3, 2}}) {
     mPictureMode = static_cast<uint16_t>(mSettings.number("picture.mode", pictureModes().front()));
     for (const bool input : {false, true}) {
         mScreenModes[input] = static_cast<uint16_t>(
@@ -48,13 +36,10 @@ Picture::Picture(Store& store, Notifier& notifier)
     for (size_t side = 0; side < mOverscan.size(); ++side) {
         mOverscan[side] = static_cast<int32_t>(mSettings.number(overscanKey(side), kFirstOverscan));
     }
-    for (const Range& range : kValues) {
-        mValues.push_back(static_cast<int32_t>(mSettings.number(valueKey(range.id), range.first)));
-    }
     mUserData = mSettings.bytes("picture.user_data");
 }
 
-void Picture::tell(QELTV_VIDEO_EVENT event, const std::vector<uint64_t>& values) {
+void Picture::notify(QELTV_VIDEO_EVENT event, const std::vector<uint64_t>& values) {
     std::array<uint64_t, 6> all{};
     std::copy_n(values.begin(), std::min(values.size(), all.size()), all.begin());
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_videoinfo_common_callback_fct, event,
@@ -72,7 +57,7 @@ uint16_t Picture::pictureMode() const {
     return mPictureMode;
 }
 
-int32_t Picture::setPictureMode(int32_t mode) {
+Code Picture::setPictureMode(int32_t mode) {
     const auto& modes = pictureModes();
     if (std::find(modes.begin(), modes.end(), mode) == modes.end()) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
@@ -80,7 +65,7 @@ int32_t Picture::setPictureMode(int32_t mode) {
     return stored([&] {
         mSettings.set("picture.mode", mode);
         mPictureMode = static_cast<uint16_t>(mode);
-        tell(QELTV_VIDEO_PICTURE_MODE, {mPictureMode});
+        notify(QELTV_VIDEO_PICTURE_MODE, {mPictureMode});
         return kOk;
     });
 }
@@ -97,7 +82,7 @@ uint16_t Picture::screenMode(bool input) const {
     return mScreenModes[input];
 }
 
-int32_t Picture::setScreenMode(bool input, int32_t mode) {
+Code Picture::setScreenMode(bool input, int32_t mode) {
     const auto modes = screenModes(input);
     if (std::find(modes.begin(), modes.end(), mode) == modes.end()) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
@@ -105,7 +90,7 @@ int32_t Picture::setScreenMode(bool input, int32_t mode) {
     return stored([&] {
         mSettings.set(screenKey(input), mode);
         mScreenModes[input] = static_cast<uint16_t>(mode);
-        tell(QELTV_VIDEO_SCREEN_MODE, {mScreenModes[input]});
+        notify(QELTV_VIDEO_SCREEN_MODE, {mScreenModes[input]});
         return kOk;
     });
 }
@@ -115,18 +100,18 @@ Picture::Overscan Picture::overscan() const {
     return mOverscan;
 }
 
-int32_t Picture::setOverscan(const Overscan& overscan) {
+Code Picture::setOverscan(const Overscan& overscan) {
     for (const int32_t side : overscan) {
         if (side < 0 || side > QELTV_OVERSCAN_MAXIMUM) return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
     if (mOverscan == overscan) return kOk;
     mOverscan = overscan;
-    tell(QELTV_VIDEO_OVERSCAN, {overscan.begin(), overscan.end()});
+    notify(QELTV_VIDEO_OVERSCAN, {overscan.begin(), overscan.end()});
     return kOk;
 }
 
-int32_t Picture::keepOverscan() {
+Code Picture::keepOverscan() {
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {
         Store::Transaction transaction(mStore);
@@ -138,26 +123,16 @@ int32_t Picture::keepOverscan() {
     });
 }
 
-int32_t Picture::value(int32_t id, uint32_t* value) const {
-    const int32_t index = indexOf(id);
-    if (index < 0) return kNotFound;
+Code Picture::value(int32_t id, uint32_t* value) const {
     std::lock_guard<std::mutex> guard(mLock);
-    *value = static_cast<uint32_t>(mValues[static_cast<size_t>(index)]);
-    return kOk;
+    return mValues.get(id, value);
 }
 
-int32_t Picture::setValue(int32_t id, int32_t value) {
-    const int32_t index = indexOf(id);
-    if (index < 0) return kNotFound;
-    if (value < 0 || value > kValues[index].maximum) return kBadValue;
+Code Picture::setValue(int32_t id, int32_t value) {
     std::lock_guard<std::mutex> guard(mLock);
-    int32_t& current = mValues[static_cast<size_t>(index)];
-    if (current == value) return kOk;
-    return stored([&] {
-        mSettings.set(valueKey(id), value);
-        current = value;
-        tell(QELTV_VIDEO_VALUE_CHANGED, {static_cast<uint64_t>(id), static_cast<uint64_t>(value)});
-        return kOk;
+    return mValues.set(id, value, [&] {
+        notify(QELTV_VIDEO_VALUE_CHANGED,
+               {static_cast<uint64_t>(id), static_cast<uint64_t>(value)});
     });
 }
 
@@ -166,7 +141,7 @@ std::vector<uint8_t> Picture::userData() const {
     return mUserData;
 }
 
-int32_t Picture::setUserData(const std::vector<uint8_t>& data) {
+Code Picture::setUserData(const std::vector<uint8_t>& data) {
     if (data.size() > QELTV_VIDEO_DATA_USER_SIZE) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {

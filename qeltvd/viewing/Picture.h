@@ -5,15 +5,17 @@
 #include <mutex>
 #include <vector>
 
+#include "Code.h"
 #include "Notifier.h"
 #include "Settings.h"
+#include "StoredValues.h"
 #include "layouts/presentation.h"
 
 namespace qeltvd {
 
 /**
  * Picture and screen modes, overscan and video values, all of which are kept; the overscan only
- * when it is told so. Video notifications tell every change.
+ * when keepOverscan() is called. Every change is notified.
  */
 class Picture {
   public:
@@ -24,27 +26,27 @@ class Picture {
 
     static const std::vector<uint16_t>& pictureModes();
     uint16_t pictureMode() const;
-    int32_t setPictureMode(int32_t mode);
+    [[nodiscard]] Code setPictureMode(int32_t mode);
 
     static constexpr uint16_t kPixelByPixel = 7;
     /** Pixel by pixel is for inputs only. */
     static std::vector<uint16_t> screenModes(bool input);
     /** The mode for the tuner or for inputs; each has its own. */
     uint16_t screenMode(bool input) const;
-    int32_t setScreenMode(bool input, int32_t mode);
+    [[nodiscard]] Code setScreenMode(bool input, int32_t mode);
 
     Overscan overscan() const;
-    int32_t setOverscan(const Overscan& overscan);
-    int32_t keepOverscan();
+    [[nodiscard]] Code setOverscan(const Overscan& overscan);
+    [[nodiscard]] Code keepOverscan();
 
     /** A QELTV_VIDEO_VALUE that can be set. */
-    int32_t value(int32_t id, uint32_t* value) const;
-    int32_t setValue(int32_t id, int32_t value);
+    [[nodiscard]] Code value(int32_t id, uint32_t* value) const;
+    [[nodiscard]] Code setValue(int32_t id, int32_t value);
     std::vector<uint8_t> userData() const;
-    int32_t setUserData(const std::vector<uint8_t>& data);
+    [[nodiscard]] Code setUserData(const std::vector<uint8_t>& data);
 
-    /** Tells a video event. */
-    void tell(QELTV_VIDEO_EVENT event, const std::vector<uint64_t>& values);
+    /** Sends a video notification. */
+    void notify(QELTV_VIDEO_EVENT event, const std::vector<uint64_t>& values);
 
   private:
     Store& mStore;
@@ -55,7 +57,7 @@ class Picture {
     uint16_t mPictureMode;
     std::array<uint16_t, 2> mScreenModes;
     Overscan mOverscan;
-    std::vector<int32_t> mValues;
+    StoredValues mValues;
     std::vector<uint8_t> mUserData;
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "Code.h"
 #include "Stored.h"
 
 namespace qeltvd {
@@ -11,48 +10,35 @@ namespace {
 
 constexpr int32_t kFirstVolumes[QELTV_VOLUME_TYPES] = {20, 30, 100, 50, 30};
 
-struct Range {
-    int32_t id, maximum, first;
-};
-constexpr Range kValues[] = {
-        {QELTV_AUDIO_DESCRIPTION_ON, 1, 0}, {QELTV_AUDIO_DESCRIPTION_MIX, 100, 50},
-        {QELTV_AUDIO_DELAY_MS, 250, 0},     {QELTV_AUDIO_DIGITAL_OUT, 2, 0},
-        {QELTV_AUDIO_DIALOGUE, 3, 0},
-};
+/** Decibels up or down. */
+constexpr int kEqualiserLimit = 12;
 
 std::string volumeKey(int32_t type) {
     return "sound.volume." + std::to_string(type);
 }
 
-std::string valueKey(int32_t id) {
-    return "sound.value." + std::to_string(id);
-}
-
-/** Index of a value, or -1. */
-int32_t indexOf(int32_t id) {
-    for (size_t i = 0; i < std::size(kValues); ++i) {
-        if (kValues[i].id == id) return static_cast<int32_t>(i);
-    }
-    return -1;
-}
-
 }  // namespace
 
-Sound::Sound(Store& store, Notifier& notifier) : mSettings(store), mNotifier(notifier) {
+Sound::Sound(Store& store, Notifier& notifier)
+        : mSettings(store),
+          mNotifier(notifier),
+          mValues(mSettings, "sound.value.",
+                  {{QELTV_AUDIO_DESCRIPTION_ON, 1, 0},
+                   {QELTV_AUDIO_DESCRIPTION_MIX, 100, 50},
+                   {QELTV_AUDIO_DELAY_MS, 250, 0},
+                   {QELTV_AUDIO_DIGITAL_OUT, 2, 0},
+                   {QELTV_AUDIO_DIALOGUE, 3, 0}}) {
     for (int32_t type = 0; isType(type); ++type) {
         mVolumes[static_cast<size_t>(type)] =
                 static_cast<int32_t>(mSettings.number(volumeKey(type), kFirstVolumes[type]));
     }
     mEffect = static_cast<uint16_t>(mSettings.number("sound.effect", effects().front()));
-    for (const Range& range : kValues) {
-        mValues.push_back(static_cast<int32_t>(mSettings.number(valueKey(range.id), range.first)));
-    }
     mEqualiser = mSettings.bytes("sound.equaliser");
     if (mEqualiser.size() != QELTV_AUDIO_EQUALISER_SIZE)
         mEqualiser.assign(QELTV_AUDIO_EQUALISER_SIZE, 0);
 }
 
-void Sound::tell(QELTV_AUDIO_EVENT event, uint64_t first, uint64_t second) {
+void Sound::notify(QELTV_AUDIO_EVENT event, uint64_t first, uint64_t second) {
     mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_audio_update_nfy_fct, event,
                     {first, second});
 }
@@ -63,18 +49,18 @@ int32_t Sound::volume(int32_t type) const {
     return mVolumes[static_cast<size_t>(type)];
 }
 
-int32_t Sound::put(int32_t type, int32_t volume) {
+Code Sound::put(int32_t type, int32_t volume) {
     int32_t& current = mVolumes[static_cast<size_t>(type)];
     if (current == volume) return kOk;
     return stored([&] {
         mSettings.set(volumeKey(type), volume);
         current = volume;
-        tell(QELTV_AUDIO_VOLUME, static_cast<uint64_t>(type), static_cast<uint64_t>(volume));
+        notify(QELTV_AUDIO_VOLUME, static_cast<uint64_t>(type), static_cast<uint64_t>(volume));
         return kOk;
     });
 }
 
-int32_t Sound::setVolume(int32_t type, int32_t volume) {
+Code Sound::setVolume(int32_t type, int32_t volume) {
     if (!isType(type)) return kNotFound;
     if (volume < 0 || volume > QELTV_VOLUME_MAXIMUM) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
@@ -86,11 +72,11 @@ int32_t Sound::step(int32_t type, bool up) {
     std::lock_guard<std::mutex> guard(mLock);
     const int32_t now = mVolumes[static_cast<size_t>(type)];
     const int32_t next = std::clamp(now + (up ? 1 : -1), 0, QELTV_VOLUME_MAXIMUM);
-    if (const int32_t code = put(type, next); code != kOk) return code;
+    if (const Code code = put(type, next); code != kOk) return code;
     bool& muted = mMuted[static_cast<size_t>(type)];
     if (up && muted) {
         muted = false;
-        tell(QELTV_AUDIO_MUTE, static_cast<uint64_t>(type), 0);
+        notify(QELTV_AUDIO_MUTE, static_cast<uint64_t>(type), 0);
     }
     return next;
 }
@@ -101,13 +87,13 @@ bool Sound::muted(int32_t type) const {
     return mMuted[static_cast<size_t>(type)];
 }
 
-int32_t Sound::setMuted(int32_t type, bool muted) {
+Code Sound::setMuted(int32_t type, bool muted) {
     if (!isType(type)) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     bool& current = mMuted[static_cast<size_t>(type)];
     if (current == muted) return kOk;
     current = muted;
-    tell(QELTV_AUDIO_MUTE, static_cast<uint64_t>(type), uint64_t{muted});
+    notify(QELTV_AUDIO_MUTE, static_cast<uint64_t>(type), uint64_t{muted});
     return kOk;
 }
 
@@ -122,38 +108,27 @@ uint16_t Sound::effect() const {
     return mEffect;
 }
 
-int32_t Sound::setEffect(int32_t effect) {
+Code Sound::setEffect(int32_t effect) {
     if (std::find(effects().begin(), effects().end(), effect) == effects().end()) return kBadValue;
     std::lock_guard<std::mutex> guard(mLock);
     if (mEffect == effect) return kOk;
     return stored([&] {
         mSettings.set("sound.effect", effect);
         mEffect = static_cast<uint16_t>(effect);
-        tell(QELTV_AUDIO_EFFECT, mEffect);
+        notify(QELTV_AUDIO_EFFECT, mEffect);
         return kOk;
     });
 }
 
-int32_t Sound::value(int32_t id, uint32_t* value) const {
-    const int32_t index = indexOf(id);
-    if (index < 0) return kNotFound;
+Code Sound::value(int32_t id, uint32_t* value) const {
     std::lock_guard<std::mutex> guard(mLock);
-    *value = static_cast<uint32_t>(mValues[static_cast<size_t>(index)]);
-    return kOk;
+    return mValues.get(id, value);
 }
 
-int32_t Sound::setValue(int32_t id, int32_t value) {
-    const int32_t index = indexOf(id);
-    if (index < 0) return kNotFound;
-    if (value < 0 || value > kValues[index].maximum) return kBadValue;
+Code Sound::setValue(int32_t id, int32_t value) {
     std::lock_guard<std::mutex> guard(mLock);
-    int32_t& current = mValues[static_cast<size_t>(index)];
-    if (current == value) return kOk;
-    return stored([&] {
-        mSettings.set(valueKey(id), value);
-        current = value;
-        tell(QELTV_AUDIO_VALUE_CHANGED, static_cast<uint64_t>(id), static_cast<uint64_t>(value));
-        return kOk;
+    return mValues.set(id, value, [&] {
+        notify(QELTV_AUDIO_VALUE_CHANGED, static_cast<uint64_t>(id), static_cast<uint64_t>(value));
     });
 }
 
@@ -162,11 +137,11 @@ std::vector<uint8_t> Sound::equaliser() const {
     return mEqualiser;
 }
 
-int32_t Sound::setEqualiser(const std::vector<uint8_t>& bands) {
+Code Sound::setEqualiser(const std::vector<uint8_t>& bands) {
     if (bands.size() != QELTV_AUDIO_EQUALISER_SIZE) return kBadValue;
     for (const uint8_t band : bands) {
         const int level = static_cast<int8_t>(band);
-        if (level < -12 || level > 12) return kBadValue;
+        if (level < -kEqualiserLimit || level > kEqualiserLimit) return kBadValue;
     }
     std::lock_guard<std::mutex> guard(mLock);
     return stored([&] {

@@ -5,15 +5,17 @@
 #include <mutex>
 #include <vector>
 
+#include "Code.h"
 #include "Notifier.h"
 #include "Settings.h"
+#include "StoredValues.h"
 #include "layouts/presentation.h"
 
 namespace qeltvd {
 
 /**
  * Volumes and mutes by type, the sound effect, audio values and the equaliser. Mutes end with the
- * process, everything else is kept. Audio notifications tell every change.
+ * process, everything else is kept. Every change is notified.
  */
 class Sound {
   public:
@@ -22,30 +24,30 @@ class Sound {
 
     /** The volume, or a code. */
     int32_t volume(int32_t type) const;
-    int32_t setVolume(int32_t type, int32_t volume);
+    [[nodiscard]] Code setVolume(int32_t type, int32_t volume);
     /** The volume after a step up (which also ends a mute) or down, or a code. */
     int32_t step(int32_t type, bool up);
     bool muted(int32_t type) const;
-    int32_t setMuted(int32_t type, bool muted);
+    [[nodiscard]] Code setMuted(int32_t type, bool muted);
 
     static const std::vector<uint16_t>& effects();
     uint16_t effect() const;
-    int32_t setEffect(int32_t effect);
+    [[nodiscard]] Code setEffect(int32_t effect);
 
-    /** An QELTV_AUDIO_VALUE that can be set. */
-    int32_t value(int32_t id, uint32_t* value) const;
-    int32_t setValue(int32_t id, int32_t value);
+    /** A QELTV_AUDIO_VALUE that can be set. */
+    [[nodiscard]] Code value(int32_t id, uint32_t* value) const;
+    [[nodiscard]] Code setValue(int32_t id, int32_t value);
 
     std::vector<uint8_t> equaliser() const;
-    int32_t setEqualiser(const std::vector<uint8_t>& bands);
+    [[nodiscard]] Code setEqualiser(const std::vector<uint8_t>& bands);
 
-    /** Tells an audio event. */
-    void tell(QELTV_AUDIO_EVENT event, uint64_t first, uint64_t second = 0);
+    /** Sends an audio notification. */
+    void notify(QELTV_AUDIO_EVENT event, uint64_t first, uint64_t second = 0);
 
   private:
     static bool isType(int32_t type) { return type >= 0 && type < QELTV_VOLUME_TYPES; }
-    /** With mLock held: stores and tells. */
-    int32_t put(int32_t type, int32_t volume);
+    /** With mLock held: stores and notifies. */
+    [[nodiscard]] Code put(int32_t type, int32_t volume);
 
     Settings mSettings;
     Notifier& mNotifier;
@@ -54,7 +56,7 @@ class Sound {
     std::array<int32_t, QELTV_VOLUME_TYPES> mVolumes;
     std::array<bool, QELTV_VOLUME_TYPES> mMuted{};
     uint16_t mEffect;
-    std::vector<int32_t> mValues;
+    StoredValues mValues;
     std::vector<uint8_t> mEqualiser;
 };
 

@@ -4,8 +4,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "Code.h"
-
 namespace qeltvd {
 
 namespace {
@@ -14,7 +12,24 @@ namespace {
 constexpr char kRed = 1, kGreen = 2, kYellow = 3, kBlue = 4, kCyan = 6, kWhite = 7;
 constexpr char kMosaicBlue = 0x14, kMosaicCyan = 0x16, kDouble = 0x0d, kBackground = 0x1d;
 
-enum Level : uint16_t { kBlock = 1, kGroup = 2, kPage = 3 };
+/** Levels of TOP; the higher contain the lower. */
+enum class Level : uint16_t { kBlock = 1, kGroup = 2, kPage = 3 };
+
+constexpr Level kBlock = Level::kBlock;
+constexpr Level kGroup = Level::kGroup;
+constexpr Level kPage = Level::kPage;
+
+constexpr Level under(Level level) {
+    return static_cast<Level>(static_cast<uint16_t>(level) + 1);
+}
+
+// Pages with a content of their own.
+constexpr uint16_t kOverview = 0x100, kHeadlines = 0x102, kChannels = 0x201, kTable = 0x303,
+                   kForecast = 0x401, kSubtitles = 0x888;
+constexpr uint32_t kLastPage = 0x899;
+/** Rows of a subpage of the channels, its title included. */
+constexpr size_t kChannelRows = 22;
+constexpr size_t kSpokenRow = 19;
 
 struct Entry {
     uint16_t page;
@@ -23,13 +38,13 @@ struct Entry {
 };
 
 constexpr Entry kPages[] = {
-        {0x100, kBlock, "Overview"},  {0x101, kGroup, "News"},
-        {0x102, kPage, "Headlines"},  {0x103, kPage, "Business"},
-        {0x150, kGroup, "Subtitles"}, {0x200, kBlock, "Television"},
-        {0x201, kGroup, "Channels"},  {0x300, kBlock, "Sport"},
-        {0x301, kGroup, "Football"},  {0x302, kPage, "Results"},
-        {0x303, kPage, "Table"},      {0x400, kBlock, "Weather"},
-        {0x401, kGroup, "Forecast"},  {0x888, kBlock, "Subtitles for viewers"},
+        {kOverview, kBlock, "Overview"},  {0x101, kGroup, "News"},
+        {kHeadlines, kPage, "Headlines"}, {0x103, kPage, "Business"},
+        {0x150, kGroup, "Subtitles"},     {0x200, kBlock, "Television"},
+        {kChannels, kGroup, "Channels"},  {0x300, kBlock, "Sport"},
+        {0x301, kGroup, "Football"},      {0x302, kPage, "Results"},
+        {kTable, kPage, "Table"},         {0x400, kBlock, "Weather"},
+        {kForecast, kGroup, "Forecast"},  {kSubtitles, kBlock, "Subtitles for viewers"},
 };
 
 const Entry* find(uint32_t page) {
@@ -39,7 +54,7 @@ const Entry* find(uint32_t page) {
 }
 
 QELTV_TOP_ENTRY_T entryOf(const Entry& from) {
-    QELTV_TOP_ENTRY_T entry{from.page, from.level, {}};
+    QELTV_TOP_ENTRY_T entry{from.page, static_cast<uint16_t>(from.level), {}};
     strncpy(entry.title, from.title, sizeof(entry.title) - 1);
     return entry;
 }
@@ -52,7 +67,7 @@ std::optional<std::vector<QELTV_TOP_ENTRY_T>> below(uint16_t page, Level above) 
     std::vector<QELTV_TOP_ENTRY_T> entries;
     for (const Entry* entry = begin + 1; entry != std::end(kPages) && entry->level > above;
          ++entry) {
-        if (entry->level == above + 1) entries.push_back(entryOf(*entry));
+        if (entry->level == under(above)) entries.push_back(entryOf(*entry));
     }
     return entries;
 }
@@ -93,30 +108,31 @@ std::vector<std::vector<std::string>> Teletext::content(uint32_t number) const {
     std::vector<std::vector<std::string>> subpages{titled(entry->title)};
     auto& first = subpages[0];
     switch (number) {
-        case 0x201: {
+        case kChannels: {
             // As many subpages as the channels of the list that is being watched take.
             const auto current = mChannels.current();
             const auto lists = mChannels.lists();
             const uint16_t list = current ? current->list : lists.empty() ? 0 : lists[0];
             for (const Channel& channel : mChannels.find(list)) {
-                if (subpages.back().size() == 22) subpages.push_back(titled(entry->title));
+                if (subpages.back().size() == kChannelRows)
+                    subpages.push_back(titled(entry->title));
                 subpages.back().push_back(
                         line("\x03%5u\x07%s", channel.number, plain(channel.name)));
             }
             break;
         }
-        case 0x102:
+        case kHeadlines:
             subpages.assign(3, first);
             subpages[0].push_back(std::string{kWhite} + "Parliament votes on the new budget");
             subpages[1].push_back(std::string{kWhite} + "Trains run again after the storm");
             subpages[2].push_back(std::string{kWhite} + "Museum shows paintings found in attic");
             break;
-        case 0x303:
+        case kTable:
             for (unsigned int i = 1; i <= 8; ++i) {
                 first.push_back(line("\x06%3u\x07%s", i, "Club " + std::to_string(i * 7 % 10)));
             }
             break;
-        case 0x401:
+        case kForecast:
             // A sun of mosaics.
             for (const char* row :
                  {"  !  0  !", "   xtx|", " ,,w\x7f\x7f\x7f,,", "   ~/o}", "  !  #  !"}) {
@@ -124,15 +140,14 @@ std::vector<std::vector<std::string>> Teletext::content(uint32_t number) const {
             }
             first.push_back(std::string{kWhite} + "Sunny, 21 degrees");
             break;
-        case 0x888:
+        case kSubtitles:
             // Nothing but what is being said, on an otherwise empty page.
-            first.assign(19, "");
+            first.assign(kSpokenRow, "");
             first.push_back(std::string{kDouble, kWhite} + "      Good evening.");
             break;
         default: {
-            const auto level = static_cast<Level>(entry->level);
-            const auto entries =
-                    number == 0x100 ? std::optional(blocks()) : below(entry->page, level);
+            const auto entries = number == kOverview ? std::optional(blocks())
+                                                     : below(entry->page, entry->level);
             for (const QELTV_TOP_ENTRY_T& sub :
                  entries.value_or(std::vector<QELTV_TOP_ENTRY_T>())) {
                 first.push_back(line("\x07%03x\x06%s", sub.page, sub.title));
@@ -141,7 +156,7 @@ std::vector<std::vector<std::string>> Teletext::content(uint32_t number) const {
     }
     for (auto& rows : subpages) {
         rows.resize(QELTV_TELETEXT_ROWS - 1);
-        if (number == 0x888) continue;
+        if (number == kSubtitles) continue;
         rows[QELTV_TELETEXT_ROWS - 3] = std::string{kMosaicBlue} + std::string(39, ',');
         rows[QELTV_TELETEXT_ROWS - 2] = links();
     }
@@ -185,11 +200,12 @@ QELTV_TELETEXT_PAGE_T Teletext::current() const {
     return page;
 }
 
-int32_t Teletext::setPage(uint32_t record) {
+Code Teletext::setPage(uint32_t record) {
     const uint32_t number = record & 0xffff;
     const uint32_t subpage = record >> 16;
     // Pages with hexadecimal digits cannot be dialled.
-    if (number < 0x100 || number > 0x899 || (number & 0xf) > 9 || (number >> 4 & 0xf) > 9) {
+    if (number < kFirstPage || number > kLastPage || (number & 0xf) > 9 ||
+        (number >> 4 & 0xf) > 9) {
         return kBadValue;
     }
     const auto count = static_cast<uint32_t>(content(number).size());

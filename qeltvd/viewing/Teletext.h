@@ -8,6 +8,7 @@
 
 #include "ChannelDatabase.h"
 #include "Clock.h"
+#include "Code.h"
 #include "Notifier.h"
 #include "layouts/teletext.h"
 
@@ -23,12 +24,12 @@ class Teletext {
     Teletext(Notifier& notifier, const ChannelDatabase& channels, const Clock& clock);
 
     QELTV_TELETEXT_PAGE_T current() const;
-    int32_t setPage(uint32_t record);
+    [[nodiscard]] Code setPage(uint32_t record);
 
     std::vector<QELTV_TOP_ENTRY_T> blocks() const;
-    /** Of the block that a page is in; nothing when there is no such page. */
+    /** The groups of the block that a page is in; nothing when there is no such page. */
     std::optional<std::vector<QELTV_TOP_ENTRY_T>> groups(uint16_t page) const;
-    /** Of the group that a page is in. */
+    /** The pages of the group that a page is in; nothing when there is no such page. */
     std::optional<std::vector<QELTV_TOP_ENTRY_T>> pages(uint16_t page) const;
 
   private:

@@ -1,0 +1,464 @@
+#include "Source.h"
+
+#include <arpa/inet.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+#include "Files.h"
+#include "PacketAligner.h"
+
+namespace qeltvd::stream {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr size_t kReadSize = 256 * kPacketSize;
+
+/** The base of all sources: their packets, and how they are interrupted. */
+class AnySource : public Source {
+  public:
+    explicit AnySource(std::string name)
+            : mName(std::move(name)), mInterrupted(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+        if (!mInterrupted) throw std::runtime_error(mName + ": " + strerror(errno));
+    }
+
+    void interrupt() override {
+        const uint64_t one = 1;
+        // The counter of the event cannot be full.
+        if (write(mInterrupted.get(), &one, sizeof(one)) < 0) return;
+    }
+    std::string reason() const override { return mReason; }
+
+  protected:
+    /** Waits until a descriptor can be read; -1 waits for an interruption only. */
+    enum class Wait { kReady, kTimeout, kInterrupted };
+    Wait wait(int descriptor, Clock::time_point until) const {
+        for (;;) {
+            pollfd polled[2] = {{mInterrupted.get(), POLLIN, 0}, {descriptor, POLLIN, 0}};
+            const auto left = std::chrono::ceil<milliseconds>(until - Clock::now());
+            const int timeout = static_cast<int>(std::clamp<int64_t>(left.count(), 0, 60000));
+            const int ready = poll(polled, descriptor < 0 ? 1 : 2, timeout);
+            if (ready < 0 && errno == EINTR) continue;
+            if (ready < 0) return Wait::kInterrupted;
+            if (polled[0].revents != 0) return Wait::kInterrupted;
+            if (descriptor >= 0 && polled[1].revents != 0) return Wait::kReady;
+            if (Clock::now() >= until) return Wait::kTimeout;
+        }
+    }
+
+    State fail(const std::string& reason) {
+        mReason = mName + ": " + reason;
+        mEnded = State::kError;
+        return State::kError;
+    }
+    State end(const std::string& reason) {
+        mReason = mName + ": " + reason;
+        mEnded = State::kEnd;
+        return State::kEnd;
+    }
+
+    const std::string mName;
+    const Descriptor mInterrupted;
+    PacketAligner mAligner;
+    std::vector<uint8_t> mPackets;
+    bool mDiscontinuity = false;
+    std::optional<State> mEnded;
+
+  private:
+    std::string mReason;
+};
+
+class FileSource : public AnySource {
+  public:
+    FileSource(const std::string& name, const std::string& directory, const SourceOptions& options)
+            : AnySource(name), mOptions(options) {
+        const bool absolute = !name.empty() && name[0] == '/';
+        const Descriptor base = openDirectory(absolute ? "/" : directory);
+        if (!base) throw std::runtime_error(directory + ": " + strerror(errno));
+        mFile = openFile(base.get(), absolute ? name.substr(1) : name, O_RDONLY);
+        if (!mFile) {
+            throw std::runtime_error(name + (errno == EINVAL
+                                                     ? ": is no regular file"
+                                                     : ": " + std::string(strerror(errno))));
+        }
+    }
+
+    State read(Batch* batch, milliseconds timeout) override {
+        if (mEnded) return *mEnded;
+        const Clock::time_point until = Clock::now() + timeout;
+        while (mReleased >= mPackets.size()) {
+            if (wait(-1, Clock::now()) == Wait::kInterrupted) return end("interrupted");
+            if (const auto state = fill()) return *state;
+        }
+        if (!mUpTo) chooseBatch();
+        if (mOptions.paced && mDue) {
+            switch (wait(-1, std::min(*mDue, until))) {
+                case Wait::kInterrupted:
+                    return end("interrupted");
+                default:
+                    if (Clock::now() < *mDue) return State::kSilence;
+            }
+        }
+        batch->packets = mPackets.data() + mReleased;
+        batch->count = (*mUpTo - mReleased) / kPacketSize;
+        batch->discontinuity = mDiscontinuity;
+        mDiscontinuity = false;
+        mReleased = *mUpTo;
+        mUpTo.reset();
+        mDue.reset();
+        return State::kPackets;
+    }
+
+  private:
+    /** Reads the next packets; a state where there are none. */
+    std::optional<State> fill() {
+        mPackets.clear();
+        mReleased = 0;
+        uint8_t bytes[kReadSize];
+        const ssize_t size = ::read(mFile.get(), bytes, sizeof(bytes));
+        if (size < 0 && errno == EINTR) return std::nullopt;
+        if (size < 0) return fail(strerror(errno));
+        if (size > 0) {
+            if (mAligner.push(bytes, static_cast<size_t>(size), &mPackets)) mDiscontinuity = true;
+        } else {
+            if (mAligner.finish(&mPackets)) mDiscontinuity = true;
+            if (mPackets.empty() && !mAny) return fail("is no transport stream");
+            mAtEnd = true;
+        }
+        if (!mPackets.empty()) {
+            mAny = true;
+            return std::nullopt;
+        }
+        mWithout += static_cast<size_t>(size);
+        if (!mAny && mWithout > kLongestWithout) return fail("is no transport stream");
+        if (!mAtEnd) return std::nullopt;
+        if (!mOptions.loop) return end("is at its end");
+        if (lseek(mFile.get(), 0, SEEK_SET) != 0) return fail(strerror(errno));
+        mAligner.reset();
+        mAtEnd = false;
+        mAny = false;
+        mWithout = 0;
+        mDiscontinuity = true;
+        mReference.reset();
+        return std::nullopt;
+    }
+
+    /** The packets up to the next clock reference, and when they are due. */
+    void chooseBatch() {
+        mUpTo = mPackets.size();
+        if (!mOptions.paced) return;
+        for (size_t at = mReleased; at < mPackets.size(); at += kPacketSize) {
+            const uint8_t* packet = mPackets.data() + at;
+            const auto reference = clockReference(packet);
+            if (!reference) continue;
+            if (!mReference) mReference = pidOf(packet);
+            if (*mReference != pidOf(packet)) continue;
+            mUpTo = at + kPacketSize;
+            const uint64_t before = mElapsed.elapsed();
+            const bool continues = mElapsed.add(*reference);
+            const Clock::time_point now = Clock::now();
+            // A clock that was set, or a machine that was asleep: the pace begins anew.
+            if (!continues || mPace + kLatest < now) {
+                mPace = now;
+            } else {
+                mPace += std::chrono::nanoseconds((mElapsed.elapsed() - before) * 1000 / 27);
+            }
+            mDue = mPace;
+            return;
+        }
+        if (mReference) return;
+        // Without references, as fast as a multiplex of cable.
+        const Clock::time_point now = Clock::now();
+        mPace = std::max(mPace, now - kLatest) +
+                std::chrono::microseconds((*mUpTo - mReleased) * 8 / kMegabitsWithoutClock);
+        mDue = mPace;
+    }
+
+    static constexpr milliseconds kLatest{1000};
+    static constexpr size_t kLongestWithout = 4 << 20;
+    static constexpr int64_t kMegabitsWithoutClock = 38;
+
+    const SourceOptions mOptions;
+    Descriptor mFile;
+    /** Whether there were packets since the begin, and how many bytes without. */
+    bool mAny = false;
+    size_t mWithout = 0;
+    bool mAtEnd = false;
+    /** Bytes of mPackets that were given, and those that are given next. */
+    size_t mReleased = 0;
+    std::optional<size_t> mUpTo;
+    std::optional<Clock::time_point> mDue;
+    /** The PID whose references pace. */
+    std::optional<uint16_t> mReference;
+    ElapsedClock mElapsed;
+    Clock::time_point mPace{};
+};
+
+/** The parts of INTERFACE@ADDRESS:PORT. */
+struct Endpoint {
+    in_addr interface {};
+    sockaddr_in address{};
+    bool multicast = false;
+};
+
+Endpoint endpointOf(const std::string& text, const std::string& part) {
+    const auto refuse = [&](const char* why) -> Endpoint {
+        throw std::runtime_error(text + ": " + why + "; write udp://@239.1.1.1:1234");
+    };
+    const size_t at = part.find('@'), colon = part.rfind(':');
+    if (colon == std::string::npos || (at != std::string::npos && colon < at)) {
+        return refuse("has no port");
+    }
+    const std::string interface = at == std::string::npos ? "" : part.substr(0, at);
+    const size_t begin = at == std::string::npos ? 0 : at + 1;
+    const std::string address = part.substr(begin, colon - begin), port = part.substr(colon + 1);
+    const bool digits =
+            !port.empty() && port.size() <= 5 &&
+            std::all_of(port.begin(), port.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const int number = digits ? std::stoi(port) : 0;
+    if (number < 1 || number > 0xffff) return refuse("has no valid port");
+    Endpoint endpoint;
+    endpoint.address.sin_family = AF_INET;
+    endpoint.address.sin_port = htons(static_cast<uint16_t>(number));
+    if (!address.empty() && inet_pton(AF_INET, address.c_str(), &endpoint.address.sin_addr) != 1) {
+        return refuse("has no IPv4 address");
+    }
+    if (!interface.empty() && inet_pton(AF_INET, interface.c_str(), &endpoint.interface) != 1) {
+        return refuse("has an interface that is no IPv4 address");
+    }
+    endpoint.multicast = IN_MULTICAST(ntohl(endpoint.address.sin_addr.s_addr));
+    return endpoint;
+}
+
+class SocketSource : public AnySource {
+  public:
+    SocketSource(const std::string& text, const std::string& part, bool rtp)
+            : AnySource(text), mRtp(rtp) {
+        const Endpoint endpoint = endpointOf(text, part);
+        mSocket = Descriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+        if (!mSocket) refuse();
+        const int on = 1, buffer = 2 << 20;
+        // Several televisions of a machine may receive the same multicast.
+        if (endpoint.multicast) {
+            setsockopt(mSocket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+        }
+        setsockopt(mSocket.get(), SOL_SOCKET, SO_RCVBUF, &buffer, sizeof(buffer));
+        if (bind(mSocket.get(), reinterpret_cast<const sockaddr*>(&endpoint.address),
+                 sizeof(endpoint.address)) != 0) {
+            refuse();
+        }
+        if (!endpoint.multicast) return;
+        ip_mreq group{};
+        group.imr_multiaddr = endpoint.address.sin_addr;
+        group.imr_interface = endpoint.interface;
+        if (setsockopt(mSocket.get(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof(group)) != 0) {
+            refuse();
+        }
+    }
+
+    State read(Batch* batch, milliseconds timeout) override {
+        if (mEnded) return *mEnded;
+        mPackets.clear();
+        const Clock::time_point until = Clock::now() + timeout;
+        while (mPackets.empty()) {
+            switch (wait(mSocket.get(), until)) {
+                case Wait::kInterrupted:
+                    return end("interrupted");
+                case Wait::kTimeout:
+                    return State::kSilence;
+                case Wait::kReady:
+                    break;
+            }
+            // Some more come meanwhile, which costs less than to wake up for each.
+            if (wait(-1, Clock::now() + kGather) == Wait::kInterrupted) return end("interrupted");
+            if (const auto state = receive()) return *state;
+        }
+        batch->packets = mPackets.data();
+        batch->count = mPackets.size() / kPacketSize;
+        batch->discontinuity = mDiscontinuity;
+        mDiscontinuity = false;
+        return State::kPackets;
+    }
+
+  private:
+    [[noreturn]] void refuse() const { throw std::runtime_error(mName + ": " + strerror(errno)); }
+
+    std::optional<State> receive() {
+        uint8_t datagram[0x10000];
+        while (mPackets.size() < kReadSize) {
+            const ssize_t size = recv(mSocket.get(), datagram, sizeof(datagram), 0);
+            if (size < 0 && (errno == EAGAIN || errno == EINTR)) break;
+            if (size < 0) return fail(strerror(errno));
+            const uint8_t* payload = datagram;
+            auto left = static_cast<size_t>(size);
+            if (mRtp && !openRtp(&payload, &left)) continue;
+            // Each datagram begins with a packet.
+            if (mAligner.push(payload, left, &mPackets)) mDiscontinuity = true;
+        }
+        return std::nullopt;
+    }
+
+    /** Takes the header off; false for what is no packet of the stream. */
+    bool openRtp(const uint8_t** payload, size_t* left) {
+        constexpr size_t kHeader = 12;
+        const uint8_t* bytes = *payload;
+        if (*left < kHeader || bytes[0] >> 6 != 2) return false;
+        size_t begin = kHeader + (bytes[0] & 0x0f) * size_t{4};
+        if ((bytes[0] & 0x10) != 0) {
+            if (*left < begin + 4) return false;
+            begin += 4 + static_cast<size_t>(bytes[begin + 2] << 8 | bytes[begin + 3]) * 4;
+        }
+        size_t end = *left;
+        if ((bytes[0] & 0x20) != 0) end -= std::min<size_t>(end, bytes[end - 1]);
+        if (begin > end) return false;
+        const auto sequence = static_cast<uint16_t>(bytes[2] << 8 | bytes[3]);
+        if (mSequence) {
+            const auto step = static_cast<uint16_t>(sequence - *mSequence);
+            // A repeated or late one.
+            if (step == 0 || step > 0xff00) return false;
+            if (step != 1) mDiscontinuity = true;
+        }
+        mSequence = sequence;
+        *payload = bytes + begin;
+        *left = end - begin;
+        return true;
+    }
+
+    static constexpr milliseconds kGather{5};
+
+    const bool mRtp;
+    Descriptor mSocket;
+    std::optional<uint16_t> mSequence;
+};
+
+class PipeSource : public AnySource {
+  public:
+    PipeSource(const std::string& text, const std::string& command) : AnySource(text) {
+        int ends[2];
+        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error(text + ": " + strerror(errno));
+        mOutput = Descriptor(ends[0]);
+        const Descriptor writing(ends[1]);
+        fcntl(mOutput.get(), F_SETFL, O_NONBLOCK);
+
+        posix_spawn_file_actions_t actions;
+        posix_spawnattr_t attributes;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawnattr_init(&attributes);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions, writing.get(), STDOUT_FILENO);
+        // A group of its own, so that all of a pipeline ends with it, and the signals of a shell.
+        sigset_t defaults, none;
+        sigfillset(&defaults);
+        sigemptyset(&none);
+        posix_spawnattr_setsigdefault(&attributes, &defaults);
+        posix_spawnattr_setsigmask(&attributes, &none);
+        posix_spawnattr_setpgroup(&attributes, 0);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF |
+                                                      POSIX_SPAWN_SETSIGMASK);
+        std::string shell = "sh", option = "-c", line = command;
+        char* arguments[] = {shell.data(), option.data(), line.data(), nullptr};
+        const int error =
+                posix_spawn(&mChild, "/bin/sh", &actions, &attributes, arguments, environ);
+        posix_spawn_file_actions_destroy(&actions);
+        posix_spawnattr_destroy(&attributes);
+        if (error != 0) throw std::runtime_error(text + ": " + strerror(error));
+    }
+
+    ~PipeSource() override { reap(false); }
+
+    State read(Batch* batch, milliseconds timeout) override {
+        if (mEnded) return *mEnded;
+        mPackets.clear();
+        const Clock::time_point until = Clock::now() + timeout;
+        while (mPackets.empty()) {
+            switch (wait(mOutput.get(), until)) {
+                case Wait::kInterrupted:
+                    return end("interrupted");
+                case Wait::kTimeout:
+                    return State::kSilence;
+                case Wait::kReady:
+                    break;
+            }
+            uint8_t bytes[kReadSize];
+            const ssize_t size = ::read(mOutput.get(), bytes, sizeof(bytes));
+            if (size < 0 && (errno == EAGAIN || errno == EINTR)) continue;
+            if (size < 0) return fail(strerror(errno));
+            if (size == 0) {
+                if (mAligner.finish(&mPackets)) mDiscontinuity = true;
+                if (mPackets.empty()) return end(reap(true));
+                break;
+            }
+            if (mAligner.push(bytes, static_cast<size_t>(size), &mPackets)) mDiscontinuity = true;
+        }
+        batch->packets = mPackets.data();
+        batch->count = mPackets.size() / kPacketSize;
+        batch->discontinuity = mDiscontinuity;
+        mDiscontinuity = false;
+        return State::kPackets;
+    }
+
+  private:
+    /** Ends the command, after a moment for it to end by itself or at once; says how it ended. */
+    std::string reap(bool patient) {
+        if (mChild <= 0) return "has ended";
+        const pid_t child = mChild;
+        mChild = -1;
+        // A command that closed its output is about to end by itself. It is reaped last, because
+        // until then its number stands for its group and for no other.
+        siginfo_t info{};
+        for (int i = 0; patient && i < 10; ++i) {
+            if (waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+                info.si_pid == child) {
+                break;
+            }
+            poll(nullptr, 0, 10);
+        }
+        kill(-child, SIGKILL);
+        int status = 0;
+        pid_t ended = -1;
+        do {
+            ended = waitpid(child, &status, 0);
+        } while (ended < 0 && errno == EINTR);
+        if (ended != child) return "has ended";
+        if (WIFSIGNALED(status)) return "has ended by signal " + std::to_string(WTERMSIG(status));
+        return "has ended with status " + std::to_string(WEXITSTATUS(status));
+    }
+
+    Descriptor mOutput;
+    pid_t mChild = -1;
+};
+
+bool startsWith(const std::string& text, const char* begin) {
+    return text.rfind(begin, 0) == 0;
+}
+
+}  // namespace
+
+std::unique_ptr<Source> openSource(const std::string& text, const std::string& directory,
+                                   const SourceOptions& options) {
+    if (startsWith(text, "udp://"))
+        return std::make_unique<SocketSource>(text, text.substr(6), false);
+    if (startsWith(text, "rtp://"))
+        return std::make_unique<SocketSource>(text, text.substr(6), true);
+    if (startsWith(text, "pipe:")) return std::make_unique<PipeSource>(text, text.substr(5));
+    if (text.empty()) throw std::runtime_error("no stream is named");
+    return std::make_unique<FileSource>(text, directory, options);
+}
+
+}  // namespace qeltvd::stream

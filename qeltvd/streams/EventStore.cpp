@@ -1,0 +1,151 @@
+#include "EventStore.h"
+
+#include <algorithm>
+
+namespace qeltvd::stream {
+
+namespace {
+
+constexpr uint16_t kPresentFollowing = 0x4e;
+/** Bytes of a section beside its events, about. */
+constexpr size_t kPlaceSize = 256;
+
+size_t sizeOf(const Event& event) {
+    size_t size = sizeof(event) + event.contents.size() +
+                  event.ratings.size() * sizeof(ParentalRating) +
+                  event.advisories.size() * sizeof(AdvisoryRating);
+    for (const EventText& text : event.texts) {
+        size += sizeof(text) + text.title.size() + text.summary.size() + text.details.size();
+        for (const auto& [name, value] : text.items) {
+            size += 2 * sizeof(std::string) + name.size() + value.size();
+        }
+    }
+    for (const ComponentText& each : event.components) size += sizeof(each) + each.text.size();
+    return size;
+}
+
+}  // namespace
+
+bool EventStore::put(Sections* sections, std::pair<uint16_t, uint8_t> place, Section section) {
+    section.size = kPlaceSize;
+    for (const Event& event : section.events) section.size += sizeOf(event);
+    const auto found = sections->find(place);
+    const size_t before = found == sections->end() ? 0 : found->second.size;
+    if (mSize - before + section.size > kLimit) return false;
+    mSize = mSize - before + section.size;
+    (*sections)[place] = std::move(section);
+    return true;
+}
+
+void EventStore::drop(Sections* sections, Sections::iterator first, Sections::iterator last) {
+    for (auto it = first; it != last; ++it) mSize -= it->second.size;
+    sections->erase(first, last);
+}
+
+bool EventStore::add(const EventTable& table) {
+    if (!table.current || mSize + kPlaceSize > kLimit) return false;
+    const ServiceKey key{table.originalNetworkId, table.streamId, table.serviceId()};
+    Sections& sections = mServices[key];
+    // Present and following of this stream and of others are one table, and so are the schedules.
+    const auto number = static_cast<uint16_t>(
+            table.presentFollowing ? kPresentFollowing : 0x50 + (table.tableId & 0x0f));
+    const std::pair<uint16_t, uint8_t> place{number, table.section};
+    Section section;
+    section.version = table.version;
+    section.events = table.events;
+    // The table may have become shorter.
+    if (table.lastSection < 0xff) {
+        drop(&sections, sections.upper_bound({number, table.lastSection}),
+             sections.lower_bound({static_cast<uint16_t>(number + 1), 0}));
+    }
+    if (!table.presentFollowing) {
+        // Sections come in segments of eight, which may end early.
+        const auto segment = static_cast<uint8_t>(table.section | 7);
+        if (table.segmentLastSection >= table.section && table.segmentLastSection < segment) {
+            drop(&sections, sections.upper_bound({number, table.segmentLastSection}),
+                 sections.upper_bound({number, segment}));
+        }
+    }
+    return put(&sections, place, std::move(section));
+}
+
+bool EventStore::add(uint16_t streamId, const AtscEventTable& events, uint16_t table) {
+    if (!events.current || mSize + kPlaceSize > kLimit) return false;
+    const ServiceKey key{0, streamId, events.sourceId()};
+    Section section;
+    section.version = events.version;
+    section.events = events.events;
+    return put(&mServices[key], {static_cast<uint16_t>(0x100 + table), events.section},
+               std::move(section));
+}
+
+bool EventStore::add(const ExtendedText& text) {
+    if (!text.eventId || mSize + text.text.size() + kPlaceSize > kLimit) return false;
+    std::string& stored = mTexts[{text.sourceId, *text.eventId}];
+    if (stored == text.text) return false;
+    mSize += text.text.size() + (stored.empty() ? kPlaceSize : 0);
+    mSize -= stored.size();
+    stored = text.text;
+    return true;
+}
+
+std::vector<Event> EventStore::events(const ServiceKey& service) const {
+    const auto found = mServices.find(service);
+    if (found == mServices.end()) return {};
+    std::vector<Event> events;
+    // The present comes first and is the newest.
+    std::map<uint16_t, size_t> places;
+    for (const auto& [place, section] : found->second) {
+        for (const Event& event : section.events) {
+            const auto [known, inserted] = places.emplace(event.id, events.size());
+            if (!inserted) {
+                // The extended text of the present may be in the schedule only.
+                for (EventText& text : events[known->second].texts) {
+                    const EventText* other = event.text(text.language);
+                    if (other == nullptr || other->language != text.language) continue;
+                    if (text.details.empty()) text.details = other->details;
+                    if (text.items.empty()) text.items = other->items;
+                }
+                continue;
+            }
+            events.push_back(event);
+            const auto text = mTexts.find({service.serviceId, event.id});
+            if (text == mTexts.end()) continue;
+            if (events.back().texts.empty()) events.back().texts.emplace_back();
+            events.back().texts.front().details = text->second;
+        }
+    }
+    std::stable_sort(events.begin(), events.end(),
+                     [](const Event& a, const Event& b) { return a.start < b.start; });
+    return events;
+}
+
+std::optional<Event> EventStore::present(const ServiceKey& service) const {
+    const auto found = mServices.find(service);
+    if (found == mServices.end()) return std::nullopt;
+    const auto section = found->second.find({kPresentFollowing, 0});
+    if (section == found->second.end() || section->second.events.empty()) return std::nullopt;
+    return section->second.events.front();
+}
+
+std::optional<Event> EventStore::following(const ServiceKey& service) const {
+    const auto found = mServices.find(service);
+    if (found == mServices.end()) return std::nullopt;
+    const auto section = found->second.find({kPresentFollowing, 1});
+    if (section == found->second.end() || section->second.events.empty()) return std::nullopt;
+    return section->second.events.front();
+}
+
+std::vector<ServiceKey> EventStore::services() const {
+    std::vector<ServiceKey> keys;
+    for (const auto& [key, sections] : mServices) keys.push_back(key);
+    return keys;
+}
+
+void EventStore::clear() {
+    mServices.clear();
+    mTexts.clear();
+    mSize = 0;
+}
+
+}  // namespace qeltvd::stream

@@ -1,0 +1,266 @@
+#include "StreamText.h"
+
+#include <errno.h>
+#include <iconv.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+namespace qeltvd::stream {
+
+namespace {
+
+constexpr char32_t kReplacement = 0xfffd;
+/** Control codes of DVB; in tables of two or more bytes they stand in the private use area. */
+constexpr uint8_t kLineBreak = 0x8a;
+constexpr char32_t kPrivateControls = 0xe000;
+
+void append(std::string* text, char32_t c) {
+    const auto put = [text](char32_t byte) { text->push_back(static_cast<char>(byte)); };
+    if (c < 0x80) {
+        put(c);
+    } else if (c < 0x800) {
+        put(0xc0 | c >> 6);
+        put(0x80 | (c & 0x3f));
+    } else if (c < 0x10000) {
+        put(0xe0 | c >> 12);
+        put(0x80 | (c >> 6 & 0x3f));
+        put(0x80 | (c & 0x3f));
+    } else {
+        put(0xf0 | c >> 18);
+        put(0x80 | (c >> 12 & 0x3f));
+        put(0x80 | (c >> 6 & 0x3f));
+        put(0x80 | (c & 0x3f));
+    }
+}
+
+/** Appends a character as texts show it: line breaks stay, other control codes go. */
+void appendShown(std::string* text, char32_t c) {
+    if (c >= kPrivateControls + 0x80 && c < kPrivateControls + 0xa0) c -= kPrivateControls;
+    if (c == '\r' || c == kLineBreak) c = '\n';
+    const bool control = c < 0x20 || (c >= 0x7f && c < 0xa0);
+    if (control && c != '\n') return;
+    append(text, c);
+}
+
+class Converter {
+  public:
+    explicit Converter(const char* table) : mHandle(iconv_open("UTF-32LE", table)) {}
+    ~Converter() {
+        if (mHandle != kNone) iconv_close(mHandle);
+    }
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+
+    /** Converts what it can; a byte that the table does not have becomes a replacement. */
+    std::u32string convert(Bytes bytes) {
+        std::u32string text;
+        if (mHandle == kNone) {
+            text.assign(bytes.size, kReplacement);
+            return text;
+        }
+        iconv(mHandle, nullptr, nullptr, nullptr, nullptr);
+        char* from = const_cast<char*>(reinterpret_cast<const char*>(bytes.data));
+        size_t left = bytes.size;
+        while (left > 0) {
+            char32_t buffer[64];
+            char* to = reinterpret_cast<char*>(buffer);
+            size_t space = sizeof(buffer);
+            const size_t result = iconv(mHandle, &from, &left, &to, &space);
+            const int error = errno;
+            text.append(buffer, (sizeof(buffer) - space) / sizeof(char32_t));
+            if (result != static_cast<size_t>(-1) || error == E2BIG) continue;
+            text.push_back(kReplacement);
+            ++from;
+            --left;
+        }
+        // Some tables hold a letter back until they have seen what follows.
+        char32_t held[8];
+        char* to = reinterpret_cast<char*>(held);
+        size_t space = sizeof(held);
+        iconv(mHandle, nullptr, nullptr, &to, &space);
+        text.append(held, (sizeof(held) - space) / sizeof(char32_t));
+        return text;
+    }
+
+  private:
+    static inline const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
+    const iconv_t mHandle;
+};
+
+std::u32string convert(const std::string& table, Bytes bytes) {
+    // Opening a converter takes longer than most texts.
+    thread_local std::map<std::string, std::unique_ptr<Converter>> sConverters;
+    std::unique_ptr<Converter>& converter = sConverters[table];
+    if (!converter) converter = std::make_unique<Converter>(table.c_str());
+    return converter->convert(bytes);
+}
+
+/** The table of texts that choose none: ISO 6937 with a euro sign. */
+std::string latinText(Bytes bytes) {
+    // Combining characters of the accents 0xc1 to 0xcf; 0 where there is none.
+    constexpr char32_t kAccents[] = {0x300, 0x301, 0x302, 0x303, 0x304, 0x306, 0x307, 0x308,
+                                     0x308, 0x30a, 0x327, 0,     0x30b, 0x328, 0x30c};
+    std::string text;
+    for (size_t i = 0; i < bytes.size; ++i) {
+        const uint8_t c = bytes.data[i];
+        if (c < 0xa0) {
+            appendShown(&text, c);
+        } else if (c == 0xa4) {
+            append(&text, U'€');
+        } else if (c == 0xe2) {
+            // glibc takes the letter with the stroke for the Icelandic one.
+            append(&text, U'Đ');
+        } else if (c >= 0xc1 && c <= 0xcf && i + 1 < bytes.size && bytes.data[i + 1] >= 0x20 &&
+                   bytes.data[i + 1] < 0x7f) {
+            const uint8_t pair[] = {c == 0xc9 ? uint8_t{0xc8} : c, bytes.data[++i]};
+            const std::u32string letter = convert("ISO_6937", {pair, sizeof(pair)});
+            const char32_t accent = kAccents[c - 0xc1];
+            if (letter.size() == 1 && letter[0] != kReplacement) {
+                append(&text, letter[0]);
+            } else {
+                append(&text, pair[1]);
+                if (accent != 0) append(&text, accent);
+            }
+        } else {
+            for (const char32_t each : convert("ISO_6937", {&c, 1})) appendShown(&text, each);
+        }
+    }
+    return text;
+}
+
+/** A table with one byte per character, whose control codes are those of DVB. */
+std::string singleByteText(const std::string& table, Bytes bytes) {
+    std::string text;
+    for (size_t i = 0; i < bytes.size;) {
+        const uint8_t c = bytes.data[i];
+        if (c < 0xa0) {
+            appendShown(&text, c);
+            ++i;
+            continue;
+        }
+        const uint8_t* end = std::find_if(bytes.data + i, bytes.data + bytes.size,
+                                          [](uint8_t each) { return each < 0xa0; });
+        const auto size = static_cast<size_t>(end - (bytes.data + i));
+        for (const char32_t each : convert(table, {bytes.data + i, size})) append(&text, each);
+        i += size;
+    }
+    return text;
+}
+
+std::string multiByteText(const std::string& table, Bytes bytes) {
+    std::string text;
+    for (const char32_t each : convert(table, bytes)) appendShown(&text, each);
+    return text;
+}
+
+std::string isoText(unsigned part, Bytes bytes) {
+    if (part < 1 || part > 15 || part == 12) return singleByteText("ASCII", bytes);
+    return singleByteText("ISO-8859-" + std::to_string(part), bytes);
+}
+
+std::string letters(const uint8_t* code, char first, char other) {
+    std::string text;
+    for (size_t i = 0; i < 3; ++i) {
+        char c = static_cast<char>(code[i]);
+        if (c >= other && c < other + 26) c = static_cast<char>(c - other + first);
+        if (c < first || c >= first + 26) return {};
+        text.push_back(c);
+    }
+    return text;
+}
+
+/** A string of one mode: the number is the high byte of each character, but for UTF-16. */
+std::string segmentText(uint8_t mode, Bytes bytes) {
+    constexpr uint8_t kHighestPage = 0x33, kUtf16 = 0x3f;
+    if (mode == kUtf16) return utf16Text(bytes);
+    if (mode > kHighestPage) return {};
+    std::string text;
+    for (size_t i = 0; i < bytes.size; ++i) {
+        appendShown(&text, static_cast<char32_t>(mode << 8 | bytes.data[i]));
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string dvbText(Bytes field) {
+    if (field.size == 0) return {};
+    const uint8_t first = field.data[0];
+    const auto after = [&](size_t size) {
+        return Bytes{field.data + size, field.size - std::min(size, field.size)};
+    };
+    if (first >= 0x20) return latinText(field);
+    if (first <= 0x0b) {
+        // Tables 1 to 11 are the parts 5 to 15 of ISO 8859.
+        return first == 0 ? latinText(after(1)) : isoText(first + 4u, after(1));
+    }
+    switch (first) {
+        case 0x10:
+            if (field.size < 3) return {};
+            return isoText(static_cast<unsigned>(field.data[1] << 8 | field.data[2]), after(3));
+        case 0x11:
+            return multiByteText("UTF-16BE", after(1));
+        case 0x12:
+            return multiByteText("EUC-KR", after(1));
+        case 0x13:
+            return multiByteText("GB2312", after(1));
+        case 0x14:
+            // The character set of ISO 10646 that the second plane of Big5 names.
+            return multiByteText("UTF-16BE", after(1));
+        case 0x15:
+            return multiByteText("UTF-8", after(1));
+        default:
+            // An encoding of a registered organisation, or none that is defined.
+            return {};
+    }
+}
+
+std::string atscText(Bytes structure, const std::string& language) {
+    constexpr uint8_t kUncompressed = 0;
+    Reader reader(structure);
+    std::string chosen;
+    const uint8_t strings = reader.u8();
+    for (uint8_t i = 0; i < strings && reader.ok(); ++i) {
+        const Bytes code = reader.take(3);
+        std::string text;
+        const uint8_t segments = reader.u8();
+        for (uint8_t j = 0; j < segments && reader.ok(); ++j) {
+            const uint8_t compression = reader.u8();
+            const uint8_t mode = reader.u8();
+            const Bytes bytes = reader.take(reader.u8());
+            if (compression == kUncompressed) text += segmentText(mode, bytes);
+        }
+        if (!reader.ok()) break;
+        if (chosen.empty()) chosen = text;
+        if (!language.empty() && languageOf(code.data) == language) return text;
+    }
+    return chosen;
+}
+
+std::string utf16Text(Bytes text) {
+    size_t size = 0;
+    while (size + 1 < text.size && (text.data[size] != 0 || text.data[size + 1] != 0)) size += 2;
+    return multiByteText("UTF-16BE", {text.data, size});
+}
+
+std::string asciiText(Bytes field) {
+    std::string text;
+    for (size_t i = 0; i < field.size; ++i) {
+        if (field.data[i] >= 0x20 && field.data[i] < 0x7f) {
+            text.push_back(static_cast<char>(field.data[i]));
+        }
+    }
+    return text;
+}
+
+std::string languageOf(const uint8_t* code) {
+    return letters(code, 'a', 'A');
+}
+
+std::string countryOf(const uint8_t* code) {
+    return letters(code, 'A', 'a');
+}
+
+}  // namespace qeltvd::stream
