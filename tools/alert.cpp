@@ -2,6 +2,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "channel_data.h"
 #include "hw_qeltvapi_eas.h"
 #include "hw_qeltvapi_ews_pa.h"
 #include "layouts/alert.h"
@@ -55,14 +56,14 @@ void status(uint32_t area, bool asJson) {
                                     {"seconds", entry[3]}});
     }
     if (asJson) {
-        printf("%s\n", json.dump(2).c_str());
+        printJson(json);
         return;
     }
     printf("alert     %s\n", nameOf(kTypes, type));
     if (type != QELTV_ALERT_NONE) printf("area      %d\n", where);
     if (change == 1) printf("channel   %u\n", static_cast<uint32_t>(channel));
     printf("screen    %s\n", json["launched"].get<bool>() ? "launched" : "not launched");
-    printf("monitors  %s\n", json["monitors"].dump().c_str());
+    printf("monitors  %s\n", jsonText(json["monitors"]).c_str());
     if (rows.size() > 1) printTable(rows);
 }
 
@@ -72,9 +73,9 @@ void addAlert(Command& app) {
     Command* alert = app.addCommand("alert", "Emergency alerts and warnings");
     alert->requireCommand();
     struct Options {
-        std::string name;
+        std::string name, channel;
         int32_t area = 0, seconds = 60;
-        uint32_t channel = 0, number = 0;
+        uint32_t number = 0;
         bool json = false, on = false;
     };
     auto options = std::make_shared<Options>();
@@ -90,13 +91,16 @@ void addAlert(Command& app) {
             ->among({"test", "message", "warning", "national"});
     command->addOption("--area", options->area, "Where it holds, 0 everywhere");
     command->addOption("--seconds", options->seconds, "How long")->showDefault();
-    command->addOption("--channel", options->channel, "Channel to go to for details");
+    command->addOption(
+            "--channel", options->channel,
+            std::string("Channel with details, to which the television changes. ") + kChannelHelp);
     command->callback([options] {
         requireService();
         int32_t type = 0;
         while (options->name != kTypes[type]) ++type;
-        int32_t words[] = {type, options->channel != 0, static_cast<int32_t>(options->channel),
-                           options->area, options->seconds};
+        const uint32_t channel = options->channel.empty() ? 0 : channelIdOf(options->channel);
+        int32_t words[] = {type, channel != 0, static_cast<int32_t>(channel), options->area,
+                           options->seconds};
         check(a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, words, 5), "alert");
     });
 
@@ -113,7 +117,7 @@ void addAlert(Command& app) {
         check(a_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(1), "leave");
     });
 
-    command = alert->addCommand("screen", "Tell whether the alert screen is launched");
+    command = alert->addCommand("screen", "Report whether the alert screen is launched");
     command->addOption("launched", options->on, "on or off")->required();
     command->callback([options] {
         requireService();
@@ -127,7 +131,7 @@ void addAlert(Command& app) {
         check(a_qeltvapi_ewspa_create_monitor_inst(options->number), "monitor");
     });
 
-    command = alert->addCommand("unmonitor", "Watch an area no more");
+    command = alert->addCommand("unmonitor", "End the watch for warnings in an area");
     command->addOption("area", options->number, "The area")->required();
     command->callback([options] {
         requireService();

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "calls.h"
+#include "suggestion.h"
 #include "tool.h"
 
 namespace tool {
@@ -13,8 +14,9 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/** Room behind every output: the library stores whole answers, whatever was asked for. */
-constexpr size_t kSlack = 1 << 20;
+/** Bytes behind every output: the library stores whole answers, regardless of the size asked for.
+ */
+constexpr size_t kSlack = 32u << 20;
 
 bool isGiven(Kind kind) {
     switch (kind) {
@@ -116,8 +118,8 @@ std::string hexBytes(const Parameter& parameter, const std::string& word) {
 /** An argument with the memory that it points to. */
 class Argument {
   public:
-    Argument(const Parameter& parameter, const std::string* word, size_t room)
-            : mParameter(parameter), mRoom(room) {
+    Argument(const Parameter& parameter, const std::string* word, size_t capacity)
+            : mParameter(parameter), mCapacity(capacity) {
         if (word != nullptr && *word == "@null" && parameter.kind != Kind::kNumber &&
             parameter.kind != Kind::kToken) {
             return;
@@ -131,7 +133,7 @@ class Argument {
                 return;
             case Kind::kText:
             case Kind::kTextInOut:
-                mRoom = std::max(mRoom, word->size() + 1);
+                mCapacity = std::max(mCapacity, word->size() + 1);
                 begin(*word);
                 return;
             case Kind::kValuesIn:
@@ -141,10 +143,10 @@ class Argument {
             case Kind::kRecordIn:
             case Kind::kRecordInOut: {
                 const std::string bytes = hexBytes(parameter, *word);
-                mRoom = parameter.size;
-                if (bytes.size() > mRoom) {
+                mCapacity = parameter.size;
+                if (bytes.size() > mCapacity) {
                     throw Failure(kUsage, std::string(parameter.name) + " takes " +
-                                                  std::to_string(mRoom) + " bytes at most");
+                                                  std::to_string(mCapacity) + " bytes at most");
                 }
                 begin(bytes);
                 return;
@@ -154,7 +156,7 @@ class Argument {
                 begin(hexBytes(parameter, *word));
                 return;
             case Kind::kRecordOut:
-                mRoom = parameter.size;
+                mCapacity = parameter.size;
                 begin("");
                 return;
             default:
@@ -164,7 +166,7 @@ class Argument {
 
     const Slot& slot() const { return mSlot; }
 
-    /** What there is in it after the call. */
+    /** Its contents after the call. */
     void print() const {
         if (mSlot.pointer == nullptr) {
             printf("%s: null\n", mParameter.name);
@@ -220,9 +222,11 @@ class Argument {
 
   private:
     void begin(const std::string& bytes) {
-        mBytes.assign(std::max(mRoom, bytes.size()) + kSlack, 0);
-        std::copy(bytes.begin(), bytes.end(), mBytes.begin());
-        mSlot.pointer = mBytes.data();
+        mSize = std::max(mCapacity, bytes.size()) + kSlack;
+        mBuffer = AnswerBuffer(mSize);
+        mBytes = static_cast<uint8_t*>(mBuffer.data());
+        std::copy(bytes.begin(), bytes.end(), mBytes);
+        mSlot.pointer = mBytes;
     }
 
     std::string values(const std::string& words) const {
@@ -252,12 +256,12 @@ class Argument {
 
     /** The first value, and the others up to the last that is not 0. */
     std::vector<int64_t> shownValues() const {
-        const size_t count = std::max<size_t>(
-                1, (lastUsed(mBytes.size()) + mParameter.size - 1) / mParameter.size);
+        const size_t count =
+                std::max<size_t>(1, (lastUsed(mSize) + mParameter.size - 1) / mParameter.size);
         std::vector<int64_t> values;
         for (size_t i = 0; i < count; ++i) {
             uint64_t raw = 0;
-            memcpy(&raw, mBytes.data() + i * mParameter.size, mParameter.size);
+            memcpy(&raw, mBytes + i * mParameter.size, mParameter.size);
             if (mParameter.isSigned) {
                 const auto unused = static_cast<unsigned int>(64 - mParameter.size * 8);
                 values.push_back(static_cast<int64_t>(raw << unused) >> unused);
@@ -268,21 +272,27 @@ class Argument {
         return values;
     }
 
+    /** Bytes up to the last that is not 0. */
     size_t lastUsed(size_t length) const {
+        static constexpr uint8_t kZeros[4096] = {};
+        while (length > sizeof(kZeros) &&
+               memcmp(mBytes + length - sizeof(kZeros), kZeros, sizeof(kZeros)) == 0) {
+            length -= sizeof(kZeros);
+        }
         while (length > 0 && mBytes[length - 1] == 0) --length;
         return length;
     }
 
     size_t used() const {
         if (mParameter.kind == Kind::kRecordOut || mParameter.kind == Kind::kRecordInOut) {
-            return mRoom;
+            return mCapacity;
         }
-        return lastUsed(std::min(mRoom, mBytes.size()));
+        return lastUsed(std::min(mCapacity, mSize));
     }
 
     size_t beyond() const {
-        const size_t last = lastUsed(mBytes.size());
-        return last > mRoom ? last - mRoom : 0;
+        const size_t last = lastUsed(mSize);
+        return last > mCapacity ? last - mCapacity : 0;
     }
 
     std::string text(size_t from, size_t to) const {
@@ -294,8 +304,10 @@ class Argument {
     }
 
     const Parameter& mParameter;
-    size_t mRoom;
-    std::vector<uint8_t> mBytes;
+    size_t mCapacity;
+    AnswerBuffer mBuffer{1};
+    uint8_t* mBytes = nullptr;
+    size_t mSize = 0;
     Slot mSlot{0, nullptr};
 };
 
@@ -303,7 +315,10 @@ const Function& find(const std::string& name) {
     for (const Function& function : functions()) {
         if (name == function.name) return function;
     }
-    throw Failure(kUsage, "there is no function " + name + "; see qeltvctl list");
+    std::vector<std::string> names;
+    for (const Function& function : functions()) names.push_back(function.name);
+    throw Failure(kUsage, "there is no function " + name + suggestion(name, names) +
+                                  "; qeltvctl list shows them");
 }
 
 void call(const std::string& name, const std::vector<std::string>& words, size_t size, bool json) {
@@ -327,7 +342,12 @@ void call(const std::string& name, const std::vector<std::string>& words, size_t
         slots.push_back(arguments.back()->slot());
     }
 
-    requireService();
+    // Only the interface that is called: the others may be missing.
+    if (function.reachable != nullptr) {
+        require(function.reachable());
+    } else if (!function.methods.empty()) {
+        requireService();
+    }
     const int64_t result = function.call(slots.data());
     const bool isVoid = strcmp(function.result, "void") == 0;
     if (json) {
@@ -339,14 +359,14 @@ void call(const std::string& name, const std::vector<std::string>& words, size_t
                 all["outputs"][argument->parameter().name] = argument->json();
             }
         }
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         if (!isVoid) printf("result: %lld\n", static_cast<long long>(result));
         for (const auto& argument : arguments) {
             if (isShown(argument->parameter().kind)) argument->print();
         }
     }
-    // As a rule; where a negative int is a value, it has been printed all the same.
+    // A negative int is a refusal as a rule; if it is a value, it is printed above.
     if (strcmp(function.result, "int") == 0) check(result, name);
 }
 
@@ -373,7 +393,7 @@ void list(const std::string& prefix, bool json) {
     }
     if (rows.size() == 1) throw Failure(kUsage, "no function begins with " + prefix);
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -440,11 +460,13 @@ void addCall(Command& app) {
     auto options = std::make_shared<Options>();
 
     Command* command = app.addCommand("call", "Call any function of the library");
-    command->addOption("function", options->name, "Its name, see \"list\"")->required();
+    command->addOption("function", options->name, "Its name, see \"list\"")
+            ->required()
+            ->offerFrom("list \"$word\"");
     command->addOption("arguments", options->arguments,
-                       "Its arguments but the outputs: numbers, texts, bytes in hex; @null is a "
-                       "null pointer. Write -- before the first if one begins with \"-\"");
-    command->addOption("--size", options->size, "Room of each output in bytes")
+                       "Its arguments without the outputs: numbers, texts, bytes in hex; @null is "
+                       "a null pointer. Write -- before the first if one begins with \"-\"");
+    command->addOption("--size", options->size, "Bytes to show of each output at most")
             ->between(size_t{1}, size_t{1} << 26)
             ->showDefault();
     addJson(command, &options->json);
@@ -452,12 +474,15 @@ void addCall(Command& app) {
             [options] { call(options->name, options->arguments, options->size, options->json); });
 
     command = app.addCommand("list", "List the functions of the library");
-    command->addOption("prefix", options->prefix, "Only those that begin so");
+    command->addOption("prefix", options->prefix, "Only those whose names begin with it")
+            ->offerFrom("list \"$word\"");
     addJson(command, &options->json);
     command->callback([options] { list(options->prefix, options->json); });
 
     command = app.addCommand("describe", "Print the contract of a function");
-    command->addOption("function", options->name, "Its name")->required();
+    command->addOption("function", options->name, "Its name")
+            ->required()
+            ->offerFrom("list \"$word\"");
     command->callback([options] { describe(options->name); });
 }
 

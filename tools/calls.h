@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/** What qeltvctl knows of the library's functions; written from their headers at build time. */
+/** The library's functions and the service's methods, from the description at build time. */
 namespace tool {
 
 /** How an argument is given and what is shown of it after the call. */
@@ -58,9 +58,22 @@ struct Function {
     /** Calls it; null when a command line cannot give all of its arguments. */
     int64_t (*call)(const Slot* slots);
     const char* why;
+    /** Methods of the service that it may call. */
+    std::vector<const char*> methods;
+    /** Whether the interface of its methods is there; null if it is not one interface. */
+    bool (*reachable)();
 };
 
 /** All functions, by name. */
 const std::vector<Function>& functions();
+
+/** A method of the service or, of IQelTvApiCallback, of the object that is notified. */
+struct Method {
+    const char* interface;
+    const char* name;
+};
+
+/** All methods, by interface in the order of their transaction numbers. */
+const std::vector<Method>& methods();
 
 }  // namespace tool

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <optional>
 
 #include "channel_data.h"
 #include "hw_qeltvapi_channellist.h"
@@ -55,6 +54,7 @@ int32_t positionOf(const std::string& text) {
 }
 
 namespace {
+const std::vector<std::string> kLists{"air", "cable", "satellite"};
 constexpr const char* kPolarisations[] = {"none", "horizontal", "vertical", "left", "right"};
 constexpr const char* kSystems[] = {"unknown", "DVB-T", "DVB-T2", "DVB-C", "DVB-S",
                                     "DVB-S2",  "ATSC",  "QAM",    "ISDB-T"};
@@ -122,31 +122,6 @@ nlohmann::ordered_json multiplexJson(const multiplex_record_t& multiplex) {
 
 namespace {
 
-struct Pair {
-    channel_record_t channel;
-    multiplex_record_t multiplex;
-};
-
-std::string numberText(uint32_t number) {
-    return number <= 0xffff ? std::to_string(number)
-                            : std::to_string(number >> 16) + "." + std::to_string(number & 0xffff);
-}
-
-/** "5", "7.1". */
-std::optional<uint32_t> numberOf(const std::string& text) {
-    char* end = nullptr;
-    if (text.empty() || !isdigit(static_cast<unsigned char>(text[0]))) return std::nullopt;
-    const unsigned long major = strtoul(text.c_str(), &end, 10);
-    if (*end == '\0') {
-        return major <= 0xffff ? std::optional<uint32_t>(static_cast<uint32_t>(major))
-                               : std::nullopt;
-    }
-    if (*end != '.' || !isdigit(static_cast<unsigned char>(end[1]))) return std::nullopt;
-    const unsigned long minor = strtoul(end + 1, &end, 10);
-    if (*end != '\0' || major == 0 || major > 0x3ff || minor > 0x3ff) return std::nullopt;
-    return static_cast<uint32_t>(major << 16 | minor);
-}
-
 std::vector<std::string> flagNames(uint32_t flags) {
     std::vector<std::string> names;
     if ((flags & CHANNEL_FLAG_VISIBLE) == 0) names.push_back("hidden");
@@ -169,15 +144,13 @@ std::string joined(const std::vector<std::string>& words) {
     return all;
 }
 
-nlohmann::ordered_json json(const Pair& pair) {
+nlohmann::ordered_json json(const ChannelPair& pair) {
     const channel_record_t& channel = pair.channel;
-    char id[16];
-    snprintf(id, sizeof(id), "0x%08x", channel.channel_id);
     return {{"list", listName(channel.list)},
             {"number", numberText(channel.number)},
             {"name", textOf(channel.name)},
             {"type", nameIn(kTypes, channel.service_type)},
-            {"id", id},
+            {"id", channelIdText(channel.channel_id)},
             {"record", channel.record_id},
             {"flags", flagNames(channel.flags)},
             {"provider", textOf(channel.provider)},
@@ -191,125 +164,40 @@ nlohmann::ordered_json json(const Pair& pair) {
             {"multiplex", multiplexJson(pair.multiplex)}};
 }
 
-void print(const std::vector<Pair>& pairs, bool asJson) {
+void print(const std::vector<ChannelPair>& pairs, bool asJson, bool ids = false) {
     if (asJson) {
         nlohmann::ordered_json all = nlohmann::json::array();
-        for (const Pair& pair : pairs) all.push_back(json(pair));
-        // A name is whatever was broadcast.
-        printf("%s\n", all.dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+        for (const ChannelPair& pair : pairs) all.push_back(json(pair));
+        printJson(all);
         return;
     }
     std::vector<std::vector<std::string>> rows{
             {"LIST", "NUMBER", "NAME", "TYPE", "MULTIPLEX", "FLAGS"}};
-    for (const Pair& pair : pairs) {
+    if (ids) rows[0].insert(rows[0].begin(), "ID");
+    for (const ChannelPair& pair : pairs) {
         rows.push_back({listName(pair.channel.list), numberText(pair.channel.number),
                         textOf(pair.channel.name), nameIn(kTypes, pair.channel.service_type),
                         multiplexText(pair.multiplex), joined(flagNames(pair.channel.flags))});
+        if (ids) rows.back().insert(rows.back().begin(), channelIdText(pair.channel.channel_id));
     }
     printTable(rows);
 }
 
-std::vector<uint16_t> allLists() {
-    std::vector<uint16_t> lists(
-            static_cast<size_t>(check(a_qeltvapi_tvprovider_get_all_svlid_count(), "lists")));
-    auto count = static_cast<uint16_t>(lists.size());
-    check(a_qeltvapi_tvprovider_get_all_svlid(lists.data(), &count), "lists");
-    lists.resize(std::min<size_t>(count, lists.size()));
-    return lists;
-}
-
-/** Every channel that passes a filter, in batches; of a favourite list when it is not 0. */
-std::vector<Pair> readList(uint32_t list, uint32_t filter, uint32_t favourite = 0) {
-    constexpr uint32_t kBatch = 500;
-    std::vector<channel_record_t> channels(kBatch);
-    std::vector<multiplex_record_t> multiplexes(kBatch);
-    std::vector<Pair> all;
-    for (;;) {
-        check(a_qeltvapi_channellist_get_svl_tsl_rec_by_index_ex(
-                      list, static_cast<uint32_t>(all.size()), 0, 0, filter, 0, favourite, kBatch,
-                      0, channels.data(), multiplexes.data()),
-              "channel list");
-        for (uint32_t i = 0; i < kBatch; ++i) {
-            // Behind the last one there are zeros.
-            if (channels[i].record_id == 0) return all;
-            all.push_back({channels[i], multiplexes[i]});
-        }
-    }
-}
-
-std::vector<Pair> readLists(const std::string& list, uint32_t filter, uint32_t favourite = 0) {
-    std::vector<Pair> all;
-    if (!list.empty() || favourite != 0) {
-        return readList(list.empty() ? 0 : listOf(list), filter, favourite);
-    }
-    for (const uint16_t each : allLists()) {
-        const auto some = readList(each, filter);
-        all.insert(all.end(), some.begin(), some.end());
-    }
-    return all;
-}
-
-/** "5", "air/5", "air/7.1", "0x04000005", "current". */
-Pair findChannel(const std::string& text) {
-    Pair pair{};
-    uint16_t list = 0;
-    if (text == "current") {
-        check(a_qeltvapi_channellist_get_current_channel(&list, &pair.channel, &pair.multiplex),
-              "current channel");
-        return pair;
-    }
-    uint32_t id = 0;
-    if (text.compare(0, 2, "0x") == 0) {
-        char* end = nullptr;
-        id = static_cast<uint32_t>(strtoul(text.c_str(), &end, 16));
-        if (*end != '\0') id = 0;
-        list = static_cast<uint16_t>(id >> 26 & 15);
-    } else {
-        const size_t slash = text.find('/');
-        const auto number = numberOf(slash == text.npos ? text : text.substr(slash + 1));
-        if (slash != text.npos) {
-            list = static_cast<uint16_t>(listOf(text.substr(0, slash)));
-        } else if (const auto lists = allLists(); !lists.empty()) {
-            list = lists.front();
-        }
-        if (number) {
-            id = static_cast<uint32_t>(a_qeltvapi_channellist_gen_channel_id(
-                    list, *number <= 0xffff ? *number : *number >> 16,
-                    *number <= 0xffff ? 0 : *number & 0xffff));
-        }
-    }
-    if (id == 0) {
-        throw Failure(kUsage,
-                      "a channel is as in 5, air/5, air/7.1, 0x04000005 or current, not \"" + text +
-                              "\"");
-    }
-    if (a_qeltvapi_channellist_get_svl_rec_by_channel_id(list, id, &pair.channel) != 0) {
-        throw Failure(kRefused, "there is no channel " + text);
-    }
-    check(a_qeltvapi_channellist_get_svl_tsl_rec_by_svl_rec_id(list, pair.channel.record_id,
-                                                               &pair.channel, &pair.multiplex),
-          "channel " + text);
-    return pair;
-}
-
 void show(const std::string& text, bool asJson) {
     requireService();
-    const Pair pair = findChannel(text);
+    const ChannelPair pair = findChannel(text);
     if (asJson) {
-        printf("%s\n",
-               json(pair).dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str());
+        printJson(json(pair));
         return;
     }
     const channel_record_t& channel = pair.channel;
     const auto triplet = std::to_string(channel.original_network_id) + "/" +
                          std::to_string(channel.stream_id) + "/" +
                          std::to_string(channel.service_id);
-    char id[16];
-    snprintf(id, sizeof(id), "0x%08x", channel.channel_id);
     std::vector<std::vector<std::string>> rows{
             {"name", textOf(channel.name)},
             {"number", listName(channel.list) + "/" + numberText(channel.number)},
-            {"id", id},
+            {"id", channelIdText(channel.channel_id)},
             {"record", std::to_string(channel.record_id)},
             {"type", nameIn(kTypes, channel.service_type)},
             {"flags", joined(flagNames(channel.flags))},
@@ -321,22 +209,16 @@ void show(const std::string& text, bool asJson) {
     printTable(rows);
 }
 
-std::string lower(std::string text) {
-    // ASCII only: what is beyond has to be typed as it is.
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return c < 0x80 ? tolower(c) : c; });
-    return text;
-}
-
 void find(const std::string& part, bool asJson) {
     requireService();
-    std::vector<Pair> found;
-    for (const Pair& pair : readLists("", CHANNEL_FILTER_HIDDEN)) {
+    std::vector<ChannelPair> found;
+    for (const ChannelPair& pair : readLists("", CHANNEL_FILTER_HIDDEN)) {
         if (lower(textOf(pair.channel.name)).find(lower(part)) != std::string::npos) {
             found.push_back(pair);
         }
     }
-    if (found.empty() && !asJson) throw Failure(kRefused, "no channel has \"" + part + "\" in it");
+    if (found.empty() && !asJson)
+        throw Failure(kRefused, "no channel has \"" + part + "\" in its name");
     print(found, asJson);
 }
 
@@ -348,7 +230,7 @@ struct Changes {
 
 void set(const Changes& changes) {
     requireService();
-    Pair pair = findChannel(changes.channel);
+    ChannelPair pair = findChannel(changes.channel);
     uint32_t fields = 0, mask = 0, value = 0;
     const auto flag = [&](uint32_t bit, bool set, bool clear) {
         if (set || clear) mask |= bit;
@@ -362,7 +244,7 @@ void set(const Changes& changes) {
         fields |= CHANNEL_WRITE_NAME;
     }
     if (!changes.number.empty()) {
-        const auto number = numberOf(changes.number);
+        const auto number = numberIn(changes.number);
         if (!number || *number == 0) {
             throw Failure(kUsage, "a number is as in 5 or 7.1, not \"" + changes.number + "\"");
         }
@@ -411,7 +293,7 @@ void addFavourites(Command* channel) {
     const auto forEach = [options](int (*apply)(uint32_t, uint32_t, uint32_t)) {
         requireService();
         for (const std::string& text : options->channels) {
-            const Pair pair = findChannel(text);
+            const ChannelPair pair = findChannel(text);
             check(apply(options->index - 1, pair.channel.list, pair.channel.channel_id), text);
         }
     };
@@ -422,12 +304,12 @@ void addFavourites(Command* channel) {
     command->callback([options] { listFavourites(options->index, options->json); });
 
     command = favourite->addCommand("add", "Put channels at its end");
-    command->addOption("channel", options->channels, "Channels, as in air/5")->required();
+    command->addOption("channel", options->channels, kChannelHelp)->required();
     indexed(command);
     command->callback([forEach] { forEach(a_qeltvapi_favorite_list_add_tail); });
 
     command = favourite->addCommand("remove", "Take channels out of it");
-    command->addOption("channel", options->channels, "Channels, as in air/5")->required();
+    command->addOption("channel", options->channels, kChannelHelp)->required();
     indexed(command);
     command->callback([forEach] { forEach(a_qeltvapi_favorite_list_delete); });
 
@@ -461,7 +343,7 @@ void addSnapshots(Command* channel) {
     snapshot->requireCommand();
 
     Command* command = snapshot->addCommand("create", "Take a snapshot; prints its number");
-    command->addOption("list", options->list, "air, cable, satellite")->required();
+    command->addOption("list", options->list, "air, cable or satellite")->required()->offer(kLists);
     command->callback([options] {
         requireService();
         uint32_t handle = 0;
@@ -491,17 +373,19 @@ void addChannel(Command& app) {
     struct Options {
         std::string list, text;
         bool json = false, television = false, radio = false, data = false, all = false;
-        bool free = false;
+        bool free = false, ids = false;
     };
     auto options = std::make_shared<Options>();
 
     Command* command = channel->addCommand("list", "List channels");
-    command->addOption("list", options->list, "air, cable, satellite; all when left out");
+    command->addOption("list", options->list, "air, cable, satellite; all by default")
+            ->offer(kLists);
     command->addFlag("--tv", options->television, "Only television");
     command->addFlag("--radio", options->radio, "Only radio");
     command->addFlag("--data", options->data, "Only data services");
     command->addFlag("--free", options->free, "Only what is not scrambled");
     command->addFlag("--all", options->all, "Hidden channels too");
+    command->addFlag("--ids", options->ids, "The channel ids too, in the first column");
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -510,12 +394,11 @@ void addChannel(Command& app) {
                                 (options->data ? CHANNEL_FILTER_DATA : 0) |
                                 (options->free ? CHANNEL_FILTER_FREE : 0) |
                                 (options->all ? CHANNEL_FILTER_HIDDEN : 0);
-        print(readLists(options->list, filter), options->json);
+        print(readLists(options->list, filter), options->json, options->ids);
     });
 
-    const char* const kChannel = "As in 5, air/5, air/7.1, 0x04000005 or current";
     command = channel->addCommand("show", "Show all of one channel");
-    command->addOption("channel", options->text, kChannel)->required();
+    command->addOption("channel", options->text, kChannelHelp)->required();
     addJson(command, &options->json);
     command->callback([options] { show(options->text, options->json); });
 
@@ -526,15 +409,15 @@ void addChannel(Command& app) {
 
     auto changes = std::make_shared<Changes>();
     command = channel->addCommand("set", "Change a channel");
-    command->addOption("channel", changes->channel, kChannel)->required();
+    command->addOption("channel", changes->channel, kChannelHelp)->required();
     command->addOption("--name", changes->name, "Its name");
     command->addOption("--number", changes->number, "Its number, which must be free");
-    Option* lock = command->addFlag("--lock", changes->lock, "Ask for the password");
-    command->addFlag("--unlock", changes->unlock, "No longer")->excludes(lock);
+    Option* lock = command->addFlag("--lock", changes->lock, "Ask for the PIN");
+    command->addFlag("--unlock", changes->unlock, "Do not ask for the PIN")->excludes(lock);
     Option* hide = command->addFlag("--hide", changes->hide, "Leave it out of lists");
-    command->addFlag("--show", changes->unhide, "No longer")->excludes(hide);
+    command->addFlag("--show", changes->unhide, "Keep it in lists")->excludes(hide);
     Option* skip = command->addFlag("--skip", changes->skip, "Leave it out when zapping");
-    command->addFlag("--no-skip", changes->unskip, "No longer")->excludes(skip);
+    command->addFlag("--no-skip", changes->unskip, "Zap to it")->excludes(skip);
     command->addFlag("--current", changes->current, "Make it the current channel");
     command->callback([changes] { set(*changes); });
 

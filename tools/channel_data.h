@@ -1,14 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "layouts/channel_records.h"
 #include "tool.h"
 
-/** What the commands of the channel data share. */
+/** Shared by the commands that name channels. */
 namespace tool {
 
 /** A text field of a record. */
@@ -43,5 +45,35 @@ std::string multiplexText(const multiplex_record_t& multiplex);
 nlohmann::ordered_json multiplexJson(const multiplex_record_t& multiplex);
 
 uint64_t frequencyOf(const multiplex_record_t& multiplex);
+
+/** A channel and the multiplex that it is on. */
+struct ChannelPair {
+    channel_record_t channel;
+    multiplex_record_t multiplex;
+};
+
+/** "5" or "7.1" of the number in a record, and back. */
+std::string numberText(uint32_t number);
+std::optional<uint32_t> numberIn(const std::string& text);
+/** "0x04000005". */
+std::string channelIdText(uint32_t id);
+/** ASCII letters only; other letters keep their case. */
+std::string lower(std::string text);
+
+/**
+ * The channels of a list, of all lists if it is "".
+ *
+ * @param filter    CHANNEL_FILTER_ bits
+ * @param favourite only those of this favourite list, from 1; 0 for all
+ */
+std::vector<ChannelPair> readLists(const std::string& list, uint32_t filter,
+                                   uint32_t favourite = 0);
+
+/** How every command names a channel. */
+constexpr char kChannelHelp[] =
+        "A number (5, 7.1), list/number (air/5), name, id (0x04000005) or current";
+/** Ends the command if there is no such channel, or if several have the name. */
+ChannelPair findChannel(const std::string& text);
+uint32_t channelIdOf(const std::string& text);
 
 }  // namespace tool

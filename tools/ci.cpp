@@ -50,7 +50,7 @@ std::string utf8(const uint16_t* text, size_t limit = SIZE_MAX) {
     return out;
 }
 
-/** What the CAM shows, copied from the notification. */
+/** A display of the CAM, copied from the notification. */
 struct Shown {
     int32_t cond;
     std::string title, subTitle, bottom;
@@ -120,7 +120,7 @@ bool readBlind(std::string* line) {
     return got;
 }
 
-/** The answers of the user: those given with the command first, then what is typed. */
+/** The answers of the user: those given with the command, otherwise what is typed. */
 class Answers {
   public:
     explicit Answers(const std::vector<std::string>& given)
@@ -145,16 +145,16 @@ class Answers {
 };
 
 void print(const Shown& shown) {
-    printf("\n%s\n", shown.title.c_str());
-    if (!shown.subTitle.empty()) printf("%s\n", shown.subTitle.c_str());
+    printf("\n%s\n", printable(shown.title).c_str());
+    if (!shown.subTitle.empty()) printf("%s\n", printable(shown.subTitle).c_str());
     for (size_t i = 0; i < shown.choices.size(); ++i) {
         if (shown.cond == QELTV_CI_MENU) {
-            printf("  %zu  %s\n", i + 1, shown.choices[i].c_str());
+            printf("  %zu  %s\n", i + 1, printable(shown.choices[i]).c_str());
         } else {
-            printf("  %s\n", shown.choices[i].c_str());
+            printf("  %s\n", printable(shown.choices[i]).c_str());
         }
     }
-    if (!shown.bottom.empty()) printf("%s\n", shown.bottom.c_str());
+    if (!shown.bottom.empty()) printf("%s\n", printable(shown.bottom).c_str());
     if (shown.cond == QELTV_CI_ENQUIRY) printf("%d characters, nothing to cancel\n", shown.length);
 }
 
@@ -179,7 +179,7 @@ void menu(const std::vector<std::string>& given) {
     requireService();
     int32_t registration = 0;
     check(a_qeltvapi_ci_reg_cb(&registration, 0, 0, onCi), "CI");
-    // The television may not know yet whom to tell: ask until something comes.
+    // The registration may take a moment: open the menu again until a notification arrives.
     Shown shown{};
     bool arrived = false;
     for (int i = 0; i < 50 && !arrived; ++i) {
@@ -232,7 +232,7 @@ void status(bool asJson) {
     uint32_t length = 0;
     QELTVAPI_CI_CAM_PIN_CODE_T record{&valid, pin};
     check(a_qeltvapi_ci_get(QELTVAPI_CI_GET_TYPE_CAM_PIN_CODE, 0, &record, &length), "PIN");
-    Room keys;
+    AnswerBuffer keys;
     const int code = a_qeltvapi_ci_key_query(static_cast<uint16_t*>(keys.data()));
     const std::string described =
             code < 0 ? "none" : utf8(static_cast<const uint16_t*>(keys.data()));
@@ -261,16 +261,16 @@ void status(bool asJson) {
                     {"keys", described},
                     {"host_id", hostId}};
     if (asJson) {
-        printf("%s\n", json.dump(2).c_str());
+        printJson(json);
         return;
     }
     std::string all;
     for (const auto& id : ids) all += (all.empty() ? "" : " ") + id;
     printf("slot      %s\n", json["slot"].get<std::string>().c_str());
-    printf("CAM       %s\n", json["cam"].get<std::string>().c_str());
+    printf("CAM       %s\n", printable(json["cam"].get<std::string>()).c_str());
     printf("systems   %s\n", all.c_str());
     printf("PIN held  %s\n", held);
-    printf("keys      %s\n", described.c_str());
+    printf("keys      %s\n", printable(described).c_str());
     printf("host id   %s\n", hostId.c_str());
 }
 
@@ -296,7 +296,7 @@ void addCi(Command& app) {
                        "An answer in place of typing it, again for each; then the menu is closed");
     command->callback([options] { menu(options->answers); });
 
-    command = ci->addCommand("pin", "Set the PIN that the television hands to the CAM");
+    command = ci->addCommand("pin", "Set the PIN that the television sends to the CAM");
     command->addOption("digits", options->text, "4 to 8 digits; none to forget it");
     command->callback([options] {
         requireService();

@@ -1,10 +1,13 @@
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "hw_qeltvapi_common.h"
 #include "hw_qeltvapi_config.h"
 #include "layouts/codes.h"
+#include "suggestion.h"
 #include "tool.h"
 
 namespace tool {
@@ -41,11 +44,25 @@ struct Item {
     }
 };
 
-std::string readText(const std::string& name) {
-    Room room;
+/** The other interfaces may be missing. */
+void requireConfig() {
+    require(getQelTvApiConfigService() != nullptr);
+}
+
+/** A text item, or the code that it is refused with. The library copies the whole text. */
+int readText(const std::string& name, std::string* text) {
+    AnswerBuffer buffer;
     uint32_t length = 0;
-    check(a_qeltvapi_config_get_str_value(name.c_str(), room.text(), &length), name);
-    return room.text();
+    const int code = a_qeltvapi_config_get_str_value(name.c_str(), buffer.text(), &length);
+    *text = buffer.text();
+    return code;
+}
+
+std::vector<std::string> itemNames() {
+    std::string all;
+    check(readText(kItems, &all), kItems);
+    std::istringstream words(all);
+    return {std::istream_iterator<std::string>(words), {}};
 }
 
 /** Whether the item is an integer; ends the command when there is none. */
@@ -56,10 +73,9 @@ bool isInteger(const std::string& name) {
         check(code, name);
         return true;
     }
-    Room room;
-    uint32_t length = 0;
-    if (a_qeltvapi_config_get_str_value(name.c_str(), room.text(), &length) == QELTV_NOT_FOUND) {
-        throw Failure(kRefused, "there is no item " + name);
+    std::string text;
+    if (readText(name, &text) == QELTV_NOT_FOUND) {
+        throw Failure(kRefused, "there is no item " + name + suggestion(name, itemNames()));
     }
     return false;
 }
@@ -67,7 +83,7 @@ bool isInteger(const std::string& name) {
 Item read(const std::string& name) {
     Item item{name, !isInteger(name), "", 0, 0, 0, false};
     if (item.isText) {
-        item.text = readText(name);
+        check(readText(name, &item.text), name);
     } else {
         uint32_t range = 0;
         check(a_qeltvapi_config_get_value(kAnyGroup, name.c_str(), &item.value), name);
@@ -80,11 +96,10 @@ Item read(const std::string& name) {
 }
 
 void list(const std::string& prefix, bool all, bool json) {
-    requireService();
-    std::istringstream names(readText(kItems));
+    requireConfig();
     std::vector<std::vector<std::string>> rows{{"ITEM", "VALUE", "RANGE"}};
     nlohmann::ordered_json items = nlohmann::json::array();
-    for (std::string name; names >> name;) {
+    for (const std::string& name : itemNames()) {
         if (name.compare(0, prefix.size(), prefix) != 0) continue;
         const Item item = read(name);
         if (!item.visible && !all) continue;
@@ -92,20 +107,24 @@ void list(const std::string& prefix, bool all, bool json) {
         items.push_back(item.json());
     }
     if (json) {
-        printf("%s\n", items.dump(2).c_str());
+        printJson(items);
     } else {
         printTable(rows);
     }
 }
 
 void get(const std::string& name, bool json) {
-    requireService();
+    requireConfig();
     const Item item = read(name);
-    printf("%s\n", json ? item.json().dump(2).c_str() : item.shown().c_str());
+    if (json) {
+        printJson(item.json());
+    } else {
+        printf("%s\n", shownText(item.shown()).c_str());
+    }
 }
 
 void set(const std::string& name, const std::string& value) {
-    requireService();
+    requireConfig();
     if (!isInteger(name)) {
         check(a_qeltvapi_config_set_str_value(name.c_str(), value.c_str()), name);
         return;
@@ -135,20 +154,23 @@ void addConfig(Command& app) {
         bool json = false, all = false;
     };
     auto options = std::make_shared<Options>();
+    constexpr char kOffered[] = "config list --all \"$word\"";
 
     Command* command = config->addCommand("list", "List the items with their values");
-    command->addOption("prefix", options->prefix, "Only items that begin so, as in \"picture.\"");
+    command->addOption("prefix", options->prefix,
+                       "Only items whose names begin with it, as \"picture.\"")
+            ->offerFrom(kOffered);
     command->addFlag("--all", options->all, "Hidden items too");
     addJson(command, &options->json);
     command->callback([options] { list(options->prefix, options->all, options->json); });
 
     command = config->addCommand("get", "Print the value of an item");
-    command->addOption("name", options->name, "The item")->required();
+    command->addOption("name", options->name, "The item")->required()->offerFrom(kOffered);
     addJson(command, &options->json);
     command->callback([options] { get(options->name, options->json); });
 
     command = config->addCommand("set", "Store the value of an item");
-    command->addOption("name", options->name, "The item")->required();
+    command->addOption("name", options->name, "The item")->required()->offerFrom(kOffered);
     command->addOption("value", options->value, "Its new value")->required();
     command->callback([options] { set(options->name, options->value); });
 
@@ -157,7 +179,7 @@ void addConfig(Command& app) {
                        "1 picture, 2 sound, 3 channels, 4 parental, 5 system, 6 network, 0 all")
             ->showDefault();
     command->callback([options] {
-        requireService();
+        requireConfig();
         check(a_qeltvapi_config_reset_values(options->group), "reset");
     });
 }

@@ -6,12 +6,14 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "channel_data.h"
 #include "hw_qeltvapi_channellist.h"
 #include "hw_qeltvapi_event.h"
 #include "layouts/channel_ids.h"
 #include "layouts/channel_records.h"
 #include "layouts/event.h"
 #include "local_time.h"
+#include "suggestion.h"
 #include "tool.h"
 
 namespace tool {
@@ -42,12 +44,12 @@ std::vector<Found> query(uint32_t channel, const QELTVAPI_EVENT_FILTER_T& filter
 }
 
 QELTV_EVENT_GENERAL_T read(const Found& found) {
-    Room room(1 << 12);
+    AnswerBuffer answer(1 << 12);
     check(a_qeltvapi_event_get_general_info(static_cast<int>(found.channel), found.event,
-                                            room.data()),
+                                            answer.data()),
           "event");
     QELTV_EVENT_GENERAL_T general;
-    memcpy(&general, room.data(), sizeof(general));
+    memcpy(&general, answer.data(), sizeof(general));
     general.title[sizeof(general.title) - 1] = 0;
     return general;
 }
@@ -83,9 +85,9 @@ std::string ratingOf(const Found& found) {
 }
 
 std::string textOf(int (*reader)(int, int, void*, int), const Found& found) {
-    Room room(4096);
-    check(reader(static_cast<int>(found.channel), found.event, room.data(), 4096), "event text");
-    return room.text();
+    AnswerBuffer answer(4096);
+    check(reader(static_cast<int>(found.channel), found.event, answer.data(), 4096), "event text");
+    return answer.text();
 }
 
 const char* genreOf(uint8_t genre) {
@@ -134,7 +136,7 @@ void print(const std::vector<Found>& events, bool withChannel, bool json) {
         rows.push_back(row);
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -149,20 +151,12 @@ std::vector<uint32_t> channels() {
     return {all.begin(), all.end()};
 }
 
-/** A channel by its number or its id. */
-uint32_t channelOf(const std::string& text) {
-    for (const uint32_t channel : channels()) {
-        if (numberOf(channel) == text || std::to_string(channel) == text) return channel;
-    }
-    throw Failure(kRefused, "there is no channel " + text + " in the guide");
-}
-
 void now(const std::string& only, bool json) {
     requireService();
     std::vector<std::vector<std::string>> rows{
             {"CHANNEL", "NAME", "TIME", "NOW", "RATING", "THEN"}};
     Json all = Json::array();
-    for (const uint32_t channel : only.empty() ? channels() : std::vector{channelOf(only)}) {
+    for (const uint32_t channel : only.empty() ? channels() : std::vector{channelIdOf(only)}) {
         Found present{channel, 0}, following{channel, 0};
         const auto id = static_cast<int>(channel);
         if (a_qeltvapi_event_get_pf_event_id(id, &present.event, 1) != 0) continue;
@@ -185,7 +179,7 @@ void now(const std::string& only, bool json) {
                 {numberOf(channel), name, timesOf(event), titleOf(event), ratingOf(present), then});
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -193,7 +187,7 @@ void now(const std::string& only, bool json) {
 
 void day(const std::string& channelText, const std::string& date, bool json) {
     requireService();
-    const uint32_t channel = channelOf(channelText);
+    const uint32_t channel = channelIdOf(channelText);
     const int64_t begin = midnight(date);
     // Not always 24 hours later.
     const int64_t end = midnight(dateText(localFields(begin + 36 * 3600)));
@@ -220,7 +214,11 @@ void search(const std::string& text, const std::vector<std::string>& genres, int
     if (genres.size() > sizeof(filter.list)) throw Failure(kUsage, "at most 8 genres");
     for (const std::string& name : genres) {
         const auto genre = std::find(std::begin(kGenres) + 1, std::end(kGenres), name);
-        if (genre == std::end(kGenres)) throw Failure(kUsage, "there is no genre " + name);
+        if (genre == std::end(kGenres)) {
+            throw Failure(kUsage,
+                          "there is no genre " + name +
+                                  suggestion(name, {std::begin(kGenres), std::end(kGenres)}));
+        }
         filter.list[filter.count++] = static_cast<uint8_t>(genre - std::begin(kGenres));
     }
     std::vector<Found> found = query(QELTV_EVERY_CHANNEL, filter);
@@ -230,7 +228,7 @@ void search(const std::string& text, const std::vector<std::string>& genres, int
 
 void show(const std::string& channelText, const std::string& eventText, bool json) {
     requireService();
-    Found found{channelOf(channelText), 0};
+    Found found{channelIdOf(channelText), 0};
     found.event = static_cast<uint16_t>(parseNumber(eventText, "an event", 0, UINT16_MAX));
     const QELTV_EVENT_GENERAL_T event = read(found);
     const bool locked = (event.flags & QELTV_EVENT_BLOCKED) != 0;
@@ -252,13 +250,14 @@ void show(const std::string& channelText, const std::string& eventText, bool jso
         all["episodes"] = Json::array();
         for (const QELTV_EVENT_COMMON_T& episode : episodes)
             all["episodes"].push_back(episode.eventId);
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
         return;
     }
-    printf("%s\n%s %s, %s\n", titleOf(event).c_str(), dateText(localFields(event.start)).c_str(),
-           timesOf(event).c_str(), ratingOf(found).c_str());
-    if (!details.empty()) printf("%s\n", details.c_str());
-    if (!guidance.empty()) printf("%s\n", guidance.c_str());
+    printf("%s\n%s %s, %s\n", printable(titleOf(event)).c_str(),
+           dateText(localFields(event.start)).c_str(), timesOf(event).c_str(),
+           printable(ratingOf(found)).c_str());
+    if (!details.empty()) printf("%s\n", printable(details).c_str());
+    if (!guidance.empty()) printf("%s\n", printable(guidance).c_str());
     if (event.series != 0) printf("%zu episodes in the guide\n", episodes.size());
 }
 
@@ -277,19 +276,22 @@ void addEpg(Command& app) {
     epg->requireCommand();
 
     Command* command = epg->addCommand("now", "What is on, and what comes then");
-    command->addOption("channel", options->channel, "Only this one, by number or id");
+    command->addOption("channel", options->channel, std::string(kChannelHelp) + "; all by default");
     addJson(command, &options->json);
     command->callback([options] { now(options->channel, options->json); });
 
     command = epg->addCommand("day", "A day of a channel");
-    command->addOption("channel", options->channel, "Its number or id")->required();
+    command->addOption("channel", options->channel, kChannelHelp)->required();
     command->addOption("date", options->date, "As 2026-03-29; today when left out");
     addJson(command, &options->json);
     command->callback([options] { day(options->channel, options->date, options->json); });
 
     command = epg->addCommand("search", "Look for programmes from now on, on all channels");
-    command->addOption("text", options->text, "What the title contains");
-    command->addOption("--genre", options->genres, "film, news, show, sport, children, music...");
+    command->addOption("text", options->text, "Part of the title");
+    command->addOption("--genre", options->genres,
+                       "film, news, show, sport, children, music, arts, society, science or "
+                       "leisure; again for each")
+            ->offer({std::begin(kGenres) + 1, std::end(kGenres)});
     command->addOption("--age", options->age, "Highest age rating")->between(0, 18);
     command->addFlag("--unlocked", options->open, "Not what the rating lock blocks");
     command->addOption("--limit", options->limit, "At most so many")
@@ -302,7 +304,7 @@ void addEpg(Command& app) {
     });
 
     command = epg->addCommand("show", "All that is known of one programme");
-    command->addOption("channel", options->channel, "Number or id")->required();
+    command->addOption("channel", options->channel, kChannelHelp)->required();
     command->addOption("event", options->text, "Id of the event")->required();
     addJson(command, &options->json);
     command->callback([options] { show(options->channel, options->text, options->json); });

@@ -1,29 +1,18 @@
 #!/usr/bin/env python3
-"""Writes qeltvctl.1 and qeltvctl.bash from the command tree that qeltvctl prints.
+"""Writes the manuals and the completion of the programs from what the programs print.
 
-generate_manual.py QELTVCTL DIRECTORY VERSION
+generate_manual.py qeltvctl PROGRAM DIRECTORY VERSION   qeltvctl.1 and qeltvctl.bash
+generate_manual.py qeltvd PROGRAM DIRECTORY VERSION     qeltvd.8
 """
 import json
+import os
 import pathlib
+import re
 import subprocess
 import sys
 
-# What the first argument of a command can be: a command that prints it in its first column, after a
-# head.
-FUNCTIONS = 'list "$word"'
-ITEMS = 'config list --all "$word"'
-VALUES = {
-    "call": FUNCTIONS,
-    "describe": FUNCTIONS,
-    "list": FUNCTIONS,
-    "config get": ITEMS,
-    "config list": ITEMS,
-    "config set": ITEMS,
-}
-
-
 def roff(text):
-    """Text with what roff would take for its own made plain."""
+    """Escapes what has a meaning in roff."""
     text = text.replace("\\", "\\e").replace("-", "\\-")
     return "\n".join("\\&" + line if line[:1] in ".'" else line for line in text.split("\n"))
 
@@ -63,6 +52,15 @@ def leaves(path, command):
         yield from leaves(path + [inner["name"]], inner)
 
 
+ENVIRONMENT = [
+    ".SH ENVIRONMENT",
+    ".TP",
+    ".B QELTV_RUNTIME_DIR",
+    "Directory in which processes find each other; otherwise hidl in $XDG_RUNTIME_DIR, or",
+    "/tmp/hidl\\-UID",
+]
+
+
 def manual(root, version):
     name = root["name"]
     lines = [
@@ -85,70 +83,97 @@ def manual(root, version):
         title, _, text = root["footer"].partition(": ")
         lines += [".SH " + title.upper(), roff(text or title)]
     lines += [
-        ".SH ENVIRONMENT",
-        ".TP",
-        ".B QELTV_RUNTIME_DIR",
-        "Directory in which processes find each other; otherwise hidl in $XDG_RUNTIME_DIR, or",
-        "/tmp/hidl\\-UID",
+        *ENVIRONMENT,
         ".TP",
         ".B QELTV_TRACE",
         "1, or names of interfaces separated by commas: a line on stderr for each call",
         ".TP",
         ".B QELTV_CALL_TIMEOUT_MS",
         "After so many milliseconds a call fails as one whose reply was lost; without it, never",
+        ".SH SEE ALSO",
+        ".BR qeltvd (8)",
     ]
     return "\n".join(lines) + "\n"
 
 
+def arms(cases):
+    return "".join(f"        {pattern}) {action} ;;\n" for pattern, action in cases)
+
+
+def printed(words):
+    return "printf '%s\\n' " + " ".join(f"'{word}'" for word in words)
+
+
 def completion(root):
-    cases = []
+    name = root["name"]
+    words, valued, values = [], [], []
+
+    def offer(pattern, option):
+        if option["offeredFrom"]:
+            values.append((pattern, f'_{name}_ask "$tool" {option["offeredFrom"]}'))
+        elif option["offered"]:
+            values.append((pattern, printed(option["offered"])))
 
     def add(path, command):
-        words = [inner["name"] for inner in command["commands"]]
-        values = []
+        own = [inner["name"] for inner in command["commands"]]
+        takers, place = [], 0
         for option in command["options"]:
             names = option["names"].split(",")
-            if not option["positional"]:
-                words += [name for name in names if name.startswith("--")]
-                if option["takesValue"]:
-                    values += names
-        lines = [f'words="{" ".join(words)}"']
-        if values:
-            lines.append(f'values=" {" ".join(values)} "')
-        if " ".join(path) in VALUES:
-            lines.append(f"source='{VALUES[' '.join(path)]}'")
-        body = "\n            ".join(lines)
-        cases.append(f'        "{" ".join(path)}")\n            {body}\n            ;;')
+            if option["positional"]:
+                offer(f'"{path}:"[0-9]*' if option["many"] else f'"{path}:{place}"', option)
+                place += 1
+                continue
+            own += [one for one in names if one.startswith("--")]
+            if option["takesValue"]:
+                takers += names
+                for one in names:
+                    offer(f'"{path}:{one}"', option)
+        words.append((f'"{path}"', printed(own)))
+        if takers:
+            valued.append((f'"{path}"', printed(takers)))
         for inner in command["commands"]:
-            add(path + [inner["name"]], inner)
+            add(f"{path} {inner['name']}".strip(), inner)
 
-    add([], root)
+    add("", root)
     commands = " ".join('"' + " ".join(path) + '"' for path in sorted(paths(root)))
-    return f"""# bash completion of {root["name"]}
+    return f"""# bash completion of {name}
 
-# Prints the words that the command takes next.
-_{root["name"]}_next() {{
-    local path=$1 word=$2 place=$3 words= values= source=
-    case "$path" in
-{chr(10).join(cases)}
-    esac
-    case "$4" in
-        values) printf '%s' "$values" ;;
-        *)
-            printf '%s\\n' $words
-            [ -z "$source" ] || ((place > 0)) ||
-                eval "timeout 2 $5 $source" 2>/dev/null | tail -n +2 | cut -d' ' -f1
-            ;;
-    esac
+# Prints the commands and options that a command takes: PATH
+_{name}_words() {{
+    case "$1" in
+{arms(words)}    esac
 }}
 
-_{root["name"]}() {{
+# Prints the options of a command that take a value: PATH
+_{name}_valued() {{
+    case "$1" in
+{arms(valued)}    esac
+}}
+
+# Prints the first column of a table of the tool: TOOL COMMAND...
+_{name}_ask() {{
+    timeout 2 "$@" 2>/dev/null | tail -n +2 | cut -d' ' -f1
+}}
+
+# Prints the values of an argument: PATH:PLACE or PATH:OPTION, what is typed of it, the tool
+_{name}_values() {{
+    local word=$2 tool=$3
+    case "$1" in
+{arms(values)}    esac
+}}
+
+_{name}() {{
     local commands=({commands})
-    local path= place=0 i word known command
+    local tool=${{COMP_WORDS[0]/#\\~/$HOME}}
+    local path= place=0 option= i word known command
     for ((i = 1; i < COMP_CWORD; ++i)); do
         word=${{COMP_WORDS[i]}}
+        if [ -n "$option" ]; then
+            option=
+            continue
+        fi
         if [[ "$word" == -* ]]; then
-            [[ "$(_{root["name"]}_next "$path" "" 0 values)" != *" $word "* ]] || ((++i))
+            ! _{name}_valued "$path" | grep -qxF -e "$word" || option=$word
             continue
         fi
         known=
@@ -157,14 +182,14 @@ _{root["name"]}() {{
         done
         if [ -n "$known" ]; then path=${{path:+$path }}$word; else ((++place)); fi
     done
-    # The value of an option is the caller's to know.
-    ((i == COMP_CWORD)) || return 0
     word=${{COMP_WORDS[COMP_CWORD]}}
-    mapfile -t COMPREPLY < <(compgen -W "$(_{root["name"]}_next "$path" "$word" "$place" words \\
-        "${{COMP_WORDS[0]}}")" -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W "$(
+        [ -n "$option" ] || _{name}_words "$path"
+        _{name}_values "$path:${{option:-$place}}" "$word" "$tool"
+    )" -- "$word")
 }}
 
-complete -F _{root["name"]} {root["name"]}
+complete -F _{name} {name}
 """
 
 
@@ -174,11 +199,59 @@ def paths(command, path=()):
         yield from paths(inner, path + (inner["name"],))
 
 
+def television(program, version):
+    """The manual of the television, from its help."""
+    # Its default directory is that of the user who builds.
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("HOME", "XDG_STATE_HOME")}
+    text = subprocess.run([program, "--help"], check=True, stdout=subprocess.PIPE,
+                          env=environment).stdout.decode()
+    about, _, rest = text.partition("\nUsage:")
+    lines, names = [], []
+    for line in rest.split("\n"):
+        option = re.match(r"  (-[-\w,]+)(?: (\S+))?(?:\s{2,}(.*))?$", line)
+        if option:
+            names.append(option[1])
+            value = " \\fIVALUE\\fR" if option[2] else ""
+            lines += [".TP", f"\\fB{roff(option[1].replace(',', ', '))}\\fR{value}"]
+            lines += [roff(option[3])] if option[3] else []
+        elif names and line.startswith(" " * 8):
+            lines.append(roff(line.strip()))
+    name = "qeltvd"
+    return "\n".join([
+        f'.TH {name.upper()} 8 "" "qeltvapi {version}"',
+        ".SH NAME",
+        f"{name} \\- reference television",
+        ".SH SYNOPSIS",
+        f".B {name}",
+        "[\\fIOPTION\\fR] ...",
+        ".SH DESCRIPTION",
+        roff(" ".join(about.split())),
+        ".SH OPTIONS",
+        *lines,
+        ".SH EXIT STATUS",
+        "1 for a failure, 2 for wrong usage; the reason is on stderr",
+        *ENVIRONMENT,
+        ".TP",
+        ".B XDG_STATE_HOME",
+        "Directory of the state directory qeltvd, unless \\-\\-state names another one; otherwise",
+        "~/.local/state",
+        ".TP",
+        ".B QELTVD_SCAN_TABLES",
+        "Directory of the scan tables; otherwise /usr/share/dvb",
+        ".SH SEE ALSO",
+        ".BR qeltvctl (1)",
+    ]) + "\n"
+
+
 def main():
-    tool, directory, version = sys.argv[1:]
-    root = json.loads(subprocess.run([tool, "--print-commands"], check=True,
-                                     stdout=subprocess.PIPE).stdout)
+    name, program, directory, version = sys.argv[1:]
     directory = pathlib.Path(directory)
+    if name == "qeltvd":
+        (directory / "qeltvd.8").write_text(television(program, version))
+        return
+    root = json.loads(subprocess.run([program, "--print-commands"], check=True,
+                                     stdout=subprocess.PIPE).stdout)
     (directory / "qeltvctl.1").write_text(manual(root, version))
     (directory / "qeltvctl.bash").write_text(completion(root))
 

@@ -6,7 +6,7 @@
 #include "hw_qeltvapi_time.h"
 #include "layouts/time.h"
 
-/** Times as the television tells them: in its own calendar and time zone. */
+/** Times in the calendar and the time zone of the television. */
 namespace tool {
 
 QELTV_DTG_T fields(const QELTVAPI_DTG_T& record);

@@ -21,6 +21,8 @@ Json json(const CommandDescription& command) {
                                   {"many", option.many},
                                   {"required", option.required},
                                   {"default", option.defaultValue},
+                                  {"offered", option.offered},
+                                  {"offeredFrom", option.offeredFrom},
                                   {"text", option.text}});
     }
     for (const CommandDescription& below : command.commands) {
@@ -32,7 +34,7 @@ Json json(const CommandDescription& command) {
 }  // namespace
 
 void printCommands(const CommandLine& app) {
-    printf("%s\n", json(app.describe()).dump(2).c_str());
+    printJson(json(app.describe()));
 }
 
 }  // namespace tool

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -5,10 +6,13 @@
 #include "hw_pcl.h"
 #include "hw_qeltvapi_audioinfo.h"
 #include "hw_qeltvapi_av_mode.h"
+#include "hw_qeltvapi_broadcast.h"
 #include "hw_qeltvapi_freeze.h"
 #include "hw_qeltvapi_screenmode.h"
 #include "hw_qeltvapi_volctrl.h"
+#include "layouts/codes.h"
 #include "layouts/presentation.h"
+#include "suggestion.h"
 #include "tool.h"
 
 namespace tool {
@@ -29,6 +33,83 @@ constexpr const char* kWakeNames[QELTV_WAKE_REASONS] = {
 constexpr const char* kDownNames[QELTV_DOWN_REASONS] = {
         "unknown", "remote control", "sleep timer", "no signal", "idle", "upgrade"};
 
+struct Key {
+    const char* name;
+    int32_t code;
+};
+constexpr Key kKeys[] = {
+        {"0", QELTV_KEY_DIGIT_0},
+        {"1", QELTV_KEY_DIGIT_0 + 1},
+        {"2", QELTV_KEY_DIGIT_0 + 2},
+        {"3", QELTV_KEY_DIGIT_0 + 3},
+        {"4", QELTV_KEY_DIGIT_0 + 4},
+        {"5", QELTV_KEY_DIGIT_0 + 5},
+        {"6", QELTV_KEY_DIGIT_0 + 6},
+        {"7", QELTV_KEY_DIGIT_0 + 7},
+        {"8", QELTV_KEY_DIGIT_0 + 8},
+        {"9", QELTV_KEY_DIGIT_9},
+        {"audio-track", QELTV_KEY_AUDIO_TRACK},
+        {"channel-down", QELTV_KEY_CHANNEL_DOWN},
+        {"channel-up", QELTV_KEY_CHANNEL_UP},
+        {"info", QELTV_KEY_INFO},
+        {"input", QELTV_KEY_INPUT},
+        {"last-channel", QELTV_KEY_LAST_CHANNEL},
+        {"mute", QELTV_KEY_MUTE},
+        {"ok", QELTV_KEY_OK},
+        {"period", QELTV_KEY_PERIOD},
+        {"power", QELTV_KEY_POWER},
+        {"volume-down", QELTV_KEY_VOLUME_DOWN},
+        {"volume-up", QELTV_KEY_VOLUME_UP},
+};
+
+std::vector<std::string> keyNames() {
+    std::vector<std::string> names;
+    for (const Key& key : kKeys) names.push_back(key.name);
+    return names;
+}
+
+/** The names of a table that are one word. */
+template <size_t N>
+std::vector<std::string> wordsIn(const char* const (&names)[N]) {
+    std::vector<std::string> words;
+    for (const std::string name : names) {
+        if (!name.empty() && name.find(' ') == std::string::npos) words.push_back(name);
+    }
+    return words;
+}
+
+void press(const std::vector<std::string>& names) {
+    std::vector<int32_t> codes;
+    for (const std::string& name : names) {
+        const auto key = std::find_if(std::begin(kKeys), std::end(kKeys),
+                                      [&](const Key& each) { return name == each.name; });
+        if (key == std::end(kKeys)) {
+            throw Failure(kUsage, "there is no key " + name + suggestion(name, keyNames()));
+        }
+        codes.push_back(key->code);
+    }
+    requireService();
+    for (size_t i = 0; i < codes.size(); ++i) {
+        check(a_qeltvapi_broadcast_key_handler(codes[i]), "key " + names[i]);
+    }
+}
+
+/** The power key wakes the television, and puts one that is on into standby. */
+void powerUp() {
+    requireService();
+    if (!inStandby()) {
+        printf("the television is on already\n");
+        return;
+    }
+    const int code = a_qeltvapi_broadcast_key_handler(QELTV_KEY_POWER);
+    if (code == QELTV_REFUSED) {
+        throw Failure(kRefused,
+                      "power: not now or not allowed (" + std::to_string(code) +
+                              "): the remote control may not wake it; see qeltvctl power setup");
+    }
+    check(code, "power");
+}
+
 template <size_t N>
 std::string nameOf(const char* const (&names)[N], uint32_t number) {
     return number < N ? names[number] : std::to_string(number);
@@ -42,7 +123,8 @@ int32_t numberOf(const char* const (&names)[N], const std::string& word, const c
             return static_cast<int32_t>(i);
         }
     }
-    throw Failure(kUsage, std::string("there is no ") + what + " " + word);
+    throw Failure(kUsage, std::string("there is no ") + what + " " + word +
+                                  suggestion(word, {std::begin(names), std::end(names)}));
 }
 
 /** A 16-bit mode; 65535 stands for no answer. */
@@ -63,7 +145,7 @@ void printModes(const char* const (&names)[N], const std::vector<uint16_t>& mode
         all.push_back({{"mode", one}, {"name", nameOf(names, one)}, {"current", one == current}});
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -76,9 +158,9 @@ std::vector<uint16_t> allModes(CountModes countOf, GetModes get, const char* wha
     uint32_t count = 0;
     check(countOf(&count), what);
     std::vector<uint16_t> modes(count + 64);
-    uint32_t room = count;
-    check(get(modes.data(), &room), what);
-    modes.resize(std::min<size_t>(room, modes.size()));
+    uint32_t stored = count;
+    check(get(modes.data(), &stored), what);
+    modes.resize(std::min<size_t>(stored, modes.size()));
     return modes;
 }
 
@@ -92,7 +174,7 @@ void printVolumes(bool json) {
         all.push_back({{"type", kVolumeNames[type]}, {"volume", volume}, {"muted", muted}});
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -111,12 +193,19 @@ void volume(const std::string& word, const std::string& typeName, bool json) {
         printf("%lld\n", static_cast<long long>(check(now, "volume")));
         return;
     }
-    int level = 0;
+    int change = 0;
     char rest = 0;
-    if (sscanf(word.c_str(), "%9d%c", &level, &rest) != 1) {
-        throw Failure(kUsage, "volume takes a number, up or down, not \"" + word + "\"");
+    if (sscanf(word.c_str(), "%9d%c", &change, &rest) != 1) {
+        throw Failure(kUsage, "volume takes 0 to 100, +5, -5, up or down, not \"" + word + "\"");
     }
-    check(a_qeltvapi_volctrl_setVolume_by_type(type, level), "volume");
+    if (word[0] != '+' && word[0] != '-') {
+        check(a_qeltvapi_volctrl_setVolume_by_type(type, change), "volume");
+        return;
+    }
+    const auto before = check(a_qeltvapi_volctrl_getVolume_by_type(type), "volume");
+    const int64_t level = std::clamp<int64_t>(before + change, 0, int64_t{QELTV_VOLUME_MAXIMUM});
+    check(a_qeltvapi_volctrl_setVolume_by_type(type, static_cast<int>(level)), "volume");
+    printf("%lld\n", static_cast<long long>(level));
 }
 
 void printTracks(bool json) {
@@ -126,16 +215,16 @@ void printTracks(bool json) {
                            a_qeltvapi_audio_info_get_inputsource_available_record}) {
         uint32_t count = 0;
         check(get(nullptr, &count), "audio");
-        std::vector<QELTV_AUDIO_TRACK_T> room(count + 64);
+        std::vector<QELTV_AUDIO_TRACK_T> some(count + 64);
         uint32_t stored = count;
-        check(get(room.data(), &stored), "audio");
-        room.resize(std::min(count, stored));
-        tracks.insert(tracks.end(), room.begin(), room.end());
+        check(get(some.data(), &stored), "audio");
+        some.resize(std::min(count, stored));
+        tracks.insert(tracks.end(), some.begin(), some.end());
     }
     std::vector<std::vector<std::string>> rows{{"TRACK", "ABOUT", "KBIT/S", ""}};
     Json all = Json::array();
     for (const QELTV_AUDIO_TRACK_T& track : tracks) {
-        Room about;
+        AnswerBuffer about;
         int32_t length = 0;
         check(a_qeltvapi_get_audio_apd_text(static_cast<int32_t>(track.track), about.data(),
                                             &length),
@@ -150,7 +239,7 @@ void printTracks(bool json) {
                        {"current", track.current != 0}});
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -159,12 +248,13 @@ void printTracks(bool json) {
 void printPower(bool json) {
     requireService();
     uint32_t wake = 0, down = 0, setup = 0;
-    Room wakeData, downData;
+    AnswerBuffer wakeData, downData;
     qeltvapi_pcl_wakeup_key_t key{};
     check(c_pcl_get_wakeup_reason(&wake, wakeData.data()), "power");
     check(c_pcl_get_power_down_reason(&down, downData.data()), "power");
     check(c_pcl_get_wakeup_setup(&setup), "power");
     check(c_pcl_get_wakeup_irkey(&key), "power");
+    const bool standby = inStandby();
     std::string allowed;
     for (uint32_t reason = 0; reason < QELTV_WAKE_REASONS; ++reason) {
         if ((setup & 1u << reason) == 0) continue;
@@ -172,16 +262,18 @@ void printPower(bool json) {
         allowed += kWakeNames[reason];
     }
     if (json) {
-        const Json all{{"wake_reason", wake},
+        const Json all{{"standby", standby},
+                       {"wake_reason", wake},
                        {"wake_name", nameOf(kWakeNames, wake)},
                        {"wake_key", key.second},
                        {"down_reason", down},
                        {"down_name", nameOf(kDownNames, down)},
                        {"wake_setup", setup}};
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
         return;
     }
-    printTable({{"woken by", nameOf(kWakeNames, wake)},
+    printTable({{"state", standby ? "standby" : "on"},
+                {"woken by", nameOf(kWakeNames, wake)},
                 {"powered down by", nameOf(kDownNames, down)},
                 {"can be woken by", allowed}});
 }
@@ -197,16 +289,20 @@ void addSound(Command& app) {
     auto options = std::make_shared<Options>();
 
     Command* command = app.addCommand("volume", "Show or set the volumes");
-    command->addOption("volume", options->word, "0 to 100, up or down");
+    command->addOption("volume", options->word, "0 to 100, +5 or -5 for a change, up or down")
+            ->offer({"up", "down"});
     command->addOption("--type", options->type,
                        "speaker, headphone, digital, description or bluetooth")
-            ->showDefault();
+            ->showDefault()
+            ->offer(wordsIn(kVolumeNames));
     addJson(command, &options->json);
     command->callback([options] { volume(options->word, options->type, options->json); });
 
     command = app.addCommand("mute", "Mute or unmute the sound");
     command->addOption("on", options->on, "on or off")->required();
-    command->addOption("--type", options->type, "As in volume")->showDefault();
+    command->addOption("--type", options->type, "As in volume")
+            ->showDefault()
+            ->offer(wordsIn(kVolumeNames));
     command->callback([options] {
         requireService();
         check(a_qeltvapi_volctrl_setMute_by_type(numberOf(kVolumeNames, options->type, "volume"),
@@ -237,7 +333,8 @@ void addSound(Command& app) {
               options->word);
     });
     command = audio->addCommand("effect", "Show or set the sound effect");
-    command->addOption("effect", options->word, "Its name or number");
+    command->addOption("effect", options->word, "Its name or number")
+            ->offer(wordsIn(kSoundEffects));
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -265,7 +362,7 @@ void addPicture(Command& app) {
     Command* picture = app.addCommand("picture", "Picture modes and freezing");
     picture->requireCommand();
     Command* command = picture->addCommand("mode", "Show or set the picture mode");
-    command->addOption("mode", options->word, "Its name or number");
+    command->addOption("mode", options->word, "Its name or number")->offer(wordsIn(kPictureModes));
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -282,7 +379,9 @@ void addPicture(Command& app) {
     });
     command = picture->addCommand("freeze", "Freeze or unfreeze a picture");
     command->addOption("on", options->on, "on or off")->required();
-    command->addOption("--path", options->path, "main or sub")->showDefault();
+    command->addOption("--path", options->path, "main or sub")
+            ->showDefault()
+            ->offer({"main", "sub"});
     command->callback([options] {
         requireService();
         check(a_qeltvapi_freeze_set_freeze(options->path.c_str(), options->on), "freeze");
@@ -291,7 +390,7 @@ void addPicture(Command& app) {
     Command* screen = app.addCommand("screen", "Screen modes and overscan");
     screen->requireCommand();
     command = screen->addCommand("mode", "Show or set the screen mode");
-    command->addOption("mode", options->word, "Its name or number");
+    command->addOption("mode", options->word, "Its name or number")->offer(wordsIn(kScreenModes));
     addJson(command, &options->json);
     command->callback([options] {
         requireService();
@@ -308,7 +407,7 @@ void addPicture(Command& app) {
     });
     command = screen->addCommand("overscan", "Show or set the overscan, in thousandths");
     command->addOption("sides", options->sides, "Top, bottom, left and right")->expected(4, 4);
-    command->addFlag("--keep", options->on, "Keep it for ever");
+    command->addFlag("--keep", options->on, "Keep it over restarts");
     command->callback([options] {
         requireService();
         if (!options->sides.empty()) {
@@ -328,17 +427,26 @@ void addPower(Command& app) {
     struct Options {
         uint32_t line = 0, level = 0, setup = 0;
         std::string reason;
+        std::vector<std::string> keys;
         bool json = false;
     };
     auto options = std::make_shared<Options>();
 
+    Command* key = app.addCommand("key", "Press keys of the remote control");
+    key->addOption("key", options->keys, "0 to 9, channel-up, volume-down, ok, power and others")
+            ->required()
+            ->offer(keyNames());
+    key->callback([options] { press(options->keys); });
+
     Command* power = app.addCommand("power", "Standby, wake-up and GPIO lines");
     power->requireCommand();
-    Command* command = power->addCommand("status", "Why it woke up and powered down");
+    Command* command =
+            power->addCommand("status", "On or in standby, and why it woke up and powered down");
     addJson(command, &options->json);
     command->callback([options] { printPower(options->json); });
     command = power->addCommand("down", "Go to standby");
-    command->addOption("--reason", options->reason, "Name or number of the reason to record");
+    command->addOption("--reason", options->reason, "Name or number of the reason to record")
+            ->offer(wordsIn(kDownNames));
     command->callback([options] {
         requireService();
         if (!options->reason.empty()) {
@@ -348,7 +456,9 @@ void addPower(Command& app) {
         }
         check(c_pcl_set_power_down(), "power");
     });
-    power->addCommand("suspend", "Suspend")->callback([] {
+    power->addCommand("up", "Come back from standby, as with the remote control")
+            ->callback(powerUp);
+    power->addCommand("suspend", "Go to suspend, a standby too")->callback([] {
         requireService();
         check(c_pcl_set_request_suspend(), "power");
     });

@@ -13,6 +13,7 @@
 #include "hw_qeltvapi_pwddlg.h"
 #include "layouts/rating.h"
 #include "local_time.h"
+#include "suggestion.h"
 #include "tool.h"
 
 namespace tool {
@@ -76,7 +77,7 @@ void show(bool json) {
     rows.push_back({"open-vchip", available != 0 ? "received" : "-"});
     all["open-vchip"] = available != 0;
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -93,7 +94,9 @@ void set(const std::string& name, const std::string& text) {
         check(a_qeltvapi_rating_atsc_storage(parseNumber(text, name, 0, 1) != 0), name);
         return;
     }
-    throw Failure(kUsage, "there is no rating setting " + name);
+    std::vector<std::string> names{"open-vchip"};
+    for (const Setting& setting : kSettings) names.push_back(setting.name);
+    throw Failure(kUsage, "there is no rating setting " + name + suggestion(name, names));
 }
 
 void setUsTv(const std::vector<std::string>& names) {
@@ -116,7 +119,7 @@ void current(bool json) {
     check(a_qeltvapi_rating_get_crnt_rating_info(&map), "rating");
     if (json) {
         const Json all{{"label", map.first}, {"system", map.second}, {"description", map.third}};
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
         return;
     }
     printTable({{"label", map.first}, {"system", map.second}, {"description", map.third}});

@@ -1,3 +1,7 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -5,6 +9,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "channel_data.h"
 #include "hw_qeltvapi_pvr_browser.h"
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_timeshift.h"
@@ -83,19 +88,19 @@ std::string mib(int64_t bytes) {
 }
 
 struct Options {
-    uint32_t channel = 0, seconds = 0, rate = 0, handle = 0, index = 0, limit = 0;
-    std::string file, programme, start, repeat = "once";
+    uint32_t seconds = 0, rate = 0, handle = 0, index = 0, limit = 0;
+    std::string channel, file, programme, start, repeat = "once";
     bool json = false, force = false;
 };
 
 void startRecording(const Options& options) {
     requireService();
-    const int opened = a_qeltvapi_record_pvr_open(options.channel);
+    const uint32_t channel = options.channel.empty() ? 0 : channelIdOf(options.channel);
+    const int opened = a_qeltvapi_record_pvr_open(channel);
     if (opened <= 0) {
-        throw Failure(kRefused, options.channel == 0
-                                        ? "no channel is being watched"
-                                        : "channel " + std::to_string(options.channel) +
-                                                  " cannot be recorded");
+        throw Failure(kRefused, channel == 0
+                                        ? "no channel is being watched; name one to record"
+                                        : "channel " + options.channel + " cannot be recorded");
     }
     const auto handle = static_cast<uint32_t>(opened);
     try {
@@ -120,12 +125,12 @@ void startRecording(const Options& options) {
         a_qeltvapi_record_pvr_close(handle);
         throw;
     }
-    Room name(512);
+    AnswerBuffer name(512);
     check(a_qeltvapi_record_pvr_get_recording_file_name(handle, name.text(), 511), "file name");
     if (options.json) {
-        printf("%s\n", Json{{"recording", handle}, {"file", name.text()}}.dump(2).c_str());
+        printJson(Json{{"recording", handle}, {"file", name.text()}});
     } else {
-        printf("recording %u: %s\n", handle, name.text());
+        printf("recording %u: %s\n", handle, printable(name.text()).c_str());
     }
 }
 
@@ -164,7 +169,7 @@ void showStatus(const Options& options) {
     if (handle != 0) {
         const auto status = check(a_qeltvapi_record_pvr_get_status(handle),
                                   "recording " + std::to_string(handle));
-        Room name(512);
+        AnswerBuffer name(512);
         a_qeltvapi_record_pvr_get_recording_file_name(handle, name.text(), 511);
         json["recording"] = {{"recording", handle},
                              {"status", nameOfStatus(static_cast<int>(status))},
@@ -174,7 +179,7 @@ void showStatus(const Options& options) {
                              {"file", name.text()}};
     }
     if (options.json) {
-        printf("%s\n", json.dump(2).c_str());
+        printJson(json);
         return;
     }
     printf("disk       %s free of %s\n", mib(json["disk"]["free"]).c_str(),
@@ -189,7 +194,7 @@ void showStatus(const Options& options) {
     printf("recording  %u %s%s%s, %d s, %s, %s\n", handle,
            recording["status"].get<std::string>().c_str(), error.empty() ? "" : ": ", error.c_str(),
            recording["seconds"].get<int>(), mib(recording["bytes"]).c_str(),
-           recording["file"].get<std::string>().c_str());
+           printable(recording["file"].get<std::string>()).c_str());
 }
 
 std::vector<QELTV_SCHEDULE_RECORD_T> readBookings() {
@@ -224,14 +229,14 @@ void schedule(const Options& options, bool add) {
                             {"programme", b.programme}});
         }
         if (options.json) {
-            printf("%s\n", json.dump(2).c_str());
+            printJson(json);
         } else {
             printTable(rows);
         }
         return;
     }
     QELTV_SCHEDULE_RECORD_T record{};
-    record.channel = options.channel;
+    record.channel = channelIdOf(options.channel);
     record.start = parseTime(options.start);
     record.seconds = options.seconds;
     record.repeat = options.repeat == "daily"    ? QELTV_BOOKING_DAILY
@@ -241,9 +246,10 @@ void schedule(const Options& options, bool add) {
     snprintf(record.programme, sizeof(record.programme), "%s", options.programme.c_str());
     const int number = a_qeltvapi_set_schedule_record(
             &record, options.force ? QELTV_BOOK_IN_SPITE_OF_CONFLICT : 0);
-    if (number == QELTV_REFUSED) throw Failure(kRefused, "another booking is in the way");
+    if (number == QELTV_REFUSED)
+        throw Failure(kRefused, "another booking is in the way; --force books in spite of it");
     if (number == QELTV_NOT_FOUND) {
-        throw Failure(kRefused, "there is no channel " + std::to_string(options.channel));
+        throw Failure(kRefused, "there is no channel " + options.channel);
     }
     check(number, "booking");
     printf("booking %d\n", number);
@@ -260,40 +266,110 @@ void unschedule(uint32_t number) {
     throw Failure(kRefused, "there is no booking " + std::to_string(number));
 }
 
+/** Whether a recording can be played, and if not, why. */
+struct Playable {
+    enum Answer { kYes, kNo, kUnknown } answer;
+    const char* why;
+
+    const char* text() const { return answer == kYes ? "yes" : answer == kNo ? "no" : "unknown"; }
+    Json json() const { return answer == kUnknown ? Json(nullptr) : Json(answer == kYes); }
+};
+
+/**
+ * Looks for a programme association table in the file. A player finds nothing in a transport stream
+ * without one.
+ */
+Playable playable(const std::string& path) {
+    constexpr size_t kPacket = 188, kPackets = 16384;
+    // Never waits, as it would for the writer of a pipe.
+    const int fd = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    struct stat about {};
+    if (fd < 0 || fstat(fd, &about) != 0 || !S_ISREG(about.st_mode)) {
+        if (fd >= 0) close(fd);
+        return {Playable::kUnknown, "the file cannot be read from here"};
+    }
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(fdopen(fd, "rb"), fclose);
+    unsigned char packet[kPacket];
+    for (size_t i = 0; i < kPackets && fread(packet, kPacket, 1, file.get()) == 1; ++i) {
+        if (packet[0] != 0x47) return {Playable::kNo, "the file is no transport stream"};
+        if (((packet[1] & 0x1f) << 8 | packet[2]) == 0) return {Playable::kYes, ""};
+    }
+    return {Playable::kNo, "its stream is simulated: no programme, video or sound"};
+}
+
+struct Recorded {
+    QELTV_BROWSER_ITEM_T item{};
+    std::string path, channel, programme;
+    Playable playable{Playable::kUnknown, ""};
+
+    std::string file() const { return path.substr(path.rfind('/') + 1); }
+    Json json(uint32_t index) const {
+        return {{"index", index},
+                {"path", path},
+                {"channel", item.channel},
+                {"channel_name", channel},
+                {"programme", programme},
+                {"start", item.start},
+                {"seconds", item.seconds},
+                {"bytes", item.bytes},
+                {"stop_reason", nameOfReason(item.stopReason)},
+                {"rating", item.rating},
+                {"retention", item.retention},
+                {"playable", playable.json()},
+                {"not_playable_because", playable.why}};
+    }
+};
+
+Recorded readRecording(uint32_t index) {
+    // Longer answers are stored whole.
+    AnswerBuffer buffer;
+    check(a_qeltvapi_mmp_get_pvr_browser_item_by_index(index, buffer.data()),
+          "recording " + std::to_string(index));
+    Recorded recorded;
+    memcpy(&recorded.item, buffer.data(), sizeof(recorded.item));
+    recorded.path = textOf(recorded.item.path);
+    recorded.channel = textOf(recorded.item.channelName);
+    recorded.programme = textOf(recorded.item.programme);
+    recorded.playable = playable(recorded.path);
+    return recorded;
+}
+
 void listRecordings(bool asJson) {
     requireService();
     uint32_t count = 0;
     check(a_qeltvapi_mmp_get_pvr_browser_recording_file_num(&count), "recordings");
-    std::vector<std::vector<std::string>> rows{
-            {"INDEX", "START", "SECONDS", "SIZE", "ENDED", "CHANNEL", "PROGRAMME", "FILE"}};
+    std::vector<std::vector<std::string>> rows{{"INDEX", "START", "SECONDS", "SIZE", "PLAYABLE",
+                                                "ENDED", "CHANNEL", "PROGRAMME", "FILE"}};
     Json json = Json::array();
     for (uint32_t i = 0; i < count; ++i) {
-        QELTV_BROWSER_ITEM_T item{};
-        // Longer answers are stored whole.
-        Room room;
-        if (a_qeltvapi_mmp_get_pvr_browser_item_by_index(i, room.data()) < 0) break;
-        memcpy(&item, room.data(), sizeof(item));
-        const std::string path(item.path, strnlen(item.path, sizeof(item.path)));
-        rows.push_back({std::to_string(i), localTime(item.start), std::to_string(item.seconds),
-                        mib(item.bytes), nameOfReason(item.stopReason), item.channelName,
-                        item.programme, path.substr(path.rfind('/') + 1)});
-        json.push_back({{"index", i},
-                        {"path", path},
-                        {"channel", item.channel},
-                        {"channel_name", item.channelName},
-                        {"programme", item.programme},
-                        {"start", item.start},
-                        {"seconds", item.seconds},
-                        {"bytes", item.bytes},
-                        {"stop_reason", nameOfReason(item.stopReason)},
-                        {"rating", item.rating},
-                        {"retention", item.retention}});
+        const Recorded one = readRecording(i);
+        rows.push_back({std::to_string(i), localTime(one.item.start),
+                        std::to_string(one.item.seconds), mib(one.item.bytes), one.playable.text(),
+                        nameOfReason(one.item.stopReason), one.channel, one.programme, one.file()});
+        json.push_back(one.json(i));
     }
     if (asJson) {
-        printf("%s\n", json.dump(2).c_str());
+        printJson(json);
     } else {
         printTable(rows);
     }
+}
+
+void showRecording(uint32_t index, bool asJson) {
+    requireService();
+    const Recorded one = readRecording(index);
+    if (asJson) {
+        printJson(one.json(index));
+        return;
+    }
+    const std::string why = one.playable.why;
+    printTable({{"programme", one.programme},
+                {"channel", one.channel},
+                {"start", localTime(one.item.start)},
+                {"length", std::to_string(one.item.seconds) + " s, " + mib(one.item.bytes)},
+                {"ended", nameOfReason(one.item.stopReason)},
+                {"playable", one.playable.text() + (why.empty() ? "" : ": " + why)},
+                {"file", one.path}});
 }
 
 void setDisk(const Options& options) {
@@ -326,7 +402,7 @@ void showTimeshift(bool asJson) {
                     {"position_ms", a_qeltvapi_timeshift_get_current_position()},
                     {"duration_ms", a_qeltvapi_timeshift_get_duration()}};
     if (asJson) {
-        printf("%s\n", json.dump(2).c_str());
+        printJson(json);
         return;
     }
     const auto seconds = [&](const char* name) { return json[name].get<double>() / 1000; };
@@ -346,7 +422,8 @@ void addRecord(Command& app) {
     auto options = std::make_shared<Options>();
 
     Command* command = record->addCommand("start", "Record a channel");
-    command->addOption("channel", options->channel, "Channel id; the one being watched without");
+    command->addOption("channel", options->channel,
+                       std::string(kChannelHelp) + "; the one that is watched by default");
     command->addOption("--seconds", options->seconds, "End after this time");
     command->addOption("--file", options->file, "Name of the file");
     command->addOption("--programme", options->programme, "Name of the programme");
@@ -355,16 +432,16 @@ void addRecord(Command& app) {
     command->callback([options] { startRecording(*options); });
 
     command = record->addCommand("stop", "End a recording");
-    command->addOption("recording", options->handle, "Which; the newest that runs without");
+    command->addOption("recording", options->handle, "Its number; the newest that runs by default");
     command->callback([options] { stopRecording(*options); });
 
     command = record->addCommand("status", "Disk, bookings and a recording");
-    command->addOption("recording", options->handle, "Which; the newest that runs without");
+    command->addOption("recording", options->handle, "Its number; the newest that runs by default");
     addJson(command, &options->json);
     command->callback([options] { showStatus(*options); });
 
     command = record->addCommand("schedule", "Book a recording, or list what is booked");
-    Option* channel = command->addOption("channel", options->channel, "Channel id");
+    Option* channel = command->addOption("channel", options->channel, kChannelHelp);
     Option* start = command->addOption("start", options->start,
                                        "\"2026-11-21 20:15\", UTC seconds, or +SECONDS from now");
     Option* seconds = command->addOption("seconds", options->seconds, "Length");
@@ -386,12 +463,17 @@ void addRecord(Command& app) {
     addJson(command, &options->json);
     command->callback([options] { listRecordings(options->json); });
 
+    command = record->addCommand("info", "Show a recording, and whether it can be played");
+    command->addOption("index", options->index, "Place in the list")->required();
+    addJson(command, &options->json);
+    command->callback([options] { showRecording(options->index, options->json); });
+
     command = record->addCommand("delete", "Delete a recording");
     command->addOption("index", options->index, "Place in the list")->required();
     command->callback([options] {
         requireService();
         check(a_qeltvapi_mmp_pvr_browser_delete_file_by_index(options->index),
-              "item " + std::to_string(options->index));
+              "recording " + std::to_string(options->index));
     });
 
     command = record->addCommand("disk", "Set limits of the television's own disk");
@@ -463,7 +545,7 @@ void addTimeshift(Command& app) {
         check(a_qeltvapi_timeshift_trickplay(static_cast<uint32_t>(options->percent)), "speed");
     });
 
-    command = timeshift->addCommand("auto", "Start by itself when there is a device");
+    command = timeshift->addCommand("auto", "Start by itself once there is a device");
     command->addOption("on", options->on, "on or off")->required();
     command->callback([options] {
         requireService();

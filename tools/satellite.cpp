@@ -50,7 +50,7 @@ void list(bool asJson) {
         all.push_back(json(satellite, transponders));
     }
     if (asJson) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -94,11 +94,11 @@ void show(const std::string& text, bool asJson) {
         auto whole = json(satellite, static_cast<uint32_t>(all.size()));
         whole["transponders"] = nlohmann::json::array();
         for (const auto& each : all) whole["transponders"].push_back(multiplexJson(each));
-        printf("%s\n", whole.dump(2).c_str());
+        printJson(whole);
         return;
     }
     printf("%s, %s, oscillators %u and %u kHz, switched at %u kHz\n\n",
-           textOf(satellite.name).c_str(), positionText(satellite.position).c_str(),
+           printable(textOf(satellite.name)).c_str(), positionText(satellite.position).c_str(),
            satellite.low_oscillator_khz, satellite.high_oscillator_khz, satellite.switch_khz);
     std::vector<std::vector<std::string>> rows{{"RECORD", "TRANSPONDER", "SYMBOLS/S", "STREAM"}};
     for (const auto& each : all) {
@@ -171,7 +171,7 @@ void listKeys(bool showKeys, bool asJson) {
                        {"key", key}});
     }
     if (asJson) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -294,7 +294,7 @@ void addSatellite(Command& app) {
     command->addOption("--port", changes->port, "Input of the DiSEqC switch, 0 for none")
             ->between(0, 16);
     Option* on = command->addFlag("--on", changes->on, "Receive it");
-    command->addFlag("--off", changes->off, "Do not")->excludes(on);
+    command->addFlag("--off", changes->off, "Do not receive it")->excludes(on);
     command->callback([changes] { set(*changes); });
 }
 

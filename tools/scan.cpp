@@ -50,7 +50,7 @@ Progress next() {
         const bool active = a_qeltvapi_is_scan_active() != 0;
         guard.lock();
         if (!active && sProgress.empty()) {
-            throw Failure(kUnreachable, "the television does not scan any more");
+            throw Failure(kUnreachable, "the scan has ended without a result");
         }
     }
 }
@@ -68,7 +68,7 @@ class Display {
                                               {"khz", progress.values[1]},
                                               {"television", progress.values[2]},
                                               {"radio", progress.values[3]}};
-            printf("%s\n", line.dump().c_str());
+            printJson(line, -1);
         } else if (mBar) {
             const int filled = static_cast<int>(percent) * kBarWidth / 100;
             const std::string bar = std::string(static_cast<size_t>(filled), '#') +
@@ -91,7 +91,7 @@ class Display {
                                               {"radio", progress.values[1]},
                                               {"new", progress.values[2]},
                                               {"removed", progress.values[3]}};
-            printf("%s\n", line.dump().c_str());
+            printJson(line, -1);
         } else {
             printf("%s: %u television, %u radio, %u new, %u removed\n", how,
                    static_cast<unsigned>(progress.values[0]),
@@ -139,10 +139,10 @@ void status(bool json) {
     requireService();
     int32_t data[QELTV_SCAN_EXCHANGE_CAPACITY] = {QELTV_EXCHANGE_STATUS};
     check(a_scan_ce_exchange_data(data, 1), "scan status");
-    Room room(256);
-    check(static_cast<int32_t>(a_qeltvapi_get_user_message(room.text(), 255)), "scan message");
+    AnswerBuffer answer(256);
+    check(static_cast<int32_t>(a_qeltvapi_get_user_message(answer.text(), 255)), "scan message");
     if (!json) {
-        printf("%s\n", room.text());
+        printf("%s\n", printable(answer.text()).c_str());
         return;
     }
     const nlohmann::ordered_json all{{"active", data[1] == QELTV_SCAN_STATE_RUNNING},
@@ -153,7 +153,7 @@ void status(bool json) {
                                      {"television", data[6]},
                                      {"radio", data[7]},
                                      {"new", data[8]}};
-    printf("%s\n", all.dump(2).c_str());
+    printJson(all);
 }
 
 void list(bool json) {
@@ -174,7 +174,7 @@ void list(bool json) {
         all.push_back({{"index", i}, {"khz", data[2]}, {"system", system}});
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -189,28 +189,18 @@ void addScan(Command& app) {
         bool clear = false, json = false;
     };
     auto options = std::make_shared<Options>();
-    Command* scanning = app.addCommand("scan", "Look for channels");
-    scanning->allowOneCommand();
-    scanning->addOption("mode", options->mode, "full, air, cable or satellite")
+    Command* group = app.addCommand("scan", "Look for channels");
+    group->requireCommand();
+
+    Command* command = group->addCommand("start", "Scan, and show the progress until the end");
+    command->addOption("mode", options->mode, "full, air, cable or satellite")
             ->among({"full", "air", "cable", "satellite"})
             ->showDefault();
-    scanning->addOption("--mhz", options->mhz, "Only the transponders at this frequency")
+    command->addOption("--mhz", options->mhz, "Only the transponders at this frequency")
             ->between(1.0, 4.0e6);
-    scanning->addFlag("--clear", options->clear, "Remove what is not found any more");
-    addJson(scanning, &options->json);
-    Command* cancel = scanning->addCommand("cancel", "End the scan that runs");
-    cancel->callback([] {
-        requireService();
-        check(a_qeltvapi_cancel_scan(), "cancel");
-    });
-    Command* state = scanning->addCommand("status", "Tell what the last scan does or did");
-    addJson(state, &options->json);
-    state->callback([options] { status(options->json); });
-    Command* transponders = scanning->addCommand("transponders", "List what is scanned");
-    addJson(transponders, &options->json);
-    transponders->callback([options] { list(options->json); });
-    scanning->callback([options, scanning] {
-        if (scanning->commandGiven()) return;
+    command->addFlag("--clear", options->clear, "Remove channels that are not found again");
+    addJson(command, &options->json);
+    command->callback([options] {
         uint64_t argument = options->mode == "air"         ? QELTV_SCAN_AIR
                             : options->mode == "cable"     ? QELTV_SCAN_CABLE
                             : options->mode == "satellite" ? QELTV_SCAN_SATELLITE
@@ -222,6 +212,19 @@ void addScan(Command& app) {
         }
         scan(argument, options->clear, options->json);
     });
+
+    group->addCommand("cancel", "End the scan that runs")->callback([] {
+        requireService();
+        check(a_qeltvapi_cancel_scan(), "cancel");
+    });
+
+    command = group->addCommand("status", "Show the state of the scan that runs, or of the last");
+    addJson(command, &options->json);
+    command->callback([options] { status(options->json); });
+
+    command = group->addCommand("transponders", "List the transponders of a scan");
+    addJson(command, &options->json);
+    command->callback([options] { list(options->json); });
 }
 
 }  // namespace tool

@@ -95,12 +95,12 @@ uint32_t parsePage(const std::string& text) {
     return static_cast<uint32_t>(page);
 }
 
-std::vector<QELTV_TOP_ENTRY_T> table(const Room& room) {
+std::vector<QELTV_TOP_ENTRY_T> table(const AnswerBuffer& answer) {
     uint32_t count = 0;
-    memcpy(&count, room.text(), sizeof(count));
+    memcpy(&count, answer.text(), sizeof(count));
     std::vector<QELTV_TOP_ENTRY_T> entries(std::min(count, 1000U));
     if (!entries.empty()) {
-        memcpy(entries.data(), room.text() + sizeof(count),
+        memcpy(entries.data(), answer.text() + sizeof(count),
                entries.size() * sizeof(QELTV_TOP_ENTRY_T));
     }
     return entries;
@@ -117,15 +117,15 @@ void showTop() {
         snprintf(page, sizeof(page), "%03x", entry.page);
         rows.push_back({page, std::string((entry.level - 1U) * 2, ' ') + entry.title});
     };
-    Room blocks;
+    AnswerBuffer blocks;
     check(a_qeltvapi_teletext_top_get_block_content(blocks.data()), "blocks");
     for (const QELTV_TOP_ENTRY_T& block : table(blocks)) {
         add(block);
-        Room groups;
+        AnswerBuffer groups;
         check(a_qeltvapi_teletext_top_get_group_content(&block.page, groups.data()), block.title);
         for (const QELTV_TOP_ENTRY_T& group : table(groups)) {
             add(group);
-            Room pages;
+            AnswerBuffer pages;
             check(a_qeltvapi_teletext_top_get_page_content(&group.page, pages.data()), group.title);
             for (const QELTV_TOP_ENTRY_T& page : table(pages)) add(page);
         }
@@ -145,12 +145,12 @@ void show(const Options& options) {
         const uint32_t record = wanted | options.subpage << QELTV_TELETEXT_SUBPAGE_SHIFT;
         a_qeltvapi_teletext_set_page(&record);
     }
-    Room room;
-    check(a_qeltvapi_teletext_get_cur_page(room.data()), "teletext");
+    AnswerBuffer answer;
+    check(a_qeltvapi_teletext_get_cur_page(answer.data()), "teletext");
     QELTV_TELETEXT_PAGE_T page;
-    memcpy(&page, room.data(), sizeof(page));
+    memcpy(&page, answer.data(), sizeof(page));
     const uint32_t subpage = page.page >> 16;
-    // The function that sets the page does not tell whether it was.
+    // The function that sets the page has no result.
     if (wanted != 0 &&
         ((page.page & 0xffff) != wanted || (options.subpage != 0 && subpage != options.subpage))) {
         throw Failure(kRefused, "page " + options.page + " cannot be shown");
@@ -173,7 +173,7 @@ void show(const Options& options) {
     snprintf(number, sizeof(number), "%03x", page.page & 0xffff);
     const Json json{
             {"page", number}, {"subpage", subpage}, {"subpages", page.subpages}, {"rows", rows}};
-    printf("%s\n", json.dump(2).c_str());
+    printJson(json);
 }
 
 const char* nameOfKind(int32_t kind) {
@@ -201,7 +201,7 @@ void listSubtitles(bool asJson) {
                         {"plays", plays}});
     }
     if (asJson) {
-        printf("%s\n", json.dump(2).c_str());
+        printJson(json);
     } else {
         printTable(rows);
     }
@@ -212,7 +212,7 @@ void listSubtitles(bool asJson) {
 void addTeletext(Command& app) {
     auto options = std::make_shared<Options>();
     Command* command = app.addCommand("teletext", "Show a page of teletext");
-    command->addOption("page", options->page, "100 to 899; the one that is on without");
+    command->addOption("page", options->page, "100 to 899; the one that is shown by default");
     command->addOption("--subpage", options->subpage, "Stay on this subpage")->between(0U, 0xffffU);
     command->addFlag("--plain", options->plain, "Without colours");
     command->addFlag("--top", options->top, "The tree of pages instead");

@@ -63,7 +63,7 @@ void show(bool json) {
     uint32_t source = 0;
     check(a_qeltvapi_time_get_sync_source(&source), "source");
     const std::string from = source <= QELTV_SYNC_NETWORK ? kSources[source] : "?";
-    // Negative west of Greenwich, so no code can be told from them.
+    // Negative west of Greenwich, so that codes cannot be distinguished from offsets.
     const int64_t zone = a_qeltvapi_time_get_time_zone();
     const int64_t offset = a_qeltvapi_time_get_time_offset();
     const int sleep = static_cast<int>(check(a_qeltvapi_time_get_sleep_timer(), "sleep timer"));
@@ -83,7 +83,7 @@ void show(bool json) {
                 {"source", from},
                 {"mjd", mjd},
                 {"sleep_left", left}};
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
         return;
     }
     printTable({{"utc", timeText(fields(now))},

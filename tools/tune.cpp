@@ -1,17 +1,20 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "channel_data.h"
 #include "hw_qeltvapi_apptv.h"
 #include "hw_qeltvapi_audioinfo.h"
 #include "hw_qeltvapi_broadcast.h"
+#include "hw_qeltvapi_channellist.h"
 #include "hw_qeltvapi_inputsource.h"
 #include "hw_qeltvapi_volctrl.h"
 #include "hw_svctx.h"
-#include "layouts/codes.h"
+#include "layouts/channel_ids.h"
 #include "layouts/presentation.h"
 #include "tool.h"
 
@@ -32,10 +35,14 @@ const char* errorName(uint32_t error) {
     return error < std::size(kNames) ? kNames[error] : "?";
 }
 
+const std::vector<std::string> kPaths{"main", "sub"};
+
 /** What one path shows. */
 struct Shown {
     QELTV_CONNECTION_T connection{};
     QELTV_VIDEO_SOURCE_T video{};
+    /** The selected channel, also when it does not play; 0 for none. */
+    uint32_t selected = 0;
     std::string source, name, language;
 
     std::string state() const {
@@ -56,8 +63,12 @@ Shown read(const std::string& path) {
     const uint32_t context = QELTV_CONTEXT_OF_MAIN + pathNumber(path);
     check(c_svctx_get_conn_attr(context, 0, QELTV_CONNECTION_ALL, &shown.connection), "status");
     check(c_svctx_get_video_src_resolution(context, &shown.video), "status");
-    Room name, source, language;
+    AnswerBuffer name, source, language;
     uint32_t length = 4096;
+    AnswerBuffer channel;
+    check(c_svctx_get(context, QELTV_CONTEXT_CHANNEL, channel.data(), &length), "status");
+    memcpy(&shown.selected, channel.data(), sizeof(shown.selected));
+    length = 4096;
     check(c_svctx_get(context, QELTV_CONTEXT_NAME, name.data(), &length), "status");
     shown.name = name.text();
     check(a_qeltvapi_inputsource_get_currentsourcename_bypath(source.text(), QELTV_NAME_SHOWN,
@@ -90,9 +101,10 @@ Json json(const std::string& path, const Shown& shown) {
 
 void printStatus(bool asJson) {
     requireService();
-    Room text;
+    AnswerBuffer text;
     a_qeltvapi_apptv_get_current_channel_svc_text(text.text(), 0);
-    Json all{{"service", text.text()}, {"paths", Json::array()}};
+    const bool standby = inStandby();
+    Json all{{"standby", standby}, {"service", text.text()}, {"paths", Json::array()}};
     std::vector<std::vector<std::string>> rows{
             {"PATH", "SOURCE", "STATUS", "SERVICE", "SIGNAL", "VIDEO", "AUDIO"}};
     for (const char* path : {"main", "sub"}) {
@@ -111,21 +123,37 @@ void printStatus(bool asJson) {
     all["volume"] = volume;
     all["muted"] = muted;
     if (asJson) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
         return;
     }
+    if (standby) printf("standby; wake it with qeltvctl power up\n");
     printTable(rows);
     printf("volume %d%s\n", volume, muted ? ", muted" : "");
 }
 
-/** Waits until a selection has come to its end. */
-void waitFor(const std::string& path, double seconds) {
+/** What a client has selected. */
+using Wanted = std::function<bool(const Shown&)>;
+
+/** Waits until a selection plays; another client may select something else meanwhile. */
+void waitFor(const std::string& path, double seconds, const Wanted& wanted) {
     const auto deadline = steady_clock::now() + std::chrono::duration<double>(seconds);
     for (;;) {
         const Shown shown = read(path);
+        const std::string name = printable(shown.name);
+        if (shown.connection.status == QELTV_TUNING_STOPPED) {
+            throw Failure(kRefused, inStandby() ? "overtaken by standby" : "the path was stopped");
+        }
+        if (!wanted(shown)) {
+            throw Failure(
+                    kRefused,
+                    "overtaken by " +
+                            (name.empty() ? std::to_string(shown.connection.frequencyKHz) + " kHz"
+                                          : name) +
+                            ", which another client has selected");
+        }
         switch (shown.connection.status) {
             case QELTV_TUNING_PLAYS:
-                printf("%s, %s\n", shown.name.c_str(), shown.state().c_str());
+                printf("%s, %s\n", name.c_str(), shown.state().c_str());
                 return;
             case QELTV_TUNING_LOCKED:
                 // A frequency has no service to wait for.
@@ -133,14 +161,12 @@ void waitFor(const std::string& path, double seconds) {
                 printf("%u kHz, %s\n", shown.connection.frequencyKHz, shown.state().c_str());
                 return;
             case QELTV_TUNING_FAILED:
-                throw Failure(kRefused, shown.name + ": " + errorName(shown.connection.error));
-            case QELTV_TUNING_STOPPED:
-                throw Failure(kRefused, "the path was stopped");
+                throw Failure(kRefused, name + ": " + errorName(shown.connection.error));
             default:
                 break;
         }
         if (steady_clock::now() >= deadline) {
-            throw Failure(kRefused, shown.name + ": still " + shown.state());
+            throw Failure(kRefused, name + ": still " + shown.state());
         }
         std::this_thread::sleep_for(milliseconds(10));
     }
@@ -148,58 +174,64 @@ void waitFor(const std::string& path, double seconds) {
 
 struct TuneOptions {
     std::string what, path = "main";
-    int32_t id = 0, service = -1;
+    int32_t service = -1;
     uint32_t kHz = 0;
     bool banner = false;
     double wait = 3;
 };
 
-/** A channel by what was typed: "12" or "7.1". */
-int32_t channelOf(const std::string& what) {
-    uint32_t major = 0, minor = 0;
-    char rest = 0;
-    const int read = sscanf(what.c_str(), "%5u.%3u%c", &major, &minor, &rest);
-    const bool plain = what.find_first_not_of("0123456789") == std::string::npos;
-    if (!((read == 1 && plain) || read == 2) || major == 0 || major > INT16_MAX) {
-        throw Failure(kUsage, "\"" + what + "\" is no channel number");
-    }
-    const int channel = a_qeltvapi_apptv_get_matched_channel(
-            static_cast<int32_t>(major), 1, 0, read == 2 ? static_cast<int32_t>(minor) : 0);
-    if (channel == QELTV_NOT_FOUND) throw Failure(kRefused, "there is no channel " + what);
-    // An id with the highest bit set is negative here; the codes are small.
-    return channel < -100 ? channel : static_cast<int32_t>(check(channel, what));
+uint16_t serviceOf(uint32_t channel) {
+    channel_record_t record{};
+    const uint32_t list = channel >> QELTV_CHANNEL_ID_LIST_SHIFT & QELTV_CHANNEL_ID_LIST_MASK;
+    const int code = a_qeltvapi_channellist_get_svl_rec_by_channel_id(list, channel, &record);
+    return code == 0 ? record.service_id : 0;
 }
 
 void tune(const TuneOptions& options) {
     requireService();
     const uint32_t path = pathNumber(options.path);
-    const auto select = [&](int32_t channel) {
-        return a_qeltvapi_broadcast_select_channel(0, channel, static_cast<int32_t>(path),
-                                                   options.banner);
-    };
-    const int given =
-            !options.what.empty() + (options.id != 0) + (options.service >= 0) + (options.kHz != 0);
-    if (given != 1) throw Failure(kUsage, "tune takes one channel, by one of its names");
+    const int given = !options.what.empty() + (options.service >= 0) + (options.kHz != 0);
+    if (given != 1) {
+        throw Failure(kUsage, "tune takes one of a channel, --service and --frequency");
+    }
     int code = 0;
-    if (options.id != 0) {
-        code = select(options.id);
-    } else if (options.service >= 0) {
+    Wanted wanted;
+    if (options.service >= 0) {
         code = a_qeltvapi_broadcast_select_channel_by_prog_no(options.service,
                                                               static_cast<int32_t>(path));
+        wanted = [&](const Shown& shown) {
+            return shown.selected != 0 && serviceOf(shown.selected) == options.service;
+        };
     } else if (options.kHz != 0) {
         QELTVAPI_CHANGE_FREQ_T frequency{};
         frequency.word1 = options.kHz;
         code = a_qeltvapi_broadcast_change_freq(options.path.c_str(), &frequency);
+        wanted = [&](const Shown& shown) {
+            // 0 while there is no multiplex at the frequency.
+            const uint32_t kHz = shown.connection.frequencyKHz;
+            return shown.connection.source == 0 && shown.selected == 0 &&
+                   (kHz == 0 || kHz == options.kHz);
+        };
     } else if (options.what == "up" || options.what == "down" || options.what == "last") {
         if (path != 0) throw Failure(kUsage, "keys are for the main path");
         code = a_qeltvapi_broadcast_key_handler(options.what == "up"     ? QELTV_KEY_CHANNEL_UP
                                                 : options.what == "down" ? QELTV_KEY_CHANNEL_DOWN
                                                                          : QELTV_KEY_LAST_CHANNEL);
+        check(code, "tune");
+        // A key has no answer but its effect.
+        wanted = [channel = read(options.path).selected](const Shown& shown) {
+            return shown.selected == channel;
+        };
     } else {
-        code = select(channelOf(options.what));
+        const uint32_t channel = channelIdOf(options.what);
+        code = a_qeltvapi_broadcast_select_channel(0, static_cast<int32_t>(channel),
+                                                   static_cast<int32_t>(path), options.banner);
+        wanted = [channel](const Shown& shown) {
+            return shown.connection.source == 0 && shown.selected == channel;
+        };
     }
     check(code, "tune");
-    if (options.wait > 0) waitFor(options.path, options.wait);
+    if (options.wait > 0) waitFor(options.path, options.wait, wanted);
 }
 
 // Inputs
@@ -218,7 +250,7 @@ Input readInput(int32_t id) {
     input.id = id;
     check(a_qeltvapi_inputsource_get_sourcerec_byidx(id, &input.record), "input");
     input.name.assign(input.record.name, strnlen(input.record.name, sizeof(input.record.name)));
-    Room shown;
+    AnswerBuffer shown;
     check(a_qeltvapi_inputsource_get_sourcename_bysourceid(id, shown.text(), QELTV_NAME_SHOWN),
           "input");
     input.shown = shown.text();
@@ -241,12 +273,12 @@ int32_t inputOf(const std::string& what) {
         const Input input = readInput(id);
         if (what == std::to_string(id) || what == input.name || what == input.shown) return id;
     }
-    throw Failure(kRefused, "there is no input " + what);
+    throw Failure(kRefused, "there is no input " + what + "; qeltvctl input list shows them");
 }
 
 void listInputs(bool asJson) {
     requireService();
-    Room current;
+    AnswerBuffer current;
     check(a_qeltvapi_inputsource_get_currentsourcename(current.text(), QELTV_NAME_PLAIN), "input");
     std::vector<std::vector<std::string>> rows{
             {"INPUT", "NAME", "SHOWN AS", "SIGNAL", "BLOCK", "DETECT", ""}};
@@ -273,7 +305,7 @@ void listInputs(bool asJson) {
                        {"current", isCurrent}});
     }
     if (asJson) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
     } else {
         printTable(rows);
     }
@@ -284,13 +316,13 @@ void listInputs(bool asJson) {
 void addTune(Command& app) {
     auto options = std::make_shared<TuneOptions>();
     Command* command = app.addCommand("tune", "Select a channel and wait until it plays");
-    command->addOption("channel", options->what, "Its number (12, 7.1), or up, down, last");
-    command->addOption("--id", options->id, "Its channel id");
+    command->addOption("channel", options->what, std::string(kChannelHelp) + "; or up, down, last")
+            ->offer({"up", "down", "last"});
     command->addOption("--service", options->service, "Its service id (program number)");
     command->addOption("--frequency", options->kHz, "Tune to a frequency in kHz, to no channel");
-    command->addOption("--path", options->path, "main or sub")->showDefault();
+    command->addOption("--path", options->path, "main or sub")->showDefault()->offer(kPaths);
     command->addFlag("--banner", options->banner, "Show the banner");
-    command->addOption("--wait", options->wait, "Seconds; 0 not at all")
+    command->addOption("--wait", options->wait, "Seconds until it has to play; 0 does not wait")
             ->notNegative()
             ->showDefault();
     command->callback([options] { tune(*options); });
@@ -322,17 +354,20 @@ void addInput(Command& app) {
     command->callback([options] { listInputs(options->json); });
 
     command = add("select", "Show an input");
-    command->addOption("--path", options->path, "main or sub")->showDefault();
-    command->addOption("--wait", options->wait, "Seconds; 0 not at all")
+    command->addOption("--path", options->path, "main or sub")->showDefault()->offer(kPaths);
+    command->addOption("--wait", options->wait, "Seconds until it has to play; 0 does not wait")
             ->notNegative()
             ->showDefault();
     command->callback([options] {
         requireService();
         pathNumber(options->path);
-        check(a_qeltvapi_inputsource_changesource_bysourceidandpath(inputOf(options->input),
-                                                                    options->path.c_str()),
+        const int32_t id = inputOf(options->input);
+        check(a_qeltvapi_inputsource_changesource_bysourceidandpath(id, options->path.c_str()),
               options->input);
-        if (options->wait > 0) waitFor(options->path, options->wait);
+        if (options->wait <= 0) return;
+        waitFor(options->path, options->wait, [id](const Shown& shown) {
+            return shown.connection.source == static_cast<uint32_t>(id);
+        });
     });
 
     command = add("label", "Give an input a label");

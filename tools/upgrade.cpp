@@ -57,7 +57,8 @@ int onOad(int32_t type, uintptr_t, const char*, int32_t percent, bool, int32_t) 
 Event next() {
     std::unique_lock<std::mutex> guard(sLock);
     if (!sArrived.wait_for(guard, std::chrono::seconds(15), [] { return !sEvents.empty(); })) {
-        throw Failure(kUnreachable, "the television tells nothing any more");
+        throw Failure(kUnreachable,
+                      "no notification for 15 seconds; qeltvctl upgrade info shows the state");
     }
     const Event event = sEvents.front();
     sEvents.pop_front();
@@ -124,11 +125,11 @@ void info(bool json) {
                                 {"result", a_qeltvapi_upgrade_query_upgrade_result(i)}});
     }
     if (json) {
-        printf("%s\n", all.dump(2).c_str());
+        printJson(all);
         return;
     }
-    printf("%s, version %s, boot loader %s\n\n", text(firmware.s_at_0).c_str(),
-           text(firmware.s_at_32).c_str(), text(firmware.s_at_192).c_str());
+    printf("%s, version %s, boot loader %s\n\n", printable(text(firmware.s_at_0)).c_str(),
+           printable(text(firmware.s_at_32)).c_str(), printable(text(firmware.s_at_192)).c_str());
     printTable(rows);
 }
 
@@ -182,9 +183,9 @@ void overAir(int (*function)(), const char* what, std::initializer_list<int32_t>
 
 void schedule() {
     requireService();
-    Room room(256);
-    check(a_qeltvapi_oad_get_scheduleinfo(room.text(), 255), "schedule");
-    printf("%s\n", room.text());
+    AnswerBuffer answer(256);
+    check(a_qeltvapi_oad_get_scheduleinfo(answer.text(), 255), "schedule");
+    printf("%s\n", printable(answer.text()).c_str());
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ class Option;
 }  // namespace CLI
 
 /**
- * The command line as the commands see it: what they need of CLI11 and nothing that includes it,
- * which costs a compiler several seconds a file. All pointers are valid as long as the CommandLine.
+ * The command line as the commands see it. It hides CLI11, whose headers cost a compiler several
+ * seconds a file. All pointers are valid as long as the CommandLine.
  */
 namespace tool {
 
@@ -33,6 +33,15 @@ class Option {
     Option* expected(int minimum, int maximum);
     /** Accepts these words only. */
     Option* among(const std::vector<std::string>& words);
+    /** Words that the completion of shells offers; others are accepted too. */
+    Option* offer(const std::vector<std::string>& words);
+    /**
+     * The completion of shells offers what a command of the tool prints in its first column, below
+     * the head.
+     *
+     * @param command its words; $word is what is typed so far
+     */
+    Option* offerFrom(const std::string& command);
     /** Accepts numbers from `lowest` to `highest` only. */
     template <class T>
     Option* between(T lowest, T highest) {
@@ -47,12 +56,21 @@ class Option {
     /** Whether it was given. */
     bool given() const;
 
+    const std::vector<std::string>& offered() const { return mOffered; }
+    const std::string& offeredFrom() const { return mOfferedFrom; }
+
   private:
     Option* betweenIntegers(int64_t lowest, int64_t highest);
     Option* betweenReals(double lowest, double highest);
 
+    friend class Command;
+
     CLI::Option* mOption;
+    std::vector<std::string> mOffered;
+    std::string mOfferedFrom;
 };
+
+struct CommandDescription;
 
 /** A command, with options and with commands below it. */
 class Command {
@@ -78,15 +96,10 @@ class Command {
 
     /** One of the commands below it has to be given. */
     void requireCommand();
-    /** At most one of the commands below it may be given. */
-    void allowOneCommand();
-    /** Whether one of the commands below it was given. */
-    bool commandGiven() const;
     /** What runs when the command is given. */
     void callback(std::function<void()> run);
 
-  protected:
-    CLI::App* app() const { return mApp; }
+    CommandDescription describe() const;
 
   private:
     CLI::App* mApp;
@@ -94,7 +107,7 @@ class Command {
     std::vector<std::unique_ptr<Option>> mOptions;
 };
 
-/** What there is to know of an option for a manual. */
+/** An option for the manual and the completion of shells. */
 struct OptionDescription {
     std::string names;
     bool positional;
@@ -103,9 +116,11 @@ struct OptionDescription {
     bool required;
     std::string defaultValue;
     std::string text;
+    std::vector<std::string> offered;
+    std::string offeredFrom;
 };
 
-/** What there is to know of a command for a manual. */
+/** A command for the manual and the completion of shells. */
 struct CommandDescription {
     std::string name;
     std::string text;
@@ -117,7 +132,8 @@ struct CommandDescription {
 /** The whole command line. */
 class CommandLine : public Command {
   public:
-    CommandLine(const std::string& name, const std::string& help, const std::string& footer);
+    CommandLine(const std::string& name, const std::string& help, const std::string& footer,
+                const std::string& version);
     ~CommandLine() override;
 
     /** What runs when the words are read, before the command itself. */
@@ -129,10 +145,10 @@ class CommandLine : public Command {
      */
     bool run(int argc, char** argv);
 
-    CommandDescription describe() const;
-
   private:
     explicit CommandLine(std::unique_ptr<CLI::App> root);
+    /** Whether the words name a command; prints what is wrong with them otherwise. */
+    bool knowsCommands(int argc, char** argv) const;
 
     std::unique_ptr<CLI::App> mRoot;
 };
