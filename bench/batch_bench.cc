@@ -3,8 +3,8 @@
 //
 //   batch_bench
 //
-// The television runs as a process of its own with more than 10,000 channels. Every line tells the
-// median of its rounds.
+// The television runs as a process of its own with more than 10,000 channels. Every line reports
+// the median of its rounds.
 
 #include <algorithm>
 #include <chrono>

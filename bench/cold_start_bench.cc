@@ -1,5 +1,6 @@
-// What a program waits for before its first answer: the exec of a process that links the library,
-// up to main(), and there the first call and the ones after it. The television runs beside it.
+// The time from the start of a program to its first answer: the exec of a process that links the
+// library, up to main(), and there the first call and the ones after it. The television runs beside
+// it.
 //
 //   cold_start_bench [ROUNDS]     medians of 200 without
 

@@ -29,7 +29,7 @@ constexpr uint64_t kNotifications = 4000;
 constexpr int kRounds = 10;
 constexpr int kMaxClients = 8;
 
-/** What the processes share: each client's count. */
+/** Memory that the processes share: each client's count. */
 struct Shared {
     std::atomic<uint64_t> arrived[kMaxClients];
 };
@@ -131,7 +131,7 @@ void measureRecovery() {
         wire::Daemon& old = televisions[round % 2];
         // Registers in the place of the one that is to die, which the client still uses.
         const auto before = IQelTvApi::getService("default", false);
-        televisions[(round + 1) % 2].launch();
+        televisions[(round + 1) % 2].launch({"--replace"});
         waitFor([&] { return IQelTvApi::getService("default", false) != before; },
                 std::chrono::milliseconds(5));
         std::this_thread::sleep_for(std::chrono::milliseconds(100));

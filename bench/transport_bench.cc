@@ -1,9 +1,9 @@
-// What a call costs beside a bare ping-pong over the same kind of socket in the same run. The
+// The cost of a call beside a bare ping-pong over the same kind of socket in the same run. The
 // answering side of both is a process of its own, on the same CPU or on the next one.
 //
 //   transport_bench [Google Benchmark options]
 //
-// Every line tells the median and the 99th percentile of single round trips beside the mean.
+// Every line reports the median and the 99th percentile of single round trips beside the mean.
 
 #include <sched.h>
 #include <signal.h>

@@ -1,4 +1,4 @@
-// What a function of the library costs over the bare call of the proxy, with the service in the
+// The cost of a function of the library over the bare call of the proxy, with the service in the
 // same process, so that no transport stands between: nanoseconds, and heap allocations a call.
 
 #include <stdlib.h>

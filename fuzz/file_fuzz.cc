@@ -1,4 +1,4 @@
-// What programs read from files: any bytes as a scan table of the television or as an entry of the
+// Files that programs read: any bytes as a scan table of the television or as an entry of the
 // runtime directory, which every client reads to find a service. The first line is the file's name.
 
 #include <unistd.h>
@@ -51,7 +51,7 @@ void readEntry(std::string name, const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    // The last byte tells what kind of file it is.
+    // The last byte selects the kind of file.
     if (size == 0) return 0;
     const std::string all(reinterpret_cast<const char*>(data), size - 1);
     const size_t line = std::min(all.find('\n'), all.size());

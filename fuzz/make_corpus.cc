@@ -5,12 +5,15 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "Defaults.h"
+#include "Demux.h"
 #include "Methods.h"
 #include "QelTvApiCallbackImpl.h"
 #include "calls.h"
 #include "message.h"
+#include "stream_composer.h"
 
 namespace {
 
@@ -116,7 +119,7 @@ void reachAll(const char* descriptor, size_t methods, const std::string& like,
     }
 }
 
-/** Files of the kinds that file_fuzz reads; the last byte tells which. */
+/** Files of the kinds that file_fuzz reads; the last byte selects the kind. */
 void writeFiles(const std::filesystem::path& directory) {
     constexpr char kTable = 0;
     constexpr char kEntry = 1;
@@ -137,6 +140,52 @@ void writeFiles(const std::filesystem::path& directory) {
     size_t number = 0;
     for (const auto& [text, kind] : files)
         write(directory, std::to_string(number++), text + std::string(1, kind));
+}
+
+/** Streams and their sections, in the kinds that stream_fuzz reads. */
+void writeStreams(const std::filesystem::path& directory) {
+    using namespace qeltvd::stream;
+    constexpr size_t kPackets = 40;
+    size_t number = 0;
+    for (composed::Octets stream : {composed::dvb(), composed::atsc()}) {
+        std::set<std::string> sections;
+        Demux demux;
+        const auto add = [&](uint16_t pid, const uint8_t* data, size_t size) {
+            const uint8_t head[] = {static_cast<uint8_t>(pid >> 8), static_cast<uint8_t>(pid),
+                                    static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)};
+            sections.insert(std::string(head, head + sizeof(head)) +
+                            std::string(data, data + size));
+        };
+        // Pictures, sound and teletext are no sections.
+        for (const uint16_t pid :
+             {0x00, 0x10, 0x11, 0x12, 0x14, 0x100, 0x106, 0x200, 0x1d00, 0x1e00, 0x1ffb}) {
+            demux.filterSections(pid, add);
+        }
+        demux.filterPes(composed::kFirstTeletext, [&](const PesPacket& packet) {
+            write(directory, "teletext",
+                  std::string(1, 2) +
+                          std::string(packet.payload, packet.payload + packet.payloadSize));
+        });
+        demux.filterPes(composed::kFirstVideo, [&](const PesPacket& packet) {
+            write(directory, "picture" + std::to_string(number % 8),
+                  std::string(1, 3) +
+                          std::string(packet.payload, packet.payload + packet.payloadSize));
+            ++number;
+        });
+        demux.push({stream.data(), stream.size() / kPacketSize, false});
+        std::string all(1, 1);
+        for (const std::string& section : sections) {
+            write(directory, "section" + std::to_string(number++), std::string(1, 1) + section);
+            all += section;
+        }
+        write(directory, "sections" + std::to_string(number++), all);
+        for (size_t i = 0; i < 4; ++i) {
+            const auto* begin =
+                    reinterpret_cast<const char*>(stream.data()) + i * kPackets * kPacketSize;
+            write(directory, "stream" + std::to_string(number++),
+                  std::string(1, 0) + std::string(begin, kPackets * kPacketSize));
+        }
+    }
 }
 
 }  // namespace
@@ -176,5 +225,6 @@ int main(int argc, char** argv) {
                  notifications[like], directory / "notification" / ("as-" + std::to_string(like)));
     }
     writeFiles(directory / "file");
+    writeStreams(directory / "stream");
     return 0;
 }

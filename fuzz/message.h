@@ -45,7 +45,7 @@ class Mapper : public hidlhost::BinderMapper {
 };
 
 /**
- * Parses bytes as a message. What only tells whether a message is whole (its mark and sizes) is
+ * Parses bytes as a message. The mark and the sizes, by which a message is known to be whole, are
  * put right first, so that what is fuzzed is what lies behind.
  */
 inline bool parse(const uint8_t* data, size_t size, hidlhost::MessageHeader* header,

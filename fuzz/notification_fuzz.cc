@@ -1,4 +1,4 @@
-// What arrives at the callback object: any bytes as any notification, with every slot taken
+// Bytes that arrive at the callback object: any bytes as any notification, with every slot taken
 // but that of queries: blocks as large as the message says would be most of a run.
 
 #include <hidl/Static.h>

@@ -1,4 +1,4 @@
-// What arrives at a client: any bytes as the reply to a call.
+// Bytes that arrive at a client: any bytes as the reply to a call.
 
 #include "calls.h"
 #include "message.h"
@@ -32,7 +32,7 @@ class Answering : public android::hardware::IBinder {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    // The last byte tells which call it answers.
+    // The last byte selects the call that it answers.
     if (size == 0) return 0;
     const auto& calls = fuzz::calls();
     calls[data[size - 1] % calls.size()].call(new Answering(data, size - 1));

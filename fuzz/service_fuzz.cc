@@ -1,4 +1,4 @@
-// What arrives at a service: any bytes as a call of any method of the fifteen interfaces.
+// Bytes that arrive at a service: any bytes as a call of any method of the fifteen interfaces.
 
 #include <hidl/Static.h>
 
@@ -20,7 +20,7 @@ std::pair<std::string, android::sp<android::hardware::IBinder>> stub() {
 
 #define STUB(interface) stub<interface, interface##Default>()
 
-/** The stubs of all interfaces, by the name that a call's token tells. */
+/** The stubs of all interfaces, by the name in a call's token. */
 const std::map<std::string, android::sp<android::hardware::IBinder>>& all() {
     static const std::map<std::string, android::sp<android::hardware::IBinder>> sStubs = {
             STUB(IQelTvApi),           STUB(IQelTvApiBroadcast),   STUB(IQelTvApiCI),

@@ -68,7 +68,7 @@ std::string contents(const std::string& path) {
     return text.str();
 }
 
-TEST(Examples, ACallTellsAnAnswerFromAMissingTelevision) {
+TEST(CallExample, DistinguishesAnAnswerFromAMissingTelevision) {
     Daemon television;
     television.start();
     Example answered("call");
@@ -81,7 +81,7 @@ TEST(Examples, ACallTellsAnAnswerFromAMissingTelevision) {
     EXPECT_EQ(1, missing.end());
 }
 
-TEST(Examples, NotificationsArriveWhileSomebodyElseChangesASetting) {
+TEST(NotificationsExample, PrintsAChangeThatAnotherProcessMakes) {
     Daemon television;
     television.start();
     Example example("notifications 3");
@@ -101,7 +101,7 @@ TEST(Examples, NotificationsArriveWhileSomebodyElseChangesASetting) {
     EXPECT_EQ(0, example.end());
 }
 
-TEST(Examples, RecoveryOutlivesTheTelevision) {
+TEST(RecoveryExample, OutlivesTheTelevision) {
     Daemon television;
     television.start();
     Example example("recovery");
@@ -113,7 +113,7 @@ TEST(Examples, RecoveryOutlivesTheTelevision) {
     EXPECT_EQ(0, example.end());
 }
 
-TEST(Examples, TheChannelListComesWholeThroughSharedMemory) {
+TEST(ChannelListExample, ReadsTheWholeListThroughSharedMemory) {
     Daemon television;
     television.start();
     Example example("channel_list");
@@ -128,20 +128,27 @@ TEST(Examples, TheChannelListComesWholeThroughSharedMemory) {
     EXPECT_EQ(0, example.end());
 }
 
-/** Programs in the README are lines of the examples: a comment before each names the file. */
-TEST(Examples, AreWhatTheReadmeQuotes) {
-    const std::string readme = contents("README.md");
-    const std::regex quote("<!-- (examples/[a-z_]+\\.c) -->\\s*```c\n([^`]*)```");
+/** The quotes of a page are lines of the examples: a comment before each names the file. */
+size_t expectQuotes(const std::string& page) {
+    const std::string text = contents(page);
+    const std::regex quote("<!-- (examples/[a-z_/]+\\.(?:c|cc|h)) -->\\s*```[a-z]*\n([^`]*)```");
     size_t quotes = 0;
-    for (std::sregex_iterator it(readme.begin(), readme.end(), quote), end; it != end; ++it) {
+    for (std::sregex_iterator it(text.begin(), text.end(), quote), end; it != end; ++it) {
         ++quotes;
-        EXPECT_NE(std::string::npos, contents((*it)[1]).find((*it)[2])) << (*it)[2];
+        EXPECT_NE(std::string::npos, contents((*it)[1]).find((*it)[2])) << page << (*it)[2];
     }
+    return quotes;
+}
+
+TEST(Examples, AreWhatThePagesQuote) {
+    const size_t quotes = expectQuotes("README.md");
     EXPECT_GT(quotes, 0u);
+    const std::string readme = contents("README.md");
     const std::regex program("```c\n");
     EXPECT_EQ(quotes, static_cast<size_t>(std::distance(
                               std::sregex_iterator(readme.begin(), readme.end(), program),
                               std::sregex_iterator())));
+    EXPECT_GT(expectQuotes("docs/testing.md"), 0u);
 }
 
 }  // namespace

@@ -46,10 +46,10 @@ using namespace ::hidlhost::test::kit::V1_0;
 using namespace std::chrono_literals;
 
 /** Whether pthread_create() fails. */
-std::atomic<bool> gNoThreads{false};
+[[maybe_unused]] std::atomic<bool> gNoThreads{false};
 /** Whether the next epoll_ctl() waits for a second before it begins, and whether it has come. */
 enum class Entering { kAtOnce, kWaits, kBegun };
-std::atomic<Entering> gEntering{Entering::kAtOnce};
+[[maybe_unused]] std::atomic<Entering> gEntering{Entering::kAtOnce};
 
 class Recipient : public hidl_death_recipient {
   public:

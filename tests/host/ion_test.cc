@@ -183,6 +183,28 @@ TEST_F(Ion, AForkSharesNoBufferWithItsParent) {
     close(buffer);
 }
 
+size_t descriptors() {
+    const auto all = std::filesystem::directory_iterator("/proc/self/fd");
+    return static_cast<size_t>(std::distance(begin(all), end(all)));
+}
+
+TEST_F(Ion, AChildKeepsABufferThatItsParentHasAndNoneOfThePool) {
+    constexpr size_t kBuffers = 5;
+    hidlhost::ionForgetBuffers();
+    const size_t before = descriptors();
+    const int buffer = allocate(kPooled);
+    for (size_t i = 1; i < kBuffers; ++i) close(allocate(kPooled + i));
+    ASSERT_EQ(before + kBuffers + 1, descriptors()) << "those of the pool and one handed out";
+    const ino_t first = inode(buffer);
+    const pid_t child = fork();
+    if (child == 0) _exit(inode(buffer) != first ? 1 : descriptors() != before + 1 ? 2 : 0);
+    int status = -1;
+    ASSERT_EQ(child, waitpid(child, &status, 0));
+    EXPECT_EQ(0, status);
+    close(buffer);
+    EXPECT_EQ(before + kBuffers, descriptors());
+}
+
 TEST_F(Ion, ThreadsNeverShareABuffer) {
     hidlhost::ionForgetBuffers();
     std::atomic<int> wrong{0};
@@ -206,11 +228,7 @@ TEST_F(Ion, ThreadsNeverShareABuffer) {
 
 TEST_F(Ion, BuffersKeptForReuseAreBounded) {
     hidlhost::ionForgetBuffers();
-    const auto descriptors = [] {
-        const auto all = std::filesystem::directory_iterator("/proc/self/fd");
-        return std::distance(begin(all), end(all));
-    };
-    const auto before = descriptors();
+    const size_t before = descriptors();
     for (size_t i = 0; i < 100; ++i) close(allocate(kPooled + i));
     EXPECT_LE(descriptors(), before + 16);
     hidlhost::ionForgetBuffers();

@@ -279,7 +279,7 @@ class Service : public IServiceChild {
 
 int main(int argc, char** argv) {
     size_t threads = argc > 1 ? strtoul(argv[1], nullptr, 10) : 4;
-    ::android::hardware::configureRpcThreadpool(threads, true);
+    if (threads != 0) ::android::hardware::configureRpcThreadpool(threads, true);
     sp<IEcho> echo = new Echo;
     sp<IServiceChild> service = new Service;
     if (echo->registerAsService("kit") != ::android::OK) return 3;

@@ -54,7 +54,7 @@ std::vector<uint8_t> message(MessageHeader header, const std::string& stream) {
     return bytes;
 }
 
-/** A client that does only what it is told. */
+/** A client that does only what the test says. */
 class Stranger {
   public:
     enum class Manners { kSaysHello, kSaysNothing };

@@ -154,7 +154,7 @@ class RawConnection {
     bool send(const Message& message) { return send(message.bytes(), message.descriptors); }
     void endOfSending() { shutdown(mSocket, SHUT_WR); }
 
-    // The other side has hung up, whatever it may have sent before.
+    // The other side has hung up, regardless of what it sent before.
     bool closed() {
         char packet[kPacketSize];
         for (;;) {
@@ -495,7 +495,7 @@ TEST_F(MalformedTest, AnotherUserIsTurnedAway) {
     expectServing();
 }
 
-// The other way: a process that publishes an IEcho and answers its calls with whatever the test
+// The other way: a process that publishes an IEcho and answers its calls with what the test
 // says.
 class RogueService {
   public:

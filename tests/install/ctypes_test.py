@@ -24,7 +24,7 @@ assert library.a_qeltvapi_config_set_value(0, b"picture.hue", -7, 0) == 0
 assert library.a_qeltvapi_config_get_value(0, b"picture.hue", ctypes.byref(value)) == 0
 assert value.value == -7
 
-# A text comes without a terminator: the length tells where it ends.
+# A text comes without a terminator: the length says where it ends.
 text = ctypes.create_string_buffer(b"#" * 64)
 length = ctypes.c_uint32()
 assert library.a_qeltvapi_config_get_str_value(b"channels.country", text, ctypes.byref(length)) == 0

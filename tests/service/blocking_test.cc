@@ -22,6 +22,7 @@
 #include "layouts/presentation.h"
 #include "layouts/rating.h"
 #include "layouts/time.h"
+#include "with_television.h"
 
 using namespace wire;
 
@@ -29,7 +30,7 @@ namespace {
 
 constexpr int64_t kDay = 86400;
 
-Inbox<Told> sBroadcasts, sVideo, sGuide;
+Inbox<Notified> sBroadcasts, sVideo, sGuide;
 
 int onBroadcast(int32_t type, uintptr_t, uintptr_t channel, uintptr_t path, uintptr_t error,
                 uintptr_t) {
@@ -54,8 +55,8 @@ struct Programme {
     std::string system;
 
     int64_t end() const { return general.start + general.duration; }
-    bool told() const { return general.age != QELTV_AGE_UNRATED; }
-    int age() const { return told() ? general.age : 0; }
+    bool rated() const { return general.age != QELTV_AGE_UNRATED; }
+    int age() const { return rated() ? general.age : 0; }
     bool labelled(const std::string& wanted) const {
         return (" " + label + " ").find(" " + wanted + " ") != std::string::npos;
     }
@@ -84,18 +85,18 @@ class Blocking : public WithTelevision {
 
     /** How the selection of a channel ends. */
     static int32_t outcome(int id) {
-        const auto told = sBroadcasts.takeUntil([id](const Told& t) {
+        const auto notified = sBroadcasts.takeUntil([id](const Notified& t) {
             return t.values[0] == static_cast<uint32_t>(id) &&
                    (t.type == QELTV_BROADCAST_PLAYS || t.type == QELTV_BROADCAST_FAILED);
         });
-        EXPECT_TRUE(told);
-        return told ? static_cast<int32_t>(told->values[2]) : -1;
+        EXPECT_TRUE(notified);
+        return notified ? static_cast<int32_t>(notified->values[2]) : -1;
     }
 
-    /** Waits for the next change between picture and none, which is told with the video. */
+    /** Waits for the next change between picture and none, which is notified with the video. */
     void expectBlocked(bool blocked) const {
         EXPECT_EQ(blocked ? QELTV_TUNING_BLOCKED : QELTV_TUNING_NO_ERROR, outcome(channel));
-        EXPECT_TRUE(sVideo.takeUntil([blocked](const Told& t) {
+        EXPECT_TRUE(sVideo.takeUntil([blocked](const Notified& t) {
             return t.type == QELTV_VIDEO_FORMAT && (t.values[1] == 0) == blocked;
         }));
         expectState(blocked);
@@ -215,11 +216,11 @@ TEST_F(Blocking, EverySettingOfTheLockCountsAtOnce) {
     expectState(false);
     ASSERT_EQ(0, a_qeltvapi_rating_set_enable(1));
     expectBlocked(true);
-    ASSERT_TRUE(
-            sGuide.takeUntil([](const Told& t) { return t.type == QELTV_EVENT_BLOCKING_CHANGED; }));
+    ASSERT_TRUE(sGuide.takeUntil(
+            [](const Notified& t) { return t.type == QELTV_EVENT_BLOCKING_CHANGED; }));
     ASSERT_EQ(0, a_qeltvapi_rating_set_dvb_age_setting_info(0));
     expectBlocked(false);
-    // Also when nobody is to be told of the setting itself.
+    // Also when nobody is to be notified of the setting itself.
     ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "parental.age", 4, 1));
     expectBlocked(true);
     ASSERT_EQ(0, a_qeltvapi_config_set_value(0, "parental.rating_lock", 0, 0));
@@ -323,7 +324,7 @@ TEST_F(Blocking, UnitedStatesRatingsBlockByLevelContentAndFilm) {
     block({QELTV_US_TV_Y7_FV});
     expectBlocks([&](const Programme& p) { return p.label == "TV-Y7-FV"; }, "fantasy violence");
     block({QELTV_US_TV_NONE});
-    expectBlocks([](const Programme& p) { return !p.told(); }, "told to have none");
+    expectBlocks([](const Programme& p) { return !p.rated(); }, "said to have none");
 
     block({});
     ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_R));
@@ -336,7 +337,7 @@ TEST_F(Blocking, UnitedStatesRatingsBlockByLevelContentAndFilm) {
     ASSERT_EQ(0, a_qeltvapi_rating_set_us_movie_setting_info(QELTV_US_MOVIE_X));
     expectBlocks([](const Programme&) { return false; }, "nothing is rated X", false);
     ASSERT_EQ(0, a_qeltvapi_rating_set_block_unrated(1));
-    expectBlocks([](const Programme& p) { return !p.told(); }, "unrated");
+    expectBlocks([](const Programme& p) { return !p.rated(); }, "unrated");
 
     // What blocks here counts for nothing elsewhere.
     ASSERT_EQ(0, a_qeltvapi_rating_set_block_unrated(0));
@@ -382,7 +383,7 @@ TEST_F(Blocking, CanadianAndIsdbRatingsBlockFromTheirLimit) {
                   a_qeltvapi_rating_set_isdb_content_setting_info(static_cast<uint8_t>(setting)));
         expectBlocks(
                 [bits = content](const Programme& p) {
-                    return p.told() && (p.rating.content & bits) != 0;
+                    return p.rated() && (p.rating.content & bits) != 0;
                 },
                 ("content " + std::to_string(setting)).c_str());
     }

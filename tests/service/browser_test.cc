@@ -7,10 +7,10 @@
 #include "hw_qeltvapi_pvr_browser.h"
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_time.h"
-#include "inbox.h"
 #include "layouts/codes.h"
 #include "layouts/record.h"
 #include "layouts/time.h"
+#include "with_television.h"
 
 using namespace wire;
 

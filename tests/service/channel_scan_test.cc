@@ -9,12 +9,13 @@
 #include "inbox.h"
 #include "layouts/codes.h"
 #include "layouts/scan.h"
+#include "with_television.h"
 
 using namespace wire;
 
 namespace {
 
-Inbox<Told> sScan;
+Inbox<Notified> sScan;
 
 int onScan(int32_t type, uintptr_t, uintptr_t a1, uintptr_t a2, uintptr_t a3, uintptr_t a4) {
     sScan.put({type, {a1, a2, a3, a4}});
@@ -76,7 +77,8 @@ TEST_F(ChannelScan, WalksTheTranspondersOfTheRegionAndAddsTheirServices) {
 
     // Once more: all of it is known.
     ASSERT_EQ(0, a_qeltvapi_start_scan(QELTV_SCAN_CABLE, 1));
-    const auto again = sScan.takeUntil([](const Told& t) { return t.type == QELTV_SCAN_COMPLETE; });
+    const auto again =
+            sScan.takeUntil([](const Notified& t) { return t.type == QELTV_SCAN_COMPLETE; });
     ASSERT_TRUE(again);
     EXPECT_EQ(services, again->values[0] + again->values[1]);
     EXPECT_EQ(0u, again->values[2]);
@@ -86,14 +88,16 @@ TEST_F(ChannelScan, WalksTheTranspondersOfTheRegionAndAddsTheirServices) {
 TEST_F(ChannelScan, EndsWhenItIsCancelledAndCanBeStartedAtOnce) {
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_cancel_scan()) << "nothing runs";
     ASSERT_EQ(0, a_qeltvapi_start_scan(QELTV_SCAN_FULL, 1));
-    const auto first = sScan.takeUntil([](const Told& t) { return t.type == QELTV_SCAN_PROGRESS; });
+    const auto first =
+            sScan.takeUntil([](const Notified& t) { return t.type == QELTV_SCAN_PROGRESS; });
     ASSERT_TRUE(first);
     ASSERT_LT(first->values[0], 100u);
     ASSERT_EQ(0, a_qeltvapi_cancel_scan());
     EXPECT_EQ(0, a_qeltvapi_is_scan_active());
     ASSERT_EQ(0, a_qeltvapi_start_scan(frequency(506000), 0));
-    ASSERT_TRUE(sScan.takeUntil([](const Told& t) { return t.type == QELTV_SCAN_CANCELLED; }));
-    const auto done = sScan.takeUntil([](const Told& t) { return t.type == QELTV_SCAN_COMPLETE; });
+    ASSERT_TRUE(sScan.takeUntil([](const Notified& t) { return t.type == QELTV_SCAN_CANCELLED; }));
+    const auto done =
+            sScan.takeUntil([](const Notified& t) { return t.type == QELTV_SCAN_COMPLETE; });
     ASSERT_TRUE(done);
     EXPECT_GT(done->values[0], 0u);
     EXPECT_EQ(0u, done->values[3]) << "one that did not go through all removes nothing";
@@ -118,10 +122,10 @@ TEST_F(ChannelScan, RefusesWhatItCannotDo) {
     EXPECT_EQ(1, exchange({QELTV_EXCHANGE_RANGE, 0, 1}, 0, a_scan_dvbt_exchange_data)[2]);
     ASSERT_EQ(0, a_qeltvapi_start_scan(QELTV_SCAN_AIR, 0));
     const auto started =
-            sScan.takeUntil([](const Told& t) { return t.type == QELTV_SCAN_STARTED; });
+            sScan.takeUntil([](const Notified& t) { return t.type == QELTV_SCAN_STARTED; });
     ASSERT_TRUE(started);
     EXPECT_EQ(2u, started->values[0]);
-    ASSERT_TRUE(sScan.takeUntil([](const Told& t) { return t.type == QELTV_SCAN_COMPLETE; }));
+    ASSERT_TRUE(sScan.takeUntil([](const Notified& t) { return t.type == QELTV_SCAN_COMPLETE; }));
 
     char text[256] = "";
     EXPECT_EQ(0u, a_qeltvapi_get_user_message(text, 13));
@@ -134,7 +138,7 @@ TEST_F(ChannelScan, RefusesWhatItCannotDo) {
 
 TEST_F(ChannelScan, TheToolPrintsPlainLinesIntoAPipe) {
     ASSERT_EQ(0, a_qeltvapi_config_set_str_value("channels.region", "dvb-t/de-Berlin"));
-    const Ended ended = qeltvctl({"scan"});
+    const Ended ended = qeltvctl({"scan", "start"});
     EXPECT_EQ(0, ended.status) << ended.err;
     const std::regex line(R"( *\d+ %  +\d+\.\d{3} MHz  \d+ services)");
     std::istringstream out(ended.out);

@@ -7,12 +7,9 @@
 #include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiChannelList.h>
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
 #include <cstring>
 #include <fstream>
 #include <functional>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <vector>
@@ -26,6 +23,7 @@
 #include "hw_qeltvapi_dvbsconfig.h"
 #include "hw_svl.h"
 #include "hw_tsl.h"
+#include "inbox.h"
 #include "layouts/channel_records.h"
 #include "layouts/codes.h"
 
@@ -36,80 +34,50 @@ namespace {
 
 constexpr uint32_t kAir = CHANNEL_LIST_AIR, kSatellite = CHANNEL_LIST_SATELLITE;
 
-/** Notifications as they come; waited for, and only those of a kind. */
-class Heard {
-  public:
-    struct Event {
-        std::string what;
-        int32_t type;
-        std::vector<uint64_t> values;
-        std::string data;
-        bool operator==(const Event& o) const {
-            return what == o.what && type == o.type && values == o.values && data == o.data;
-        }
-    };
+struct Event {
+    std::string what;
+    int32_t type;
+    std::vector<uint64_t> values;
+    std::string data;
+};
 
+/** Notifications as they come. */
+class Heard : public Inbox<Event> {
+  public:
     static Heard& instance() {
         static Heard sHeard;
         return sHeard;
     }
 
-    void add(Event event) {
-        std::lock_guard<std::mutex> guard(mLock);
-        mEvents.push_back(std::move(event));
-        mChanged.notify_all();
-    }
-    void forget() {
-        std::lock_guard<std::mutex> guard(mLock);
-        mEvents.clear();
-    }
-    /** The first event of a kind from now on or that is there. */
+    /** Waits for the first event of a kind, which stays. */
     Event wait(const std::string& what, int32_t type) {
-        std::unique_lock<std::mutex> lock(mLock);
-        Event found{};
-        const auto there = [&] {
-            for (const Event& event : mEvents) {
-                if (event.what != what || event.type != type) continue;
-                found = event;
-                return true;
-            }
-            return false;
-        };
-        if (!mChanged.wait_for(lock, std::chrono::seconds(30), there)) {
-            ADD_FAILURE() << "no notification " << what << " " << type;
-        }
-        return found;
+        const auto found =
+                find([&](const Event& event) { return event.what == what && event.type == type; });
+        if (!found) ADD_FAILURE() << "no notification " << what << " " << type;
+        return found.value_or(Event{});
     }
     size_t count(const std::string& what) {
-        std::lock_guard<std::mutex> guard(mLock);
-        size_t n = 0;
-        for (const Event& event : mEvents) n += event.what == what ? 1 : 0;
-        return n;
+        return Inbox::count([&](const Event& event) { return event.what == what; });
     }
-
-  private:
-    std::mutex mLock;
-    std::condition_variable mChanged;
-    std::vector<Event> mEvents;
 };
 
 int onChannels(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t c, uintptr_t d) {
-    Heard::instance().add({"channels", type, {a, b, c, d}, ""});
+    Heard::instance().put({"channels", type, {a, b, c, d}, ""});
     return 0;
 }
 
 int onBiss(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t c, uintptr_t d) {
-    Heard::instance().add({"biss", type, {a, b, c, d}, ""});
+    Heard::instance().put({"biss", type, {a, b, c, d}, ""});
     return 0;
 }
 
 int onSatellites(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t, uintptr_t d) {
-    Heard::instance().add({"satellites", type, {a, b, d}, ""});
+    Heard::instance().put({"satellites", type, {a, b, d}, ""});
     return 0;
 }
 
 int onUart(uintptr_t tag, uintptr_t handle, const void* data, uint32_t size) {
-    Heard::instance().add(
+    Heard::instance().put(
             {"uart", 0, {tag, handle}, std::string(static_cast<const char*>(data), size)});
     return 0;
 }
@@ -233,10 +201,9 @@ TEST_F(ChannelTool, RefusesWhatCannotBeInOneLine) {
     failed({"channel", "set", "air/1"}, 2, "qeltvctl: nothing to set\n");
     failed({"channel", "list", "moon"}, 2,
            "qeltvctl: no such list: moon (air, cable, satellite)\n");
-    failed({"channel", "favourite", "remove", "air/1"}, 1,
-           "qeltvctl: air/1: refused with code -3\n");
+    failed({"channel", "favourite", "remove", "air/1"}, 1, "qeltvctl: air/1: no such thing (-3)\n");
     failed({"channel", "snapshot", "restore", "77"}, 1,
-           "qeltvctl: snapshot 77: refused with code -3\n");
+           "qeltvctl: snapshot 77: no such thing (-3)\n");
     failed({"satellite", "show", "5.0W"}, 1, "qeltvctl: there is no satellite 5.0W\n");
     failed({"biss", "set", "--key", "0102"}, 2,
            "qeltvctl: a new key takes --current, or --frequency, --position, --polarisation\n");
@@ -261,7 +228,7 @@ TEST_F(ChannelTool, SatellitesAndTheirSnapshotAndKeys) {
     // The television checks the sums that a whole key has in it.
     const Ended wrong = qeltvctl({"biss", "set", "1", "--key", "1234569d789abc00"});
     EXPECT_EQ(1, wrong.status);
-    EXPECT_EQ("qeltvctl: key: refused with code -4\n", wrong.err);
+    EXPECT_EQ("qeltvctl: key: not a value that the television takes (-4)\n", wrong.err);
     for (const bool asJson : {false, true}) {
         std::vector<std::string> list{"biss", "list"};
         if (asJson) list.push_back("--json");
@@ -308,7 +275,7 @@ class ChannelFunctions : public testing::Test {
         // Behind this one nothing is left of what has been raised so far.
         raise(999);
         Heard::instance().wait("channels", 999);
-        Heard::instance().forget();
+        Heard::instance().clear();
     }
 
     static void raise(int32_t type) {
@@ -407,10 +374,10 @@ TEST_F(ChannelFunctions, ReadOneChannelInEveryWay) {
 TEST_F(ChannelFunctions, TheCurrentChannelIsToldAndFollowed) {
     const channel_record_t third = at(kAir, 2);
     ASSERT_EQ(0, a_qeltvapi_channellist_set_current_channel(third.channel_id));
-    const auto told = Heard::instance().wait("channels", CHANNEL_UPDATE_CURRENT).values;
-    ASSERT_EQ(4u, told.size());
-    EXPECT_EQ(kAir, told[0]);
-    EXPECT_EQ(third.channel_id, told[1]);
+    const auto notified = Heard::instance().wait("channels", CHANNEL_UPDATE_CURRENT).values;
+    ASSERT_EQ(4u, notified.size());
+    EXPECT_EQ(kAir, notified[0]);
+    EXPECT_EQ(third.channel_id, notified[1]);
     EXPECT_EQ(static_cast<int>(third.channel_id), a_qeltvapi_channellist_get_current_chan_id());
     uint16_t list = 0;
     Pair pair{};
@@ -631,7 +598,7 @@ TEST_F(ChannelFunctions, ALockKeepsOtherProcessesFromWriting) {
     ASSERT_EQ(0, a_qeltvapi_channellist_lock_database(kAir, CHANNEL_LOCK_WRITE));
     const Ended refused = qeltvctl({"channel", "set", "air/1", "--lock"});
     EXPECT_EQ(1, refused.status);
-    EXPECT_EQ("qeltvctl: air/1: refused with code -5\n", refused.err);
+    EXPECT_EQ("qeltvctl: air/1: not now or not allowed (-5)\n", refused.err);
     EXPECT_NE(0, lockFromTool("a_qeltvapi_channellist_lock_database", "1").status);
     EXPECT_EQ(0, qeltvctl({"channel", "show", "air/1"}).status);
     EXPECT_EQ(0, qeltvctl({"channel", "set", "satellite/1", "--lock"}).status);

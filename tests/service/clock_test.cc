@@ -12,12 +12,13 @@
 #include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "layouts/time.h"
+#include "with_television.h"
 
 using namespace wire;
 
 namespace {
 
-Inbox<Told> sSleep, sDate, sPower;
+Inbox<Notified> sSleep, sDate, sPower;
 
 int onSleep(int32_t type, uintptr_t, uintptr_t value) {
     sSleep.put({type, {value}});
@@ -105,7 +106,7 @@ TEST_F(TelevisionClock, DatesAreThoseOfTheDateCommandInUtcAndLocalTime) {
 
         ASSERT_EQ(0, c_dt_utc_sec_to_loc_dtg(times[i], &dtg));
         ASSERT_EQ(local[i], text(dtg)) << times[i];
-        // Back, the hour that comes twice included: the record tells which of both it is.
+        // Back, the hour that comes twice included: the record says which of both it is.
         ASSERT_EQ(times[i], a_qeltvapi_dtg_to_sec(&dtg)) << text(dtg);
         int64_t milliseconds = 0;
         a_qeltvapi_time_convert_local_time_to_millis(&dtg, &milliseconds);
@@ -186,12 +187,14 @@ TEST_F(TelevisionClock, OnlyAClockThatFollowsNothingIsSet) {
     EXPECT_EQ(1, a_qeltvapi_time_is_time_editable());
     EXPECT_EQ(0, a_qeltvapi_time_get_broadcast_time());
     a_qeltvapi_time_set_utc_time(1000000000);
-    ASSERT_TRUE(sDate.takeUntil([](const Told& t) { return t.type == QELTV_TIME_CHANGED; }));
+    ASSERT_TRUE(sDate.takeUntil([](const Notified& t) { return t.type == QELTV_TIME_CHANGED; }));
     EXPECT_NEAR(1e9, static_cast<double>(a_qeltvapi_time_get_utc_time(nullptr)), 5);
     EXPECT_EQ(0, a_qeltvapi_time_update_local_time("2026-07-01", "12:00:05"));
     EXPECT_NEAR(1782900005, static_cast<double>(a_qeltvapi_time_get_utc_time(nullptr)), 5);
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_update_local_time("2026-02-30", "12:00"));
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_update_local_time("2026-02-03", "noon"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_update_local_time("2026-02-03", "12:"));
+    EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_time_update_local_time("", ""));
 
     a_qeltvapi_time_set_time_zone(-5 * 3600);
     a_qeltvapi_time_set_time_offset(1800);
@@ -223,7 +226,7 @@ TEST_F(TelevisionClock, TheSleepTimerFires) {
 
     const auto begin = std::chrono::steady_clock::now();
     a_qeltvapi_time_set_sleep_timer(1);
-    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == QELTV_SLEEP_EXPIRED; }));
+    ASSERT_TRUE(sSleep.takeUntil([](const Notified& t) { return t.type == QELTV_SLEEP_EXPIRED; }));
     EXPECT_LE(std::chrono::milliseconds(990), std::chrono::steady_clock::now() - begin);
     EXPECT_EQ(0, a_qeltvapi_time_get_sleep_timer());
     const auto down = sPower.take();
@@ -233,11 +236,12 @@ TEST_F(TelevisionClock, TheSleepTimerFires) {
 
     // One that is set a minute before its end warns first.
     a_qeltvapi_time_set_sleep_timer(QELTV_SLEEP_WARNING_TIME + 1);
-    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) {
+    ASSERT_TRUE(sSleep.takeUntil([](const Notified& t) {
         return t.type == QELTV_SLEEP_WARNING && t.values[0] == QELTV_SLEEP_WARNING_TIME;
     }));
     a_qeltvapi_time_set_sleep_timer(0);
-    ASSERT_TRUE(sSleep.takeUntil([](const Told& t) { return t.type == QELTV_SLEEP_CANCELLED; }));
+    ASSERT_TRUE(
+            sSleep.takeUntil([](const Notified& t) { return t.type == QELTV_SLEEP_CANCELLED; }));
 }
 
 TEST_F(TelevisionClock, TheToolTellsAndConvertsTimes) {

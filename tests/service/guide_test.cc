@@ -17,14 +17,15 @@
 #include "layouts/event.h"
 #include "layouts/rating.h"
 #include "layouts/time.h"
+#include "with_television.h"
 
 using namespace wire;
 
 namespace {
 
-Inbox<Told> sEvents, sAtsc, sPin, sVchip;
+Inbox<Notified> sEvents, sAtsc, sPin, sVchip;
 
-template <Inbox<Told>* inbox>
+template <Inbox<Notified>* inbox>
 int on(int32_t type, uintptr_t, uintptr_t a1, uintptr_t a2, uintptr_t a3, uintptr_t a4) {
     inbox->put({type, {a1, a2, a3, a4}});
     return 0;
@@ -231,8 +232,8 @@ TEST_F(ProgrammeGuide, TellsWhenTheNextEventBegins) {
     join();
     auto id = static_cast<uint32_t>(channel);
     ASSERT_EQ(0, a_qeltvapi_event_setCurrentActiveWindow_Ex(&id, now(), now() + 7200, 1));
-    ASSERT_TRUE(
-            sEvents.takeUntil([](const Told& t) { return t.type == QELTV_EVENT_WINDOW_CHANGED; }));
+    ASSERT_TRUE(sEvents.takeUntil(
+            [](const Notified& t) { return t.type == QELTV_EVENT_WINDOW_CHANGED; }));
     uint16_t number = 0;
     EXPECT_EQ(0, a_qeltvapi_event_get_active_win_channel_num(&number));
     EXPECT_EQ(1, number);
@@ -244,12 +245,12 @@ TEST_F(ProgrammeGuide, TellsWhenTheNextEventBegins) {
 
     const uint16_t next = event(false);
     turnTo(general(next).start - 1);
-    const auto told =
-            sEvents.takeUntil([](const Told& t) { return t.type == QELTV_EVENT_PRESENT_CHANGED; });
-    ASSERT_TRUE(told);
-    EXPECT_EQ(id, told->values[0]);
-    EXPECT_EQ(next, told->values[1]);
-    EXPECT_EQ(event(false), told->values[2]);
+    const auto notified = sEvents.takeUntil(
+            [](const Notified& t) { return t.type == QELTV_EVENT_PRESENT_CHANGED; });
+    ASSERT_TRUE(notified);
+    EXPECT_EQ(id, notified->values[0]);
+    EXPECT_EQ(next, notified->values[1]);
+    EXPECT_EQ(event(false), notified->values[2]);
     EXPECT_EQ(next, event(true));
 
     uint32_t unknown = 7;
@@ -285,7 +286,7 @@ TEST_F(ProgrammeGuide, TheRatingLockBlocksUntilThePinIsRight) {
     EXPECT_EQ(QELTV_PIN_RIGHT, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY));
     EXPECT_EQ(0, a_qeltvapi_event_check_block(channel, id));
     ASSERT_TRUE(sEvents.takeUntil(
-            [](const Told& t) { return t.type == QELTV_EVENT_BLOCKING_CHANGED; }));
+            [](const Notified& t) { return t.type == QELTV_EVENT_BLOCKING_CHANGED; }));
     turnTo(found.start + found.duration + 10);
     const QELTV_EVENT_GENERAL_T later = rated(12);
     EXPECT_EQ(1, a_qeltvapi_event_check_block(channel, later.eventId));
@@ -300,36 +301,37 @@ TEST_F(ProgrammeGuide, TheRatingLockBlocksUntilThePinIsRight) {
 TEST_F(ProgrammeGuide, WrongPinsDelayTheNextTryLongerAndLonger) {
     join();
     EXPECT_EQ(0, a_qeltvapi_PWDDLG_show());
-    ASSERT_TRUE(sPin.takeUntil([](const Told& t) { return t.type == QELTV_PIN_EVENT_SHOW; }));
+    ASSERT_TRUE(sPin.takeUntil([](const Notified& t) { return t.type == QELTV_PIN_EVENT_SHOW; }));
     EXPECT_EQ(QELTV_PIN_MALFORMED, a_qeltvapi_PWDDLG_checkPWD("12a4"));
     EXPECT_EQ(QELTV_PIN_MALFORMED, a_qeltvapi_PWDDLG_checkPWD(""));
 
     const auto rejected = [](uint64_t tries) {
-        return [tries](const Told& t) {
+        return [tries](const Notified& t) {
             return t.type == QELTV_PIN_EVENT_REJECTED && t.values[0] == tries;
         };
     };
     EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("1111"));
     EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("2222"));
     EXPECT_EQ(QELTV_PIN_WRONG, a_qeltvapi_PWDDLG_checkPWD("3333"));
-    auto told = sPin.takeUntil(rejected(2));
-    ASSERT_TRUE(told);
-    EXPECT_EQ(0u, told->values[1]) << "two are free";
-    told = sPin.takeUntil(rejected(3));
-    ASSERT_TRUE(told);
-    EXPECT_GT(told->values[1], 900u);
-    EXPECT_LE(told->values[1], 1000u);
+    auto notified = sPin.takeUntil(rejected(2));
+    ASSERT_TRUE(notified);
+    EXPECT_EQ(0u, notified->values[1]) << "two are free";
+    notified = sPin.takeUntil(rejected(3));
+    ASSERT_TRUE(notified);
+    EXPECT_GT(notified->values[1], 900u);
+    EXPECT_LE(notified->values[1], 1000u);
     EXPECT_EQ(QELTV_PIN_LOCKED, a_qeltvapi_PWDDLG_checkPWD(QELTV_PIN_FACTORY))
             << "even the right one";
-    ASSERT_TRUE(sPin.takeUntil([](const Told& t) { return t.type == QELTV_PIN_EVENT_REFUSED; }));
+    ASSERT_TRUE(
+            sPin.takeUntil([](const Notified& t) { return t.type == QELTV_PIN_EVENT_REFUSED; }));
 
     int answer = QELTV_PIN_LOCKED;
     ASSERT_TRUE(eventually(
             [&] { return (answer = a_qeltvapi_PWDDLG_checkPWD("4444")) != QELTV_PIN_LOCKED; }));
     EXPECT_EQ(QELTV_PIN_WRONG, answer);
-    told = sPin.takeUntil(rejected(4));
-    ASSERT_TRUE(told);
-    EXPECT_GT(told->values[1], 1900u);
+    notified = sPin.takeUntil(rejected(4));
+    ASSERT_TRUE(notified);
+    EXPECT_GT(notified->values[1], 1900u);
 
     // Switching off and on does not help.
     restart();
@@ -387,7 +389,7 @@ TEST_F(ProgrammeGuide, RatingSettingsOfEveryStandardAreKept) {
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_rating_get_op_vchip_setting_info(&vchip))
             << "no table yet";
     EXPECT_EQ(0, a_qeltvapi_rating_atsc_storage(1));
-    ASSERT_TRUE(sVchip.takeUntil([](const Told& t) {
+    ASSERT_TRUE(sVchip.takeUntil([](const Notified& t) {
         return t.type == QELTV_OPEN_VCHIP_RECEIVED && t.values[0] == QELTV_OPEN_VCHIP_REGION;
     }));
     QELTV_OPEN_VCHIP_TABLE_T table{};
@@ -445,9 +447,10 @@ TEST_F(ProgrammeGuide, AtscEventsAreLoadedByTimeAndByTable) {
     join();
     int32_t ids[QELTV_ATSC_LIST_MAXIMUM];
     ASSERT_EQ(0, a_qeltvapi_event_atsc_load_events(channel, now(), 7200, ids));
-    const auto told = sAtsc.takeUntil([](const Told& t) { return t.type == QELTV_ATSC_LOADED; });
-    ASSERT_TRUE(told);
-    ASSERT_GE(told->values[1], 1u);
+    const auto notified =
+            sAtsc.takeUntil([](const Notified& t) { return t.type == QELTV_ATSC_LOADED; });
+    ASSERT_TRUE(notified);
+    ASSERT_GE(notified->values[1], 1u);
     QELTVAPI_EVENT_ATSC_INFO_T info{};
     char rating[20] = "";
     info.ps_at_292 = rating;

@@ -1,13 +1,11 @@
 #include <chrono>
-#include <condition_variable>
 #include <cstring>
-#include <deque>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "daemon.h"
 #include "hw_qeltvapi_common.h"
+#include "inbox.h"
 #include "layouts/alert.h"
 #include "layouts/ci.h"
 #include "layouts/codes.h"
@@ -28,32 +26,12 @@ std::string ascii(const uint16_t* text) {
 }
 
 /** Notifications as texts, in the order that they came. */
-class Told {
+class Notices : public Inbox<std::string> {
   public:
-    void add(const std::string& text) {
-        std::lock_guard<std::mutex> guard(mLock);
-        mTexts.push_back(text);
-        mArrived.notify_all();
-    }
-    std::string next() {
-        std::unique_lock<std::mutex> guard(mLock);
-        if (!mArrived.wait_for(guard, 30s, [&] { return !mTexts.empty(); })) return "(nothing)";
-        std::string text = mTexts.front();
-        mTexts.pop_front();
-        return text;
-    }
-    bool empty() {
-        std::lock_guard<std::mutex> guard(mLock);
-        return mTexts.empty();
-    }
-
-  private:
-    std::mutex mLock;
-    std::condition_variable mArrived;
-    std::deque<std::string> mTexts;
+    std::string next() { return take().value_or("(nothing)"); }
 };
 
-Told sTold;
+Notices sNotices;
 
 template <class... T>
 std::string joined(const char* name, T... values) {
@@ -75,36 +53,36 @@ int onCi(uint32_t nfy, uint32_t tag, int32_t cond, const void* data) {
     } else if (cond == QELTV_CI_PIN_REPLY || cond == QELTV_CI_KEY_CHANGED) {
         text += " " + std::to_string(*static_cast<const uint8_t*>(data));
     }
-    sTold.add(text);
+    sNotices.put(text);
     return 0;
 }
 
 int onEas(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t c, uintptr_t d) {
-    sTold.add(joined("eas", type, a, b, c, d));
+    sNotices.put(joined("eas", type, a, b, c, d));
     return 0;
 }
 int onEws(int32_t type, uintptr_t) {
-    sTold.add(joined("ews", type));
+    sNotices.put(joined("ews", type));
     return 0;
 }
 int onEwspa(int32_t type, uintptr_t) {
-    sTold.add(joined("ewspa", type));
+    sNotices.put(joined("ewspa", type));
     return 0;
 }
 int onTeletext(int32_t type, uintptr_t, uintptr_t page, uintptr_t subpages, uintptr_t) {
-    sTold.add(joined("teletext", type, page, subpages));
+    sNotices.put(joined("teletext", type, page, subpages));
     return 0;
 }
 int onSubtitle(int32_t type, uintptr_t, uintptr_t number, uintptr_t, uintptr_t kind, uintptr_t) {
-    sTold.add(joined("subtitle", type, number, kind));
+    sNotices.put(joined("subtitle", type, number, kind));
     return 0;
 }
 int onMetadata(uintptr_t, const char* text, uint32_t length) {
-    sTold.add("mds " + std::string(text, length));
+    sNotices.put("mds " + std::string(text, length));
     return 0;
 }
 int onHtml(int32_t type, uintptr_t, const void* data) {
-    sTold.add(joined("html", type, *static_cast<const int32_t*>(data)));
+    sNotices.put(joined("html", type, *static_cast<const int32_t*>(data)));
     return 0;
 }
 
@@ -122,15 +100,15 @@ class Interactive : public testing::Test {
         a_qeltvapi_html_agent_reg_callback(onHtml);
         registerCallbackHandler();
         // Once it comes, everything does.
-        while (sTold.empty()) {
+        while (sNotices.empty()) {
             a_qeltvapi_mds_fvpMtdtOperator("first");
             std::this_thread::sleep_for(20ms);
         }
         a_qeltvapi_mds_fvpMtdtOperator("last");
-        while (sTold.next() != "mds operator=last") continue;
+        while (sNotices.next() != "mds operator=last") continue;
     }
     static void TearDownTestSuite() { delete television; }
-    void TearDown() override { EXPECT_TRUE(sTold.empty()) << sTold.next(); }
+    void TearDown() override { EXPECT_TRUE(sNotices.empty()) << sNotices.next(); }
 
     static std::string metadata(const char* key) {
         char text[128] = "";
@@ -174,27 +152,27 @@ class Ci : public Interactive {
 
 TEST_F(Ci, TheMenuAsksForThePinAndChangesIt) {
     ASSERT_EQ(0, a_qeltvapi_ci_set(QELTV_CI_SET_OPEN_MENU, 0, nullptr));
-    EXPECT_EQ(kMain, sTold.next());
+    EXPECT_EQ(kMain, sNotices.next());
     EXPECT_EQ(QELTV_BAD_VALUE, choose(5));
     EXPECT_EQ(QELTV_REFUSED, type("1234")) << "a menu takes no text";
     ASSERT_EQ(0, choose(2));
-    EXPECT_EQ("ci 7 9 3  1 4 Enter the PIN", sTold.next());
+    EXPECT_EQ("ci 7 9 3  1 4 Enter the PIN", sNotices.next());
     ASSERT_EQ(0, type("9999"));
-    EXPECT_EQ("ci 7 9 5 Qelnova Conditional Access/Wrong PIN", sTold.next());
+    EXPECT_EQ("ci 7 9 5 Qelnova Conditional Access/Wrong PIN", sNotices.next());
     ASSERT_EQ(0, choose(0));
-    EXPECT_EQ(kMain, sTold.next());
+    EXPECT_EQ(kMain, sNotices.next());
     ASSERT_EQ(0, choose(2));
-    sTold.next();
+    sNotices.next();
     ASSERT_EQ(0, type("1234"));
-    EXPECT_EQ("ci 7 9 3  1 4 Enter the new PIN", sTold.next());
+    EXPECT_EQ("ci 7 9 3  1 4 Enter the new PIN", sNotices.next());
     ASSERT_EQ(0, type("4321"));
-    sTold.next();
+    sNotices.next();
     ASSERT_EQ(0, type("4321"));
-    EXPECT_EQ("ci 7 9 5 Qelnova Conditional Access/PIN changed", sTold.next());
+    EXPECT_EQ("ci 7 9 5 Qelnova Conditional Access/PIN changed", sNotices.next());
     uint32_t stale[] = {dialogue() - 1, 0};
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_ci_set(QELTV_CI_SET_MENU_ANSWER, 0, stale));
     ASSERT_EQ(0, a_qeltvapi_ci_set(QELTV_CI_SET_CLOSE, 0, nullptr));
-    EXPECT_EQ("ci 7 9 6", sTold.next());
+    EXPECT_EQ("ci 7 9 6", sNotices.next());
 
     // What the television hands over is judged by the CAM.
     uint8_t valid = 7;
@@ -203,11 +181,11 @@ TEST_F(Ci, TheMenuAsksForThePinAndChangesIt) {
     QELTVAPI_CI_CAM_PIN_CODE_T record{&valid, pin};
     char wrong[] = "1234", right[] = "4321", none[] = "12x4";
     ASSERT_EQ(0, a_qeltvapi_ci_set(QELTV_CI_SET_PIN, 0, wrong));
-    EXPECT_EQ("ci 7 9 7 0", sTold.next());
+    EXPECT_EQ("ci 7 9 7 0", sNotices.next());
     ASSERT_EQ(0, a_qeltvapi_ci_get(QELTVAPI_CI_GET_TYPE_CAM_PIN_CODE, 0, &record, &length));
     EXPECT_EQ(0, valid);
     ASSERT_EQ(0, a_qeltvapi_ci_set(QELTV_CI_SET_PIN, 0, right));
-    EXPECT_EQ("ci 7 9 7 1", sTold.next());
+    EXPECT_EQ("ci 7 9 7 1", sNotices.next());
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_ci_set(QELTV_CI_SET_PIN, 0, none));
     ASSERT_EQ(0, a_qeltvapi_ci_get(QELTVAPI_CI_GET_TYPE_CAM_PIN_CODE, 0, &record, &length));
     EXPECT_EQ(1, valid);
@@ -234,18 +212,18 @@ TEST_F(Ci, AnswersThatDoNotFitAreNotSent) {
 
 TEST_F(Ci, TheCamComesAndGoes) {
     ASSERT_EQ(0, qeltvctl({"ci", "remove"}).status);
-    EXPECT_EQ("ci 7 9 1", sTold.next());
+    EXPECT_EQ("ci 7 9 1", sNotices.next());
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_ci_set(QELTV_CI_SET_OPEN_MENU, 0, nullptr));
     const Ended menu = qeltvctl({"ci", "menu", "--answer", "1"});
     EXPECT_EQ(1, menu.status);
     EXPECT_EQ("qeltvctl: there is no CAM that is ready\n", menu.err);
     ASSERT_EQ(0, qeltvctl({"ci", "insert"}).status);
-    EXPECT_EQ("ci 7 9 0", sTold.next());
-    EXPECT_EQ("ci 7 9 2", sTold.next());
+    EXPECT_EQ("ci 7 9 0", sNotices.next());
+    EXPECT_EQ("ci 7 9 2", sNotices.next());
     ASSERT_EQ(0, a_qeltvapi_ci_set(QELTV_CI_SET_POWER, 0, nullptr));
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_ci_set(QELTV_CI_SET_RESET, 0, nullptr));
     ASSERT_EQ(0, a_qeltvapi_ci_set(QELTV_CI_SET_POWER, 0, reinterpret_cast<void*>(uintptr_t{257})));
-    EXPECT_EQ("ci 7 9 2", sTold.next());
+    EXPECT_EQ("ci 7 9 2", sNotices.next());
 }
 
 TEST_F(Ci, KeysAreWrittenActivatedAndErased) {
@@ -256,25 +234,25 @@ TEST_F(Ci, KeysAreWrittenActivatedAndErased) {
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_ci_key_activate());
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_ci_key_write(key, 3));
     ASSERT_EQ(0, a_qeltvapi_ci_key_write(key, sizeof(key)));
-    EXPECT_EQ("ci 7 9 8 1", sTold.next());
+    EXPECT_EQ("ci 7 9 8 1", sNotices.next());
     const std::string path = television->statePath() + "/key";
     FILE* file = fopen(path.c_str(), "w");
     fwrite(key, 1, 100, file);
     fclose(file);
     ASSERT_EQ(0, a_qeltvapi_ci_key_update_with_path_ex(path.c_str(), 2));
-    EXPECT_EQ("ci 7 9 8 1", sTold.next());
+    EXPECT_EQ("ci 7 9 8 1", sNotices.next());
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_ci_key_update_with_path("/no/such/file"));
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_ci_key_update_with_path("/dev/zero"));
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_ci_key_update());
     ASSERT_EQ(0, a_qeltvapi_ci_key_activate());
-    EXPECT_EQ("ci 7 9 8 2", sTold.next());
+    EXPECT_EQ("ci 7 9 8 2", sNotices.next());
     uint16_t text[256] = {};
     ASSERT_EQ(0, a_qeltvapi_ci_key_query(text));
     EXPECT_EQ("0: 1024 bytes, active; 2: 100 bytes, active", ascii(text));
     EXPECT_EQ(0, a_qeltvapi_ci_key_query_exist_ex(2, &exists));
     EXPECT_EQ(1, exists);
     ASSERT_EQ(0, a_qeltvapi_ci_key_erase());
-    EXPECT_EQ("ci 7 9 8 0", sTold.next());
+    EXPECT_EQ("ci 7 9 8 0", sNotices.next());
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_ci_key_query(text));
 
     uint8_t host[8] = {}, again[8] = {}, length = 4;
@@ -304,26 +282,26 @@ TEST_F(Interactive, AnAlertGoesToItsChannelAndBack) {
     int32_t words[] = {QELTV_ALERT_NATIONAL, 1, details, 12, 600};
     ASSERT_EQ(0, a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, words, 5));
     const std::string state = joined("", 4, 1, details, 12);
-    EXPECT_EQ("eas 1" + state, sTold.next());
+    EXPECT_EQ("eas 1" + state, sNotices.next());
     EXPECT_EQ(std::to_string(details), metadata("channel.id"));
     int32_t type, change, channel, area;
     ASSERT_EQ(0, a_qeltvapi_eas_get_status(&type, &change, &channel, &area));
     EXPECT_EQ(state, joined("", type, change, channel, area));
     ASSERT_EQ(0, qeltvctl({"alert", "end"}).status);
-    EXPECT_EQ("eas 2" + state, sTold.next());
+    EXPECT_EQ("eas 2" + state, sNotices.next());
     EXPECT_EQ(first, metadata("channel.id"));
 
     ASSERT_EQ(0, a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, words, 5));
-    sTold.next();
+    sNotices.next();
     ASSERT_EQ(0, a_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(1));
-    EXPECT_EQ("eas 3" + state, sTold.next());
+    EXPECT_EQ("eas 3" + state, sNotices.next());
     EXPECT_EQ(std::to_string(details), metadata("channel.id"));
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_eas_set_android_exit_eas_no_change_channel_status(1));
 
     int32_t brief[] = {QELTV_ALERT_TEST, 0, 0, 0, 1};
     ASSERT_EQ(0, a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, brief, 5));
-    EXPECT_EQ("eas 1 1 0 0 0", sTold.next());
-    EXPECT_EQ("eas 2 1 0 0 0", sTold.next()) << "it ends by itself";
+    EXPECT_EQ("eas 1 1 0 0 0", sNotices.next());
+    EXPECT_EQ("eas 2 1 0 0 0", sNotices.next()) << "it ends by itself";
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_ewspa_set(QELTV_ALERT_RAISE, 0, brief, 2));
     EXPECT_EQ(0, a_qeltvapi_eas_set_android_launch_status(1));
     EXPECT_EQ(1, a_qeltvapi_eas_get_android_launch_status());
@@ -336,10 +314,10 @@ TEST_F(Interactive, MonitorsHearOfWarningsInTheirArea) {
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_ewspa_create_monitor_inst(31));
     int32_t elsewhere[] = {0, 3, 32, 600}, here[] = {0, 2, 31, 600};
     ASSERT_EQ(0, a_qeltvapi_ewspa_set(QELTV_WARNING_RAISE, 0, elsewhere, 4));
-    EXPECT_EQ("ews 1", sTold.next());
+    EXPECT_EQ("ews 1", sNotices.next());
     ASSERT_EQ(0, a_qeltvapi_ewspa_set(QELTV_WARNING_RAISE, 0, here, 4));
-    EXPECT_EQ("ews 1", sTold.next());
-    EXPECT_EQ("ewspa 1", sTold.next());
+    EXPECT_EQ("ews 1", sNotices.next());
+    EXPECT_EQ("ewspa 1", sNotices.next());
     int32_t list[5] = {};
     ASSERT_EQ(0, a_qeltvapi_ewspa_get(QELTV_WARNING_LIST, 31, list, 5));
     EXPECT_EQ(1, list[0]);
@@ -354,9 +332,9 @@ TEST_F(Interactive, MonitorsHearOfWarningsInTheirArea) {
     for (const int32_t number : {elsewhere[0], here[0]}) {
         ASSERT_EQ(0, qeltvctl({"alert", "cancel", std::to_string(number)}).status);
     }
-    EXPECT_EQ("ews 2", sTold.next());
-    EXPECT_EQ("ews 2", sTold.next());
-    EXPECT_EQ("ewspa 2", sTold.next());
+    EXPECT_EQ("ews 2", sNotices.next());
+    EXPECT_EQ("ews 2", sNotices.next());
+    EXPECT_EQ("ewspa 2", sNotices.next());
     ASSERT_EQ(0, a_qeltvapi_ewspa_delete_monitor_inst(31));
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_ewspa_delete_monitor_inst(31));
 }
@@ -364,7 +342,7 @@ TEST_F(Interactive, MonitorsHearOfWarningsInTheirArea) {
 TEST_F(Interactive, TeletextShowsPagesAndTheirTree) {
     uint32_t record = 0x102u | 2u << QELTV_TELETEXT_SUBPAGE_SHIFT;
     a_qeltvapi_teletext_set_page(&record);
-    EXPECT_EQ(joined("teletext", 1, record, 3), sTold.next());
+    EXPECT_EQ(joined("teletext", 1, record, 3), sNotices.next());
     QELTV_TELETEXT_PAGE_T page{};
     ASSERT_EQ(0, a_qeltvapi_teletext_get_cur_page(&page));
     EXPECT_EQ(record, page.page);
@@ -398,22 +376,22 @@ TEST_F(Interactive, TeletextShowsPagesAndTheirTree) {
     EXPECT_EQ(0, ended.status) << ended.err;
     EXPECT_EQ(25, std::count(ended.out.begin(), ended.out.end(), '\n'));
     EXPECT_NE(std::string::npos, ended.out.find("401 Forecast"));
-    EXPECT_EQ(joined("teletext", 1, 0x400, 1), sTold.next());
+    EXPECT_EQ(joined("teletext", 1, 0x400, 1), sNotices.next());
     EXPECT_EQ("qeltvctl: page 555 is not broadcast\n", qeltvctl({"teletext", "555"}).err);
-    EXPECT_EQ(joined("teletext", 1, 0x555, 0), sTold.next());
+    EXPECT_EQ(joined("teletext", 1, 0x555, 0), sNotices.next());
     EXPECT_EQ(2, qeltvctl({"teletext", "1000"}).status);
 }
 
 TEST_F(Interactive, SubtitlesAndCaptionsAreSteppedThrough) {
     int32_t loop[3] = {0, 0, -77};
     ASSERT_EQ(0, a_qeltvapi_subtitle_play(4));
-    EXPECT_EQ("subtitle 1 4 2", sTold.next());
+    EXPECT_EQ("subtitle 1 4 2", sNotices.next());
     ASSERT_EQ(0, a_qeltvapi_subtitle_get_loop(loop, 2));
     EXPECT_EQ(4, loop[0]);
     EXPECT_EQ(4, loop[1]);
     EXPECT_EQ(-77, loop[2]);
     ASSERT_EQ(0, qeltvctl({"subtitle", "next"}).status);
-    EXPECT_EQ("subtitle 1 0 0", sTold.next());
+    EXPECT_EQ("subtitle 1 0 0", sNotices.next());
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_subtitle_play(5));
 
     EXPECT_EQ(0, a_qeltvapi_isdbcc_get_CCString());
@@ -438,7 +416,7 @@ TEST_F(Interactive, TheHtmlAgentKeepsAndPostsWords) {
     EXPECT_EQ(11, load[2]);
     int32_t post[] = {QELTV_HTML_POST, 8, 99};
     ASSERT_EQ(0, a_qeltvapi_html_agent_exchange_data(post, 3));
-    EXPECT_EQ("html 8 99", sTold.next());
+    EXPECT_EQ("html 8 99", sNotices.next());
     int32_t none[] = {QELTV_HTML_LOAD, 6};
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_html_agent_exchange_data(none, 2));
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_html_agent_exchange_data(none, 1));

@@ -9,6 +9,7 @@
 #include "layouts/channel_records.h"
 #include "layouts/codes.h"
 #include "qeltvapi.h"
+#include "with_television.h"
 
 using namespace wire;
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr uint32_t kAir = CHANNEL_LIST_AIR, kSatellite = CHANNEL_LIST_SATELLITE;
 
-Inbox<Told> sChannels;
+Inbox<Notified> sChannels;
 
 int onChannels(int32_t type, uintptr_t, uintptr_t list, uintptr_t count, uintptr_t first,
                uintptr_t) {
@@ -63,8 +64,8 @@ class Lists : public testing::Test {
         EXPECT_EQ(0, a_qeltvapi_channellist_get_svl_rec_by_index(list, 0, 0, index, &record));
         return record;
     }
-    static bool told(uint32_t list) {
-        return sChannels.takeUntil([list](const Told& t) { return t.values[0] == list; })
+    static bool notified(uint32_t list) {
+        return sChannels.takeUntil([list](const Notified& t) { return t.values[0] == list; })
                 .has_value();
     }
 
@@ -79,13 +80,13 @@ TEST_F(Lists, ChannelsGoByTheirBroadcastAndTheirStreamsOnlyWhereAsked) {
     ASSERT_EQ(0, a_qeltvapi_channellist_delete_by_brdcst(kAir, CHANNEL_BROADCAST_ATSC));
     EXPECT_GT(channels(kAir), 0u);
     ASSERT_EQ(0, a_qeltvapi_channellist_delete_by_brdcst(kAir, CHANNEL_BROADCAST_DVB));
-    EXPECT_TRUE(told(kAir));
+    EXPECT_TRUE(notified(kAir));
     EXPECT_EQ(0u, channels(kAir));
     EXPECT_EQ(before, streams(kAir)) << "the transponders stay";
     EXPECT_EQ(satellite, channels(kSatellite));
 
     ASSERT_EQ(0, a_qeltvapi_channellist_and_ts_del_by_brdcst(kSatellite, CHANNEL_BROADCAST_DVB));
-    EXPECT_TRUE(told(kSatellite));
+    EXPECT_TRUE(notified(kSatellite));
     EXPECT_EQ(0u, channels(kSatellite));
     EXPECT_EQ(0u, streams(kSatellite));
 }
@@ -156,7 +157,7 @@ TEST_F(Lists, SatellitesTakeTheirChannelsWithThemAndAreLockedApart) {
     ASSERT_EQ(0, a_qeltvapi_satllist_lock_database(kSatellite));
     const Ended refused = qeltvctl({"satellite", "set", "19.2E", "--off"});
     EXPECT_EQ(1, refused.status);
-    EXPECT_EQ("qeltvctl: 19.2E: refused with code -5\n", refused.err);
+    EXPECT_EQ("qeltvctl: 19.2E: not now or not allowed (-5)\n", refused.err);
     EXPECT_EQ(0, qeltvctl({"channel", "set", "satellite/1", "--lock"}).status)
             << "its channels are another list";
     ASSERT_EQ(0, a_qeltvapi_satllist_unlock_database(kSatellite));

@@ -1,13 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
 #include <cstring>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <thread>
 #include <vector>
 
 #include "daemon.h"
@@ -31,6 +27,7 @@
 #include "hw_qeltvapi_volctrl.h"
 #include "hw_sm.h"
 #include "hw_svctx.h"
+#include "inbox.h"
 #include "layouts/codes.h"
 #include "layouts/presentation.h"
 #include "wire.h"
@@ -47,73 +44,48 @@ struct Event {
     bool operator==(const Event& o) const { return kind == o.kind && values == o.values; }
 };
 
-/** What the library has told, in order of arrival. */
-class Events {
+/** The notifications in the order of their arrival. */
+class Events : public Inbox<Event> {
   public:
-    void push(Event event) {
-        std::lock_guard<std::mutex> guard(mLock);
-        mAll.push_back(std::move(event));
-        mArrived.notify_all();
-    }
-
     /** Waits for a notification that begins with these values, and drops it and all before it. */
     bool wait(const std::string& kind, const std::vector<uint64_t>& values) {
-        std::unique_lock<std::mutex> lock(mLock);
-        size_t at = 0;
-        const bool found = mArrived.wait_for(lock, std::chrono::seconds(20), [&] {
-            for (; at < mAll.size(); ++at) {
-                const Event& event = mAll[at];
-                if (event.kind == kind && event.values.size() >= values.size() &&
-                    std::equal(values.begin(), values.end(), event.values.begin())) {
-                    return true;
-                }
-            }
-            return false;
-        });
-        if (found) mAll.erase(mAll.begin(), mAll.begin() + static_cast<ptrdiff_t>(at) + 1);
-        return found;
+        return takeUntil([&](const Event& event) {
+                   return event.kind == kind && event.values.size() >= values.size() &&
+                          std::equal(values.begin(), values.end(), event.values.begin());
+               })
+                .has_value();
     }
-
-    void clear() {
-        std::lock_guard<std::mutex> guard(mLock);
-        mAll.clear();
-    }
-
-  private:
-    std::mutex mLock;
-    std::condition_variable mArrived;
-    std::vector<Event> mAll;
 };
 
 Events sEvents;
 
 int onBroadcast(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t c, uintptr_t d) {
-    sEvents.push({"broadcast", {static_cast<uint64_t>(type), a, b, c, d}});
+    sEvents.put({"broadcast", {static_cast<uint64_t>(type), a, b, c, d}});
     return 0;
 }
 int onContext(uint32_t context, uint16_t event, uint16_t error, uint16_t path, uintptr_t tag) {
-    sEvents.push({"svctx", {context, event, error, path, tag}});
+    sEvents.put({"svctx", {context, event, error, path, tag}});
     return 0;
 }
 int onAudio(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t, uintptr_t) {
-    sEvents.push({"audio", {static_cast<uint64_t>(type), a, b}});
+    sEvents.put({"audio", {static_cast<uint64_t>(type), a, b}});
     return 0;
 }
 int onVideo(int32_t type, uintptr_t, uintptr_t a, uintptr_t b, uintptr_t c, uintptr_t d,
             uintptr_t e, uintptr_t) {
-    sEvents.push({"video", {static_cast<uint64_t>(type), a, b, c, d, e}});
+    sEvents.put({"video", {static_cast<uint64_t>(type), a, b, c, d, e}});
     return 0;
 }
 int onPower(uint32_t cond, uintptr_t, uint32_t a, uint32_t b) {
-    sEvents.push({"power", {cond, a, b}});
+    sEvents.put({"power", {cond, a, b}});
     return 0;
 }
 int onUnusedKey(int32_t key, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
-    sEvents.push({"key", {static_cast<uint64_t>(key)}});
+    sEvents.put({"key", {static_cast<uint64_t>(key)}});
     return 0;
 }
 int onSource(uint32_t component, uint32_t cond, uintptr_t tag, uint32_t width, uint32_t height) {
-    sEvents.push({"source", {component, cond, tag, width, height}});
+    sEvents.put({"source", {component, cond, tag, width, height}});
     return 0;
 }
 
@@ -419,7 +391,7 @@ TEST_F(Presentation, SelectsTracksAndLanguages) {
     uint32_t room = 1;
     QELTV_AUDIO_TRACK_T two[2]{};
     ASSERT_EQ(0, a_qeltvapi_audio_info_get_available_record(two, &room));
-    EXPECT_EQ(all.size(), room) << "tells how many there are";
+    EXPECT_EQ(all.size(), room) << "the number that there are";
     EXPECT_EQ(0u, two[1].track) << "sends no more than there is room for";
 
     for (const QELTV_AUDIO_TRACK_T& track : all) {
@@ -495,7 +467,7 @@ TEST_F(Presentation, SetsPictureAndScreen) {
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_freeze_set_freeze("sub", 1)) << "nothing to freeze";
     EXPECT_EQ(2, a_qeltvapi_screenmode_get_screen_mode());
 
-    // The overscan is kept only when told so.
+    // The overscan is kept only if the call says so.
     int32_t sides[4] = {};
     ASSERT_EQ(0, a_qeltvapi_screenmode_set_crnt_overscan(1, 2, 3, 4));
     ASSERT_EQ(0, a_qeltvapi_screenmode_update_overscan_ini());
@@ -565,6 +537,32 @@ TEST_F(Presentation, ContextsSelectReadAndKeepBlocks) {
     for (const uint32_t one : open) EXPECT_EQ(0, c_svctx_close(one));
 }
 
+TEST_F(Presentation, TheScreenBlockHasWhatIsShownBesideThePictures) {
+    const auto screen = [](uint32_t path) {
+        QELTV_SCREEN_T block{};
+        EXPECT_EQ(0, c_svctx_generic_get_info(QELTV_CONTEXT_OF_MAIN + path, 0, QELTV_INFO_SCREEN,
+                                              &block, sizeof(block)));
+        return block;
+    };
+    ASSERT_EQ(0, a_qeltvapi_broadcast_set_banner_visibility(1));
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_DIGIT_0 + 7));
+    EXPECT_EQ(1u, screen(0).banner);
+    EXPECT_STREQ("7", screen(0).digits);
+    ASSERT_EQ(0, a_qeltvapi_multiview_setNewTvMode(QELTV_TV_SIDE_BY_SIDE));
+    EXPECT_EQ(uint32_t{QELTV_TV_SIDE_BY_SIDE}, screen(1).mode);
+    EXPECT_EQ(QELTV_REGION_FULL / 2, screen(1).x);
+    EXPECT_EQ(QELTV_REGION_FULL / 2, screen(1).width);
+    EXPECT_EQ(0u, screen(0).x);
+
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_POWER));
+    EXPECT_EQ(1u, screen(0).standby);
+    EXPECT_EQ(0u, screen(0).banner) << "standby shows none";
+    ASSERT_EQ(0, a_qeltvapi_broadcast_key_handler(QELTV_KEY_POWER));
+    ASSERT_EQ(0, a_qeltvapi_multiview_setNewTvMode(QELTV_TV_NORMAL));
+    EXPECT_EQ(0u, screen(0).standby);
+    EXPECT_EQ(QELTV_REGION_FULL, screen(0).width);
+}
+
 TEST_F(Presentation, ComponentsSeeTheVideoSourceComeAndGo) {
     const qeltvapi_scc_cmd_t commands[] = {{QELTVAPI_SCC_CMD_TYPE, {0}},
                                            {QELTVAPI_SCC_CMD_END, {0}}};
@@ -607,7 +605,7 @@ TEST_F(Presentation, GoesToStandbyAndWakesByTheRemoteControl) {
     ASSERT_EQ(0, c_pcl_get_wakeup_irkey(&key));
     EXPECT_EQ(static_cast<uint32_t>(QELTV_KEY_POWER), key.second);
 
-    // A plug moves its line; only monitored lines are told.
+    // A plug moves its line; only monitored lines are notified.
     const qeltvapi_pcl_gpio_monitor_ctrl_t monitor{12, 5};
     ASSERT_EQ(0, c_pcl_set_gpio_monitor_ctrl_ex(&monitor));
     done({"service", "plug", "6", "on"});
@@ -634,10 +632,11 @@ TEST_F(Presentation, TheToolTunesAndTells) {
     EXPECT_EQ("playing", status.at("paths")[0].at("status"));
     EXPECT_EQ("stopped", status.at("paths")[1].at("status"));
     EXPECT_EQ(0u, status.at("service").get<std::string>().find(std::to_string(numbers[2]) + " "));
-    EXPECT_EQ(2, qeltvctl({"tune", "12x"}).status);
+    EXPECT_EQ(1, qeltvctl({"tune", "12x"}).status);
     EXPECT_EQ(2, qeltvctl({"tune"}).status);
     EXPECT_EQ("qeltvctl: there is no channel 31999\n", qeltvctl({"tune", "31999"}).err);
-    EXPECT_EQ("qeltvctl: volume: refused with code -4\n", qeltvctl({"volume", "101"}).err);
+    EXPECT_EQ("qeltvctl: volume: not a value that the television takes (-4)\n",
+              qeltvctl({"volume", "101"}).err);
     EXPECT_EQ(0, qeltvctl({"mute", "on"}).status);
     EXPECT_EQ(1, a_qeltvapi_volctrl_getMute());
     EXPECT_EQ(0, qeltvctl({"audio", "list"}).status);

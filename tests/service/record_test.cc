@@ -2,14 +2,11 @@
 
 #include <algorithm>
 #include <chrono>
-#include <condition_variable>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <mutex>
 #include <nlohmann/json.hpp>
-#include <thread>
 
 #include "daemon.h"
 #include "eventually.h"
@@ -17,8 +14,10 @@
 #include "hw_qeltvapi_pvr_browser.h"
 #include "hw_qeltvapi_record.h"
 #include "hw_qeltvapi_timeshift.h"
+#include "inbox.h"
 #include "layouts/codes.h"
 #include "layouts/record.h"
+#include "packet_check.h"
 #include "wire.h"
 
 using namespace wire;
@@ -29,49 +28,34 @@ namespace {
 
 constexpr int kPacket = 188;
 
+struct Event {
+    int32_t type;
+    uint64_t first, second;
+};
+
 /** Notifications of one kind, as they come. */
-class Events {
+class Events : public Inbox<Event> {
   public:
-    struct Event {
-        int32_t type;
-        uint64_t first, second;
-    };
-
-    void add(int32_t type, uint64_t first, uint64_t second) {
-        std::lock_guard<std::mutex> guard(mLock);
-        mEvents.push_back({type, first, second});
-        mArrived.notify_all();
-    }
-    /** Waits for one of a type (about something, unless that is 0), and forgets those before. */
+    /** Waits for one of a type (about something, unless that is 0), and drops those before it. */
     bool wait(int32_t type, uint64_t first, uint64_t* second = nullptr) {
-        std::unique_lock<std::mutex> guard(mLock);
-        return mArrived.wait_for(guard, 30s, [&] {
-            const auto found = std::find_if(mEvents.begin(), mEvents.end(), [&](const Event& e) {
-                return e.type == type && (first == 0 || e.first == first);
-            });
-            if (found == mEvents.end()) return false;
-            if (second != nullptr) *second = found->second;
-            mEvents.erase(mEvents.begin(), found + 1);
-            return true;
+        const auto found = takeUntil([&](const Event& event) {
+            return event.type == type && (first == 0 || event.first == first);
         });
+        if (found && second != nullptr) *second = found->second;
+        return found.has_value();
     }
-
-  private:
-    std::mutex mLock;
-    std::condition_variable mArrived;
-    std::vector<Event> mEvents;
 };
 
 Events sRecordings;
 Events sTimeshift;
 
 int onRecording(int32_t type, uintptr_t, uintptr_t first, uintptr_t second) {
-    sRecordings.add(type, first, second);
+    sRecordings.put({type, first, second});
     return 0;
 }
 
 int onTimeshift(int32_t type, uintptr_t, uintptr_t first, uintptr_t second) {
-    sTimeshift.add(type, first, second);
+    sTimeshift.put({type, first, second});
     return 0;
 }
 
@@ -168,12 +152,11 @@ TEST_F(Recording, WritesAStreamUntilItsLimitAndIsListedAfterwards) {
     std::ifstream file(pathOf(handle), std::ios::binary);
     const std::vector<char> data{std::istreambuf_iterator<char>(file), {}};
     ASSERT_EQ(static_cast<size_t>(kBytes), data.size());
-    for (size_t i = 0; i < data.size(); i += kPacket) {
-        uint64_t number;
-        memcpy(&number, &data[i + 4], sizeof(number));
-        ASSERT_EQ(0x47, data[i]);
-        ASSERT_EQ(i / kPacket, number);
-    }
+    const composed::PacketCheck check(data);
+    EXPECT_TRUE(check.synchronous);
+    EXPECT_EQ(0u, check.breaks);
+    EXPECT_EQ(1u, check.programmes.size());
+    EXPECT_EQ(2u, check.components.size()) << "a picture and sound";
 
     const std::string path = pathOf(handle);
     char text[64];

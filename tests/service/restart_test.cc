@@ -1,6 +1,5 @@
 #include <atomic>
 #include <chrono>
-#include <mutex>
 #include <thread>
 
 #include "QelTvApiCallbackImpl.h"
@@ -8,6 +7,7 @@
 #include "eventually.h"
 #include "hw_qeltvapi_config.h"
 #include "hw_qeltvapi_highlevel.h"
+#include "inbox.h"
 #include "platform_calls.h"
 #include "wire.h"
 
@@ -27,7 +27,7 @@ int onConfig(int32_t, uintptr_t, uintptr_t, const char* name, uintptr_t value, u
 
 /**
  * A change of the setting reaches the application. Asked for again and again: the television that
- * has just come up knows neither what is watched nor, for a moment, whom to tell.
+ * has just come up knows neither what is watched nor, for a moment, whom to notify.
  */
 bool notified(int32_t value) {
     return eventually([&] {
@@ -87,12 +87,10 @@ TEST(Restart, NotificationsComeBackAfterEachOfManyDeaths) {
     Sleeps::instance().letAllGo(false);
 }
 
-std::vector<int32_t> sHighlevel;
-std::mutex sHighlevelLock;
+Inbox<int32_t> sHighlevel;
 
 int onHighlevel(int32_t type, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
-    std::lock_guard<std::mutex> guard(sHighlevelLock);
-    sHighlevel.push_back(type);
+    sHighlevel.put(type);
     return 0;
 }
 
@@ -111,12 +109,8 @@ TEST(Restart, ACallbackObjectThatIsRegisteredTwiceIsToldOnce) {
     for (const char* values : {"[5,0,0,0,0,0]", "[6,0,0,0,0,0]"}) {
         controlTelevision(tv, {"raise", "a_hidl_qeltvapi_highlevel_callback_fct", values});
     }
-    const auto told = [] {
-        std::lock_guard<std::mutex> guard(sHighlevelLock);
-        return sHighlevel;
-    };
-    EXPECT_TRUE(eventually([&] { return !told().empty() && told().back() == 6; }));
-    EXPECT_EQ((std::vector<int32_t>{5, 6}), told());
+    EXPECT_TRUE(sHighlevel.find([](int32_t type) { return type == 6; }));
+    EXPECT_EQ((std::vector<int32_t>{5, 6}), sHighlevel.takeAll());
 }
 
 }  // namespace

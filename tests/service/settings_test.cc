@@ -1,4 +1,5 @@
-/** Settings of every kind: who is told of a change, and what a television keeps over a restart. */
+/** Settings of every kind: who is notified of a change, and what a television keeps over a restart.
+ */
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -13,8 +14,10 @@
 #include "hw_svctx.h"
 #include "inbox.h"
 #include "layouts/codes.h"
+#include "layouts/config.h"
 #include "layouts/presentation.h"
 #include "layouts/time.h"
+#include "with_television.h"
 
 using namespace wire;
 
@@ -34,7 +37,7 @@ void PrintTo(const Change& change, std::ostream* out) {
 }
 
 Inbox<Change> sChanges;
-Inbox<Told> sDate;
+Inbox<Notified> sDate;
 
 int onConfig(int32_t type, uintptr_t, uintptr_t group, const char* name, uintptr_t value,
              uintptr_t) {
@@ -60,16 +63,15 @@ class Settings : public WithTelevision {
         }
     }
 
-    /** The next change that is told is this one. */
+    /** The next change that is notified is this one. */
     static void expectTold(const char* name, uint64_t group, int64_t value) {
-        const auto told = sChanges.take();
-        ASSERT_TRUE(told) << name;
-        EXPECT_EQ((Change{1, name, group, value}), *told);
+        const auto notified = sChanges.take();
+        ASSERT_TRUE(notified) << name;
+        EXPECT_EQ((Change{1, name, group, value}), *notified);
     }
 
     static std::string text(const char* name) {
-        // The caller takes all of it, whatever the room.
-        char text[4096] = "";
+        char text[QELTV_CONFIG_TEXT_MAXIMUM + 1] = "";
         uint32_t length = sizeof(text);
         EXPECT_EQ(0, a_qeltvapi_config_get_str_value(name, text, &length)) << name;
         return text;
@@ -95,7 +97,7 @@ TEST_F(Settings, AChangeIsToldWhateverFunctionMakesIt) {
     ASSERT_EQ(0, a_qeltvapi_config_set_value_for_all_elems(0, "picture.contrast", 11, 0));
     expectTold("picture.contrast", 1, 11);
 
-    // Not told: what is refused, what stays as it was, what is asked to be quiet, what nobody
+    // Not notified: what is refused, what stays as it was, what is asked to be quiet, what nobody
     // watches.
     EXPECT_EQ(QELTV_BAD_VALUE, c_hbbtv_set_default_audio_lang("fr"));
     EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_rating_set_dvb_age_setting_info(2));
@@ -113,7 +115,7 @@ TEST_F(Settings, AChangeIsToldWhateverFunctionMakesIt) {
     expectTold("picture.contrast", 1, 13);
     EXPECT_EQ("swe", text("sound.audio_language"));
 
-    // A reset tells of what was different, with the value that it has then.
+    // A reset notifies what was different, with the value that it has then.
     ASSERT_EQ(0, a_qeltvapi_config_reset_values(1));
     expectTold("picture.contrast", 1, 85);
     ASSERT_EQ(0, a_qeltvapi_config_reset_values(0));
@@ -128,11 +130,35 @@ TEST_F(Settings, AnotherPlaceMovesTheLocalTimeAndIsTold) {
     a_qeltvapi_time_register_dt_event_callback(onDate);
     sDate.clear();
     ASSERT_EQ(0, a_qeltvapi_config_set_str_value("system.time_zone", "Asia/Tokyo"));
-    const auto told =
-            sDate.takeUntil([](const Told& t) { return t.type == QELTV_TIME_ZONE_CHANGED; });
-    ASSERT_TRUE(told);
-    EXPECT_EQ(9u * 3600, told->values[0]);
+    const auto notified =
+            sDate.takeUntil([](const Notified& t) { return t.type == QELTV_TIME_ZONE_CHANGED; });
+    ASSERT_TRUE(notified);
+    EXPECT_EQ(9u * 3600, notified->values[0]);
     EXPECT_EQ(9 * 3600, a_qeltvapi_time_get_time_zone());
+}
+
+TEST_F(Settings, RefusesATimeZoneThatDoesNotExist) {
+    for (const char* zone : {"Europe/Nowhere", "", "europe/berlin", "../zoneinfo/Asia/Tokyo"}) {
+        EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_config_set_str_value("system.time_zone", zone))
+                << zone;
+    }
+    EXPECT_EQ("Europe/Berlin", text("system.time_zone"));
+    EXPECT_EQ(0, a_qeltvapi_config_set_str_value_ex("system.time_zone", "America/St_Johns", 1));
+    EXPECT_EQ(-(3 * 3600 + 1800), a_qeltvapi_time_get_time_zone());
+}
+
+TEST_F(Settings, RefusesTextsThatAreTooLongForTheirReaders) {
+    constexpr char kName[] = "network.name";
+    const std::string longest(QELTV_CONFIG_TEXT_MAXIMUM, 'x');
+    ASSERT_EQ(0, a_qeltvapi_config_set_str_value(kName, longest.c_str()));
+    EXPECT_EQ(longest, text(kName));
+    for (const size_t size : {longest.size() + 1, size_t{70000}, size_t{500000}}) {
+        const std::string value(size, 'y');
+        EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_config_set_str_value(kName, value.c_str())) << size;
+        EXPECT_EQ(QELTV_BAD_VALUE, a_qeltvapi_config_set_str_value_ex(kName, value.c_str(), 1))
+                << size;
+    }
+    EXPECT_EQ(longest, text(kName));
 }
 
 TEST_F(Settings, TheVideoResolutionIsThatOfThePicture) {

@@ -15,6 +15,7 @@
 #include "layouts/codes.h"
 #include "layouts/scan.h"
 #include "layouts/upgrade.h"
+#include "with_television.h"
 
 using namespace wire;
 using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;

@@ -7,6 +7,7 @@
 #include "inbox.h"
 #include "layouts/codes.h"
 #include "layouts/upgrade.h"
+#include "with_television.h"
 
 using namespace wire;
 

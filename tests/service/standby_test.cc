@@ -14,12 +14,13 @@
 #include "layouts/presentation.h"
 #include "layouts/record.h"
 #include "layouts/time.h"
+#include "with_television.h"
 
 using namespace wire;
 
 namespace {
 
-Inbox<Told> sRecordings, sTimeshift;
+Inbox<Notified> sRecordings, sTimeshift;
 
 int onRecording(int32_t type, uintptr_t, uintptr_t first, uintptr_t second) {
     sRecordings.put({type, {first, second}});
@@ -55,14 +56,14 @@ class Standby : public WithTelevision {
 
     static void readyTimeshift(const TemporaryDirectory& directory) {
         ASSERT_EQ(0, a_qeltvapi_timeshift_registerDevice(directory.path().c_str(), 8 << 20));
-        ASSERT_TRUE(sTimeshift.takeUntil([](const Told& t) {
+        ASSERT_TRUE(sTimeshift.takeUntil([](const Notified& t) {
             return t.type == QELTV_TIMESHIFT_DEVICE_EVENT && t.values[0] == QELTV_DEVICE_READY;
         }));
     }
 
     static bool timeshiftBecomes(int32_t status) {
         return sTimeshift
-                .takeUntil([status](const Told& t) {
+                .takeUntil([status](const Notified& t) {
                     return t.type == QELTV_TIMESHIFT_STATUS_EVENT &&
                            t.values[0] == static_cast<uint64_t>(status);
                 })
@@ -83,7 +84,7 @@ TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
     booking.seconds = 600;
     const int number = a_qeltvapi_set_schedule_record(&booking, 0);
     ASSERT_GT(number, 0);
-    const auto started = sRecordings.takeUntil([&](const Told& t) {
+    const auto started = sRecordings.takeUntil([&](const Notified& t) {
         return t.type == QELTV_RECORDING_STARTED_EVENT &&
                t.values[1] == static_cast<uint64_t>(number);
     });
@@ -92,7 +93,7 @@ TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
 
     ASSERT_EQ(0, c_pcl_set_power_down());
     const auto stopped = sRecordings.takeUntil(
-            [](const Told& t) { return t.type == QELTV_RECORDING_STOPPED_EVENT; });
+            [](const Notified& t) { return t.type == QELTV_RECORDING_STOPPED_EVENT; });
     ASSERT_TRUE(stopped);
     EXPECT_EQ(byHand, stopped->values[0]);
     EXPECT_EQ(uint64_t{QELTV_STOP_STANDBY}, stopped->values[1]);
@@ -110,7 +111,7 @@ TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
     booking.start = a_qeltvapi_time_get_utc_time(nullptr) + 1;
     ASSERT_GT(a_qeltvapi_set_schedule_record(&booking, 0), number);
     ASSERT_TRUE(sRecordings.takeUntil(
-            [](const Told& t) { return t.type == QELTV_RECORDING_STARTED_EVENT; }));
+            [](const Notified& t) { return t.type == QELTV_RECORDING_STARTED_EVENT; }));
     EXPECT_EQ(QELTV_TUNING_STOPPED, tuning()) << "without showing anything";
     ASSERT_EQ(0, wake());
     EXPECT_TRUE(eventually([] { return tuning() == QELTV_TUNING_PLAYS; }));

@@ -106,6 +106,19 @@ TEST_F(State, IsOpenToItsOwnerAlone) {
     }
 }
 
+TEST_F(State, ATextItemThatIsTooLongReadsAsItsDefault) {
+    // As an older television stored it.
+    serveOnce();
+    sql("UPDATE config SET text = hex(zeroblob(40000)) WHERE name = 'network.name'");
+    television.start();
+    EXPECT_EQ("television\n", qeltvctl({"config", "get", "network.name"}).out);
+    EXPECT_EQ(0, qeltvctl({"config", "list", "--all"}).status);
+    EXPECT_EQ(0, qeltvctl({"config", "set", "network.name", "mine"}).status);
+    EXPECT_EQ("mine\n", qeltvctl({"config", "get", "network.name"}).out);
+    EXPECT_EQ(0, qeltvctl({"config", "reset"}).status);
+    EXPECT_EQ("television\n", qeltvctl({"config", "get", "network.name"}).out);
+}
+
 TEST_F(State, OfAnotherOwnerIsRefused) {
     if (geteuid() != 0) {
         const Ended ended = startInVain({kTelevision, "--state", "/usr"});
@@ -227,7 +240,8 @@ TEST_F(State, ChangesAreRefusedOnceItsFilesAreCutOrGone) {
         ASSERT_EQ(0, each.gone ? unlink(file.c_str()) : truncate(file.c_str(), 0));
         const Ended ended = qeltvctl({"config", "set", kNumber, "7"});
         EXPECT_EQ(1, ended.status) << each.file << each.gone;
-        EXPECT_EQ(std::string("qeltvctl: ") + kNumber + ": refused with code -6\n", ended.err);
+        EXPECT_EQ(std::string("qeltvctl: ") + kNumber + ": the television cannot store it (-6)\n",
+                  ended.err);
         EXPECT_EQ("42\n", value()) << "a refused change has not happened";
         cut.kill();
         cut.start();

@@ -11,9 +11,9 @@
 #include "hw_qeltvapi_multiview.h"
 #include "hw_qeltvapi_scan.h"
 #include "hw_svctx.h"
-#include "inbox.h"
 #include "layouts/codes.h"
 #include "layouts/presentation.h"
+#include "with_television.h"
 
 using namespace wire;
 
@@ -55,7 +55,7 @@ TEST_F(Viewing, PicturesStartStopAndTakeTheSound) {
     ASSERT_EQ(0, a_qeltvapi_multiview_stopSubVideo());
     EXPECT_TRUE(becomes(1, QELTV_TUNING_STOPPED));
     EXPECT_EQ(QELTV_REFUSED, a_qeltvapi_multiview_setAudioFocus("sub")) << "it shows nothing";
-    EXPECT_EQ(0, a_qeltvapi_multiview_only_chg_focus("sub")) << "but may be told so";
+    EXPECT_EQ(0, a_qeltvapi_multiview_only_chg_focus("sub")) << "but may be forced";
     EXPECT_EQ(1, a_qeltvapi_multiview_getAudioFocus());
     EXPECT_EQ(QELTV_NOT_FOUND, a_qeltvapi_multiview_only_chg_focus("third"));
 

@@ -8,7 +8,7 @@
 // and its table of thread-local variables when it has ended. These threads are counted, and what
 // grows beyond them is a leak.
 //
-//   soak [SECONDS]     10 without; the last lines tell what was done and what a thread costs
+//   soak [SECONDS]     10 without; the last lines report what was done and what a thread costs
 //
 // QELTV_SOAK_SEED repeats a run's choices as far as the scheduler lets it.
 

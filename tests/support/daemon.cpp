@@ -18,6 +18,9 @@
 #include "private_runtime.h"
 
 namespace wire {
+
+using namespace qeltvapi::testing::wire;
+
 namespace {
 
 const bool sPrivate = usePrivateRuntime();
@@ -128,7 +131,7 @@ TemporaryDirectory::~TemporaryDirectory() {
     std::filesystem::remove_all(mPath, ignored);
 }
 
-void Daemon::launch() {
+void Daemon::launch(const std::vector<std::string>& options) {
     mPid = fork();
     if (mPid == 0) {
         // Killed by the test, with it where that breaks off, and in any case some time.
@@ -138,14 +141,21 @@ void Daemon::launch() {
             setenv("LD_PRELOAD", QELTV_HOST_BUILD_DIR "/tests/support/libshortage_preload.so", 1);
             setenv(kShortageVariable, (mControl->path() + "/state").c_str(), 1);
         }
+        if (!mLog.empty()) {
+            const int log = open(mLog.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+            dup2(log, STDERR_FILENO);
+        }
         // Built for this machine also when the tests are not.
-        become({QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state", mState.path()});
+        std::vector<std::string> words{QELTV_HOST_BUILD_DIR "/qeltvd/qeltvd", "--state",
+                                       mState.path()};
+        words.insert(words.end(), options.begin(), options.end());
+        become(words);
     }
 }
 
-void Daemon::start() {
+void Daemon::start(const std::vector<std::string>& options) {
     using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
-    launch();
+    launch(options);
     const auto deadline = std::chrono::steady_clock::now() + kStartLimit;
     while (IQelTvApi::getService("default", false) == nullptr) {
         if (std::chrono::steady_clock::now() > deadline || waitpid(mPid, nullptr, WNOHANG) != 0) {
@@ -184,6 +194,14 @@ void Daemon::kill() {
     ::kill(mPid, SIGKILL);
     waitpid(mPid, nullptr, 0);
     mPid = -1;
+}
+
+int Daemon::end(int signal) {
+    ::kill(mPid, signal);
+    int status = 0;
+    waitpid(mPid, &status, 0);
+    mPid = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 }  // namespace wire

@@ -49,12 +49,20 @@ class Daemon {
     Daemon() = default;
     ~Daemon();
 
-    /** Starts it, with what it has kept from before, and waits until it serves. */
-    void start();
+    /**
+     * Starts it, with what it has kept from before, and waits until it serves.
+     *
+     * @param options further words of its command line
+     */
+    void start(const std::vector<std::string>& options = {});
     /** As start(), but does not wait. */
-    void launch();
+    void launch(const std::vector<std::string>& options = {});
     /** kill -9, and waits until it is gone. */
     void kill();
+    /** Sends a signal and waits until it is gone. Returns its exit status, 128 + a signal's. */
+    int end(int signal);
+    /** Sends its stderr to a file from its next start on. */
+    void logTo(const std::string& file) { mLog = file; }
     /** Has it run short of what the state says from its next start on; see shortage.h. */
     ShortageState& useShortage();
     /** Whether it still runs. */
@@ -66,6 +74,7 @@ class Daemon {
     TemporaryDirectory mState;
     std::unique_ptr<TemporaryDirectory> mControl;
     ShortageState* mShortage = nullptr;
+    std::string mLog;
     pid_t mPid = -1;
 };
 

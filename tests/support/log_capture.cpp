@@ -3,18 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <condition_variable>
 #include <cstdio>
 #include <cstring>
-#include <mutex>
+
+#include "inbox.h"
 
 namespace wire {
 namespace {
 
 // Never destroyed: threads of the library still log while the process ends.
-std::mutex& sLock = *new std::mutex;
-std::condition_variable& sArrived = *new std::condition_variable;
-std::vector<LogLine>& sLines = *new std::vector<LogLine>;
+Inbox<LogLine>& sLines = *new Inbox<LogLine>;
 
 /** The tag of the service access core. */
 constexpr char kCore[] = "hw_qeltvapi_common";
@@ -31,9 +29,7 @@ void logger(const __android_logger_data* data, const char* text) {
         fprintf(stderr, "%s: %s\n", tag.c_str(), text);
         return;
     }
-    std::lock_guard<std::mutex> guard(sLock);
-    sLines.push_back({data->priority, tag, text});
-    sArrived.notify_all();
+    sLines.put({data->priority, tag, text});
 }
 
 bool startsWith(const char* text, const char* prefix) {
@@ -74,10 +70,7 @@ void captureLog() {
 }
 
 std::vector<LogLine> takeLog() {
-    std::lock_guard<std::mutex> guard(sLock);
-    std::vector<LogLine> lines;
-    lines.swap(sLines);
-    return lines;
+    return sLines.takeAll();
 }
 
 bool matches(const std::string& pattern, const std::string& text) {
@@ -112,13 +105,13 @@ void expectLog(const std::string& tag, const std::vector<std::string>& patterns,
 
 bool waitForLog(const std::string& tag, const std::string& pattern,
                 std::chrono::milliseconds deadline) {
-    std::unique_lock<std::mutex> guard(sLock);
-    return sArrived.wait_for(guard, deadline, [&] {
-        for (const LogLine& line : sLines) {
-            if (line.tag == tag && matches(pattern, line.text)) return true;
-        }
-        return false;
-    });
+    return sLines
+            .find(
+                    [&](const LogLine& line) {
+                        return line.tag == tag && matches(pattern, line.text);
+                    },
+                    deadline)
+            .has_value();
 }
 
 }  // namespace wire

@@ -6,25 +6,14 @@
 #include <deque>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <utility>
 
-#include "private_runtime.h"
-
 using android::status_t;
-using android::hardware::IBinder;
 using android::hardware::Parcel;
 using hidlhost::RawCall;
-using hidlhost::RawHost;
 
 namespace wire {
 namespace {
-
-constexpr char kPackage[] = "vendor.qelnova.tv.qeltvapi@1.0::";
-constexpr char kInstance[] = "default";
-constexpr char kCallback[] = "vendor.qelnova.tv.qeltvapi@1.0::IQelTvApiCallback";
-
-const bool sPrivate = usePrivateRuntime();
 
 /** What the next call meets. */
 struct Script {
@@ -43,21 +32,13 @@ class Settling : public testing::EmptyTestEventListener {
 
 struct ScriptedService::State {
     std::mutex lock;
-    std::unique_ptr<RawHost> host;
     std::deque<Script> scripts;
     std::function<void()> beforeAnswer;
     std::vector<Seen> seen;
     std::vector<std::string> differences;
-    android::sp<IBinder> callback;
-    int registrations = 0;
-    int refusals = 0;
-    const std::atomic<bool>* hold = nullptr;
-    int held = 0;
 
-    status_t handle(const std::string& interface, const RawCall& call, Parcel* reply) {
-        const uint32_t ordinal = call.code - IBinder::FIRST_CALL_TRANSACTION;
-        if (interface == "IQelTvApi" && ordinal == 0) return registered(call, reply);
-
+    status_t handle(const std::string& interface, uint32_t ordinal, const RawCall& call,
+                    Parcel* reply) {
         Script script;
         std::function<void()> action;
         {
@@ -87,66 +68,21 @@ struct ScriptedService::State {
     static std::string name(const std::string& interface, uint32_t ordinal) {
         return "the call of " + interface + " " + std::to_string(ordinal);
     }
-
-    status_t registered(const RawCall& call, Parcel* reply) {
-        android::sp<IBinder> binder;
-        if (call.arguments.readNullableStrongBinder(&binder) != android::OK) {
-            return android::BAD_VALUE;
-        }
-        std::unique_lock<std::mutex> guard(lock);
-        if (hold != nullptr) {
-            ++held;
-            const std::atomic<bool>* release = hold;
-            guard.unlock();
-            while (!*release) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            guard.lock();
-            hold = nullptr;
-        }
-        if (refusals > 0) {
-            --refusals;
-            return android::FAILED_TRANSACTION;
-        }
-        callback = binder;
-        ++registrations;
-        hidlhost::writeOk(reply);
-        return android::OK;
-    }
 };
 
 ScriptedService& ScriptedService::instance() {
-    // Never destroyed: that would be a death for the library to follow while the process ends.
+    // Its calls outlive the end of main().
     static ScriptedService& sInstance = *new ScriptedService;
     return sInstance;
 }
 
 ScriptedService::ScriptedService() : mState(std::make_unique<State>()) {
+    mEngine.setHandler(
+            [this](const std::string& interface, uint32_t ordinal, const RawCall& call,
+                   Parcel* reply) { return mState->handle(interface, ordinal, call, reply); });
     testing::UnitTest::GetInstance()->listeners().Append(new Settling);
 }
 ScriptedService::~ScriptedService() = default;
-
-void ScriptedService::start(const std::vector<std::string>& interfaces) {
-    static const std::vector<std::string> kAll = {
-            "IQelTvApiConfig",    "IQelTvApiScan",   "IQelTvApiBroadcast", "IQelTvApiRating",
-            "IQelTvApiTimeshift", "IQelTvApiTime",   "IQelTvApiEvent",     "IQelTvApiPvrbrowser",
-            "IQelTvApiInputSrc",  "IQelTvApiRecord", "IQelTvApiMultiview", "IQelTvApiChannelList",
-            "IQelTvApiCI",        "IQelTvApiCec",    "IQelTvApi"};
-    if (started()) return;
-    auto host = std::make_unique<RawHost>();
-    for (const std::string& interface : interfaces.empty() ? kAll : interfaces) {
-        const status_t status = host->add(kPackage + interface, kInstance,
-                                          [this, interface](const RawCall& call, Parcel* reply) {
-                                              return mState->handle(interface, call, reply);
-                                          });
-        if (status != android::OK) abort();
-    }
-    std::lock_guard<std::mutex> guard(mState->lock);
-    mState->host = std::move(host);
-}
-
-bool ScriptedService::started() const {
-    std::lock_guard<std::mutex> guard(mState->lock);
-    return mState->host != nullptr;
-}
 
 void ScriptedService::expect(Values arguments, Values answer) {
     inspect([arguments](const Parcel& parcel) { return compareAll(arguments, parcel); },
@@ -188,38 +124,13 @@ std::vector<std::string> ScriptedService::takeDifferences() {
     return std::exchange(mState->differences, {});
 }
 
-android::sp<IBinder> ScriptedService::callback() {
-    std::lock_guard<std::mutex> guard(mState->lock);
-    return mState->callback;
-}
-
-int ScriptedService::registrations() {
-    std::lock_guard<std::mutex> guard(mState->lock);
-    return mState->registrations;
-}
-
-void ScriptedService::holdRegistrations(const std::atomic<bool>* release) {
-    std::lock_guard<std::mutex> guard(mState->lock);
-    mState->hold = release;
-}
-
-int ScriptedService::registrationsHeld() {
-    std::lock_guard<std::mutex> guard(mState->lock);
-    return mState->held;
-}
-
-void ScriptedService::refuseRegistrations(int count) {
-    std::lock_guard<std::mutex> guard(mState->lock);
-    mState->refusals = count;
-}
-
 std::string ScriptedService::notify(uint32_t ordinal, const Values& arguments,
                                     const Values& answer) {
-    const android::sp<IBinder> object = callback();
+    const android::sp<android::hardware::IBinder> object = callback();
     if (object == nullptr) return "no callback object";
     Parcel reply;
-    const status_t status = hidlhost::rawCall(
-            object, kCallback, ordinal + IBinder::FIRST_CALL_TRANSACTION,
+    const status_t status = mEngine.notify(
+            object, ordinal,
             [&](Parcel* parcel) {
                 for (const Value& value : arguments) value.write(parcel);
             },
@@ -228,20 +139,6 @@ std::string ScriptedService::notify(uint32_t ordinal, const Values& arguments,
     int32_t exception = -1;
     if (reply.readInt32(&exception) != android::OK || exception != 0) return "no OK status";
     return compareAll(answer, reply);
-}
-
-void ScriptedService::die() {
-    RawHost* host = nullptr;
-    {
-        std::lock_guard<std::mutex> guard(mState->lock);
-        host = mState->host.get();
-    }
-    // First of all, so that who sees it gone sees it dead too.
-    if (host != nullptr) host->kill();
-    std::unique_ptr<RawHost> dead;
-    std::lock_guard<std::mutex> guard(mState->lock);
-    dead.swap(mState->host);
-    mState->callback = nullptr;
 }
 
 }  // namespace wire

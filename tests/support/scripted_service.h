@@ -1,7 +1,6 @@
 /**
- * A service that stands at the wire under the real interface names: it sees interface,
- * transaction code and argument bytes, and answers with given values, loses the reply or dies.
- * Always reached over the socket, also from the process that it lives in.
+ * The strict script of a wire test: the calls in their order, each with the values that must arrive
+ * and the values that are answered. The service itself is the engine of the test kit.
  */
 #ifndef TESTS_SUPPORT_SCRIPTED_SERVICE_H
 #define TESTS_SUPPORT_SCRIPTED_SERVICE_H
@@ -9,16 +8,18 @@
 #include <hwbinder/IBinder.h>
 #include <hwbinder/Parcel.h>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "engine.h"
 #include "values.h"
 
 namespace wire {
+
+using namespace qeltvapi::testing::wire;
 
 /** What the service saw of one call. */
 struct Seen {
@@ -36,12 +37,15 @@ class ScriptedService {
     /** The one of this process. Not started yet. */
     static ScriptedService& instance();
 
-    /**
-     * Registers all fifteen interfaces (or the named ones), instance "default", in this
-     * process's own runtime directory. A second call does nothing.
-     */
-    void start(const std::vector<std::string>& interfaces = {});
-    bool started() const;
+    // As of the engine, see there.
+    void start(const std::vector<std::string>& interfaces = {}) { mEngine.start(interfaces); }
+    bool started() const { return mEngine.started(); }
+    void die() { mEngine.die(); }
+    android::sp<android::hardware::IBinder> callback() { return mEngine.callback(); }
+    int registrations() { return mEngine.registrations(); }
+    void holdRegistrations(const std::atomic<bool>* release) { mEngine.holdRegistrations(release); }
+    int registrationsHeld() { return mEngine.registrationsHeld(); }
+    void refuseRegistrations(int count) { mEngine.refuseRegistrations(count); }
 
     /** The next call must bring these arguments, and is answered with these values. */
     void expect(Values arguments, Values answer);
@@ -59,17 +63,6 @@ class ScriptedService {
     /** What differed since the last look, for a process that cannot report it. */
     std::vector<std::string> takeDifferences();
 
-    /** The client's callback object as registered last; null before. */
-    android::sp<android::hardware::IBinder> callback();
-    /** How often the callback object has been registered. */
-    int registrations();
-    /** Registrations are answered only once this is set; null for at once. */
-    void holdRegistrations(const std::atomic<bool>* release);
-    /** How many registrations have been held so far. */
-    int registrationsHeld();
-    /** The next registrations of the callback object fail in transport. */
-    void refuseRegistrations(int count);
-
     /**
      * Calls a method of the callback object as the service does.
      *
@@ -77,15 +70,13 @@ class ScriptedService {
      */
     std::string notify(uint32_t ordinal, const Values& arguments, const Values& answer = {});
 
-    /** All interfaces at once: peers see the death of this service. It can be started again. */
-    void die();
-
   private:
     struct State;
 
     ScriptedService();
     ~ScriptedService();
 
+    Engine& mEngine = Engine::instance();
     const std::unique_ptr<State> mState;
 };
 

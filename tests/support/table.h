@@ -20,9 +20,11 @@
 
 namespace wire {
 
+using namespace qeltvapi::testing::wire;
+
 /**
  * The caller's memory in a row: slots of equal size, filled with a marker before each run, so
- * that a write beyond what the row tells shows.
+ * that a write beyond what the row says shows.
  */
 class Outputs {
   public:
@@ -120,7 +122,7 @@ class Row {
     Row& started(std::vector<std::string> lines);
     /** Traced from inside the reply handler. */
     Row& reply(std::vector<std::string> lines);
-    /** Written from inside the reply handler, whatever the debug switch. */
+    /** Written from inside the reply handler, regardless of the debug switch. */
     Row& replyAlways(std::vector<std::string> lines);
     /** Traced after the call, lost reply included. */
     Row& exit(std::vector<std::string> lines);
@@ -185,15 +187,15 @@ void runAnswered(const Table& table);
 void runLost(const Table& table);
 
 /** The three runs as tests of the suite; one per file, at the top of its tests. */
-#define WIRE_TABLE_TESTS(suite, table)                              \
-    TEST(suite, AMissingServiceGivesItsResultAndTouchesNothing) {   \
-        ::wire::runMissing(table);                                  \
-    }                                                               \
-    TEST(suite, EachFunctionCallsItsMethodAndStoresTheAnswer) {     \
-        ::wire::runAnswered(table);                                 \
-    }                                                               \
-    TEST(suite, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) { \
-        ::wire::runLost(table);                                     \
+#define WIRE_TABLE_TESTS(suite, table)                     \
+    TEST(suite, TouchesNothingWhenTheServiceIsMissing) {   \
+        ::wire::runMissing(table);                         \
+    }                                                      \
+    TEST(suite, CallsItsMethodAndStoresTheAnswer) {        \
+        ::wire::runAnswered(table);                        \
+    }                                                      \
+    TEST(suite, LeavesTheOutputsAloneWhenTheReplyIsLost) { \
+        ::wire::runLost(table);                            \
     }
 
 }  // namespace wire

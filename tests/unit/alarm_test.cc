@@ -2,20 +2,20 @@
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
-#include <mutex>
-#include <set>
+#include <atomic>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 #include "eventually.h"
+#include "inbox.h"
 
 using namespace qeltvd;
 using namespace std::chrono_literals;
 
 namespace {
 
-TEST(Alarm, ATaskThatThrowsIsCalledAgainAndHoldsUpNoOther) {
+TEST(Alarm, CallsATaskAgainWhenItThrowsAndHoldsUpNoOther) {
     Timers timers;
     std::atomic<int> thrown{0}, rung{0};
     Alarm throwing(timers, "a test's alarm", [&] {
@@ -30,16 +30,14 @@ TEST(Alarm, ATaskThatThrowsIsCalledAgainAndHoldsUpNoOther) {
     EXPECT_TRUE(eventually([&] { return thrown == 3; }));
 }
 
-TEST(Alarm, AllAreRungInTheOrderOfTheirTimesOnOneThread) {
+TEST(Alarm, RingsInTheOrderOfTimesOnOneThread) {
     Timers timers;
-    std::mutex lock;
-    std::vector<int> order;
-    std::set<std::thread::id> threads;
-    const auto ring = [&](int number) {
-        std::lock_guard<std::mutex> guard(lock);
-        order.push_back(number);
-        threads.insert(std::this_thread::get_id());
+    struct Ring {
+        int number;
+        std::thread::id thread;
     };
+    Inbox<Ring> rings;
+    const auto ring = [&](int number) { rings.put({number, std::this_thread::get_id()}); };
     Alarm first(timers, "a test's alarm", [&] { ring(1); });
     Alarm second(timers, "a test's alarm", [&] { ring(2); });
     Alarm cleared(timers, "a test's alarm", [&] { ring(3); });
@@ -48,15 +46,15 @@ TEST(Alarm, AllAreRungInTheOrderOfTheirTimesOnOneThread) {
     second.set(now + 60ms);
     first.set(now + 50ms);
     cleared.clear();
-    EXPECT_TRUE(eventually([&] {
-        std::lock_guard<std::mutex> guard(lock);
-        return order.size() == 2;
-    }));
-    EXPECT_EQ((std::vector<int>{1, 2}), order);
-    EXPECT_EQ(1u, threads.size());
+    ASSERT_TRUE(rings.waitForCount(2));
+    const std::vector<Ring> rung = rings.takeAll();
+    ASSERT_EQ(2u, rung.size());
+    EXPECT_EQ(1, rung[0].number);
+    EXPECT_EQ(2, rung[1].number);
+    EXPECT_EQ(rung[0].thread, rung[1].thread);
 }
 
-TEST(Alarm, ItsEndWaitsForACallThatHasBegunAndNoneFollows) {
+TEST(Alarm, WaitsForACallThatHasBegunWhenItEnds) {
     Timers timers;
     std::atomic<bool> begun{false}, ended{false};
     {

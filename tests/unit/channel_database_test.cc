@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Broadcast.h"
 #include "ChannelDatabase.h"
 #include "ChannelIds.h"
 #include "Code.h"
@@ -17,7 +18,7 @@ class Database : public testing::Test {
   protected:
     Database() {
         setenv("QELTVD_SCAN_TABLES", "/nonexistent", 1);
-        channels = std::make_unique<ChannelDatabase>(store, "dvb-t/de-Berlin");
+        channels = std::make_unique<ChannelDatabase>(store, broadcast, "dvb-t/de-Berlin");
         channels->addListener([this](const ChannelChange& change) { changes.push_back(change); });
     }
 
@@ -37,17 +38,19 @@ class Database : public testing::Test {
         return all;
     }
 
-    bool told(ChannelChange::Kind kind) const {
+    bool notified(ChannelChange::Kind kind) const {
         return std::any_of(changes.begin(), changes.end(),
                            [&](const ChannelChange& change) { return change.kind == kind; });
     }
 
     Store store{":memory:"};
+    Timers timers;
+    Broadcast broadcast{timers};
     std::unique_ptr<ChannelDatabase> channels;
     std::vector<ChannelChange> changes;
 };
 
-TEST_F(Database, AScanOfTheSameChangesNothingOfTheUsers) {
+TEST_F(Database, KeepsTheUsersChangesWhenAScanFindsTheSame) {
     const Channel third = *channels->byIndex(kAir, 2);
     ASSERT_EQ(kOk, channels->rename(kAir, third.recordId, "Mine"));
     ASSERT_EQ(kOk,
@@ -57,8 +60,7 @@ TEST_F(Database, AScanOfTheSameChangesNothingOfTheUsers) {
     const Channel before = *channels->byRecord(kAir, third.recordId);
     const size_t count = channels->count(kAir);
 
-    Merged merged;
-    ASSERT_EQ(kOk, channels->merge(kAir, onAir(), Unfound::kRemove, &merged));
+    const Merged merged = *channels->merge(kAir, onAir(), Unfound::kRemove);
     EXPECT_EQ(0u, merged.added);
     EXPECT_EQ(0u, merged.removed);
     EXPECT_EQ(count, merged.updated);
@@ -68,7 +70,7 @@ TEST_F(Database, AScanOfTheSameChangesNothingOfTheUsers) {
     EXPECT_EQ(before.flags, after.flags);
 }
 
-TEST_F(Database, AScanAddsAndRemovesWhatItFinds) {
+TEST_F(Database, AddsAndRemovesChannelsAsAScanFindsThem) {
     auto found = onAir();
     const size_t gone = found.back().services.size() + 1;
     found.pop_back();
@@ -86,8 +88,7 @@ TEST_F(Database, AScanAddsAndRemovesWhatItFinds) {
     found.push_back(fresh);
 
     const size_t before = channels->count(kAir);
-    Merged merged;
-    ASSERT_EQ(kOk, channels->merge(kAir, found, Unfound::kRemove, &merged));
+    Merged merged = *channels->merge(kAir, found, Unfound::kRemove);
     EXPECT_EQ(2u, merged.added);
     EXPECT_EQ(gone, merged.removed);
     EXPECT_EQ(before + 2 - gone, channels->count(kAir));
@@ -96,18 +97,18 @@ TEST_F(Database, AScanAddsAndRemovesWhatItFinds) {
     EXPECT_NE(1u, one.number) << "is taken";
     EXPECT_NE(0u, one.flags & CHANNEL_FLAG_NEW);
     EXPECT_EQ(500u, channels->byRecord(kAir, merged.addedRecords[1])->number);
-    EXPECT_TRUE(told(ChannelChange::kChannelsRemoved));
-    EXPECT_TRUE(told(ChannelChange::kMultiplexes));
+    EXPECT_TRUE(notified(ChannelChange::Kind::kChannelsRemoved));
+    EXPECT_TRUE(notified(ChannelChange::Kind::kMultiplexes));
 
     // What is gone leaves its record id behind for ever.
     const uint32_t record = merged.addedRecords[1];
     ASSERT_EQ(kOk, channels->remove(kAir, {record}));
-    ASSERT_EQ(kOk, channels->merge(kAir, {fresh}, Unfound::kKeep, &merged));
+    merged = *channels->merge(kAir, {fresh}, Unfound::kKeep);
     ASSERT_EQ(1u, merged.added);
     EXPECT_LT(record, merged.addedRecords[0]);
 }
 
-TEST_F(Database, ZappingGoesRoundAndLeavesOut) {
+TEST_F(Database, ZapsInACircleAndLeavesOutSkippedAndHiddenChannels) {
     const auto all = channels->find(kAir);
     ASSERT_GE(all.size(), 5u);
     const size_t n = all.size();
@@ -136,18 +137,18 @@ TEST_F(Database, ZappingGoesRoundAndLeavesOut) {
     EXPECT_FALSE(channels->next(all[0].channelId, named));
 }
 
-TEST_F(Database, AChangeThatCannotBeStoredHasNotHappened) {
+TEST_F(Database, UndoesAChangeThatCannotBeStored) {
     const auto before = names();
     const auto favourites = channels->favourites(0);
     const Channel first = *channels->byIndex(kAir, 0);
     const uint32_t version = channels->version(kAir);
     changes.clear();
     store.execute("PRAGMA query_only = ON");
-    EXPECT_THROW(channels->rename(kAir, first.recordId, "Lost"), StoreError);
-    EXPECT_THROW(channels->clear(kAir, Streams::kRemove), StoreError);
-    EXPECT_THROW(channels->merge(kAir, onAir(), Unfound::kRemove, nullptr), StoreError);
-    EXPECT_THROW(channels->setFavourites(0, {{kAir, first.recordId}}), StoreError);
-    EXPECT_THROW(channels->reload("atsc/*"), StoreError);
+    EXPECT_THROW((void)channels->rename(kAir, first.recordId, "Lost"), StoreError);
+    EXPECT_THROW((void)channels->clear(kAir, Streams::kRemove), StoreError);
+    EXPECT_THROW((void)channels->merge(kAir, onAir(), Unfound::kRemove), StoreError);
+    EXPECT_THROW((void)channels->setFavourites(0, {{kAir, first.recordId}}), StoreError);
+    EXPECT_THROW((void)channels->reload("atsc/*"), StoreError);
     store.execute("PRAGMA query_only = OFF");
     EXPECT_EQ(before, names());
     EXPECT_EQ(favourites, channels->favourites(0));
@@ -157,7 +158,7 @@ TEST_F(Database, AChangeThatCannotBeStoredHasNotHappened) {
     EXPECT_EQ("Kept", channels->byIndex(kAir, 0)->name);
 }
 
-TEST_F(Database, WhatIsLoadedIsWhatWasStored) {
+TEST_F(Database, LoadsWhatItStored) {
     ASSERT_EQ(kOk, channels->setFavourites(2, {{kAir, channels->byIndex(kAir, 3)->recordId},
                                                {kAir, channels->byIndex(kAir, 1)->recordId}}));
     ASSERT_EQ(kOk, channels->setCurrent(channels->byIndex(kAir, 4)->channelId));
@@ -166,8 +167,8 @@ TEST_F(Database, WhatIsLoadedIsWhatWasStored) {
     key.frequencyKHz = 11954000;
     key.position = -300;
     key.key = {1, 2, 3, 6, 0, 0, 0, 0};
-    ASSERT_EQ(kOk, channels->putBissKey(key, nullptr));
-    const ChannelDatabase again(store, "dvb-t/de-Berlin");
+    ASSERT_TRUE(channels->putRecord(key));
+    const ChannelDatabase again(store, broadcast, "dvb-t/de-Berlin");
     EXPECT_EQ(channels->favourites(2), again.favourites(2));
     EXPECT_EQ(channels->current()->recordId, again.current()->recordId);
     EXPECT_EQ(uint32_t{CHANNEL_LIST_MODE_ONE}, again.listMode());
@@ -187,17 +188,18 @@ TEST_F(Database, WhatIsLoadedIsWhatWasStored) {
     }
 }
 
-TEST_F(Database, ListenersMayUseTheDatabase) {
+TEST_F(Database, ServesItsListeners) {
     const Channel first = *channels->byIndex(kAir, 0);
     channels->addListener([&](const ChannelChange& change) {
-        if (change.kind == ChannelChange::kChannels) channels->setCurrent(first.channelId);
+        if (change.kind != ChannelChange::Kind::kChannels) return;
+        EXPECT_EQ(kOk, channels->setCurrent(first.channelId));
     });
     ASSERT_EQ(kOk, channels->setCurrent(0));
     ASSERT_EQ(kOk, channels->setFlags(kAir, first.recordId, CHANNEL_FLAG_SKIPPED, ~0u));
     EXPECT_EQ(first.recordId, channels->current()->recordId);
 }
 
-TEST(Regions, NamesAreMatchedAndNeverLeadOutOfTheTables) {
+TEST(Regions, MatchNamesAndNeverLeadOutOfTheTables) {
     setenv("QELTVD_SCAN_TABLES", "/nonexistent", 1);
     EXPECT_EQ(2u, regions("dvb-t/* dvb-s/*,dvb-t/de-Berlin").size()) << "each once";
     EXPECT_EQ("dvb-t/de-Berlin", regions("../etc/passwd").front().name);

@@ -125,7 +125,9 @@ TEST(ChannelStore, RefusesALayoutOfANewerTelevisionAndLeavesItAlone) {
 
 TEST(ChannelStore, KeepsItsLayoutWhenTheStoreIsProbed) {
     Store store(":memory:");
-    { ChannelDatabase channels(store, "dvb-t/de-Berlin"); }
+    Timers timers;
+    Broadcast broadcast(timers);
+    { ChannelDatabase channels(store, broadcast, "dvb-t/de-Berlin"); }
     store.probe();
     EXPECT_EQ(ChannelStore::kLayout, layoutOf(store));
 }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kTag[] = "hw_qeltvapi_common";
 
-TEST(DeathRecipient, OnlyItsOwnCookieStartsAReconnection) {
+TEST(DeathRecipient, StartsAReconnectionForItsOwnCookieOnly) {
     captureLog();
     const auto recipient = TvApiDeathRecipient::getInstance();
     EXPECT_EQ(recipient, TvApiDeathRecipient::getInstance());

@@ -20,6 +20,7 @@ using namespace wire;
 using hidlhost::IonFault;
 using hidlhost::IonStep;
 using qeltvapi::QelTvApiShareMemory;
+using qeltvapi::testing::wire::usePrivateRuntime;
 
 namespace {
 
@@ -51,7 +52,7 @@ int exhaustPolls() {
 }
 
 // The first: its process is a fork of this one, which has no other threads yet.
-TEST(AReconnectThread, CountsItsPollsOverAllItsPassesAndPollsNoMoreThan10000Times) {
+TEST(ReconnectThread, CountsItsPollsOverAllItsPassesAndPollsNoMoreThan10000Times) {
     EXPECT_EXIT(_exit(exhaustPolls()), testing::ExitedWithCode(0), "");
 }
 
@@ -80,7 +81,7 @@ int traceFirstCall() {
 }
 
 // As the one above. The entry trace comes before the access that looks for the debug marker.
-TEST(TheDebugMarker, IsSeenByTheFirstCallsOwnTracesBehindItsEntry) {
+TEST(DebugMarker, IsSeenByTheFirstCallsOwnTracesBehindItsEntry) {
     EXPECT_EXIT(_exit(traceFirstCall()), testing::ExitedWithCode(0), "");
 }
 
@@ -88,7 +89,7 @@ int ignore(uintptr_t, uintptr_t, const void*, uint32_t) {
     return 0;
 }
 
-TEST(ANotificationSlot, OfAUartIsFilledThoughTheServiceIsMissing) {
+TEST(NotificationSlot, IsFilledForAUartWhenTheServiceIsMissing) {
     const qeltvapi_iom_uart_setting_t setting{};
     uint32_t handle = 7;
     EXPECT_EQ(-1, c_iom_open_uart(8, 1, "uart", &setting, nullptr, ignore, &handle));
@@ -106,7 +107,7 @@ int onSelect(uint32_t svctx, uint32_t arg1, uint32_t arg2, uint32_t arg3, uintpt
 }
 
 // Nothing that is exported fills it, yet it is read.
-TEST(ANotificationSlot, OfTheServiceSelectionIsHandedItsArgumentsInOrder) {
+TEST(NotificationSlot, PassesTheServiceSelectionItsArgumentsInOrder) {
     const android::sp<QelTvApiCallbackImpl> callback = new QelTvApiCallbackImpl;
     EXPECT_TRUE(callback->a_hidl_x_svctx_select_nfy_fct(1, 2, 3, 4, 0x500000006).isOk());
     EXPECT_EQ((std::array<uintptr_t, 5>{}), sSelected) << "empty";
@@ -116,7 +117,7 @@ TEST(ANotificationSlot, OfTheServiceSelectionIsHandedItsArgumentsInOrder) {
               sSelected);
 }
 
-TEST(ASharedMemory, IsMappedOnceAndGivenBackByCommit) {
+TEST(SharedMemory, IsMappedOnceAndReleasedByCommit) {
     QelTvApiShareMemory memory(5000);
     ASSERT_EQ(0, memory.m_status);
     ASSERT_NE(nullptr, memory.m_handle.getNativeHandle());
@@ -133,7 +134,7 @@ TEST(ASharedMemory, IsMappedOnceAndGivenBackByCommit) {
     }
 }
 
-TEST(ASharedMemory, WhoseMappingFailsSaysSoOnceOnly) {
+TEST(SharedMemory, ReportsAFailedMappingOnce) {
     captureLog();
     IonFault fault(IonStep::MAP);
     QelTvApiShareMemory memory(5000);

@@ -4,6 +4,7 @@
 #include "layouts/channel_records.h"
 #include "layouts/ci.h"
 #include "layouts/codes.h"
+#include "layouts/config.h"
 #include "layouts/event.h"
 #include "layouts/presentation.h"
 #include "layouts/rating.h"
@@ -39,6 +40,7 @@ static_assert(sizeof(QELTV_SELECT_INPUT_T) == 32);
 static_assert(sizeof(QELTV_VIDEO_SOURCE_T) == 132);
 static_assert(sizeof(QELTV_AUDIO_TRACK_T) == 24);
 static_assert(sizeof(QELTV_CONNECTION_T) == 48);
+static_assert(sizeof(QELTV_SCREEN_T) == 64);
 static_assert(sizeof(QELTV_DATA_RANGE_T) == 16);
 static_assert(sizeof(QELTV_OPEN_VCHIP_TABLE_T) == 64);
 static_assert(sizeof(QELTV_SCHEDULE_RECORD_T) == 248);

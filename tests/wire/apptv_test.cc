@@ -121,7 +121,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(ApptvWire, table())
 
-TEST(ApptvWire, ZeroIsFalse) {
+TEST(ApptvWire, SendsFalseForZero) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     service.expect({boolean(false)}, {i32(0)});

@@ -107,7 +107,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(AvModeWire, table())
 
-TEST(AvModeWire, ABlockMayBeLongerThan64KiB) {
+TEST(AvModeWire, TakesABlockLongerThan64KiB) {
     ScriptedService& service = ready();
     Bytes block = counted(70000);
     service.expect({i32(1), bytes(block), i32(70000)}, {i32(2)});

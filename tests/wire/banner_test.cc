@@ -58,7 +58,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(BannerWire, table())
 
-TEST(BannerWire, AnEmptyTextStoresOnlyItsLength) {
+TEST(BannerWire, StoresOnlyTheLengthOfAnEmptyText) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[] = "old";

@@ -139,7 +139,7 @@ Table keys() {
 
 WIRE_TABLE_TESTS(BisskeyWire, keys())
 
-TEST(BisskeyWire, NoLineHoldsKeyMaterial) {
+TEST(BisskeyWire, LogsNoKeyMaterial) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     captureLog();

@@ -314,7 +314,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(BroadcastWire, table())
 
-TEST(BroadcastWire, ZeroIsFalseWhereverATruthValueIsSent) {
+TEST(BroadcastWire, SendsFalseForZero) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const auto sends = [&](Values values, const std::function<int()>& call) {
@@ -346,7 +346,7 @@ TEST(BroadcastWire, ZeroIsFalseWhereverATruthValueIsSent) {
     EXPECT_EQ(0, a_qeltvapi_broadcast_is_signal_loss());
 }
 
-TEST(BroadcastWire, TheOperatorNameEndsWithinTheCallersRoom) {
+TEST(BroadcastWire, CutsTheOperatorNameToTheCallersBuffer) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const auto name = [&](int32_t length, const char* answer) {
@@ -363,7 +363,7 @@ TEST(BroadcastWire, TheOperatorNameEndsWithinTheCallersRoom) {
     EXPECT_EQ(Bytes("\0\0########", 10), name(2, ""));
 }
 
-TEST(BroadcastWire, AShortRegionNameIsPaddedToItsField) {
+TEST(BroadcastWire, PadsAShortRegionNameToItsField) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     QELTVAPI_SB_DVB_REGION_T region;

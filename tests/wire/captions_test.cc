@@ -69,15 +69,15 @@ std::vector<Table> tables() {
     return {isdb, atsc, analog};
 }
 
-TEST(CaptionsWire, AMissingServiceGivesItsResultAndTouchesNothing) {
+TEST(CaptionsWire, TouchesNothingWhenTheServiceIsMissing) {
     for (const Table& table : tables()) runMissing(table);
 }
 
-TEST(CaptionsWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
+TEST(CaptionsWire, CallsItsMethodAndStoresTheAnswer) {
     for (const Table& table : tables()) runAnswered(table);
 }
 
-TEST(CaptionsWire, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) {
+TEST(CaptionsWire, LeavesTheOutputsAloneWhenTheReplyIsLost) {
     for (const Table& table : tables()) runLost(table);
 }
 

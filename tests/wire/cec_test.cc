@@ -61,15 +61,15 @@ Table table() {
     return t;
 }
 
-TEST(CecWire, AMissingServiceGivesItsResultAndTouchesNothing) {
+TEST(CecWire, TouchesNothingWhenTheServiceIsMissing) {
     runMissing(table());
 }
 
-TEST(CecWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
+TEST(CecWire, CallsItsMethodAndStoresTheAnswer) {
     runAnswered(table());
 }
 
-TEST(CecWire, ALostReplyEndsTheProcess) {
+TEST(CecWire, EndsTheProcessWhenTheReplyIsLost) {
     expectLostReplyEndsTheProcess({}, a_qeltvapi_get_earc_caps);
     expectLostReplyEndsTheProcess({boolean(false)}, [] { return a_qeltvapi_set_earc_enable(0); });
     expectLostReplyEndsTheProcess({u32(1)}, [] { return a_qeltvapi_get_earc_status(1); });

@@ -803,7 +803,7 @@ Table unlikeTheOthers() {
                     .reply({"<operator():{n}>  struct size not match(396:396 628:629)"})
                     .exit(currentExit)
                     .exitWhenMissing(currentExit),
-            // The blocks are stored whatever happened, here as freshly made.
+            // The blocks are stored in any case, here as freshly made.
             Row("a_qeltvapi_channellist_get_svl_tsl_rec_by_handle_ex", 16)
                     .call([](Outputs& o) {
                         return a_qeltvapi_channellist_get_svl_tsl_rec_by_handle_ex(
@@ -895,17 +895,17 @@ Table unlikeTheOthers() {
     return t;
 }
 
-TEST(ChannelListWire, AMissingServiceGivesZeroAndTouchesNothingButTheBlocks) {
+TEST(ChannelListWire, ReturnsZeroAndTouchesOnlyTheBlocksWhenTheServiceIsMissing) {
     runMissing(channelList());
     runMissing(unlikeTheOthers());
 }
 
-TEST(ChannelListWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
+TEST(ChannelListWire, CallsItsMethodAndStoresTheAnswer) {
     runAnswered(channelList());
     runAnswered(unlikeTheOthers());
 }
 
-TEST(ChannelListWire, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) {
+TEST(ChannelListWire, LeavesTheOutputsAloneWhenTheReplyIsLost) {
     runLost(channelList());
     runLost(unlikeTheOthers());
 }
@@ -916,7 +916,7 @@ ScriptedService& service() {
     return service;
 }
 
-/** Answers the next call whatever it brings. */
+/** Answers the next call regardless of its arguments. */
 void answerAnything(Values answer) {
     service().inspect([](const android::hardware::Parcel&) { return std::string(); },
                       std::move(answer));
@@ -944,7 +944,7 @@ void expectTraced(const std::string& function, const std::vector<std::string>& i
     }
 }
 
-TEST(ChannelListWire, TheCurrentChannelComesWithItsList) {
+TEST(ChannelListWire, ReadsTheCurrentChannelWithItsList) {
     captureLog();
     for (const bool navigator : {false, true}) {
         Bytes svl(396, '-');
@@ -971,7 +971,7 @@ struct Record {
     int (*read)(void* record);
 };
 
-TEST(ChannelListWire, ARecordOfAnotherSizeIsOnlyTraced) {
+TEST(ChannelListWire, OnlyTracesARecordOfAnotherSize) {
     const Record records[] = {
             {"a_qeltvapi_channellist_get_svl_rec_by_channel_id", 396,
              [](void* p) { return a_qeltvapi_channellist_get_svl_rec_by_channel_id(1, 2, p); }},
@@ -1019,7 +1019,7 @@ struct Pair {
     int (*read)(uint32_t* words, void* svl, void* tsl);
 };
 
-TEST(ChannelListWire, APairIsStoredOnlyWhenBothSizesAreRight) {
+TEST(ChannelListWire, StoresAPairOnlyWhenBothSizesAreRight) {
     const Pair pairs[] = {
             {"a_qeltvapi_channellist_get_channel_by_id", 0, "", " ",
              [](uint32_t*, void* svl, void* tsl) {
@@ -1074,7 +1074,7 @@ TEST(ChannelListWire, APairIsStoredOnlyWhenBothSizesAreRight) {
     }
 }
 
-TEST(ChannelListWire, FlagsAreSentAsTruth) {
+TEST(ChannelListWire, SendsFlagsAsTruthValues) {
     for (const int flag : {0, 1, 2, -1}) {
         uint32_t value = 0;
         service().expect({u32(1), u32(2), u32(3), u32(4), u32(5), boolean(flag != 0)},
@@ -1089,13 +1089,13 @@ TEST(ChannelListWire, FlagsAreSentAsTruth) {
     }
 }
 
-TEST(ChannelListWire, MissingWordsOfACleaningAreZero) {
+TEST(ChannelListWire, SendsZeroForMissingWordsOfACleaning) {
     const uint32_t word = 9;
     service().expect({u32(1), u32(0), u32(9)}, {i32(3)});
     EXPECT_EQ(3, a_qeltvapi_channellist_svl_tsl_lol_clean(1, nullptr, &word));
 }
 
-TEST(ChannelListWire, BatchesBringAllRecords) {
+TEST(ChannelListWire, StoresAllRecordsOfABatch) {
     for (const uint32_t count : {0u, 1u, 1000u}) {
         SCOPED_TRACE(count);
         const Bytes svlRecords = counted(count * 396, 3);
@@ -1139,7 +1139,7 @@ TEST(ChannelListWire, BatchesBringAllRecords) {
     }
 }
 
-TEST(ChannelListWire, TheServiceTellsHowManyListIdsAreStored) {
+TEST(ChannelListWire, StoresAsManyListIdsAsTheServiceCounts) {
     const uint16_t ids[] = {0x1001, 0x2002, 0x3003, 0x4004};
     const Bytes all(reinterpret_cast<const char*>(ids), sizeof(ids));
     for (const uint16_t number : {uint16_t{0}, uint16_t{2}, uint16_t{4}}) {

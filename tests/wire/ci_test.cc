@@ -282,7 +282,7 @@ class CiTypes : public testing::Test {
     ScriptedService& service = ScriptedService::instance();
 };
 
-TEST_F(CiTypes, OnlyTheKnownGetTypesAskTheService) {
+TEST_F(CiTypes, MakeATransactionForKnownGetTypesOnly) {
     const std::set<int> known = {0,  1,  2,  7,  8,  10, 13, 15, 16, 17,
                                  18, 19, 20, 26, 27, 28, 30, 31, 32};
     for (int type = -1; type < 90; ++type) {
@@ -312,7 +312,7 @@ TEST_F(CiTypes, OnlyTheKnownGetTypesAskTheService) {
     }
 }
 
-TEST_F(CiTypes, WithoutABufferOnlyTheLengthIsStored) {
+TEST_F(CiTypes, StoreOnlyTheLengthWithoutABuffer) {
     for (int type : {0, 15}) {
         uint32_t length = 0;
         service.expect({i32(type), u32(1), bytes(""), u32(0)}, {bytes("xyz"), u32(3), i32(0)});
@@ -321,7 +321,7 @@ TEST_F(CiTypes, WithoutABufferOnlyTheLengthIsStored) {
     }
 }
 
-TEST_F(CiTypes, WithoutABufferForThePinCodeItsValidityIsStored) {
+TEST_F(CiTypes, StoreTheValidityOfThePinWithoutABuffer) {
     uint8_t valid = 9;
     uint32_t length = 7;
     QELTVAPI_CI_CAM_PIN_CODE_T out{&valid, nullptr};
@@ -335,7 +335,7 @@ TEST_F(CiTypes, WithoutABufferForThePinCodeItsValidityIsStored) {
               {"<operator():{n}> {hw_qeltvapi_ci} pt_cam_pin_code->pw2s_pin_code == NULL!\n"});
 }
 
-TEST_F(CiTypes, EachSetTypeSendsItsOwnPayload) {
+TEST_F(CiTypes, SendThePayloadOfEachSetType) {
     Bytes data = counted(20);
     char text[] = "a text";
     char empty[] = "";
@@ -348,7 +348,7 @@ TEST_F(CiTypes, EachSetTypeSendsItsOwnPayload) {
     for (int type : {0, 1, 4, 29, 33, 79, 81}) expectSet(type, data.data(), bytes(""));
 }
 
-TEST_F(CiTypes, AnEnquiryTextIsCountedWithItsTerminator) {
+TEST_F(CiTypes, CountAnEnquiryTextWithItsTerminator) {
     const uint16_t nothing[] = {0};
     QELTVAPI_CI_MMI_ENQ_ANS_T answer{1, 2, nothing};
     expectSet(2, &answer, enquiryAnswer(1, 2, {0}));
@@ -364,7 +364,7 @@ TEST_F(CiTypes, AnEnquiryTextIsCountedWithItsTerminator) {
                      "<a_qeltvapi_ci_set:{n}> {a_qeltvapi_ci_set} i4_ret:2.\n"});
 }
 
-TEST_F(CiTypes, KeyDataOfNoBytesIsSentToo) {
+TEST_F(CiTypes, SendKeyDataOfNoBytes) {
     uint8_t data = 1;
     service.expect({bytes(""), u32(0)}, {i32(3)});
     EXPECT_EQ(3, a_qeltvapi_ci_key_write(&data, 0));

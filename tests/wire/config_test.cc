@@ -144,7 +144,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(ConfigWire, table())
 
-TEST(ConfigWire, AShorterTextLeavesTheTailOfTheOneBefore) {
+TEST(ConfigWire, LeavesTheTailOfTheTextBeforeAShorterOne) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[] = "Deutsche";
@@ -160,7 +160,7 @@ TEST(ConfigWire, AShorterTextLeavesTheTailOfTheOneBefore) {
     EXPECT_STREQ("abcgeche", buffer);
 }
 
-TEST(ConfigWire, TextsWithInnerZerosStopAtThemInOneReaderOnly) {
+TEST(ConfigWire, StopsAtAnInnerZeroInOneReaderOnly) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[6] = "-----";
@@ -177,7 +177,7 @@ TEST(ConfigWire, TextsWithInnerZerosStopAtThemInOneReaderOnly) {
     EXPECT_EQ(Bytes("a\0b--", 5), Bytes(buffer, 5));
 }
 
-TEST(ConfigWire, ANullTextIsSentAsTheEmptyOne) {
+TEST(ConfigWire, SendsTheEmptyTextForNull) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     service.expect({str(""), str("")}, {i32(4)});

@@ -291,22 +291,22 @@ Table bySatellite() {
     return t;
 }
 
-TEST(DvbsConfigWire, AMissingServiceGivesZeroAndTouchesNothing) {
+TEST(DvbsConfigWire, ReturnsZeroAndTouchesNothingWhenTheServiceIsMissing) {
     runMissing(lists());
     runMissing(bySatellite());
 }
 
-TEST(DvbsConfigWire, EachFunctionCallsItsMethodAndStoresTheAnswer) {
+TEST(DvbsConfigWire, CallsItsMethodAndStoresTheAnswer) {
     runAnswered(lists());
     runAnswered(bySatellite());
 }
 
-TEST(DvbsConfigWire, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) {
+TEST(DvbsConfigWire, LeavesTheOutputsAloneWhenTheReplyIsLost) {
     runLost(lists());
     runLost(bySatellite());
 }
 
-TEST(DvbsConfigWire, FlagsAreSentAsTruth) {
+TEST(DvbsConfigWire, SendsFlagsAsTruthValues) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const Bytes record = counted(628);

@@ -63,7 +63,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(EasWire, table())
 
-TEST(EasWire, OnlyOneCountsAsTrue) {
+TEST(EasWire, SendsTrueForOneOnly) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     for (int32_t enter : {-1, 0, 1, 2}) {

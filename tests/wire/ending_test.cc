@@ -121,37 +121,37 @@ void expectCleanEnds(const char* how, const char* threads, std::vector<std::stri
     EXPECT_EQ(0, failed) << "of " << exits() << " processes; the first: " << first;
 }
 
-TEST(AProcess, ExitsWhileItsThreadsCall) {
+TEST(Process, ExitsWhileItsThreadsCall) {
     Notifier service(1);
     expectCleanEnds("exit", "8");
     expectCleanEnds("exit", "1");
     expectCleanEnds("thread", "7");
 }
 
-TEST(AProcess, ReturnsFromMainWhileItsThreadsCall) {
+TEST(Process, ReturnsFromMainWhileItsThreadsCall) {
     Notifier service(1);
     expectCleanEnds("return", "8");
     expectCleanEnds("return", "1");
 }
 
-TEST(AProcess, ExitsWhileANotificationsFunctionCalls) {
+TEST(Process, ExitsWhileANotificationsFunctionCalls) {
     Notifier service(1);
     expectCleanEnds("exit", "0", {"notified"});
     expectCleanEnds("return", "8", {"notified"});
     expectCleanEnds("notification", "8", {"notified"});
 }
 
-TEST(AProcess, ExitsWhileItsThreadsLog) {
+TEST(Process, ExitsWhileItsThreadsLog) {
     Notifier service(1);
     expectCleanEnds("exit", "8", {"notified", "traced"});
 }
 
 // Every call is a cache miss.
-TEST(AProcess, ExitsWhileItsThreadsLookForTheService) {
+TEST(Process, ExitsWhileItsThreadsLookForTheService) {
     expectCleanEnds("exit", "8");
 }
 
-TEST(AnUnloadedLibrary, StaysMapped) {
+TEST(UnloadedLibrary, StaysMapped) {
     for (const char* library :
          {"/host/libhidlhost.so", "/interface/libvendor.qelnova.tv.qeltvapi@1.0.so",
           "/clientwrapper/libqeltvapi_client.so"}) {
@@ -161,7 +161,7 @@ TEST(AnUnloadedLibrary, StaysMapped) {
     }
 }
 
-TEST(AnUnloadedLibrary, StaysForItsThreadsAndReleasesItsStateAtTheEndOfTheProcess) {
+TEST(UnloadedLibrary, StaysForItsThreadsAndReleasesItsStateWhenTheProcessEnds) {
     auto service = std::make_unique<Notifier>(1);
     TemporaryDirectory directory;
     const std::string closed = directory.path() + "/closed";

@@ -170,7 +170,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(EventAtscWire, table())
 
-TEST(EventAtscWire, TextsThatFillTheirFieldsAreNotTerminated) {
+TEST(EventAtscWire, LeavesATextUnterminatedWhenItFillsItsField) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const Bytes first = counted(300), second(21, 's'), third(33, 't');
@@ -196,7 +196,7 @@ TEST(EventAtscWire, TextsThatFillTheirFieldsAreNotTerminated) {
     EXPECT_EQ(field("short", 20) + "--", Bytes(place, 22));
 }
 
-TEST(EventAtscWire, ALongRatingTextRunsIntoTheNext) {
+TEST(EventAtscWire, LetsALongRatingTextRunIntoTheNext) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     QELTVAPI_RATING_MAP_T map;

@@ -33,7 +33,7 @@ Value sentFilter() {
             .gap(35, 1);
 }
 
-/** A block of which the caller told the size; 3 bytes more are sent. */
+/** A block whose size the caller gives; 3 bytes more are sent. */
 Row block(const std::string& name, uint32_t ordinal, int (*function)(int, int, void*, int),
           const std::string& label = "") {
     const int room = 11 + static_cast<int>(ordinal);
@@ -298,7 +298,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(EventWire, table())
 
-TEST(EventWire, AFilterMayListEightEntriesAndNoFlag) {
+TEST(EventWire, TakesEightEntriesAndNoFlagInAFilter) {
     ScriptedService& service = ready();
     QELTVAPI_EVENT_FILTER_T f = filter();
     f.flag = 0;
@@ -316,7 +316,7 @@ TEST(EventWire, AFilterMayListEightEntriesAndNoFlag) {
     EXPECT_EQ(5, a_qeltvapi_event_query_event_id_by_filter(1, &f, &num, &id, &word));
 }
 
-TEST(EventWire, TheNumberThatComesBoundsTheIdsNotTheRoomThatWasTold) {
+TEST(EventWire, BoundsTheIdsByTheAnswersNumberNotByTheCapacityThatWasSent) {
     ScriptedService& service = ready();
     Debug debug(true);
     uint16_t num = 1;
@@ -331,7 +331,7 @@ TEST(EventWire, TheNumberThatComesBoundsTheIdsNotTheRoomThatWasTold) {
                      head + "event_id[2] = 23\n"});
 }
 
-TEST(EventWire, TheWindowsTimesComeWithoutItsChannelsAndWithoutEachOther) {
+TEST(EventWire, ReadsTheWindowsTimesWithoutItsChannelsAndWithoutEachOther) {
     ScriptedService& service = ready();
     Debug debug(true);
     uint32_t ids[2] = {9, 9};
@@ -352,7 +352,7 @@ TEST(EventWire, TheWindowsTimesComeWithoutItsChannelsAndWithoutEachOther) {
     expectLog(kTag, {"<" + name + ":{n}> " + name, "<operator():{n}> t_endTime = 6\n"});
 }
 
-TEST(EventWire, TheFollowingEventIsAskedWithAnyFlagOfZero) {
+TEST(EventWire, RequestsTheFollowingEventForAFlagOfZero) {
     ScriptedService& service = ready();
     Debug debug(true);
     uint16_t id = 0;
@@ -363,7 +363,7 @@ TEST(EventWire, TheFollowingEventIsAskedWithAnyFlagOfZero) {
               {"<" + name + ":{n}> " + name, "<" + name + ":{n}> [next event] event_id[62] \n"});
 }
 
-TEST(EventWire, AGroupBelowOneEntryIsStoredButNotTraced) {
+TEST(EventWire, StoresAGroupBelowOneEntryAndTracesNone) {
     ScriptedService& service = ready();
     Debug debug(true);
     for (int len : {0, 7}) {

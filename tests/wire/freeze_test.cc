@@ -31,7 +31,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(FreezeWire, table())
 
-TEST(FreezeWire, OnlyOneFreezes) {
+TEST(FreezeWire, FreezesForOneOnly) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     for (int freeze : {0, 2, -1, 0x101}) {

@@ -262,7 +262,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(InputSourceWire, table())
 
-TEST(InputSourceWire, ZeroIsFalseWhereverATruthValueIsSent) {
+TEST(InputSourceWire, SendsFalseForZero) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const auto sends = [&](Values values, const std::function<int()>& call) {
@@ -278,7 +278,7 @@ TEST(InputSourceWire, ZeroIsFalseWhereverATruthValueIsSent) {
     sends({boolean(false)}, [] { return a_qeltvapi_inputsource_set_scart_auto_jump(0); });
 }
 
-TEST(InputSourceWire, AShortSourceNameIsPaddedToItsFieldAndTheLastByteIsStoredAllTheSame) {
+TEST(InputSourceWire, PadsAShortSourceNameAndStoresTheLastByte) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     QELTVAPI_INPUT_SOURCE_RECORD_T source;

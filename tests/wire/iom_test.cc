@@ -2,6 +2,7 @@
 
 #include <hidlhost/ion_faults.h>
 
+#include "inbox.h"
 #include "registered.h"
 #include "wire.h"
 
@@ -111,20 +112,19 @@ struct Heard {
     uintptr_t arg1;
     Bytes data;
 };
-std::vector<Heard> sHeard;
+Inbox<Heard> sHeard;
 
 int hear(uintptr_t tag, uintptr_t arg1, const void* data, uint32_t len) {
-    sHeard.push_back({tag, arg1, Bytes(static_cast<const char*>(data), len)});
+    sHeard.put({tag, arg1, Bytes(static_cast<const char*>(data), len)});
     return 0;
 }
 
-TEST(IomWire, AWrongDeviceTypeKeepsTheListenerAndTheRightOneReplacesIt) {
+TEST(IomWire, KeepsTheListenerForAWrongDeviceTypeAndReplacesItForTheRightOne) {
     ASSERT_TRUE(registered());
     ScriptedService& service = ScriptedService::instance();
     const qeltvapi_iom_uart_setting_t s = setting();
     uint32_t handle = 0;
     const auto notify = [&] {
-        sHeard.clear();
         EXPECT_EQ("", service.notify(
                               30, {u64(0x300000001), u64(0x400000002), bytes(Bytes("\1\0\3", 3))}));
     };
@@ -133,10 +133,11 @@ TEST(IomWire, AWrongDeviceTypeKeepsTheListenerAndTheRightOneReplacesIt) {
     EXPECT_EQ(0, c_iom_open_uart(8, 1, "uart", &s, tag(), hear, &handle));
     EXPECT_EQ(-1, c_iom_open_uart(7, 1, "uart", &s, tag(), ignore, &handle));
     notify();
-    ASSERT_EQ(1u, sHeard.size());
-    EXPECT_EQ(static_cast<uintptr_t>(0x300000001), sHeard[0].tag);
-    EXPECT_EQ(static_cast<uintptr_t>(0x400000002), sHeard[0].arg1);
-    EXPECT_EQ(Bytes("\1\0\3", 3), sHeard[0].data);
+    const std::vector<Heard> heard = sHeard.takeAll();
+    ASSERT_EQ(1u, heard.size());
+    EXPECT_EQ(static_cast<uintptr_t>(0x300000001), heard[0].tag);
+    EXPECT_EQ(static_cast<uintptr_t>(0x400000002), heard[0].arg1);
+    EXPECT_EQ(Bytes("\1\0\3", 3), heard[0].data);
 
     service.expect({u32(8), u32(1), str("uart"), memory(16), u64(0x81234567)}, {u32(9), i32(-5)});
     EXPECT_EQ(-5, c_iom_open_uart(8, 1, "uart", &s, tag(), nullptr, &handle));
@@ -144,7 +145,7 @@ TEST(IomWire, AWrongDeviceTypeKeepsTheListenerAndTheRightOneReplacesIt) {
     EXPECT_TRUE(sHeard.empty()) << "a refused opening clears the listener all the same";
 }
 
-TEST(IomWire, AReadIsBoundedByTheServicesLengthAlone) {
+TEST(IomWire, BoundsAReadByTheServicesLengthAlone) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[64];
@@ -169,7 +170,7 @@ TEST(IomWire, AReadIsBoundedByTheServicesLengthAlone) {
     EXPECT_EQ(3, c_iom_set(1, 2, large.data(), 0x700000000 + 70000));
 }
 
-TEST(IomWire, AfterALostReplyTheReadStoresWhatTheBufferHolds) {
+TEST(IomWire, StoresWhatTheBufferHoldsWhenTheReplyIsLost) {
     ScriptedService& service = ready();
     char buffer[] = "---------";
     uint64_t len = 5;
@@ -180,7 +181,7 @@ TEST(IomWire, AfterALostReplyTheReadStoresWhatTheBufferHolds) {
     expectLog(kTag, {"<STATUS_CHECK:60> ."});
 }
 
-TEST(IomWire, EmptyTransfersReachTheServiceWithoutAMapping) {
+TEST(IomWire, SendsEmptyTransfersWithoutAMapping) {
     ScriptedService& service = ready();
     uint64_t len = 0;
     service.expect({u32(1), u16(2), memory(0), u64(0)}, {u64(0), i32(1)});
@@ -193,7 +194,7 @@ TEST(IomWire, EmptyTransfersReachTheServiceWithoutAMapping) {
     EXPECT_TRUE(takeLog().empty()) << "an empty mapping fails and would be logged";
 }
 
-TEST(IomWire, WithoutSharedMemoryThereIsNoCall) {
+TEST(IomWire, MakesNoTransactionWithoutSharedMemory) {
     ScriptedService& service = ready();
     const qeltvapi_iom_uart_setting_t s = setting();
     uint32_t handle = 77;

@@ -41,17 +41,17 @@ Table transportStreams() {
     return table("hw_tsl", "c_tsl_get_rec", 91, c_tsl_get_rec);
 }
 
-TEST(ListRecordWire, AMissingServiceGivesZeroAndTouchesNothing) {
+TEST(ListRecordWire, ReturnsZeroAndTouchesNothingWhenTheServiceIsMissing) {
     runMissing(services());
     runMissing(transportStreams());
 }
 
-TEST(ListRecordWire, RecordsOfAnySizeAreStoredWhole) {
+TEST(ListRecordWire, StoresRecordsOfAnySizeWhole) {
     runAnswered(services());
     runAnswered(transportStreams());
 }
 
-TEST(ListRecordWire, ALostReplyGivesThePresetAndLeavesTheOutputsAlone) {
+TEST(ListRecordWire, LeavesTheOutputsAloneWhenTheReplyIsLost) {
     runLost(services());
     runLost(transportStreams());
 }

@@ -12,7 +12,7 @@ Table table() {
     t.tag = "(hw_mm_svctx)(client)";
     t.entry = {"<{f}:{n}> ."};
     t.rows = {
-            // The answer is stored whole, whatever the length that was told.
+            // The answer is stored whole, regardless of the length that was given.
             Row("c_svctx_generic_get_info", 25)
                     .call([](Outputs& o) {
                         return c_svctx_generic_get_info(0x80000001, 0x80000002, 0x80000003, o.at(0),

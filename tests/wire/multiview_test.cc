@@ -120,7 +120,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(MultiviewWire, table())
 
-TEST(MultiviewWire, ZeroIsFalseAndANullPathIsTheEmptyOne) {
+TEST(MultiviewWire, SendsFalseForZeroAndTheEmptyPathForNull) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     service.expect({boolean(false)}, {i32(0)});
@@ -136,7 +136,7 @@ Row inert(const std::string& name, int (*function)(...)) {
             .entry({"<{f}:{n}> {f}"});
 }
 
-TEST(PopWire, TheEarlierPictureInPictureAsksNobodyAndReturnsZero) {
+TEST(PopWire, ReturnsZeroWithoutATransactionForTheEarlierPictureInPicture) {
     Table t;
     t.tag = "(hw_qeltvapi_pop)(client)";
     t.rows = {

@@ -2,11 +2,9 @@
 #include <vendor/qelnova/tv/qeltvapi/1.0/BpHwQelTvApiCallback.h>
 
 #include <atomic>
-#include <chrono>
-#include <mutex>
-#include <optional>
 #include <thread>
 
+#include "eventually.h"
 #include "hw_iom.h"
 #include "hw_pcl.h"
 #include "hw_qeltvapi_3dmode.h"
@@ -49,10 +47,10 @@
 #include "hw_qeltvapi_warning.h"
 #include "hw_sm.h"
 #include "hw_svctx.h"
+#include "inbox.h"
 #include "wire.h"
 
 using namespace wire;
-using namespace std::chrono_literals;
 using namespace vendor::qelnova::tv::qeltvapi::V1_0;
 using android::sp;
 using android::hardware::IBinder;
@@ -69,10 +67,7 @@ sp<IBinder> callback() {
     // The Common Interface's service stays missing: its slot does not need it.
     service.start({"IQelTvApi", "IQelTvApiConfig"});
     if (service.callback() == nullptr) registerCallbackHandler();
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (service.callback() == nullptr && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(1ms);
-    }
+    eventually([&] { return service.callback() != nullptr; });
     return service.callback();
 }
 
@@ -95,13 +90,7 @@ std::string notify(uint32_t ordinal, const Values& values, const Values& answer 
 }
 
 // What the application's function has received, as text; nothing when it was not called.
-std::mutex gLock;
-std::optional<std::vector<std::string>> gSeen;
-
-std::optional<std::vector<std::string>> takeSeen() {
-    std::lock_guard<std::mutex> guard(gLock);
-    return std::exchange(gSeen, std::nullopt);
-}
+Inbox<std::vector<std::string>> gSeen;
 
 template <class T, class = std::enable_if_t<std::is_arithmetic_v<T>>>
 std::string shown(T value) {
@@ -121,8 +110,7 @@ struct Recorder;
 template <class R, class... A>
 struct Recorder<R (*)(A...)> {
     static R call(A... args) {
-        std::lock_guard<std::mutex> guard(gLock);
-        gSeen = {shown(args)...};
+        gSeen.put({shown(args)...});
         return R{77};
     }
 };
@@ -379,23 +367,23 @@ void run(const Notification& n, bool debug, bool full) {
     }
 
     takeLog();
-    takeSeen();
+    gSeen.clear();
     {
         Debug on(debug);
         EXPECT_EQ("", notify(n.ordinal, values));
     }
     EXPECT_EQ(traces, lines());
-    const auto seen = takeSeen();
+    const auto seen = gSeen.takeNow();
     ASSERT_EQ(full, seen.has_value()) << "the function was " << (full ? "not " : "") << "called";
     if (full) EXPECT_EQ(expected, *seen);
 }
 
-TEST(Notifications, OfASourceDetectionNeedTheServiceWhenTheyAreAskedFor) {
+TEST(Notifications, NeedTheServiceWhenASourceDetectionIsRegistered) {
     ASSERT_FALSE(ScriptedService::instance().started());
     EXPECT_EQ(-1, c_scc_vid_set_src_detect_nfy(7, recorder<qeltvapi_src_detect_nfy_cb_t>(true),
                                                nullptr));
     EXPECT_EQ("", notify(2, {u32(1), u32(2), u64(3), u32(4), u32(5)}));
-    EXPECT_FALSE(takeSeen().has_value());
+    EXPECT_FALSE(gSeen.takeNow().has_value());
 }
 
 TEST(Notifications, ReachTheFunctionOfTheirSlotWithTheValuesConverted) {
@@ -418,34 +406,31 @@ TEST(Notifications, AreDroppedWithoutAFunction) {
     }
 }
 
-TEST(Notifications, OfTheRecordingReachTheFunctionThatTheUpgradeTookBack) {
+TEST(Notifications, OfTheRecordingReachItsFunctionWhenTheUpgradeUnregisters) {
     ASSERT_NE(nullptr, callback());
     slot<a_qeltvapi_upgrade_register_callback>(true);
     EXPECT_EQ(0, a_qeltvapi_upgrade_unregister_callback(Recorder<qeltvapi_pvr_status_cb_t>::call));
-    takeSeen();
+    gSeen.clear();
     EXPECT_EQ("", notify(37, {i32(1), u64(2), u64(3), u64(4)}));
-    EXPECT_EQ((std::vector<std::string>{"1", "2", "3", "4"}), takeSeen());
+    EXPECT_EQ((std::vector<std::string>{"1", "2", "3", "4"}), gSeen.takeNow());
     EXPECT_EQ("", notify(39, {i32(5), i32(6), i32(7), u64(8)}));
-    EXPECT_EQ((std::vector<std::string>{"5", "6", "7", "8"}), takeSeen());
+    EXPECT_EQ((std::vector<std::string>{"5", "6", "7", "8"}), gSeen.takeNow());
 
     EXPECT_EQ(0, a_qeltvapi_upgrade_unregister_callback(nullptr));
     EXPECT_EQ("", notify(37, {i32(1), u64(2), u64(3), u64(4)}));
-    EXPECT_FALSE(takeSeen().has_value());
+    EXPECT_FALSE(gSeen.takeNow().has_value());
     slot<a_qeltvapi_upgrade_register_callback>(false);
 }
 
 uint32_t answerQuery(uint32_t query, void* data, uint32_t size, uintptr_t tag) {
     auto* block = static_cast<unsigned char*>(data);
     const bool clear = std::all_of(block, block + size, [](unsigned char b) { return b == 0; });
-    {
-        std::lock_guard<std::mutex> guard(gLock);
-        gSeen = {shown(query), shown(size), shown(tag), clear ? "clear" : "not clear"};
-    }
+    gSeen.put({shown(query), shown(size), shown(tag), clear ? "clear" : "not clear"});
     if (size > 1) block[1] = 0xee;
     return 0xfedc0001;
 }
 
-TEST(Notifications, AQuestionToTheAndroidSideIsAlwaysAnswered) {
+TEST(Notifications, AlwaysAnswerAQuestionToTheAndroidSide) {
     captureLog();
     ASSERT_NE(nullptr, callback());
     takeLog();
@@ -458,23 +443,20 @@ TEST(Notifications, AQuestionToTheAndroidSideIsAlwaysAnswered) {
     EXPECT_EQ(
             (std::vector<std::string>{"2147483665", "3",
                                       shown(static_cast<uintptr_t>(0xf000000012345678)), "clear"}),
-            takeSeen());
+            gSeen.takeNow());
     EXPECT_EQ("", notify(8, {u32(1), u64(0), u32(0), u64(0)}, {u32(0xfedc0001), bytes("")}));
     EXPECT_TRUE(lines().empty()) << "it has no trace";
     a_qeltvapi_highlevel_register_android_responser(nullptr);
-    takeSeen();
+    gSeen.clear();
 }
 
 int answerMimeType(const char* mime, uint8_t* pb_supported, uintptr_t tag, int32_t arg1) {
-    {
-        std::lock_guard<std::mutex> guard(gLock);
-        gSeen = {mime, shown(tag), shown(arg1), shown(*pb_supported)};
-    }
+    gSeen.put({mime, shown(tag), shown(arg1), shown(*pb_supported)});
     *pb_supported = strcmp(mime, "audio/ac3") == 0 ? 2 : 0;
     return -31;
 }
 
-TEST(Notifications, AQuestionAboutAMimeTypeIsAnsweredAndThenTraced) {
+TEST(Notifications, AnswerAQuestionAboutAMimeTypeAndThenTraceIt) {
     captureLog();
     ASSERT_NE(nullptr, callback());
     takeLog();
@@ -496,14 +478,14 @@ TEST(Notifications, AQuestionAboutAMimeTypeIsAnsweredAndThenTraced) {
     }
     EXPECT_EQ((std::vector<std::string>{"audio/ac3", shown(static_cast<uintptr_t>(0x300000004)),
                                         "-9", "0"}),
-              takeSeen());
+              gSeen.takeNow());
     EXPECT_EQ("", notify(36, ask("text/plain"), {boolean(false), i32(-31)}));
     EXPECT_TRUE(lines().empty());
     a_qeltvapi_mheg5_reg_is_mime_type_support_fct(1, nullptr);
-    takeSeen();
+    gSeen.clear();
 }
 
-TEST(Notifications, ACardInsertionIsTracedWithItsSlot) {
+TEST(Notifications, TraceACardInsertionWithItsSlot) {
     captureLog();
     ASSERT_NE(nullptr, callback());
     takeLog();
@@ -541,9 +523,9 @@ std::string narrow(const uint16_t* text) {
 }
 
 void seeCi(uint32_t nfy, uint32_t tag, int32_t cond, std::vector<std::string> more) {
-    std::lock_guard<std::mutex> guard(gLock);
-    gSeen = {shown(nfy), shown(tag), shown(cond)};
-    gSeen->insert(gSeen->end(), more.begin(), more.end());
+    std::vector<std::string> all{shown(nfy), shown(tag), shown(cond)};
+    all.insert(all.end(), more.begin(), more.end());
+    gSeen.put(all);
 }
 
 int seeEnquiry(uint32_t nfy, uint32_t tag, int32_t cond, const void* data) {
@@ -572,7 +554,7 @@ struct CiFunction {
     ~CiFunction() { a_qeltvapi_ci_unreg_cb(9); }
 };
 
-TEST(Notifications, AnEnquiryOfTheCamArrivesAsARecordWithATerminatedText) {
+TEST(Notifications, PassAnEnquiryOfTheCamAsARecordWithATerminatedText) {
     ASSERT_NE(nullptr, callback());
     takeLog();
     Debug on(true);
@@ -582,11 +564,11 @@ TEST(Notifications, AnEnquiryOfTheCamArrivesAsARecordWithATerminatedText) {
     EXPECT_EQ("", notify(51, values));
     CiFunction function(seeEnquiry);
     EXPECT_EQ("", notify(51, values));
-    EXPECT_EQ((std::vector<std::string>{"6", "8", "-12", "1", "4", "PIN"}), takeSeen());
+    EXPECT_EQ((std::vector<std::string>{"6", "8", "-12", "1", "4", "PIN"}), gSeen.takeNow());
     EXPECT_TRUE(lines().empty()) << "it has no trace";
 }
 
-TEST(Notifications, AMenuOfTheCamArrivesAsARecordWithItsChoices) {
+TEST(Notifications, PassAMenuOfTheCamAsARecordWithItsChoices) {
     ASSERT_NE(nullptr, callback());
     takeLog();
     Debug on(true);
@@ -599,29 +581,29 @@ TEST(Notifications, AMenuOfTheCamArrivesAsARecordWithItsChoices) {
     menu.choices[1] = {'t', 'w', 'o'};
     const sp<IQelTvApiCallback> proxy = new BpHwQelTvApiCallback(callback());
     EXPECT_TRUE(proxy->a_hidl_qeltvapi_ci_nfy_fct_menu(0x500000006, 0x700000008, 13, menu).isOk());
-    EXPECT_EQ((std::vector<std::string>{"6", "8", "13", "CAM", "S", "", "one", "two"}), takeSeen());
+    EXPECT_EQ((std::vector<std::string>{"6", "8", "13", "CAM", "S", "", "one", "two"}),
+              gSeen.takeNow());
     EXPECT_TRUE(proxy->a_hidl_qeltvapi_ci_nfy_fct_menu(6, 8, 13, HIDL_CI_MMI_MENU_T()).isOk());
-    EXPECT_EQ((std::vector<std::string>{"6", "8", "13", "", "", ""}), takeSeen());
+    EXPECT_EQ((std::vector<std::string>{"6", "8", "13", "", "", ""}), gSeen.takeNow());
     EXPECT_TRUE(lines().empty()) << "it has no trace";
 }
 
 int reregister(int32_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintptr_t) {
     a_qeltvapi_banner_register_callback(Recorder<qeltvapi_banner_cb_t>::call);
     const int result = a_qeltvapi_config_set_value(1, "from inside", 2, 3);
-    std::lock_guard<std::mutex> guard(gLock);
-    gSeen = {"the service answered " + std::to_string(result)};
+    gSeen.put({"the service answered " + std::to_string(result)});
     return 0;
 }
 
-TEST(Notifications, AFunctionMayCallTheServiceAndReplaceItself) {
+TEST(Notifications, LetAFunctionCallTheServiceAndReplaceItself) {
     ASSERT_NE(nullptr, callback());
     const Values event = {i32(1), u64(2), u64(3), u64(4), u64(5), u64(6)};
     a_qeltvapi_banner_register_callback(reregister);
     ScriptedService::instance().expect({u32(1), str("from inside"), i32(2), i32(3)}, {i32(44)});
     EXPECT_EQ("", notify(17, event));
-    EXPECT_EQ(std::vector<std::string>{"the service answered 44"}, takeSeen());
+    EXPECT_EQ(std::vector<std::string>{"the service answered 44"}, gSeen.takeNow());
     EXPECT_EQ("", notify(17, event));
-    EXPECT_EQ((std::vector<std::string>{"1", "2", "3", "4", "5", "6"}), takeSeen());
+    EXPECT_EQ((std::vector<std::string>{"1", "2", "3", "4", "5", "6"}), gSeen.takeNow());
     a_qeltvapi_banner_register_callback(nullptr);
 }
 

@@ -65,7 +65,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(OadWire, table())
 
-TEST(OadWire, TextsAroundTheRoomAreCutToItAndNeverTerminated) {
+TEST(OadWire, CutsTextsToTheBufferAndNeverTerminatesThem) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     for (uint32_t room : {0u, 2u, 3u, 4u}) {

@@ -164,7 +164,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(PclWire, table())
 
-TEST(PclWire, AReasonWithoutDataNeedsNoBufferAndSendsAnEmptyVector) {
+TEST(PclWire, SendsAnEmptyVectorWhenAReasonHasNoData) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     uint32_t reason = 0;

@@ -128,7 +128,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(PvrBrowserWire, table())
 
-TEST(PvrBrowserWire, EmptyTextsAndRecordsLeaveTheBufferAlone) {
+TEST(PvrBrowserWire, LeavesTheBufferAloneForEmptyTextsAndRecords) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[5] = "....";

@@ -140,7 +140,7 @@ Table table() {
             set("set_isdb_age_setting_info", 20, a_qeltvapi_rating_set_isdb_age_setting_info),
             get("get_dvb_age_setting_info", 21, a_qeltvapi_rating_get_dvb_age_setting_info),
             set("set_dvb_age_setting_info", 22, a_qeltvapi_rating_set_dvb_age_setting_info),
-            // A node without values tells its count all the same.
+            // A node without values has its count all the same.
             Row("a_qeltvapi_rating_convert_rating_info", 23)
                     .call([](Outputs& o) {
                         const QELTVAPI_ATSC_RATING_LIST_T third = {0xf103, 0, "", kValues, nullptr};
@@ -220,7 +220,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(RatingWire, table())
 
-TEST(RatingWire, AnOpenVchipTableOfAnotherSizeIsNotStored) {
+TEST(RatingWire, StoresNoOpenVchipTableOfAnotherSize) {
     ScriptedService& service = ready();
     for (size_t size : {size_t{63}, size_t{65}, size_t{0}}) {
         Bytes out(80, 'o');
@@ -231,7 +231,7 @@ TEST(RatingWire, AnOpenVchipTableOfAnotherSizeIsNotStored) {
     }
 }
 
-TEST(RatingWire, ALostReplyLeavesTheOpenVchipSettingsAlone) {
+TEST(RatingWire, LeavesTheOpenVchipSettingsAloneWhenTheReplyIsLost) {
     ScriptedService& service = ready();
     QELTVAPI_RATING_OPEN_VCHIP_SETTING_T io;
     memcpy(&io, counted(258, 3).data(), 258);
@@ -243,7 +243,7 @@ TEST(RatingWire, ALostReplyLeavesTheOpenVchipSettingsAlone) {
                      "<STATUS_CHECK:60> ."});
 }
 
-TEST(RatingWire, ZeroIsTheOnlyFalse) {
+TEST(RatingWire, SendsFalseForZeroOnly) {
     ScriptedService& service = ready();
     service.expect({boolean(false)}, {i32(0)});
     EXPECT_EQ(0, a_qeltvapi_rating_set_block_unrated(0));

@@ -176,7 +176,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(RecordWire, table())
 
-TEST(RecordWire, AShortFileNameLeavesTheRestOfTheBuffer) {
+TEST(RecordWire, LeavesTheRestOfTheBufferWhenAFileNameIsShort) {
     ScriptedService& service = ready();
     char buffer[17] = "................";
     service.expect({u32(1), u32(16)}, {str("recording.ts"), i32(0)});
@@ -184,7 +184,7 @@ TEST(RecordWire, AShortFileNameLeavesTheRestOfTheBuffer) {
     EXPECT_STREQ("recording.ts....", buffer);
 }
 
-TEST(RecordWire, ZeroIsTheOnlyFalse) {
+TEST(RecordWire, SendsFalseForZeroOnly) {
     ScriptedService& service = ready();
     service.expect({u32(1), boolean(false)}, {i32(0)});
     a_qeltvapi_record_pvr_open_ex(1, 0);
@@ -194,7 +194,7 @@ TEST(RecordWire, ZeroIsTheOnlyFalse) {
     a_qeltvapi_record_pvr_open_ex(1, -1);
 }
 
-TEST(RecordWire, ALostReplyEndsTheProcessWhereTheResultIsTakenUnchecked) {
+TEST(RecordWire, EndsTheProcessWhenAReplyIsLostThatIsUsedUnchecked) {
     const std::vector<std::pair<std::function<void()>, Values>> calls = {
             {[] { a_qeltvapi_pvr_get_booking_count(); }, {}},
             {[] { a_qeltvapi_record_pvr_get_disk_total_size(1); }, {u32(1)}},

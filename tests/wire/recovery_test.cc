@@ -82,7 +82,7 @@ bool scanArrives(int32_t type) {
 
 /**
  * Makes a request for a registration and returns when the worker is at it: none is left in the
- * queue for later tests.
+ * queue for later steps.
  */
 template <class Request>
 bool workerTakes(const Request& request) {
@@ -99,16 +99,36 @@ Values scanTable() {
 }
 
 /**
- * The tests below tell one story in their order: a process starts without a service, the service
- * comes, is registered with, dies, returns.
+ * One process through its life: it starts without a service, the service comes, dies, returns. Each
+ * step needs the state that those before it leave.
  */
 class Recovery : public testing::Test {
+  public:
+    void looksForTheDebugMarkerOnceAtTheFirstAccess();
+    void forgetsAMissingService();
+    void pollsEveryTenSecondsWhenItRegistersWithoutAService();
+    void makesNoTransactionWhenItRegistersASecondTime();
+    void servesCallsAndRegistrationsFromANotification();
+    void registersTheSameObjectWhenTheServiceIsBack();
+    void watchesTheServiceAgainWhenTheMainProxyIsFetched();
+    void triesAgainWhenARegistrationFails();
+    void endsACallThatIsUnderWayWhenTheServiceDies();
+    void refusesARequestWhileAnotherWaits();
+
   protected:
     static void SetUpTestSuite() { captureLog(); }
 
+    void run(const char* name, void (Recovery::*step)()) {
+        if (HasFatalFailure()) return;
+        SCOPED_TRACE(name);
+        mBefore = service.registrations();
+        (this->*step)();
+        service.settle();
+    }
+
     /**
-     * Waits for a registration since the test began. There may be two: a worker that a test before
-     * left at its task, and the reconnecting thread, which finds that done and starts again.
+     * Waits for a registration since the step began. There may be two: a worker that an earlier
+     * step left at its task, and the reconnecting thread, which finds that done and starts again.
      */
     bool registeredAgain() {
         return eventually([this] { return service.registrations() > mBefore; });
@@ -118,10 +138,10 @@ class Recovery : public testing::Test {
     Sleeps& sleeps = Sleeps::instance();
 
   private:
-    const int mBefore = service.registrations();
+    int mBefore = 0;
 };
 
-TEST_F(Recovery, A1TheDebugMarkerIsLookedForOnceAtTheFirstAccess) {
+void Recovery::looksForTheDebugMarkerOnceAtTheFirstAccess() {
     sDebugMarker = true;
     EXPECT_EQ(0, mTvApiDebug);
     // The entry trace comes before the first access, so it is not written yet.
@@ -142,7 +162,7 @@ TEST_F(Recovery, A1TheDebugMarkerIsLookedForOnceAtTheFirstAccess) {
     EXPECT_EQ(0, mTvApiDebug) << "nor its return";
 }
 
-TEST_F(Recovery, A2AMissingServiceIsNotRemembered) {
+void Recovery::forgetsAMissingService() {
     EXPECT_EQ(nullptr, getQelTvApiConfigService());
     service.start({"IQelTvApiConfig"});
     EXPECT_NE(nullptr, getQelTvApiConfigService());
@@ -158,7 +178,7 @@ TEST_F(Recovery, A2AMissingServiceIsNotRemembered) {
     EXPECT_EQ("(hw_qeltvapi_config)(client)", lines[0].tag);
 }
 
-TEST_F(Recovery, A3ARegistrationWithoutAServicePollsEveryTenSeconds) {
+void Recovery::pollsEveryTenSecondsWhenItRegistersWithoutAService() {
     takeLog();
     mTvApiDebug = 1;
     a_qeltvapi_scan_reg_callback(onScan);
@@ -186,7 +206,7 @@ TEST_F(Recovery, A3ARegistrationWithoutAServicePollsEveryTenSeconds) {
     EXPECT_TRUE(scanArrives(101));
 }
 
-TEST_F(Recovery, A4ASecondRegistrationCallsNothing) {
+void Recovery::makesNoTransactionWhenItRegistersASecondTime() {
     service.take();
     EXPECT_TRUE(workerTakes([] { EXPECT_EQ(0, registerCallbackHandler()); }));
     // The second is taken when the first is done.
@@ -204,7 +224,7 @@ int onHighlevel(int32_t type, uintptr_t, uintptr_t, uintptr_t, uintptr_t, uintpt
     return 0;
 }
 
-TEST_F(Recovery, A5ANotificationMayCallBackAndRegister) {
+void Recovery::servesCallsAndRegistrationsFromANotification() {
     EXPECT_TRUE(workerTakes([] { a_qeltvapi_highlevel_register_callback(onHighlevel); }));
     service.take();
     service.expect({u32(9), str("nested")}, {i32(1000), i32(0)});
@@ -227,7 +247,7 @@ std::vector<sp<IBase>> dropped() {
             getQelTvApiCIService(),         getQelTvApiCecService()};
 }
 
-TEST_F(Recovery, B1ADeathWithTheServiceBackInTimeRegistersTheSameObject) {
+void Recovery::registersTheSameObjectWhenTheServiceIsBack() {
     takeLog();
     // The registration itself watches nothing, so this death is not noticed: the next fetch of the
     // main proxy begins to watch.
@@ -267,7 +287,7 @@ TEST_F(Recovery, B1ADeathWithTheServiceBackInTimeRegistersTheSameObject) {
     EXPECT_EQ("<STATUS_CHECK:50> .", lines[0].text);
 }
 
-TEST_F(Recovery, B2TheNextMainFetchWatchesTheServiceAgain) {
+void Recovery::watchesTheServiceAgainWhenTheMainProxyIsFetched() {
     service.take();
     takeLog();
     ASSERT_NE(nullptr, getQelTvApiService());
@@ -279,7 +299,7 @@ TEST_F(Recovery, B2TheNextMainFetchWatchesTheServiceAgain) {
     sleeps.letAllGo(false);
 }
 
-TEST_F(Recovery, B3AFailedRegistrationIsTriedAgainByTheReconnection) {
+void Recovery::triesAgainWhenARegistrationFails() {
     ASSERT_NE(nullptr, getQelTvApiService());
     takeLog();
     service.die();
@@ -292,10 +312,10 @@ TEST_F(Recovery, B3AFailedRegistrationIsTriedAgainByTheReconnection) {
     EXPECT_EQ(3u, countLines(takeLog(), "<registerCallbackHandler:97> ."));
 }
 
-TEST_F(Recovery, B4ACallThatIsUnderWayComesBackAtOnce) {
+void Recovery::endsACallThatIsUnderWayWhenTheServiceDies() {
     ASSERT_NE(nullptr, getQelTvApiService());
     takeLog();
-    // The service's thread may outlive this test.
+    // The service's thread may outlive this step.
     static std::atomic<bool> sArrived{false};
     std::thread killer([] {
         eventually([] { return sArrived.load(); });
@@ -316,7 +336,7 @@ TEST_F(Recovery, B4ACallThatIsUnderWayComesBackAtOnce) {
     EXPECT_TRUE(scanArrives(105));
 }
 
-TEST_F(Recovery, B5OneRequestWaitsAtMostAndTheNextIsRefused) {
+void Recovery::refusesARequestWhileAnotherWaits() {
     // The worker is held up inside a registration, as after a death, by a service that is slow.
     ASSERT_NE(nullptr, getQelTvApiService());
     service.die();
@@ -340,6 +360,21 @@ TEST_F(Recovery, B5OneRequestWaitsAtMostAndTheNextIsRefused) {
     }
     EXPECT_EQ(registered, service.registrations()) << "what waited found it done";
     sleeps.letAllGo(false);
+}
+
+#define STEP(name) run(#name, &Recovery::name)
+
+TEST_F(Recovery, RegistersAgainAfterEveryDeathOfTheService) {
+    STEP(looksForTheDebugMarkerOnceAtTheFirstAccess);
+    STEP(forgetsAMissingService);
+    STEP(pollsEveryTenSecondsWhenItRegistersWithoutAService);
+    STEP(makesNoTransactionWhenItRegistersASecondTime);
+    STEP(servesCallsAndRegistrationsFromANotification);
+    STEP(registersTheSameObjectWhenTheServiceIsBack);
+    STEP(watchesTheServiceAgainWhenTheMainProxyIsFetched);
+    STEP(triesAgainWhenARegistrationFails);
+    STEP(endsACallThatIsUnderWayWhenTheServiceDies);
+    STEP(refusesARequestWhileAnotherWaits);
 }
 
 }  // namespace

@@ -72,7 +72,7 @@ struct Registration {
     bool registers = false;
     /** Lines while tracing, "{f}" the function's name. */
     std::vector<std::string> trace = {};
-    /** Line written whatever the debug switch. */
+    /** Line written regardless of the debug switch. */
     std::string always = "";
     int result = 0;
 };
@@ -180,7 +180,7 @@ const std::vector<Registration>& registrations() {
     return all;
 }
 
-TEST(Registration, TracesReturnsItsResultAndAsksForTheCallbackObjectWhereItShould) {
+TEST(Registration, TracesReturnsItsResultAndRegistersTheCallbackObjectIfItShould) {
     captureLog();
     for (const Registration& registration : registrations()) {
         for (bool on : {false, true}) {
@@ -214,7 +214,7 @@ Row inert(const std::string& function, int (*call)(), int line) {
 
 #define INERT(function, line) inert(#function, function, line)
 
-TEST(Registration, EntryPointsOfTheRpcClientOnlyTrace) {
+TEST(Registration, OnlyTracesTheEntryPointsOfTheRpcClient) {
     std::map<std::string, std::vector<Row>> rows;
     rows["qeltvapi_ci"] = {INERT(c_rpc_reg_qeltvapi_ci_cb_hndlrs, 772)};
     rows["qeltvapi_ews_pa"] = {INERT(c_rpc_reg_qeltvapi_ews_pa_cb_hndlrs, 119)};
@@ -239,7 +239,7 @@ TEST(Registration, EntryPointsOfTheRpcClientOnlyTrace) {
     EXPECT_EQ(0, gRequests);
 }
 
-TEST(Registration, ClosingTheRpcClientReturnsWhatTheLogCallReturned) {
+TEST(Registration, ReturnsTheLogCallsResultWhenTheRpcClientIsClosed) {
     captureLog();
     const int written = __android_log_print(ANDROID_LOG_DEBUG, "hw_qeltvapi_common", "%s", "line");
     Table table;

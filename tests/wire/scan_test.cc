@@ -108,7 +108,7 @@ Table table() {
             exchange("a_scan_dtmb_exchange_data", 11, a_scan_dtmb_exchange_data),
             exchange("a_scan_pal_secam_exchange_data", 12, a_scan_pal_secam_exchange_data),
             exchange("a_scan_dvbs_exchange_data", 13, a_scan_dvbs_exchange_data),
-            // The separate length tells what is copied; -1 comes as an unsigned number.
+            // The separate length says what is copied; -1 comes as an unsigned number.
             Row("a_qeltvapi_get_user_message", 14)
                     .call([](Outputs& o) {
                         return a_qeltvapi_get_user_message(o.at<char>(0), 0x80000040);
@@ -152,7 +152,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(ScanWire, table())
 
-TEST(ScanWire, OnlyOnePassesOverPlaceholdersButAnyNumberIsAFlag) {
+TEST(ScanWire, PassesOverPlaceholdersForOneOnlyButTakesAnyNumberAsAFlag) {
     ScriptedService& service = ready();
     for (int other : {0, 2, -1, 0x101}) {
         service.expect({boolean(false)}, {i32(0)});
@@ -164,7 +164,7 @@ TEST(ScanWire, OnlyOnePassesOverPlaceholdersButAnyNumberIsAFlag) {
     EXPECT_EQ(0, a_qeltvapi_start_scan(1, -256));
 }
 
-TEST(ScanWire, AnExchangeOfNothingStillTakesTheWholeReply) {
+TEST(ScanWire, StoresTheWholeReplyOfAnExchangeOfNothing) {
     ScriptedService& service = ready();
     int32_t data[11];
     memcpy(data, counted(44, 1).data(), 44);
@@ -173,7 +173,7 @@ TEST(ScanWire, AnExchangeOfNothingStillTakesTheWholeReply) {
     EXPECT_EQ(bytesOf<int32_t>({10, 9, 8, 7, 6, 5, 4, 3, 2, 1}) + counted(4, 41), bytesOf(data));
 }
 
-TEST(ScanWire, AShortReplyLeavesTheRestOfTheArrayAsItWasSent) {
+TEST(ScanWire, LeavesTheRestOfTheArrayWhenTheReplyIsShort) {
     ScriptedService& service = ready();
     int32_t data[3] = {1, 2, 3};
     service.expect({i32s({1, 2, 3})}, {i32s({9}), i32(0)});
@@ -184,7 +184,7 @@ TEST(ScanWire, AShortReplyLeavesTheRestOfTheArrayAsItWasSent) {
     EXPECT_EQ(bytesOf<int32_t>({9, 2, 3}), bytesOf(data));
 }
 
-TEST(ScanWire, ATextBeyondTheRoomThatWasToldIsStoredAllTheSame) {
+TEST(ScanWire, StoresATextBeyondTheCapacityThatWasSent) {
     ScriptedService& service = ready();
     char buffer[12] = "";
     memset(buffer + 1, '.', 10);

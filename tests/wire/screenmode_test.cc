@@ -25,7 +25,7 @@ Table table() {
                     .answered({i32(3)})
                     .returns(3)
                     .direct<int32_t>(),
-            // There is room for two, three come, and the service tells a number of its own.
+            // The capacity is two, three come, and the service sends a number of its own.
             Row("a_qeltvapi_screenmode_get_all_screen_mode", 83)
                     .call([](Outputs& o) {
                         return a_qeltvapi_screenmode_get_all_screen_mode(o.at<uint16_t>(0),
@@ -82,7 +82,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(ScreenmodeWire, table())
 
-TEST(ScreenmodeWire, TheOverscanIsStoredAtTheLengthThatComes) {
+TEST(ScreenmodeWire, StoresTheOverscanAtTheLengthThatArrives) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     for (size_t length : {size_t{0}, size_t{7}, size_t{20}}) {

@@ -157,7 +157,7 @@ class ShareMemory : public testing::Test {
     Bytes mTsl;
 };
 
-TEST_F(ShareMemory, IsGivenBackAfterEachCall) {
+TEST_F(ShareMemory, IsReleasedAfterEachCall) {
     for (int i = 0; i < 100; ++i) {
         expect();
         EXPECT_EQ(6, read());
@@ -166,7 +166,7 @@ TEST_F(ShareMemory, IsGivenBackAfterEachCall) {
     expectNothingHeld();
 }
 
-TEST_F(ShareMemory, IsAskedForWithFixedArgumentsAndTracedWithItsDescriptors) {
+TEST_F(ShareMemory, IsAllocatedWithFixedArgumentsAndTracedWithItsDescriptors) {
     Debug debug(true);
     passed.clear();
     allocated.clear();
@@ -205,7 +205,7 @@ int readThrough(int reader, void* svl, void* tsl, uint32_t* words, uint16_t* cou
     }
 }
 
-TEST_F(ShareMemory, ABlockThatCannotBeMadeStopsTheCall) {
+TEST_F(ShareMemory, StopsTheCallWhenItCannotBeAllocated) {
     for (int reader = 0; reader < 5; ++reader) {
         SCOPED_TRACE(reader);
         for (const unsigned block : {0u, 1u}) {
@@ -231,7 +231,7 @@ TEST_F(ShareMemory, ABlockThatCannotBeMadeStopsTheCall) {
     }
 }
 
-TEST_F(ShareMemory, WithoutAHandleNobodyOwnsTheDescriptors) {
+TEST_F(ShareMemory, LeavesTheDescriptorsOpenWithoutAHandle) {
     handlesFail = true;
     const int result = read();
     handlesFail = false;
@@ -243,7 +243,7 @@ TEST_F(ShareMemory, WithoutAHandleNobodyOwnsTheDescriptors) {
     expectNothingHeld();
 }
 
-TEST_F(ShareMemory, ABlockThatCannotBeMappedIsNotCopied) {
+TEST_F(ShareMemory, IsNotCopiedWhenItCannotBeMapped) {
     expect(false);
     IonFault fault(IonStep::MAP);
     EXPECT_EQ(6, read());
@@ -262,7 +262,7 @@ TEST_F(ShareMemory, ABlockThatCannotBeMappedIsNotCopied) {
     expectNothingHeld();
 }
 
-TEST_F(ShareMemory, AFailedCloseIsOnlyLogged) {
+TEST_F(ShareMemory, OnlyLogsAFailedClose) {
     expect();
     IonFault fault(IonStep::CLOSE, -5);
     EXPECT_EQ(6, read());
@@ -272,7 +272,7 @@ TEST_F(ShareMemory, AFailedCloseIsOnlyLogged) {
     expectNothingHeld();
 }
 
-TEST_F(ShareMemory, ALegacyAllocatorIsAskedToFree) {
+TEST_F(ShareMemory, IsFreedByALegacyAllocator) {
     IonLegacy legacy;
     const uint64_t freed = hidlhost::ionCounts().freed;
     expect();
@@ -289,7 +289,7 @@ TEST_F(ShareMemory, ALegacyAllocatorIsAskedToFree) {
     expectNothingHeld();
 }
 
-TEST_F(ShareMemory, ALostReplyGivesEverythingBack) {
+TEST_F(ShareMemory, IsReleasedWhenTheReplyIsLost) {
     mService.expectAndLose({u32(1), u32(2), u32(3), u32(4), u32(5), u32(6), u32(7), u32(2), u32(9),
                             memory(2 * 396), memory(2 * 628)});
     EXPECT_EQ(0, read());

@@ -93,7 +93,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(SmWire, table())
 
-TEST(SmWire, TheScanBeginsAtTheSecondCommandAndTheLastOneCounts) {
+TEST(SmWire, ScansFromTheSecondCommandAndTakesTheLastOne) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const Bytes other = counted(12, 200);
@@ -126,7 +126,7 @@ TEST(SmWire, TheScanBeginsAtTheSecondCommandAndTheLastOneCounts) {
     }
 }
 
-TEST(SmWire, ARefusedRequestSetsTheListenerAllTheSame) {
+TEST(SmWire, SetsTheListenerWhenTheRequestIsRefused) {
     ASSERT_TRUE(registered());
     ScriptedService& service = ScriptedService::instance();
     service.expect({u32(1), u64(0)}, {i32(-7)});

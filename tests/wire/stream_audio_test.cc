@@ -92,7 +92,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(StreamAudioWire, table())
 
-TEST(StreamAudioWire, OnlyOneSwitchesAudioDescriptionOn) {
+TEST(StreamAudioWire, SwitchesAudioDescriptionOnForOneOnly) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     for (const Engine& e : {kOpera, kGeneric}) {
@@ -104,7 +104,7 @@ TEST(StreamAudioWire, OnlyOneSwitchesAudioDescriptionOn) {
     }
 }
 
-TEST(StreamAudioWire, ALanguageIsFourBytesWhateverTheAnswer) {
+TEST(StreamAudioWire, StoresFourBytesOfALanguageForAnyAnswer) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const std::vector<std::pair<Bytes, Bytes>> cases{{"", Bytes("\0\0\0\0-", 5)},

@@ -39,7 +39,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(SubtitleWire, table())
 
-TEST(SubtitleWire, AnArrayOfNoValuesIsSentAndAnEmptyLoopStoresNothing) {
+TEST(SubtitleWire, SendsAnArrayOfNoValuesAndStoresNothingFromAnEmptyLoop) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     int32_t data[] = {11, 12};

@@ -237,7 +237,7 @@ void expectLine(const std::string& pattern, const Written& w) {
     EXPECT_TRUE(matches(pattern, w.lines[0])) << w.lines[0];
 }
 
-TEST(SvctxWire, ABlockOfAnotherSizeIsWarnedAboutAndNotCopied) {
+TEST(SvctxWire, WarnsOfABlockOfAnotherSizeAndCopiesNone) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     struct Reader {
@@ -270,7 +270,7 @@ TEST(SvctxWire, ABlockOfAnotherSizeIsWarnedAboutAndNotCopied) {
     }
 }
 
-TEST(SvctxWire, AnAttributeIsCopiedWhenItFits) {
+TEST(SvctxWire, CopiesAnAttributeWhenItFits) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[16];
@@ -308,7 +308,7 @@ TEST(SvctxWire, AnAttributeIsCopiedWhenItFits) {
     EXPECT_EQ(0u, narrow);
 }
 
-TEST(SvctxWire, TheStreamTypeSizesItsBlock) {
+TEST(SvctxWire, SizesABlockByItsStreamType) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     const std::vector<std::pair<uint8_t, size_t>> sizes{{0, 64}, {1, 192}, {4, 32},
@@ -338,7 +338,7 @@ TEST(SvctxWire, TheStreamTypeSizesItsBlock) {
     }
 }
 
-TEST(SvctxWire, ANullRequestAndNullTextsAreSentEmpty) {
+TEST(SvctxWire, SendsANullRequestAndNullTextsEmpty) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     service.expect({u32(1), u32(2), request("", "", "", ""), bytes(counted(76, 77)), u64(0)},
@@ -353,7 +353,7 @@ TEST(SvctxWire, ANullRequestAndNullTextsAreSentEmpty) {
     EXPECT_EQ(5, c_svctx_select_svc_64(1, 2, &wide, nullptr, 0, nullptr));
 }
 
-TEST(SvctxWire, TheConnectionAttributesHaveTheirLengths) {
+TEST(SvctxWire, SizesConnectionAttributesByTheirCode) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     char buffer[64];
@@ -377,7 +377,7 @@ TEST(SvctxWire, TheConnectionAttributesHaveTheirLengths) {
     EXPECT_TRUE(service.take().empty());
 }
 
-TEST(SvctxWire, AnAttributeMayBeLongerThan64KiBAndTheHighHalfOfItsLengthIsIgnored) {
+TEST(SvctxWire, TakesAnAttributeLongerThan64KiBAndIgnoresTheHighHalfOfItsLength) {
     ScriptedService& service = ready();
     Bytes block = counted(70000);
     service.expect({u32(1), u32(2), u32(3), bytes(block)}, {i32(4)});

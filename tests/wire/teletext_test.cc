@@ -20,7 +20,7 @@ Table table() {
                     .returns(1)
                     .stores(0, counted(6))
                     .entry({"<{f}:{n}> {f}"}),
-            // 0 whatever the service says.
+            // 0 regardless of what the service says.
             Row("a_qeltvapi_teletext_set_page", 232)
                     .given(0, bytesOf(uint32_t{0x80000100}))
                     .call([](Outputs& o) {

@@ -331,7 +331,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(TimeWire, table())
 
-TEST(TimeWire, TheUtcReadersNeedNoPointerAndThenLogNothing) {
+TEST(TimeWire, LogsNothingWhenAUtcReaderGetsNoPointer) {
     ScriptedService& service = ready();
     service.expect({u16(0)}, {u16(5), i64(77)});
     EXPECT_EQ(77, a_qeltvapi_time_get_utc_time(nullptr));
@@ -348,7 +348,7 @@ TEST(TimeWire, TheUtcReadersNeedNoPointerAndThenLogNothing) {
     expectLog("(hw_qeltvapi_time)(client)", {kInverted});
 }
 
-TEST(TimeWire, EachOutputOfTheModifiedJulianDateMayBeLeftOut) {
+TEST(TimeWire, AcceptsAMissingOutputOfTheModifiedJulianDate) {
     ScriptedService& service = ready();
     const QELTVAPI_DTG_T from = dtg(1);
     for (int wanted = 0; wanted < 8; ++wanted) {
@@ -365,7 +365,7 @@ TEST(TimeWire, EachOutputOfTheModifiedJulianDateMayBeLeftOut) {
     }
 }
 
-TEST(TimeWire, OneRecordMayBeConvertedInPlace) {
+TEST(TimeWire, ConvertsARecordInPlace) {
     ScriptedService& service = ready();
     QELTVAPI_DTG_T d = dtg(1);
     service.expect({record(counted(10, 1))}, {record(counted(10, 21))});
@@ -373,7 +373,7 @@ TEST(TimeWire, OneRecordMayBeConvertedInPlace) {
     EXPECT_EQ(counted(10, 21), bytesOf(d));
 }
 
-TEST(TimeWire, ALostReplyEndsTheProcessWhereTheResultIsTakenUnchecked) {
+TEST(TimeWire, EndsTheProcessWhenAReplyIsLostThatIsUsedUnchecked) {
     const std::vector<std::pair<std::function<void()>, Values>> calls = {
             {[] { a_qeltvapi_time_is_time_editable(); }, {}},
             {[] { a_qeltvapi_time_get_time_zone(); }, {}},

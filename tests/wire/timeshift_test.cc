@@ -95,7 +95,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(TimeshiftWire, table())
 
-TEST(TimeshiftWire, ZeroIsTheOnlyFalse) {
+TEST(TimeshiftWire, SendsFalseForZeroOnly) {
     ScriptedService& service = ready();
     service.expect({boolean(false)}, {i32(0)});
     EXPECT_EQ(0, a_qeltvapi_timeshift_set_auto_record(0));
@@ -103,7 +103,7 @@ TEST(TimeshiftWire, ZeroIsTheOnlyFalse) {
     EXPECT_EQ(0, a_qeltvapi_timeshift_set_play_before_full(0));
 }
 
-TEST(TimeshiftWire, UnregisteringLeavesTheFunctionRegistered) {
+TEST(TimeshiftWire, LeavesTheFunctionRegisteredWhenItUnregisters) {
     ScriptedService& service = ready();
     static int32_t sType = 0;
     a_qeltvapi_timeshift_register_callback([](int32_t type, uintptr_t, uintptr_t, uintptr_t) {
@@ -124,7 +124,7 @@ TEST(TimeshiftWire, UnregisteringLeavesTheFunctionRegistered) {
     EXPECT_EQ(-81, sType);
 }
 
-TEST(TimeshiftWire, ALostReplyEndsTheProcessWhereTheResultIsTakenUnchecked) {
+TEST(TimeshiftWire, EndsTheProcessWhenAReplyIsLostThatIsUsedUnchecked) {
     const std::vector<std::pair<std::function<void()>, Values>> calls = {
             {[] { a_qeltvapi_timeshift_get_duration(); }, {}},
             {[] { a_qeltvapi_timeshift_get_position(); }, {}},

@@ -143,7 +143,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(UpgradeWire, table())
 
-TEST(UpgradeWire, AFirmwareTextOfAFieldsLengthOrMoreIsNotTerminated) {
+TEST(UpgradeWire, LeavesAFirmwareTextUnterminatedWhenItFillsItsField) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     for (size_t length : {31u, 32u, 40u}) {
@@ -156,7 +156,7 @@ TEST(UpgradeWire, AFirmwareTextOfAFieldsLengthOrMoreIsNotTerminated) {
     }
 }
 
-TEST(UpgradeWire, ALostReplyOfAPlainFunctionEndsTheProcess) {
+TEST(UpgradeWire, EndsTheProcessWhenTheReplyOfAPlainFunctionIsLost) {
     const struct {
         Values sent;
         std::function<int()> call;

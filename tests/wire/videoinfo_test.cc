@@ -63,7 +63,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(VideoinfoWire, table())
 
-TEST(VideoinfoWire, ABlockMayBeLongerThan64KiB) {
+TEST(VideoinfoWire, TakesABlockLongerThan64KiB) {
     ScriptedService& service = ready();
     Bytes block = counted(70000);
     service.expect({i32(1), bytes(block), i32(70000)}, {i32(2)});

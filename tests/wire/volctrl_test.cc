@@ -82,7 +82,7 @@ Table table() {
 
 WIRE_TABLE_TESTS(VolctrlWire, table())
 
-TEST(VolctrlWire, ZeroUnmutes) {
+TEST(VolctrlWire, UnmutesForZero) {
     ScriptedService& service = ScriptedService::instance();
     service.start();
     service.expect({boolean(false)}, {i32(0)});

@@ -1,21 +1,16 @@
-/** Notifications of a real television, as a test waits for them. */
-#ifndef TESTS_SERVICE_INBOX_H
-#define TESTS_SERVICE_INBOX_H
+/** A television for each test, and its notifications to the test. */
+#ifndef TESTS_SERVICE_WITH_TELEVISION_H
+#define TESTS_SERVICE_WITH_TELEVISION_H
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
 #include <nlohmann/json.hpp>
-#include <optional>
-#include <thread>
 
 #include "daemon.h"
 #include "eventually.h"
 #include "hw_qeltvapi_common.h"
+#include "inbox.h"
 #include "log_capture.h"
 #include "platform_calls.h"
 
@@ -53,47 +48,6 @@ inline bool joinTelevision() {
     });
 }
 
-template <class T>
-class Inbox {
-  public:
-    void put(const T& value) {
-        std::lock_guard<std::mutex> guard(mLock);
-        mValues.push_back(value);
-        mArrived.notify_all();
-    }
-
-    void clear() {
-        std::lock_guard<std::mutex> guard(mLock);
-        mValues.clear();
-    }
-
-    /** Takes values up to the first that fits; none when it does not come. */
-    template <class F>
-    std::optional<T> takeUntil(const F& fits) {
-        std::unique_lock<std::mutex> guard(mLock);
-        const auto deadline = std::chrono::steady_clock::now() + kPatience;
-        for (;;) {
-            while (!mValues.empty()) {
-                const T value = mValues.front();
-                mValues.pop_front();
-                if (fits(value)) return value;
-            }
-            if (mArrived.wait_until(guard, deadline) == std::cv_status::timeout) {
-                return std::nullopt;
-            }
-        }
-    }
-
-    std::optional<T> take() {
-        return takeUntil([](const T&) { return true; });
-    }
-
-  private:
-    std::mutex mLock;
-    std::condition_variable mArrived;
-    std::deque<T> mValues;
-};
-
 /**
  * A television for each test. The library keeps its proxies over the tests and only lets go of
  * them when it sees the television die, so that a new one is of use once it has the library as its
@@ -127,11 +81,11 @@ class WithTelevision : public testing::Test {
 };
 
 /** A notification of the usual shape: its type and four values. */
-struct Told {
+struct Notified {
     int32_t type;
     uint64_t values[4];
 };
 
 }  // namespace wire
 
-#endif  // TESTS_SERVICE_INBOX_H
+#endif  // TESTS_SERVICE_WITH_TELEVISION_H

@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstring>
+#include <functional>
+#include <random>
+#include <thread>
+#include <vector>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+#include "Decoder.h"
+#include "daemon.h"
+#include "eventually.h"
+
+using screen::Canvas;
+using screen::Decoder;
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+/** Luma and chroma of a picture of one colour. */
+struct Yuv {
+    uint8_t y, u, v;
+};
+constexpr Yuv kRed{81, 90, 240}, kBlue{41, 240, 110};
+
+/** A transport stream of MPEG-2 pictures of one colour, composed for these tests. */
+Bytes streamOf(const Yuv& colour, int pictures, int group = 12) {
+    AVFormatContext* format = nullptr;
+    avformat_alloc_output_context2(&format, nullptr, "mpegts", nullptr);
+    AVStream* stream = avformat_new_stream(format, nullptr);
+    const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_MPEG2VIDEO);
+    AVCodecContext* encoder = avcodec_alloc_context3(codec);
+    encoder->width = 320;
+    encoder->height = 240;
+    encoder->time_base = {1, 25};
+    encoder->framerate = {25, 1};
+    encoder->pix_fmt = AV_PIX_FMT_YUV420P;
+    encoder->gop_size = group;
+    encoder->max_b_frames = 0;
+    avcodec_open2(encoder, codec, nullptr);
+    avcodec_parameters_from_context(stream->codecpar, encoder);
+    stream->time_base = encoder->time_base;
+    avio_open_dyn_buf(&format->pb);
+    EXPECT_GE(avformat_write_header(format, nullptr), 0);
+    AVFrame* frame = av_frame_alloc();
+    frame->width = encoder->width;
+    frame->height = encoder->height;
+    frame->format = encoder->pix_fmt;
+    av_frame_get_buffer(frame, 0);
+    AVPacket* packet = av_packet_alloc();
+    for (int i = 0; i <= pictures; ++i) {
+        av_frame_make_writable(frame);
+        const uint8_t values[] = {colour.y, colour.u, colour.v};
+        for (int plane = 0; plane < 3; ++plane) {
+            const int height = plane == 0 ? frame->height : frame->height / 2;
+            memset(frame->data[plane], values[plane],
+                   static_cast<size_t>(frame->linesize[plane] * height));
+        }
+        frame->pts = i;
+        avcodec_send_frame(encoder, i < pictures ? frame : nullptr);
+        while (avcodec_receive_packet(encoder, packet) >= 0) {
+            av_packet_rescale_ts(packet, encoder->time_base, stream->time_base);
+            av_write_frame(format, packet);
+            av_packet_unref(packet);
+        }
+    }
+    av_write_trailer(format);
+    uint8_t* data = nullptr;
+    const int size = avio_close_dyn_buf(format->pb, &data);
+    Bytes bytes(data, data + size);
+    av_free(data);
+    av_packet_free(&packet);
+    av_frame_free(&frame);
+    avcodec_free_context(&encoder);
+    avformat_free_context(format);
+    return bytes;
+}
+
+/** A socket as the television's, that does with each connection what the test wants. */
+class PacketServer {
+  public:
+    explicit PacketServer(std::function<void(int)> serve) : mServe(std::move(serve)) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path().copy(address.sun_path, sizeof(address.sun_path) - 1);
+        mListener = socket(AF_UNIX, SOCK_STREAM, 0);
+        EXPECT_EQ(0, bind(mListener, reinterpret_cast<sockaddr*>(&address), sizeof(address)));
+        EXPECT_EQ(0, listen(mListener, 4));
+        mThread = std::thread([this] {
+            for (int fd; (fd = accept(mListener, nullptr, nullptr)) >= 0; close(fd)) {
+                ++mConnections;
+                mServe(fd);
+            }
+        });
+    }
+    ~PacketServer() {
+        shutdown(mListener, SHUT_RDWR);
+        mThread.join();
+        close(mListener);
+    }
+    std::string path() const { return mDirectory.path() + "/ts"; }
+    int connections() const { return mConnections; }
+
+  private:
+    wire::TemporaryDirectory mDirectory;
+    std::function<void(int)> mServe;
+    std::atomic<int> mConnections{0};
+    int mListener;
+    std::thread mThread;
+};
+
+/** Sends bytes a bit at a time, in pieces that are no packets; false when the reader is gone. */
+bool sendAll(int fd, const Bytes& bytes) {
+    constexpr size_t kPiece = 1000;
+    for (size_t i = 0; i < bytes.size(); i += kPiece) {
+        const size_t size = std::min(kPiece, bytes.size() - i);
+        if (send(fd, bytes.data() + i, size, MSG_NOSIGNAL) != static_cast<ssize_t>(size)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/** The colour of the middle: 'r', 'b', or another. */
+char colourOf(Canvas& canvas) {
+    const uint8_t* pixel = canvas.pixels() +
+                           canvas.stride() * static_cast<size_t>(canvas.height() / 2) +
+                           static_cast<size_t>(canvas.width() / 2) * 4;
+    if (pixel[0] > 200 && pixel[1] < 60 && pixel[2] < 60) return 'r';
+    if (pixel[0] < 60 && pixel[1] < 60 && pixel[2] > 200) return 'b';
+    return '?';
+}
+
+class DecoderTest : public ::testing::Test {
+  protected:
+    Decoder::Reader::Result next(Decoder& decoder) {
+        return mReader.next(decoder, &mCanvas, std::chrono::milliseconds(50));
+    }
+    bool shows(Decoder& decoder, char colour) {
+        return eventually([&] {
+            return next(decoder) == Decoder::Reader::kNew && colourOf(mCanvas) == colour;
+        });
+    }
+
+    Canvas mCanvas{160, 90};
+    Decoder::Reader mReader;
+};
+
+}  // namespace
+
+TEST_F(DecoderTest, ShowsTheStreamAndNothingWhenItEnds) {
+    const Bytes red = streamOf(kRed, 50);
+    std::atomic<bool> ends{false};
+    PacketServer server([&](int fd) {
+        while (!ends && sendAll(fd, red)) continue;
+    });
+    {
+        Decoder decoder(server.path());
+        EXPECT_TRUE(shows(decoder, 'r'));
+        ends = true;
+        EXPECT_TRUE(eventually([&] { return next(decoder) == Decoder::Reader::kNone; }));
+        ends = false;
+        EXPECT_TRUE(shows(decoder, 'r')) << "it connects again";
+        ends = true;
+    }
+}
+
+TEST_F(DecoderTest, JoinsNothingAcrossADiscontinuity) {
+    constexpr int kBefore = 40;
+    Bytes cut = streamOf(kRed, kBefore);
+    cut.resize(cut.size() / 188 * 3 / 4 * 188);
+    // Begins behind the only picture that is whole: the others change what was before.
+    Bytes changes = streamOf(kBlue, 200, 1000);
+    changes.erase(changes.begin(),
+                  changes.begin() + static_cast<std::ptrdiff_t>(changes.size() / 188 / 5 * 188));
+    const Bytes blue = streamOf(kBlue, 100);
+    PacketServer server([&](int fd) {
+        sendAll(fd, cut);
+        for (size_t i = 0; i < changes.size(); i += 188) {
+            // Slow enough that the reader sees each picture.
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            sendAll(fd, Bytes(changes.data() + i, changes.data() + i + 188));
+        }
+        while (sendAll(fd, blue)) continue;
+    });
+    Decoder decoder(server.path());
+    int before = 0, mixed = 0;
+    EXPECT_TRUE(eventually([&] {
+        if (next(decoder) != Decoder::Reader::kNew) return false;
+        const char colour = colourOf(mCanvas);
+        before += colour == 'r';
+        mixed += colour == '?';
+        return colour == 'b';
+    }));
+    EXPECT_EQ(0, mixed);
+    EXPECT_LE(before, kBefore) << "changes were applied to what was before them";
+}
+
+TEST_F(DecoderTest, ASimulatedServiceHasNoPicture) {
+    PacketServer server([](int) {});
+    Decoder decoder(server.path());
+    EXPECT_TRUE(eventually([&] { return server.connections() > 2; })) << "it looks again";
+    EXPECT_EQ(Decoder::Reader::kNone, next(decoder));
+    Decoder nowhere("/nonexistent/ts");
+    EXPECT_EQ(Decoder::Reader::kNone, next(nowhere));
+}
+
+TEST_F(DecoderTest, BytesThatAreNoStreamDoNoHarm) {
+    const Bytes red = streamOf(kRed, 50);
+    std::mt19937 random(17);
+    std::atomic<int> round{0};
+    PacketServer server([&](int fd) {
+        Bytes bytes = red;
+        const int kind = round++ % 3;
+        for (auto& byte : bytes) {
+            if (kind == 0 || (kind == 1 && random() % 300 == 0))
+                byte = static_cast<uint8_t>(random());
+        }
+        sendAll(fd, bytes);
+    });
+    Decoder decoder(server.path());
+    EXPECT_TRUE(eventually([&] { return server.connections() > 6; }));
+    EXPECT_TRUE(shows(decoder, 'r')) << "an intact stream afterwards";
+}
