@@ -1,5 +1,5 @@
-# android::{log,utils,cutils,base}: the platform libraries as Debian packages them. For a foreign
-# ABI QELTV_SYSROOT holds the libraries; the headers are the same for all.
+# qeltvapi_android: the platform libraries as Debian packages them. For a foreign ABI QELTV_SYSROOT
+# holds the libraries; the headers are the same for all.
 find_path(QELTV_ANDROID_INCLUDE utils/RefBase.h PATHS /usr/include/android NO_DEFAULT_PATH)
 if(NOT QELTV_ANDROID_INCLUDE)
     message(FATAL_ERROR "android-libutils-dev is missing (no /usr/include/android/utils/RefBase.h)")
@@ -12,21 +12,18 @@ else()
 endif()
 set(android_dir "${QELTV_SYSROOT}/usr/lib/${triplet}/android")
 
-foreach(name log utils cutils base)
+add_library(qeltvapi_android INTERFACE)
+foreach(name utils cutils base log)
     set(file "${android_dir}/lib${name}.so.0")
     if(NOT EXISTS "${file}")
         message(FATAL_ERROR "android-lib${name} for ${triplet} is missing (no ${file})")
     endif()
     list(APPEND android_files "${file}")
-    add_library(android_lib${name} SHARED IMPORTED GLOBAL)
-    set_target_properties(android_lib${name} PROPERTIES IMPORTED_LOCATION "${file}")
-    target_include_directories(android_lib${name} SYSTEM INTERFACE "${QELTV_ANDROID_INCLUDE}")
-    add_library(android::${name} ALIAS android_lib${name})
+    add_library(qeltvapi_android_${name} SHARED IMPORTED GLOBAL)
+    set_target_properties(qeltvapi_android_${name} PROPERTIES IMPORTED_LOCATION "${file}")
+    target_include_directories(qeltvapi_android_${name} SYSTEM INTERFACE "${QELTV_ANDROID_INCLUDE}")
+    target_link_libraries(qeltvapi_android INTERFACE qeltvapi_android_${name})
 endforeach()
-
-# All of them, which is what code over HIDL wants.
-add_library(android_libs INTERFACE)
-target_link_libraries(android_libs INTERFACE android::utils android::cutils android::base android::log)
 
 # What those libraries pull in themselves is found next to them.
 set(CMAKE_BUILD_RPATH "${android_dir}")

@@ -3,10 +3,19 @@ find_program(QELTV_HIDL_GEN hidl-gen)
 if(NOT QELTV_HIDL_GEN)
     message(FATAL_ERROR "hidl-gen is missing (package hidl-gen)")
 endif()
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(QELTV_HIDL_GEN_SCRIPT "${CMAKE_CURRENT_LIST_DIR}/hidl-gen.cmake")
+set(QELTV_HIDL_SPLIT_SCRIPT "${CMAKE_CURRENT_LIST_DIR}/split_source.py")
+
+# What generated code is compiled with. -g1 keeps line numbers for backtraces at a fraction of the
+# size. Optimizing instrumented code would be more than half of the fuzzers' build.
+set(QELTV_GENERATED_OPTIONS -w -O2 -g1)
+if(QELTV_SANITIZE MATCHES "fuzzer")
+    set(QELTV_GENERATED_OPTIONS -w -O0 -g1)
+endif()
 
 # All generated files and nothing compiled.
-add_custom_target(hidl_headers)
+add_custom_target(qeltvapi_generated)
 
 # The directory of a package under its root: vendor.a.b.c@1.0 under "vendor.a.b:dir" is dir/c/1.0.
 function(_hidl_package_dir out package roots)
@@ -33,13 +42,16 @@ function(_hidl_package_dir out package roots)
     message(FATAL_ERROR "no root given for ${package}")
 endfunction()
 
-# hidl_generate(<prefix> PACKAGE a.b@1.0 ROOTS "a:dir" ... [USES other@1.0 ...])
+# hidl_generate(<prefix> PACKAGE a.b@1.0 ROOTS "a:dir" ... [USES other@1.0 ...]
+#               [SPLIT interface=parts ...])
 #
 # Sets <prefix>_HEADERS, <prefix>_SOURCES (both generated) and <prefix>_INCLUDE in the caller's
 # scope, for use in a target of the same directory, and <prefix>_GENERATE, a target for that target
-# to depend on. Directories in ROOTS are taken relative to the source tree. USES names the packages whose .hal files this one reads; IBase is always among them.
+# to depend on. Directories in ROOTS are relative to the source tree. USES names the packages whose
+# .hal files this one reads; IBase is always among them. SPLIT names interfaces whose source is
+# spread over several, as one would take most of the build.
 function(hidl_generate prefix)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PACKAGE" "ROOTS;USES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PACKAGE" "ROOTS;USES;SPLIT")
     set(roots)
     set(root_options)
     foreach(root IN LISTS arg_ROOTS)
@@ -96,29 +108,36 @@ function(hidl_generate prefix)
             list(APPEND sources "${out}/${base}All.cpp")
         endif()
     endforeach()
+    set(splits)
+    foreach(split IN LISTS arg_SPLIT)
+        string(REGEX MATCH "^I(.+)=([2-9])$" matched "${split}")
+        set(source "${out}/${CMAKE_MATCH_1}All")
+        if(NOT matched OR NOT "${source}.cpp" IN_LIST sources)
+            message(FATAL_ERROR "'${split}' is not an interface of ${arg_PACKAGE} and its parts")
+        endif()
+        list(APPEND splits "${path}/${CMAKE_MATCH_1}All.cpp=${CMAKE_MATCH_2}")
+        foreach(part RANGE 2 ${CMAKE_MATCH_2})
+            list(APPEND sources "${source}_${part}.cpp")
+        endforeach()
+    endforeach()
 
     add_custom_command(
         OUTPUT ${headers} ${sources}
         COMMAND "${CMAKE_COMMAND}" "-DHIDL_GEN=${QELTV_HIDL_GEN}" "-DPACKAGE=${arg_PACKAGE}"
             "-DROOTS=${root_options}" "-DOUT=${include}" "-DTEMP=${include}.new"
-            -P "${QELTV_HIDL_GEN_SCRIPT}"
-        DEPENDS ${depends} "${QELTV_HIDL_GEN_SCRIPT}"
+            "-DSPLITS=${splits}" "-DPYTHON=${Python3_EXECUTABLE}"
+            "-DSPLIT_SCRIPT=${QELTV_HIDL_SPLIT_SCRIPT}" -P "${QELTV_HIDL_GEN_SCRIPT}"
+        DEPENDS ${depends} "${QELTV_HIDL_GEN_SCRIPT}" "${QELTV_HIDL_SPLIT_SCRIPT}"
         COMMENT "hidl-gen ${arg_PACKAGE}"
         VERBATIM)
 
-    # -g1 keeps line numbers for backtraces at a fraction of the size. Of the fuzzers' build,
-    # optimizing what is instrumented would be more than half.
-    set(level -O2)
-    if(QELTV_SANITIZE MATCHES "fuzzer")
-        set(level -O0)
-    endif()
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w;${level};-g1")
+    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "${QELTV_GENERATED_OPTIONS}")
 
     # A target of its own lets the files be written before the libraries that the package's
     # library links are there.
-    string(MAKE_C_IDENTIFIER "generate_${arg_PACKAGE}" generate)
+    string(MAKE_C_IDENTIFIER "qeltvapi_generate_${arg_PACKAGE}" generate)
     add_custom_target(${generate} DEPENDS ${headers} ${sources})
-    add_dependencies(hidl_headers ${generate})
+    add_dependencies(qeltvapi_generated ${generate})
 
     set(${prefix}_GENERATE ${generate} PARENT_SCOPE)
     set(${prefix}_HEADERS ${headers} PARENT_SCOPE)
@@ -127,15 +146,18 @@ function(hidl_generate prefix)
 endfunction()
 
 # hidl_package(<target> PACKAGE a.b@1.0 ROOTS "a:dir" ... [OUTPUT_NAME name] [USES other@1.0 ...]
-#              [DEPENDS targets...])
+#              [SPLIT interface=parts ...] [DEPENDS targets...])
 #
 # A shared library of the package's stubs and proxies, over hidlhost and the targets in DEPENDS
-# (the libraries of the packages in USES). Whoever links it finds the package's headers.
+# (the libraries of the packages in USES). Its users get the package's include directory.
 function(hidl_package target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PACKAGE;OUTPUT_NAME" "ROOTS;USES;DEPENDS")
-    hidl_generate(hidl PACKAGE ${arg_PACKAGE} ROOTS ${arg_ROOTS} USES ${arg_USES})
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PACKAGE;OUTPUT_NAME" "ROOTS;USES;SPLIT;DEPENDS")
+    hidl_generate(hidl PACKAGE ${arg_PACKAGE} ROOTS ${arg_ROOTS} USES ${arg_USES}
+        SPLIT ${arg_SPLIT})
     add_library(${target} SHARED ${hidl_HEADERS} ${hidl_SOURCES})
     add_dependencies(${target} ${hidl_GENERATE})
+    # The target's as well as its sources', because they may share a precompiled header.
+    target_compile_options(${target} PRIVATE ${QELTV_GENERATED_OPTIONS})
     # Generated code marks nothing for export and everything is meant to be.
     set_target_properties(${target} PROPERTIES
         CXX_VISIBILITY_PRESET default VISIBILITY_INLINES_HIDDEN OFF)

@@ -5,7 +5,7 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set_target_properties(hidlhost PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 1)
-set_target_properties(hidlhost qeltvapi_hidl qeltvapi_client PROPERTIES
+set_target_properties(hidlhost qeltvapi_hidl qeltvapi_client qeltvapi_testing PROPERTIES
     INSTALL_RPATH "$ORIGIN;${android_dir}")
 # Nothing is installed from a tree that lacks some of it.
 set(wanted $<TARGET_GENEX_EVAL:installed,$<TARGET_PROPERTY:installed,FILES>>)
@@ -23,6 +23,9 @@ set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/qeltvapi")
 # Two sets, because the C interface is usable without the platform's headers.
 install(TARGETS qeltvapi_client EXPORT qeltvapi-client-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${include_dir}")
+# The test kit's headers are C and C++ without the platform's.
+install(TARGETS qeltvapi_testing EXPORT qeltvapi-client-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(TARGETS qeltvapi_hidl EXPORT qeltvapi-hidl-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${include_dir}")
 install(TARGETS hidlhost EXPORT qeltvapi-hidl-targets
@@ -32,6 +35,8 @@ foreach(set client hidl)
 endforeach()
 
 install(DIRECTORY include/ DESTINATION "${include_dir}" FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY testing/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host/include/ DESTINATION "${runtime_include_dir}" FILES_MATCHING PATTERN "*.h")
 foreach(package android.hidl.base@1.0 android.hidl.manager@1.0 android.hidl.safe_union@1.0)
     install(DIRECTORY "${PROJECT_BINARY_DIR}/hidl/${package}/" DESTINATION "${runtime_include_dir}"
@@ -46,9 +51,13 @@ set(data_dir "${CMAKE_INSTALL_DATADIR}/qeltvapi")
 install(DIRECTORY interface/ DESTINATION "${data_dir}/interface"
     FILES_MATCHING PATTERN "*.hal")
 install(DIRECTORY host/hidl/ DESTINATION "${data_dir}/hidl" FILES_MATCHING PATTERN "*.hal")
+install(FILES "${QELTVAPI_DESCRIPTION}" DESTINATION "${data_dir}")
 install(DIRECTORY layouts/ DESTINATION "${include_dir}/layouts" FILES_MATCHING PATTERN "*.h")
+install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.webp")
 install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples"
-    FILES_MATCHING PATTERN "*.c")
+    FILES_MATCHING PATTERN "*.c" PATTERN "*.cc" PATTERN "*.h")
 
 configure_package_config_file(cmake/install/qeltvapi-config.cmake.in
     "${PROJECT_BINARY_DIR}/install/qeltvapi-config.cmake"
@@ -60,12 +69,16 @@ install(FILES "${PROJECT_BINARY_DIR}/install/qeltvapi-config.cmake"
     "${PROJECT_BINARY_DIR}/install/qeltvapi-config-version.cmake"
     DESTINATION "${package_dir}")
 file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" /)
-configure_file(cmake/install/qeltvapi.pc.in "${PROJECT_BINARY_DIR}/install/qeltvapi.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/install/qeltvapi.pc"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+foreach(name qeltvapi qeltvapi-testing)
+    configure_file(cmake/install/${name}.pc.in "${PROJECT_BINARY_DIR}/install/${name}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/install/${name}.pc"
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endforeach()
 
 set(installed_files
-    $<TARGET_FILE:hidlhost> $<TARGET_FILE:qeltvapi_hidl> $<TARGET_FILE:qeltvapi_client>)
+    $<TARGET_FILE:hidlhost> $<TARGET_FILE:qeltvapi_hidl> $<TARGET_FILE:qeltvapi_client>
+    $<TARGET_FILE:qeltvapi_testing>
+    "${QELTVAPI_DESCRIPTION}")
 if(TARGET qeltvd)
     set_target_properties(qeltvd PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
@@ -76,6 +89,16 @@ if(TARGET qeltvd)
         configure_file(\"${PROJECT_SOURCE_DIR}/cmake/install/qeltvd.service.in\"
             \"${PROJECT_BINARY_DIR}/install/qeltvd.service\" @ONLY)")
     install(FILES "${PROJECT_BINARY_DIR}/install/qeltvd.service" DESTINATION lib/systemd/user)
+    # From the help that the television prints.
+    set(manual "${PROJECT_BINARY_DIR}/qeltvd/qeltvd.8")
+    add_custom_command(OUTPUT "${manual}"
+        COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
+            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
+            qeltvd $<TARGET_FILE:qeltvd> "${PROJECT_BINARY_DIR}/qeltvd" "${PROJECT_VERSION}"
+        DEPENDS qeltvd tools/generate_manual.py
+        VERBATIM)
+    install(FILES "${manual}" DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
+    list(APPEND installed_files "${manual}")
 endif()
 if(NOT CMAKE_CROSSCOMPILING)
     set_target_properties(qeltvctl PROPERTIES
@@ -86,13 +109,16 @@ if(NOT CMAKE_CROSSCOMPILING)
     add_custom_command(OUTPUT "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash"
         COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
             $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
-            $<TARGET_FILE:qeltvctl> "${tool_dir}" "${PROJECT_VERSION}"
+            qeltvctl $<TARGET_FILE:qeltvctl> "${tool_dir}" "${PROJECT_VERSION}"
         DEPENDS qeltvctl tools/generate_manual.py
         VERBATIM)
     install(FILES "${tool_dir}/qeltvctl.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
     install(FILES "${tool_dir}/qeltvctl.bash" RENAME qeltvctl
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-    list(APPEND installed_files
+    set_target_properties(qeltvscreen PROPERTIES
+        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
+    install(TARGETS qeltvscreen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    list(APPEND installed_files $<TARGET_FILE:qeltvscreen>
         $<TARGET_FILE:qeltvctl> "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash")
 endif()
 # All that the rules above take from the build tree, and so the least to build before an install.
@@ -115,9 +141,10 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
-    "${PROJECT_BINARY_DIR}/host" "${PROJECT_BINARY_DIR}/interface" "${PROJECT_BINARY_DIR}/clientwrapper")
-# For the C++ declarations, and for what the reference television scans.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dtv-scan-tables")
+    "${PROJECT_BINARY_DIR}/host" "${PROJECT_BINARY_DIR}/interface" "${PROJECT_BINARY_DIR}/clientwrapper"
+    "${PROJECT_BINARY_DIR}/testing")
+# For the C++ declarations, for what the reference television scans, and for its screen.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dtv-scan-tables, fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS
     "android-libutils-dev, android-libcutils-dev, android-liblog-dev, android-libbase-dev")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

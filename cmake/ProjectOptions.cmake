@@ -1,4 +1,4 @@
-# project_options: what all our own code is compiled with. Link it PRIVATE.
+# qeltvapi_options: what all our own code is compiled with. Link it PRIVATE.
 set(QELTV_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize= takes them")
 
 # Sanitizers go to every target, generated code included: a report needs the frames of both sides.
@@ -27,9 +27,9 @@ add_link_options(-Wl,--as-needed -Wl,--hash-style=gnu)
 
 find_package(Threads REQUIRED GLOBAL)
 
-add_library(project_options INTERFACE)
-target_compile_options(project_options INTERFACE -Wall -Wextra -Wconversion -Werror)
-target_link_libraries(project_options INTERFACE Threads::Threads)
+add_library(qeltvapi_options INTERFACE)
+target_compile_options(qeltvapi_options INTERFACE -Wall -Wextra -Wconversion -Werror)
+target_link_libraries(qeltvapi_options INTERFACE Threads::Threads)
 
 # Makes __FILE__ in TARGET's sources start at the source directory ("clientwrapper/x.cpp"), which
 # log texts print. ccache hands the compiler a path relative to the build directory, hence two maps.
@@ -41,7 +41,7 @@ function(use_source_relative_file_macro target)
 endfunction()
 
 # Binds TARGET, a shared library, to its own symbols at link time: looking them up is most of what the
-# start of a program takes. For libraries without variables that programs write. The sanitizers tell
+# start of a program takes. For libraries without variables that programs write. The sanitizers report
 # types apart by address, so they need one of each.
 function(bind_own_symbols target)
     if(QELTV_SANITIZE)

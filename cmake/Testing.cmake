@@ -41,7 +41,7 @@ function(qeltv_add_test name)
     add_executable(${name} ${arg_SOURCES})
     # Tests wait more than they compute; optimizing them is more than half of their build time.
     target_compile_options(${name} PRIVATE -O0)
-    target_link_libraries(${name} PRIVATE project_options ${arg_LIBRARIES})
+    target_link_libraries(${name} PRIVATE qeltvapi_options ${arg_LIBRARIES})
     if(arg_NO_MAIN)
         target_link_libraries(${name} PRIVATE GTest::gmock GTest::gtest)
     else()

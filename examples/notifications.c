@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
     /* That one asks for nothing. Among the functions that also have the library's callback object
        registered with the television, take one whose notifications this program does without. */
     a_qeltvapi_highlevel_register_callback(NULL);
-    /* The television tells of the items that it is asked to watch. */
+    /* The television notifies changes of the items on its list. */
     const int code = a_qeltvapi_config_add_value_changed_callback(ITEM);
     if (code != 0) {
         fprintf(stderr, ITEM " cannot be watched: %d\n", code);

@@ -13,11 +13,16 @@ die() {
 packages_build=(clang lld cmake ninja-build ccache hidl-gen android-libutils-dev
     android-libcutils-dev android-liblog-dev android-libbase-dev libsqlite3-dev libcli11-dev
     nlohmann-json3-dev libgtest-dev libgmock-dev libbenchmark-dev dtv-scan-tables
-    pkg-config libhowardhinnant-date-dev libsodium-dev python3)
+    pkg-config libhowardhinnant-date-dev libsodium-dev libbitstream-dev libzvbi-dev python3
+    python3-pytest
+    libcpp-httplib-dev libfreetype-dev libpng-dev libturbojpeg0-dev fonts-dejavu-core)
+# The browser of the tests of qeltvscreen.
+# shellcheck disable=SC2034
+packages_browser=(chromium-headless-shell)
 # shellcheck disable=SC2034
 packages_armhf=(g++-arm-linux-gnueabihf qemu-user googletest)
 # shellcheck disable=SC2034
-packages_checks=(g++ clang-format binutils blueprint-tools doxygen pkg-config abigail-tools
+packages_checks=(g++ clang-format binutils blueprint-tools doxygen mscgen pkg-config abigail-tools
     shellcheck)
 
 # sanitizer_package: the sanitizers' runtime has clang's version in its name.
@@ -55,7 +60,8 @@ need() {
     if ! logged "$log" apt_get install --no-install-recommends $missing &&
         ! { logged "$log" apt_get update &&
             logged "$log" apt_get install --no-install-recommends $missing; }; then
-        grep '^E:' "$log" >&2
+        # Empty where apt has shown its errors itself.
+        grep '^E:' "$log" >&2 || true
         rm -f "$log"
         die "cannot install the missing packages: $(missing_packages "$@")"
     fi
@@ -91,8 +97,8 @@ compile() {
     local preset=$1 log=build/build-$1.log
     shift
     logged "$log" cmake --build --preset "$preset" ${1:+--target "$@"} && return
-    # Where ninja stops on a failure, what it printed before is of no use.
-    [ -t 1 ] || sed -n '/^FAILED: \|^ninja: error/,$p' "$log" >&2
+    # The steps before the one that failed are of no use.
+    [ -t 1 ] || sed -n '/^FAILED: \|^ninja: error\|^Error: /,$p' "$log" >&2
     return 1
 }
 
