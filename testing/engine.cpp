@@ -74,6 +74,8 @@ void Engine::start(const std::vector<std::string>& interfaces) {
             "IQelTvApiTimeshift", "IQelTvApiTime",   "IQelTvApiEvent",     "IQelTvApiPvrbrowser",
             "IQelTvApiInputSrc",  "IQelTvApiRecord", "IQelTvApiMultiview", "IQelTvApiChannelList",
             "IQelTvApiCI",        "IQelTvApiCec",    "IQelTvApi"};
+    // Who has seen it die may call this while die() still runs.
+    std::lock_guard<std::mutex> life(mLife);
     if (started()) return;
     auto host = std::make_unique<RawHost>();
     for (const std::string& interface : interfaces.empty() ? kAll : interfaces) {
@@ -97,6 +99,7 @@ bool Engine::started() const {
 }
 
 void Engine::die() {
+    std::lock_guard<std::mutex> life(mLife);
     RawHost* host = nullptr;
     {
         std::lock_guard<std::mutex> guard(mLock);

@@ -80,6 +80,8 @@ class Engine {
                              android::hardware::Parcel* reply);
     android::status_t registered(const hidlhost::RawCall& call, android::hardware::Parcel* reply);
 
+    /** One beginning or end of the service at a time. */
+    std::mutex mLife;
     mutable std::mutex mLock;
     mutable std::condition_variable mRegistered;
     Handler mHandler;
