@@ -180,7 +180,7 @@ status_t writeScalar(Parcel* parcel, uint64_t value) {
     return parcel->writeUint64(value);
 }
 
-/** What stands in a buffer, with the buffers that are embedded in it. */
+/** The content of a buffer, with the buffers that are embedded in it. */
 class Reader {
   public:
     explicit Reader(const Parcel& parcel) : mParcel(parcel) {}

@@ -50,9 +50,9 @@ struct Type {
     Kind kind;
     /** Bytes in a buffer; 0 for what is in none. */
     size_t size;
-    /** Of a vector. */
+    /** The type of a vector's elements. */
     const Type* element = nullptr;
-    /** Of a struct. */
+    /** The fields of a struct. */
     std::vector<Field> fields = {};
 };
 

@@ -101,7 +101,7 @@ struct Options {
 Octets dvb(const Options& options = {});
 Octets atsc(const Options& options = {});
 
-/** @throws std::runtime_error where the file cannot be written */
+/** @throws std::runtime_error if the file cannot be written */
 void writeFile(const std::string& path, const Octets& bytes);
 
 }  // namespace composed

@@ -26,7 +26,7 @@ class Node;
 /** One call as it has arrived. */
 struct RawCall {
     uint32_t code;
-    /** What the caller takes the object for. The arguments stand right behind it. */
+    /** The interface that the caller takes the object for. The arguments follow it. */
     std::string interface;
     const android::hardware::Parcel& arguments;
     bool oneway;
@@ -111,7 +111,7 @@ void writeVector(android::hardware::Parcel* parcel, const std::vector<T>& elemen
 /** A struct without strings, vectors and handles, or an array. */
 void writePlain(android::hardware::Parcel* parcel, const void* bytes, size_t size);
 
-/** Each returns false where something else comes next. */
+/** Each returns false if something else comes next. */
 bool readString(const android::hardware::Parcel& parcel, std::string* text);
 bool readVector(const android::hardware::Parcel& parcel, size_t elementSize,
                 std::vector<uint8_t>* bytes);
