@@ -54,7 +54,7 @@ class ConfigService : public IQelTvApiConfigDefault {
 
   private:
     int32_t set(uint32_t selector, const std::string& name, int32_t value, int32_t flags);
-    int32_t setText(const std::string& name, const std::string& value, bool quiet);
+    int32_t setText(const std::string& name, const std::string& value, Audience audience);
     /** Notifies clients of a change of an item that is watched. */
     void changed(const ConfigItems::Item& item);
 
