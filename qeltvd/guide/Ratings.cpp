@@ -111,7 +111,7 @@ uint8_t frenchLevel(uint8_t age) {
     return age >= 8 ? QELTV_CANADA_FRENCH_8 : QELTV_CANADA_FRENCH_G;
 }
 
-/** Flag of a content bit of a television rating; none where the rating does not have it. */
+/** Flag of a content bit of a television rating; none if the rating does not have it. */
 int contentFlag(uint8_t level, unsigned bit) {
     constexpr int kFlags[][4] = {
             {QELTV_US_TV_PG_D, QELTV_US_TV_PG_L, QELTV_US_TV_PG_S, QELTV_US_TV_PG_V},
@@ -490,7 +490,7 @@ RatingText Ratings::text(const std::vector<Atsc>& list) {
                 append(&text.system, "region " + std::to_string(rating.region), ", ");
                 break;
         }
-        // What the table calls it, where the rating itself says nothing known here.
+        // The table's name for it, if the rating itself says nothing known here.
         if (label.empty()) label = rating.name;
         if (!label.empty()) append(&text.label, label, ", ");
         if (description.empty()) description = rating.name;

@@ -642,7 +642,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_channellist_by_query_info(
     return Void();
 }
 
-/** Of a broadcast type only when it is not 0; the last value is ignored. */
+/** Only channels of the broadcast type if that is not 0; the last value is ignored. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_svl_tsl_lol_clean(uint32_t list,
                                                                        uint32_t broadcast,
                                                                        uint32_t) {

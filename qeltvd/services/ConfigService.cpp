@@ -116,7 +116,7 @@ Return<int32_t> ConfigService::a_hidl_qeltvapi_config_remove_value_changed_callb
     return mWatched.erase(name) != 0 ? kOk : kNotFound;
 }
 
-/** One character for each value that the item can take, '1' where it can be chosen now. */
+/** One character for each value that the item can take, '1' if it can be chosen now. */
 Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enabled(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_items_enabled_cb reply) {
     const auto item = mConfig.find(selector, name);
