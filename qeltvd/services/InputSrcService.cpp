@@ -69,10 +69,10 @@ Return<uint8_t> InputSrcService::a_hidl_qeltvapi_inputsource_get_sourcetotalnum(
 
 Return<void> InputSrcService::a_hidl_qeltvapi_inputsource_get_sharepinrec_byidx(
         int32_t idx, a_hidl_qeltvapi_inputsource_get_sharepinrec_byidx_cb reply) {
-    int32_t left = idx;
+    int32_t next = 0;
     for (uint8_t a = 0; Inputs::exists(a); ++a) {
         for (uint8_t b = a; Inputs::exists(b); ++b) {
-            if (!Inputs::conflict(a, b) || left-- != 0) continue;
+            if (!Inputs::conflict(a, b) || next++ != idx) continue;
             reply({a, b}, kOk);
             return Void();
         }

@@ -193,11 +193,11 @@ class SilentStub : public BnHwQelTvApiCallback {
 
 TEST_F(HostileClient, CallbackObjectsThatDoNotAnswerHoldUpNobody) {
     // Never destroyed: calls may be in it at the end of the process.
-    auto& gate = *new Gate;
+    static auto& gate = *new Gate;
     auto& constructors = android::hardware::details::getBnConstructorMap();
     const auto usual = constructors.get(IQelTvApiCallback::descriptor, nullptr);
     constructors.set(IQelTvApiCallback::descriptor,
-                     [&gate](void* object) -> android::sp<android::hardware::IBinder> {
+                     [](void* object) -> android::sp<android::hardware::IBinder> {
                          return new SilentStub(static_cast<IQelTvApiCallback*>(object), gate);
                      });
     std::vector<android::sp<QelTvApiCallbackImpl>> objects;
