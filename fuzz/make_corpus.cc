@@ -157,8 +157,8 @@ void writeStreams(const std::filesystem::path& directory) {
                             std::string(data, data + size));
         };
         // Pictures, sound and teletext are no sections.
-        for (const uint16_t pid :
-             {0x00, 0x10, 0x11, 0x12, 0x14, 0x100, 0x106, 0x200, 0x1d00, 0x1e00, 0x1ffb}) {
+        for (const uint16_t pid : std::initializer_list<uint16_t>{
+                     0x00, 0x10, 0x11, 0x12, 0x14, 0x100, 0x106, 0x200, 0x1d00, 0x1e00, 0x1ffb}) {
             demux.filterSections(pid, add);
         }
         demux.filterPes(composed::kFirstTeletext, [&](const PesPacket& packet) {
