@@ -112,9 +112,8 @@ status_t RawService::onTransact(uint32_t code, const Parcel& data, Parcel* reply
     }
 }
 
-RawHost::RawHost() : mNode(Node::create()) {
-    // A fake answers from several threads unless its test says otherwise.
-    mNode->gate().configure(1000, false);
+RawHost::RawHost(size_t threads) : mNode(Node::create()) {
+    mNode->gate().configure(threads, false);
 }
 
 RawHost::~RawHost() {

@@ -23,8 +23,7 @@ bool isPath(int32_t path) {
 
 BroadcastService::BroadcastService(const ChannelDatabase& channels, Broadcast& broadcast,
                                    Notifier& notifier, Presentation& presentation)
-        : IQelTvApiBroadcastDefault(kUnsupported, false),
-          mChannels(channels),
+        : mChannels(channels),
           mBroadcast(broadcast),
           mNotifier(notifier),
           mPresentation(presentation) {}

@@ -72,7 +72,7 @@ std::optional<Fault> faultIn(std::vector<std::string> words) {
 }  // namespace
 
 MainService::MainService(const Models& models, Switchboard& switchboard)
-        : IQelTvApiDefault(kUnsupported, false), mModels(models), mSwitchboard(switchboard) {}
+        : mModels(models), mSwitchboard(switchboard) {}
 
 Return<void> MainService::a_hidl_registerCallbackHandler(
         const android::sp<IQelTvApiCallback>& callback) {

@@ -62,7 +62,8 @@ class RawService : public android::hardware::BHwBinder {
  */
 class RawHost {
   public:
-    RawHost();
+    /** `threads` calls run at a time: several, unless a test is about one after the other. */
+    explicit RawHost(size_t threads = 1000);
     /** Kills. */
     ~RawHost();
     RawHost(const RawHost&) = delete;
