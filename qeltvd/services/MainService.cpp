@@ -76,7 +76,6 @@ MainService::MainService(const Models& models, Switchboard& switchboard)
 
 Return<void> MainService::a_hidl_registerCallbackHandler(
         const android::sp<IQelTvApiCallback>& callback) {
-    // The transaction has the pid; a call of the object could wait for the client without a limit.
     if (callback != nullptr) {
         mModels.notifier.add(callback, android::hardware::IPCThreadState::self()->getCallingPid());
     }

@@ -96,6 +96,9 @@ TEST(OverlayExample, ServesOneFunctionItselfAndTheTelevisionAllOthers) {
     EXPECT_EQ(1, qeltvctl({"config", "set", kItem, "61"}).status);
     EXPECT_EQ(0, qeltvctl({"config", "set", kItem, "60"}).status);
     EXPECT_EQ("60\n", qeltvctl({"config", "get", kItem}).out);
+    // The tool waits until the television lists its callback object as that of its process.
+    EXPECT_EQ("qeltvctl: scan: no such thing (-3)\n",
+              qeltvctl({"scan", "start", "--mhz", "1"}).err);
 
     television.kill();
     EXPECT_EQ(1, overlay.end());

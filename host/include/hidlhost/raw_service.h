@@ -139,6 +139,9 @@ android::status_t rawCall(const android::sp<android::hardware::IBinder>& object,
 android::sp<android::hardware::IBinder> findRaw(const std::string& interface,
                                                 const std::string& instance);
 
+/** The process that hosts an object, by the number that it has for itself. Calls nobody. */
+int32_t processOf(const android::sp<android::hardware::IBinder>& object);
+
 /**
  * Takes this process' own names and socket out of the runtime directory, for an orderly end; the
  * end of the process through exit() does so by itself.

@@ -22,8 +22,7 @@ namespace qeltvapi::service {
  * of the overlay.
  *
  * The television sees one client, the overlay's process. Locks, snapshots and UARTs belong to that
- * process, whichever client has asked for them. All clients together register as many callback
- * objects as one process may, and one that does not take its notifications delays the others'.
+ * process, whichever client has asked for them.
  *
  * All functions may be called by any thread.
  */
