@@ -31,8 +31,7 @@ int32_t digitsOf(int32_t number) {
 
 BroadcastService::BroadcastService(const ChannelDatabase& channels, Broadcast& broadcast,
                                    Notifier& notifier, Presentation& presentation)
-        : IQelTvApiBroadcastDefault(kUnsupported, false),
-          mChannels(channels),
+        : mChannels(channels),
           mBroadcast(broadcast),
           mNotifier(notifier),
           mPresentation(presentation) {}

@@ -103,10 +103,7 @@ Result<size_t> fillBlocks(const Handle& svl, const Handle& tsl, uint64_t count, 
 
 ChannelListService::ChannelListService(ChannelDatabase& channels, const ConfigItems& config,
                                        Notifier& notifier)
-        : IQelTvApiChannelListDefault(kUnsupported, false),
-          mChannels(channels),
-          mConfig(config),
-          mNotifier(notifier) {
+        : mChannels(channels), mConfig(config), mNotifier(notifier) {
     mChannels.addListener([this](const ChannelChange& change) { notify(change); });
 }
 

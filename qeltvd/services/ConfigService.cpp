@@ -25,11 +25,7 @@ uint32_t packed(int32_t minimum, int32_t maximum) {
 
 ConfigService::ConfigService(ConfigItems& config, Notifier& notifier, PinLock& pin,
                              Presentation& presentation)
-        : IQelTvApiConfigDefault(kUnsupported, false),
-          mConfig(config),
-          mNotifier(notifier),
-          mPin(pin),
-          mPresentation(presentation) {
+        : mConfig(config), mNotifier(notifier), mPin(pin), mPresentation(presentation) {
     config.addListener([this](const ConfigItems::Item& item, Audience audience) {
         if (audience == Audience::kEveryone) changed(item);
     });

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiConfig.h>
 #include <mutex>
 #include <set>
 #include <string>
 
 #include "ConfigItems.h"
-#include "Defaults.h"
 #include "Notifier.h"
 #include "PinLock.h"
 #include "Presentation.h"
@@ -14,7 +14,7 @@
 namespace qeltvd {
 
 /** IQelTvApiConfig over the settings in the store. */
-class ConfigService : public IQelTvApiConfigDefault {
+class ConfigService : public Default<IQelTvApiConfig> {
   public:
     ConfigService(ConfigItems& config, Notifier& notifier, PinLock& pin,
                   Presentation& presentation);

@@ -65,12 +65,7 @@ void answer(const std::optional<Event>& event, int32_t room, const Make& make, c
 
 EventService::EventService(const ChannelDatabase& channels, const Clock& clock,
                            const ConfigItems& config, Guide& guide, const Ratings& ratings)
-        : IQelTvApiEventDefault(kUnsupported, false),
-          mChannels(channels),
-          mClock(clock),
-          mConfig(config),
-          mGuide(guide),
-          mRatings(ratings) {}
+        : mChannels(channels), mClock(clock), mConfig(config), mGuide(guide), mRatings(ratings) {}
 
 std::optional<Event> EventService::find(int32_t channel, int32_t event) const {
     if (event < 0 || event > UINT16_MAX) return std::nullopt;

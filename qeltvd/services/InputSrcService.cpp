@@ -20,9 +20,7 @@ uint8_t mhlPort() {
 }  // namespace
 
 InputSrcService::InputSrcService(Inputs& inputs, Presentation& presentation)
-        : IQelTvApiInputSrcDefault(kUnsupported, false),
-          mInputs(inputs),
-          mPresentation(presentation) {}
+        : mInputs(inputs), mPresentation(presentation) {}
 
 /** A name in a form; a QELTV_NAME_FORM that there is not is refused. */
 template <class Reply>

@@ -23,10 +23,7 @@ HIDL_T_RATING_MAP_TO_G mapOf(const RatingText& text) {
 }  // namespace
 
 RatingService::RatingService(const ChannelDatabase& channels, Guide& guide, Ratings& ratings)
-        : IQelTvApiRatingDefault(kUnsupported, false),
-          mChannels(channels),
-          mGuide(guide),
-          mRatings(ratings) {}
+        : mChannels(channels), mGuide(guide), mRatings(ratings) {}
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_setting_info(
         a_hidl_qeltvapi_rating_get_us_tv_setting_info_cb reply) {

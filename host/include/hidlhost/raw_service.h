@@ -62,7 +62,8 @@ class RawService : public android::hardware::BHwBinder {
  */
 class RawHost {
   public:
-    RawHost();
+    /** `threads` calls run at a time: several, unless a test is about one after the other. */
+    explicit RawHost(size_t threads = 1000);
     /** Kills. */
     ~RawHost();
     RawHost(const RawHost&) = delete;
@@ -137,6 +138,9 @@ android::status_t rawCall(const android::sp<android::hardware::IBinder>& object,
 /** The binder registered under the names, null where nobody is. */
 android::sp<android::hardware::IBinder> findRaw(const std::string& interface,
                                                 const std::string& instance);
+
+/** The process that hosts an object, by the number that it has for itself. Calls nobody. */
+int32_t processOf(const android::sp<android::hardware::IBinder>& object);
 
 /**
  * Takes this process' own names and socket out of the runtime directory, for an orderly end; the
