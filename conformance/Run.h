@@ -1,0 +1,71 @@
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "Arguments.h"
+#include "Report.h"
+#include "Service.h"
+
+namespace conformance {
+
+struct Options {
+    std::vector<std::string> interfaces;
+    std::vector<std::string> checks;
+    uint32_t seed = 1;
+    uint32_t seconds = 5;
+    bool readOnly = false;
+    bool layouts = false;
+    bool list = false;
+    std::string item = "picture.contrast";
+    std::string junit;
+};
+
+/** One run: the service, the checks, and what is known so far. */
+class Run {
+  public:
+    Run(Service& service, const Options& options);
+
+    Service& service() { return mService; }
+    const Options& options() const { return mOptions; }
+    Plausible& plausible() { return mPlausible; }
+
+    Check& check(const std::string& name);
+    /** The checks that are to be reported, in order. */
+    std::vector<const Check*> reported() const;
+    /** Whether one of the checks is to be reported. */
+    bool wants(std::initializer_list<const char*> names) const;
+    /** Skips the checks that have not found a fault. */
+    void skip(std::initializer_list<const char*> names, const std::string& reason);
+
+    /** Whether calls are to be made to a method. */
+    bool mayCall(const transactions::Method& method) const;
+    /** Whether the service has ended during a check. */
+    bool gone() const { return mGone; }
+    /** Examines the service after a call that has failed in transport. */
+    void lookAfter(const Target& target, android::status_t status);
+
+  private:
+    Service& mService;
+    const Options& mOptions;
+    Plausible mPlausible;
+    std::deque<Check> mChecks;
+    std::atomic<bool> mGone{false};
+};
+
+/** Whether a name of --check is that of a check or of its group. */
+bool selects(const std::string& word, const CheckInfo& info);
+
+// The groups in the order in which they run.
+void checkInterfaces(Run& run);
+/** Calls the methods that only read, or the others; examines all replies. */
+void checkMethods(Run& run, bool reading);
+void checkOrdinals(Run& run);
+void checkMemory(Run& run);
+void checkCallbacks(Run& run);
+void checkHostile(Run& run);
+
+}  // namespace conformance
