@@ -1,5 +1,9 @@
 #include "Arguments.h"
 
+#include <hw_qeltvapi_channel_records.h>
+#include <hw_qeltvapi_record.h>
+#include <hw_svctx.h>
+
 #include <algorithm>
 #include <cctype>
 #include <iterator>
@@ -34,6 +38,30 @@ std::string meaningOf(const std::string& name) {
         if (name.find(meaning) != name.npos) return meaning;
     }
     return name == "ids" ? "event" : "";
+}
+
+/** Records of requests, by the method without "a_hidl_", and the parameter. */
+const std::map<std::pair<std::string, std::string>, size_t>& requestRecords() {
+    static const std::map<std::pair<std::string, std::string>, size_t> kRecords = {
+            {{"c_svctx_set_conn_attr", "data"}, 4},
+            {{"qeltvapi_channellist_get_channellist_by_query_info", "info"},
+             QELTVAPI_QUERY_INFO_SIZE},
+            {{"qeltvapi_channellist_get_channel_number_by_query_info", "info"},
+             QELTVAPI_QUERY_INFO_SIZE},
+            {{"qeltvapi_bisskey_get_bsl_rec_by_header", "header"}, QELTVAPI_BSL_HEADER_SIZE},
+            {{"qeltvapi_bisskey_set_bsl_rec_info", "rec"}, QELTVAPI_BSL_REC_SIZE},
+            {{"qeltvapi_satllist_update_rec", "rec"}, QELTVAPI_SATL_REC_SIZE},
+            {{"qeltvapi_tsl_update_rec", "rec"}, QELTVAPI_TSL_REC_SIZE},
+            {{"qeltvapi_nwl_update_rec", "rec"}, QELTVAPI_NWL_REC_SIZE},
+            {{"qeltvapi_set_schedule_record", "record"}, QELTVAPI_SCHEDULE_RECORD_SIZE},
+    };
+    return kRecords;
+}
+
+/** The size of a record; 0 for a vector of another size. */
+size_t recordSize(const transactions::Method& method, const std::string& parameter) {
+    const auto found = requestRecords().find({std::string(method.name).substr(7), parameter});
+    return found != requestRecords().end() ? found->second : 0;
 }
 
 bool isNumber(Kind kind) {
@@ -128,8 +156,18 @@ bool onlyReads(const transactions::Method& method) {
     return reads;
 }
 
+bool takesRecords(const transactions::Method& method) {
+    return std::any_of(method.parameters.begin(), method.parameters.end(),
+                       [&](const auto& one) { return recordSize(method, one.name) != 0; });
+}
+
 Json Plausible::number(const transactions::Value& parameter) {
     static const std::vector<int64_t> kSmall = {0, 0, 0, 1, 1, 2, 3, 5};
+    // The attributes that the library knows, readable and writable.
+    static const std::vector<int64_t> kAttributes = {0xC1000007, 0xC1000008, 0xC0000069};
+    if (parameter.type->kind == Kind::kUint32 && std::string(parameter.name) == "code") {
+        return of(kAttributes);
+    }
     const std::string meaning = meaningOf(parameter.name);
     const auto found = mNumbers.find(meaning);
     const bool known = found != mNumbers.end() && !found->second.empty();
@@ -137,7 +175,8 @@ Json Plausible::number(const transactions::Value& parameter) {
     return fit(parameter.type->kind, chosen);
 }
 
-Json Plausible::value(const transactions::Value& parameter, bool bound) {
+Json Plausible::value(const transactions::Method& method, const transactions::Value& parameter,
+                      bool bound) {
     static const std::vector<int64_t> kCapacities = {0, 1, 2, 3, 8, 16, 100, 400};
     const transactions::Type& type = *parameter.type;
     if (type.kind == Kind::kBool) return mRandom() % 2 == 1;
@@ -150,6 +189,9 @@ Json Plausible::value(const transactions::Value& parameter, bool bound) {
         const std::vector<std::string> usual = {"", "main", "sub", mItem};
         return mTexts.empty() || mRandom() % 2 == 0 ? of(usual) : of(mTexts);
     }
+    if (const size_t size = recordSize(method, parameter.name); size != 0) {
+        return std::string(size * 2, '0');
+    }
     if (type.kind == Kind::kVector && bound) {
         const auto count = static_cast<size_t>(of(kCapacities));
         return type.element->kind == Kind::kUint8 ? Json(std::string(count * 2, '0'))
@@ -161,7 +203,7 @@ Json Plausible::value(const transactions::Value& parameter, bool bound) {
 Json Plausible::next(const transactions::Method& method, const std::vector<const Rule*>& rules) {
     Json json = Json::object();
     for (const auto& parameter : method.parameters) {
-        json[parameter.name] = value(parameter, bounds(rules, parameter.name));
+        json[parameter.name] = value(method, parameter, bounds(rules, parameter.name));
     }
     return json;
 }
@@ -270,8 +312,7 @@ Json Hostile::value(const transactions::Type& type, bool huge) {
             return huge ? std::string(60'000, 'x') : text();
         case Kind::kVector: {
             // Sizes that records have, among others.
-            const size_t all[] = {0,  1,  2,  3,  4,   5,   8,   12,
-                                  16, 32, 64, 76, 260, 276, 304, 396, 628};
+            const size_t all[] = {0, 1, 2, 3, 4, 5, 8, 12, 16, 32, 64, 76, 260, 276, 304, 396, 628};
             size_t count = all[below(std::size(all))];
             if (huge) count = 60'000 / std::max<size_t>(type.element->size, 1);
             if (type.element->kind == Kind::kUint8) return hexOf(bytes(count));

@@ -19,6 +19,9 @@ Json zerosOf(const std::vector<transactions::Value>& values);
 /** Whether a method only reads, by its name. */
 bool onlyReads(const transactions::Method& method);
 
+/** Whether a method takes a record whose size is known. */
+bool takesRecords(const transactions::Method& method);
+
 /** Bytes as JSON has them. */
 std::string hexOf(const std::string& bytes);
 
@@ -40,7 +43,8 @@ class Plausible {
         return all[mRandom() % all.size()];
     }
     Json number(const transactions::Value& parameter);
-    Json value(const transactions::Value& parameter, bool bound);
+    Json value(const transactions::Method& method, const transactions::Value& parameter,
+               bool bound);
     void keep(const std::string& name, const transactions::Type& type, const Json& value);
 
     std::minstd_rand mRandom;

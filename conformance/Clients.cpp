@@ -119,10 +119,10 @@ void Client::serve(Service& service, const ClientOptions& options, int out) {
         }
     }
     if (const Target* config = service.find("IQelTvApiConfig"); config != nullptr) {
-        (void)service.call(*config,
-                           methodOf(*config->interface,
-                                    "a_hidl_qeltvapi_config_add_value_changed_callback"),
-                           {{"name", options.item}});
+        (void)service.call(
+                *config,
+                methodOf(*config->interface, "a_hidl_qeltvapi_config_add_value_changed_callback"),
+                {{"name", options.item}});
     }
     say(out, kReady);
     for (;;) pause();
@@ -143,8 +143,8 @@ void Client::take(const std::string& line) {
 }
 
 bool Client::readUntil(steady_clock::time_point deadline) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline -
-                                                                            steady_clock::now());
+    const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - steady_clock::now());
     pollfd poller{mPipe, POLLIN, 0};
     if (poll(&poller, 1, std::max(0, static_cast<int>(left.count()))) <= 0) return false;
     char buffer[4096];

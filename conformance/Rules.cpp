@@ -33,10 +33,14 @@ constexpr auto kAlwaysAsRequested = Rule::Kind::kAlwaysAsRequested;
 constexpr auto kAtMost = Rule::Kind::kAtMost;
 constexpr auto kCounted = Rule::Kind::kCounted;
 
-#define SVL(method) {kLists, method, "svl", kRecord, QELTVAPI_SVL_REC_SIZE, ""}
-#define TSL(method) {kLists, method, "tsl", kRecord, QELTVAPI_TSL_REC_SIZE, ""}
-#define LIST_RECORD(method, size) {kLists, method, "rec", kRecord, size, ""}
-#define BLOCK(method) {kEvent, method, "block", kAlwaysAsRequested, 0, "room"}
+#define SVL(method) \
+    { kLists, method, "svl", kRecord, QELTVAPI_SVL_REC_SIZE, "" }
+#define TSL(method) \
+    { kLists, method, "tsl", kRecord, QELTVAPI_TSL_REC_SIZE, "" }
+#define LIST_RECORD(method, size) \
+    { kLists, method, "rec", kRecord, size, "" }
+#define BLOCK(method) \
+    { kEvent, method, "block", kAlwaysAsRequested, 0, "room" }
 
 const Rule kRules[] = {
         {kMain, "c_svctx_get_64", "data", kAtMost, 1, "buf"},
@@ -114,10 +118,10 @@ const Rule kRules[] = {
          QELTVAPI_SVL_REC_SIZE, ""},
         {kLists, "qeltvapi_channellist_get_svl_tsl_recs_by_mask", "tsl", kLayout,
          QELTVAPI_TSL_REC_SIZE, ""},
-        {kLists, "qeltvapi_tsl_get_tsl_recs_by_satl_rec_id", "recs", kLayout,
-         QELTVAPI_TSL_REC_SIZE, ""},
-        {kLists, "qeltvapi_nwl_get_nwl_recs_by_satl_rec_id", "recs", kLayout,
-         QELTVAPI_NWL_REC_SIZE, ""},
+        {kLists, "qeltvapi_tsl_get_tsl_recs_by_satl_rec_id", "recs", kLayout, QELTVAPI_TSL_REC_SIZE,
+         ""},
+        {kLists, "qeltvapi_nwl_get_nwl_recs_by_satl_rec_id", "recs", kLayout, QELTVAPI_NWL_REC_SIZE,
+         ""},
 
         {kConfig, "qeltvapi_config_get_str_value", "value", kCounted, 0, "n"},
         {kConfig, "qeltvapi_config_get_items_enabled", "items", kCounted, 0, "n"},
@@ -271,8 +275,8 @@ void verifyRules() {
         const auto* interface = transactions::findInterface(rule.interface);
         if (interface == nullptr) throw std::logic_error(rule.interface);
         const auto& method = methodOf(*interface, std::string("a_hidl_") + rule.method);
-        const bool result = rule.kind == Rule::Kind::kCounted ||
-                            rule.kind == Rule::Kind::kCountedByType;
+        const bool result =
+                rule.kind == Rule::Kind::kCounted || rule.kind == Rule::Kind::kCountedByType;
         if (find(method.results, rule.result) == nullptr ||
             (*rule.other != '\0' &&
              find(result ? method.results : method.parameters, rule.other) == nullptr)) {

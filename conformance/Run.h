@@ -3,6 +3,7 @@
 #include <atomic>
 #include <deque>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -61,8 +62,23 @@ bool selects(const std::string& word, const CheckInfo& info);
 
 // The groups in the order in which they run.
 void checkInterfaces(Run& run);
-/** Calls the methods that only read, or the others; examines all replies. */
-void checkMethods(Run& run, bool reading);
+/** Calls all methods, and examines all replies. */
+class Methods {
+  public:
+    explicit Methods(Run& run);
+    ~Methods();
+
+    /** Calls the methods that only read. */
+    void read();
+    /** Calls the others, then again those that have refused everything so far. */
+    void change();
+    void finish();
+
+  private:
+    class Sweep;
+    const std::unique_ptr<Sweep> mSweep;
+};
+
 void checkOrdinals(Run& run);
 void checkMemory(Run& run);
 void checkCallbacks(Run& run);

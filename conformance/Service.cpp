@@ -132,9 +132,8 @@ Reply Service::call(const Target& target, const transactions::Method& method, co
 Reply Service::call(const Target& target, const transactions::Method& method,
                     const Json& arguments) {
     transactions::Files files;
-    return call(target, method, [&](Parcel* parcel) {
-        writeArguments(method, arguments, parcel, &files);
-    });
+    return call(target, method,
+                [&](Parcel* parcel) { writeArguments(method, arguments, parcel, &files); });
 }
 
 void writeArguments(const transactions::Method& method, const Json& arguments, Parcel* parcel,

@@ -2,6 +2,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -44,7 +45,7 @@ std::vector<std::string> interfaceNames() {
 template <class Work>
 void timed(Run& run, std::initializer_list<const char*> checks, const Work& work) {
     if (!run.wants(checks)) return;
-    if (run.gone()) return run.skip(checks, "the service has ended");
+    if (run.gone()) return run.skip(checks, "the service has ended before");
     const auto begin = std::chrono::steady_clock::now();
     work();
     const auto time = std::chrono::duration_cast<std::chrono::microseconds>(
@@ -56,9 +57,10 @@ void runAll(Run& run) {
     timed(run, {"interfaces.registered", "interfaces.chain", "interfaces.descriptor"},
           [&] { checkInterfaces(run); });
     const std::initializer_list<const char*> methods = {
-            "methods.answer", "methods.shape",   "results.records", "results.layouts",
+            "methods.answer", "methods.shape",    "results.records", "results.layouts",
             "results.counts", "results.capacity", "results.texts",   "results.codes"};
-    timed(run, methods, [&] { checkMethods(run, true); });
+    Methods sweep(run);
+    timed(run, methods, [&] { sweep.read(); });
     if (!run.options().layouts) run.skip({"results.layouts"}, "not asked for (--layouts)");
     timed(run, {"methods.beyond"}, [&] { checkOrdinals(run); });
     timed(run, {"memory.bounds", "memory.counts", "memory.handles", "memory.released"},
@@ -67,7 +69,10 @@ void runAll(Run& run) {
           {"callbacks.notified", "callbacks.shape", "callbacks.once", "callbacks.processes",
            "callbacks.hanging", "callbacks.death"},
           [&] { checkCallbacks(run); });
-    timed(run, methods, [&] { checkMethods(run, false); });
+    timed(run, methods, [&] {
+        sweep.change();
+        sweep.finish();
+    });
     timed(run, {"hostile.values", "hostile.malformed", "hostile.identity"},
           [&] { checkHostile(run); });
 }

@@ -185,8 +185,7 @@ void checkHandles(Run& run, const Target& target, const transactions::Method& me
         return files.make({{"fds", {size}}, {"ints", Json::array()}});
     };
     callWith(run, target, method, nullptr, "a null handle");
-    callWith(run, target, method,
-             files.make({{"fds", Json::array()}, {"ints", Json::array({1})}}),
+    callWith(run, target, method, files.make({{"fds", Json::array()}, {"ints", Json::array({1})}}),
              "a handle without descriptors");
     callWith(run, target, method, memory(0), "an empty memory");
     callWith(run, target, method, memory(1), "a memory of one byte");

@@ -1,5 +1,6 @@
 // Every method once and more often, and what its replies hold.
 
+#include <deque>
 #include <set>
 
 #include "Run.h"
@@ -84,6 +85,24 @@ class Examination {
               mSubject(subjectOf(target, method)) {}
 
     const std::vector<const Rule*>& rules() const { return mRules; }
+    const transactions::Method& method() const { return mMethod; }
+
+    void callUntil(int most, int successes) {
+        for (int i = 0; i < most && successes > 0 && !mRun.gone(); ++i) {
+            if (call(mRun.plausible().next(mMethod, mRules))) --successes;
+        }
+    }
+
+    /** How many records have only been seen in refusals, which have none. */
+    size_t unseen() const {
+        size_t count = 0;
+        for (const Rule* rule : mRules) {
+            const bool record =
+                    rule->kind == Rule::Kind::kRecord || rule->kind == Rule::Kind::kAsRequested;
+            if (record && mApplied.count(rule) == 0) ++count;
+        }
+        return count;
+    }
 
     /** Whether the call has succeeded. */
     bool call(const Json& arguments) {
@@ -118,7 +137,7 @@ class Examination {
     }
 
     /** Counts what has been examined. */
-    void finish(size_t* unseen) {
+    void finish() {
         if (!mAnswers) return;
         mRun.check("methods.answer").examine();
         mRun.check("methods.shape").examine();
@@ -126,12 +145,7 @@ class Examination {
         if (mCode) mRun.check("results.codes").examine();
         for (const Rule* rule : mRules) {
             if (rule->kind == Rule::Kind::kLayout && !mRun.options().layouts) continue;
-            if (mApplied.count(rule) != 0) {
-                mRun.check(checkOf(rule->kind)).examine();
-            } else if (rule->kind == Rule::Kind::kRecord ||
-                       rule->kind == Rule::Kind::kAsRequested) {
-                ++*unseen;
-            }
+            if (mApplied.count(rule) != 0) mRun.check(checkOf(rule->kind)).examine();
         }
     }
 
@@ -174,37 +188,76 @@ class Examination {
 
 }  // namespace
 
-void checkMethods(Run& run, bool reading) {
-    size_t unseen = 0;
-    std::deque<Examination> examinations;
-    // Twice, because the answers of the first round are arguments of the second.
-    for (int round = 0; round < 2; ++round) {
-        size_t next = 0;
+class Methods::Sweep {
+  public:
+    explicit Sweep(Run& run) : mRun(run) {
         for (const Target& target : run.service().targets()) {
             if (target.object == nullptr) continue;
             for (const auto& method : target.interface->methods) {
-                if (!run.mayCall(method) || onlyReads(method) != reading) continue;
-                if (round == 0) examinations.emplace_back(run, target, method);
-                Examination& examination = examinations[next++];
-                if (run.gone()) return;
-                if (round == 0) {
-                    examination.call(zerosOf(method.parameters));
-                    continue;
-                }
-                const bool many = !examination.rules().empty();
-                if (!reading && !many) continue;
-                int successes = 0;
-                for (int i = 0; i < (many ? kMostCalls : kFewCalls) && !run.gone(); ++i) {
-                    const Json arguments = run.plausible().next(method, examination.rules());
-                    if (examination.call(arguments) && ++successes == kSuccesses) break;
-                }
+                if (run.mayCall(method)) mExaminations.emplace_back(run, target, method);
             }
         }
     }
-    for (Examination& examination : examinations) examination.finish(&unseen);
-    if (unseen != 0) {
-        run.check("results.records").note(std::to_string(unseen) + " in no successful answer");
+
+    void callOnce(bool reading) {
+        for (Examination& one : mExaminations) {
+            if (mRun.gone()) return;
+            if (onlyReads(one.method()) == reading) one.call(zerosOf(one.method().parameters));
+        }
     }
+
+    void callOften(bool reading) {
+        for (Examination& one : mExaminations) {
+            if (onlyReads(one.method()) != reading) continue;
+            if (!one.rules().empty() || takesRecords(one.method())) {
+                one.callUntil(kMostCalls, kSuccesses);
+            } else if (reading) {
+                one.callUntil(kFewCalls, kFewCalls);
+            }
+        }
+    }
+
+    void callUnseen() {
+        for (Examination& one : mExaminations) {
+            if (onlyReads(one.method()) && one.unseen() != 0) {
+                one.callUntil(kMostCalls, kSuccesses);
+            }
+        }
+    }
+
+    void finish() {
+        size_t unseen = 0;
+        for (Examination& one : mExaminations) {
+            one.finish();
+            unseen += one.unseen();
+        }
+        if (unseen == 0) return;
+        mRun.check("results.records").note(std::to_string(unseen) + " in refusals only");
+    }
+
+  private:
+    Run& mRun;
+    std::deque<Examination> mExaminations;
+};
+
+Methods::Methods(Run& run) : mSweep(std::make_unique<Sweep>(run)) {}
+
+Methods::~Methods() = default;
+
+void Methods::read() {
+    mSweep->callOnce(true);
+    // The answers so far are arguments now.
+    mSweep->callOften(true);
+}
+
+void Methods::change() {
+    mSweep->callOnce(false);
+    mSweep->callOften(false);
+    mSweep->callUnseen();
+}
+
+void Methods::finish() {
+    mSweep->finish();
 }
 
 void checkOrdinals(Run& run) {
