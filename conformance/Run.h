@@ -4,6 +4,8 @@
 #include <deque>
 #include <initializer_list>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -44,10 +46,14 @@ class Run {
 
     /** Whether calls are to be made to a method. */
     bool mayCall(const transactions::Method& method) const;
-    /** Whether the service has ended during a check. */
+    /** Whether the service has ended during a check, or hangs in too many methods. */
     bool gone() const { return mGone; }
-    /** Examines the service after a call that has failed in transport. */
-    void lookAfter(const Target& target, android::status_t status);
+    /**
+     * Examines the service after a call that may have failed in transport. A method that has not
+     * answered in time is not called again.
+     */
+    void lookAfter(const Target& target, const transactions::Method* method,
+                   android::status_t status);
 
   private:
     Service& mService;
@@ -55,6 +61,8 @@ class Run {
     Plausible mPlausible;
     std::deque<Check> mChecks;
     std::atomic<bool> mGone{false};
+    mutable std::mutex mLock;
+    std::set<const transactions::Method*> mHanging;
 };
 
 /** Whether a name of --check is that of a check or of its group. */

@@ -64,7 +64,7 @@ class Item {
                                                      {"name", mRun.options().item},
                                                      {"value", value},
                                                      {"flags", 0}});
-        mRun.lookAfter(mConfig, reply.status);
+        mRun.lookAfter(mConfig, &method, reply.status);
         return succeeded(method, reply);
     }
 

@@ -40,8 +40,7 @@ using OneCall = std::function<void(Hostile& values, const Callee& callee)>;
 void fromThreads(Run& run, Check& check, const OneCall& call) {
     const std::vector<Callee> callees = calleesOf(run);
     if (callees.empty()) return;
-    const auto end =
-            steady_clock::now() + std::chrono::milliseconds(run.options().seconds * 1000 / 2);
+    const auto end = steady_clock::now() + std::chrono::seconds(run.options().seconds) / 2.0;
     std::vector<std::thread> threads;
     for (size_t thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&, thread] {
@@ -49,7 +48,9 @@ void fromThreads(Run& run, Check& check, const OneCall& call) {
             for (size_t i = thread; !run.gone(); i += kThreads) {
                 const bool first = i < callees.size();
                 if (!first && steady_clock::now() >= end) break;
-                call(values, first ? callees[i] : callees[values.below(callees.size())]);
+                const Callee& callee = first ? callees[i] : callees[values.below(callees.size())];
+                if (!run.mayCall(*callee.method)) continue;
+                call(values, callee);
                 check.examine();
             }
         });
@@ -65,7 +66,7 @@ void callWithEdges(Run& run, Hostile& values, const Callee& callee) {
         check.fail(subjectOf(*callee.target, *callee.method), callText(arguments),
                    "an answer in time",
                    reply.malformed.empty() ? reply.statusText() : reply.malformed);
-        run.lookAfter(*callee.target, reply.status);
+        run.lookAfter(*callee.target, callee.method, reply.status);
     }
 }
 
@@ -117,7 +118,7 @@ void callWrongly(Run& run, Hostile& values, const Callee& callee) {
         run.check("hostile.malformed")
                 .fail(subjectOf(target, method), std::string("called with ") + kKinds[kind],
                       "a refusal or an answer in time", android::statusToString(status));
-        run.lookAfter(target, status);
+        run.lookAfter(target, &method, status);
     }
 }
 

@@ -107,7 +107,7 @@ void fillOnce(Run& run, const Target& target, const transactions::Method& method
     if (!reply.good()) {
         bounds.fail(subject, detail, "an answer",
                     reply.malformed.empty() ? reply.statusText() : reply.malformed);
-        return run.lookAfter(target, reply.status);
+        return run.lookAfter(target, &method, reply.status);
     }
     uint64_t written = 0;
     for (const char* name : filling.written) {
@@ -175,7 +175,7 @@ void callWith(Run& run, const Target& target, const transactions::Method& method
         check.fail(subjectOf(target, method), std::string("called with ") + words,
                    "an answer, such as a refusal",
                    reply.malformed.empty() ? reply.statusText() : reply.malformed);
-        run.lookAfter(target, reply.status);
+        run.lookAfter(target, &method, reply.status);
     }
 }
 
@@ -210,14 +210,14 @@ void checkReleased(Run& run, const Target& target, const transactions::Method& m
                                      std::to_string(run.service().process()) + " cannot be read");
         return;
     }
-    for (size_t i = 0; i < kCounted && !run.gone(); ++i) {
+    for (size_t i = 0; i < kCounted && !run.gone() && run.mayCall(method); ++i) {
         Json arguments = run.plausible().next(method, {});
         for (const auto& parameter : method.parameters) {
             if (parameter.type->kind == Kind::kHandle) {
                 arguments[parameter.name] = {{"fds", {4096}}, {"ints", Json::array()}};
             }
         }
-        run.lookAfter(target, run.service().call(target, method, arguments).status);
+        run.lookAfter(target, &method, run.service().call(target, method, arguments).status);
     }
     check.examine();
     const auto after = run.service().awaitDescriptors(*before + kOthers);
@@ -237,7 +237,7 @@ void checkMemory(Run& run) {
         if (target == nullptr) continue;
         const auto& method = methodOf(*target->interface, filling.method);
         for (const size_t each : {size_t{0}, size_t{1}, size_t{2}, size_t{5}}) {
-            for (int i = 0; i < kTries && !run.gone(); ++i) {
+            for (int i = 0; i < kTries && !run.gone() && run.mayCall(method); ++i) {
                 fillOnce(run, *target, method, filling, each);
             }
         }

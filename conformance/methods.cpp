@@ -89,6 +89,7 @@ class Examination {
 
     void callUntil(int most, int successes) {
         for (int i = 0; i < most && successes > 0 && !mRun.gone(); ++i) {
+            if (!mRun.mayCall(mMethod)) return;
             if (call(mRun.plausible().next(mMethod, mRules))) --successes;
         }
     }
@@ -111,7 +112,7 @@ class Examination {
         mAnswers = true;
         if (!reply.answered()) {
             mRun.check("methods.answer").fail(mSubject, detail, "an answer", reply.statusText());
-            mRun.lookAfter(mTarget, reply.status);
+            mRun.lookAfter(mTarget, &mMethod, reply.status);
             return false;
         }
         if (!reply.malformed.empty()) {
@@ -277,7 +278,7 @@ void checkOrdinals(Run& run) {
             } else if (status == android::DEAD_OBJECT || status == android::TIMED_OUT) {
                 check.fail(target.interface->name, "called with ordinal " + std::to_string(code),
                            "a refusal in transport", android::statusToString(status));
-                run.lookAfter(target, status);
+                run.lookAfter(target, nullptr, status);
             }
         }
     }
