@@ -177,7 +177,7 @@ Json Plausible::number(const transactions::Value& parameter) {
 
 Json Plausible::value(const transactions::Method& method, const transactions::Value& parameter,
                       bool bound) {
-    static const std::vector<int64_t> kCapacities = {0, 1, 2, 3, 8, 16, 100, 400};
+    static const std::vector<int64_t> kCapacities = {0, 1, 2, 3, 4, 8, 16, 48, 100, 400};
     const transactions::Type& type = *parameter.type;
     if (type.kind == Kind::kBool) return mRandom() % 2 == 1;
     if (isNumber(type.kind)) {
@@ -190,7 +190,8 @@ Json Plausible::value(const transactions::Method& method, const transactions::Va
         return mTexts.empty() || mRandom() % 2 == 0 ? of(usual) : of(mTexts);
     }
     if (const size_t size = recordSize(method, parameter.name); size != 0) {
-        return std::string(size * 2, '0');
+        const std::vector<std::string>& known = mRecords[size];
+        return known.empty() || mRandom() % 4 == 0 ? std::string(size * 2, '0') : of(known);
     }
     if (type.kind == Kind::kVector && bound) {
         const auto count = static_cast<size_t>(of(kCapacities));
@@ -224,6 +225,10 @@ void Plausible::keep(const std::string& name, const transactions::Type& type, co
         const auto text = value.get<std::string>();
         if (text.empty() || std::find(mTexts.begin(), mTexts.end(), text) != mTexts.end()) return;
         if (mTexts.size() < kKept) mTexts.push_back(text);
+    } else if (type.kind == Kind::kVector && type.element->kind == Kind::kUint8) {
+        const auto& record = value.get_ref<const std::string&>();
+        std::vector<std::string>& known = mRecords[record.size() / 2];
+        if (known.size() < kKept) known.push_back(record);
     } else if (type.kind == Kind::kVector && isNumber(type.element->kind) && value.is_array()) {
         for (size_t i = 0; i < std::min<size_t>(value.size(), 4); ++i) {
             keep(name, *type.element, value[i]);

@@ -52,6 +52,8 @@ class Plausible {
     /** By what their names say, "" for all. */
     std::map<std::string, std::vector<int64_t>> mNumbers;
     std::vector<std::string> mTexts;
+    /** Records by their size, as JSON has them. */
+    std::map<size_t, std::vector<std::string>> mRecords;
 };
 
 /** Values at the edges of their types, always the same ones for a seed. */

@@ -12,9 +12,9 @@ using android::OK;
 using transactions::Kind;
 
 /** Calls of a method whose results have rules: at most so many, until so many have succeeded. */
-constexpr int kMostCalls = 64;
+constexpr int kMostCalls = 250;
 constexpr int kSuccesses = 6;
-/** Calls of a method without rules that only reads. */
+/** Calls of a method without rules. */
 constexpr int kFewCalls = 4;
 
 bool hasNul(const transactions::Type& type, const Json& value) {
@@ -212,7 +212,7 @@ class Methods::Sweep {
             if (onlyReads(one.method()) != reading) continue;
             if (!one.rules().empty() || takesRecords(one.method())) {
                 one.callUntil(kMostCalls, kSuccesses);
-            } else if (reading) {
+            } else {
                 one.callUntil(kFewCalls, kFewCalls);
             }
         }
