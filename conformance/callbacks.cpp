@@ -116,6 +116,7 @@ void checkHanging(Run& run, Item& item, Client& once) {
     Client hanging(run.service(), options);
     Check& check = run.check("callbacks.hanging");
     check.examine();
+    once.listen(kSilence);
     for (size_t i = 0; i < kChanges; ++i) {
         const size_t before = once.changes();
         if (!item.change()) {
@@ -146,6 +147,7 @@ void checkDeath(Run& run, Item& item, Client& once) {
                                            deadline - steady_clock::now()));
         }
     }
+    once.listen(kSilence);
     const size_t changes = once.changes();
     if (!item.change() || !once.awaitChanges(changes + 1, kLimit)) {
         check.fail("another client", "after the death of " + std::to_string(kDying) + " clients",

@@ -12,7 +12,7 @@ using android::OK;
 using transactions::Kind;
 
 /** Calls of a method whose results have rules: at most so many, until so many have succeeded. */
-constexpr int kMostCalls = 250;
+constexpr int kMostCalls = 120;
 constexpr int kSuccesses = 6;
 /** Calls of a method without rules. */
 constexpr int kFewCalls = 4;
