@@ -122,7 +122,20 @@ if(NOT CMAKE_CROSSCOMPILING)
     set_target_properties(qeltvscreen PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
     install(TARGETS qeltvscreen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set_target_properties(qeltv-conformance PROPERTIES
+        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
+    install(TARGETS qeltv-conformance RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(conformance_manual "${PROJECT_BINARY_DIR}/conformance/qeltv-conformance.1")
+    add_custom_command(OUTPUT "${conformance_manual}"
+        COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
+            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
+            qeltv-conformance $<TARGET_FILE:qeltv-conformance>
+            "${PROJECT_BINARY_DIR}/conformance" "${PROJECT_VERSION}"
+        DEPENDS qeltv-conformance tools/generate_manual.py
+        VERBATIM)
+    install(FILES "${conformance_manual}" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
     list(APPEND installed_files $<TARGET_FILE:qeltvscreen>
+        $<TARGET_FILE:qeltv-conformance> "${conformance_manual}"
         $<TARGET_FILE:qeltvctl> "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash")
 endif()
 # All that the rules above take from the build tree, and so the least to build before an install.

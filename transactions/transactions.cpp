@@ -292,6 +292,10 @@ class Writer {
     Writer(Parcel* parcel, Files* files) : mParcel(parcel), mFiles(files) {}
 
     void value(const Type& type, const Json& json) {
+        if (type.kind == Kind::kBool && json.is_number()) {
+            need(mParcel->writeUint32(scalarOf<uint8_t>(json)));
+            return;
+        }
         if (isScalar(type.kind)) {
             withScalar(type.kind, [&](auto value) {
                 need(writeScalar(mParcel, scalarOf<decltype(value)>(json)));
@@ -312,7 +316,9 @@ class Writer {
 
   private:
     void fill(const Type& type, const Json& json, uint8_t* at) {
-        if (isScalar(type.kind)) {
+        if (type.kind == Kind::kBool && json.is_number()) {
+            *at = scalarOf<uint8_t>(json);
+        } else if (isScalar(type.kind)) {
             withScalar(type.kind, [&](auto value) {
                 value = scalarOf<decltype(value)>(json);
                 memcpy(at, &value, sizeof(value));
