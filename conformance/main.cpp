@@ -88,8 +88,8 @@ int report(Run& run, double seconds) {
         ++counts[static_cast<int>(check->outcome())];
     }
     printf("%zu checks: %zu passed, %zu failed, %zu skipped; %llu calls in %.1f s\n", checks.size(),
-           counts[0], counts[1], counts[2],
-           static_cast<unsigned long long>(run.service().calls()), seconds);
+           counts[0], counts[1], counts[2], static_cast<unsigned long long>(run.service().calls()),
+           seconds);
     return counts[1] != 0 ? kFailed : kPassed;
 }
 
