@@ -23,8 +23,11 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kPause{200};
 constexpr int kPollTime = 100;
-constexpr size_t kPacket = 188;
-constexpr int kBuffer = 188 * 64;
+/** Bytes of a packet of a transport stream, as MPEG fixes it; the television sends whole ones. */
+constexpr size_t kPacketSize = 188;
+constexpr int kBuffer = 64 * static_cast<int>(kPacketSize);
+/** First byte of a packet. */
+constexpr uint8_t kSync = 0x47;
 /** Bytes in which the demuxer looks for the program map before it begins. */
 constexpr int64_t kProbed = 32768;
 /** A picture of more is none of a broadcast. */
@@ -57,9 +60,9 @@ class Continuity {
     bool breaks(const uint8_t* bytes, size_t size) {
         bool found = false;
         for (size_t i = 0; i < size; ++i) {
-            if (mFilled == 0 && bytes[i] != 0x47) continue;
+            if (mFilled == 0 && bytes[i] != kSync) continue;
             mPacket[mFilled++] = bytes[i];
-            if (mFilled < kPacket) continue;
+            if (mFilled < kPacketSize) continue;
             mFilled = 0;
             found = breaksAt() || found;
         }
@@ -82,7 +85,7 @@ class Continuity {
         return announced || (lost && pid != 0x1fff);
     }
 
-    uint8_t mPacket[kPacket];
+    uint8_t mPacket[kPacketSize];
     size_t mFilled = 0;
     std::map<unsigned, unsigned> mCounters;
 };
@@ -237,6 +240,8 @@ void Decoder::run() {
             clear();
         }
         std::unique_lock<std::mutex> guard(mLock);
+        ++mAttempts;
+        mNews.notify_all();
         mNews.wait_for(guard, kPause, [this] { return mEnds.load(); });
     }
 }
@@ -260,6 +265,13 @@ void Decoder::clear() {
     mFrame.reset();
     ++mNumber;
     mNews.notify_all();
+}
+
+bool Decoder::waitForPicture(milliseconds timeout) {
+    std::unique_lock<std::mutex> guard(mLock);
+    const uint64_t before = mAttempts;
+    mNews.wait_for(guard, timeout, [&] { return mFrame != nullptr || mAttempts != before; });
+    return mFrame != nullptr;
 }
 
 Decoder::Reader::~Reader() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -30,6 +31,13 @@ class Decoder {
 
     /** The decoder of a path, shared by all who look at it and gone with the last one. */
     static std::shared_ptr<Decoder> of(uint32_t path);
+
+    /**
+     * Waits for the first picture.
+     *
+     * @return false if there is none in time, or if the path shows no stream, which is known sooner
+     */
+    bool waitForPicture(std::chrono::milliseconds timeout);
 
     /** The pictures for one viewer. */
     class Reader {
@@ -69,6 +77,8 @@ class Decoder {
     // Guarded by mLock.
     std::shared_ptr<AVFrame> mFrame;
     uint64_t mNumber = 0;
+    /** Connections that have ended or could not be made. */
+    uint64_t mAttempts = 0;
     std::thread mThread;
 };
 
