@@ -132,7 +132,9 @@ def main():
                 shown.set()
 
         events = Stream(tv.port, "/events", look)
-        names = [one["name"] for one in json.loads(tv.tool("channel", "list", "--json"))]
+        channels = json.loads(tv.tool("channel", "list", "--json"))
+        tv.tool("tune", channels[0]["id"])
+        names = [one["name"] for one in channels]
         connection = http.client.HTTPConnection("127.0.0.1", tv.port)
         times = []
         for i in range(KEYS):

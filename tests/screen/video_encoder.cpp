@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <stdexcept>
+#include <string>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -49,6 +50,7 @@ bool available(Codec codec) {
 
 std::vector<Unit> encode(const Settings& settings, uint32_t frames,
                          const std::function<Yuv(uint32_t frame, int x, int y)>& colour) {
+    av_log_set_level(AV_LOG_ERROR);
     const AVCodec* codec = avcodec_find_encoder(idOf(settings.codec));
     if (codec == nullptr) throw std::runtime_error("libavcodec has no such encoder");
     std::unique_ptr<AVCodecContext, Freed<avcodec_free_context>> encoder(
@@ -62,7 +64,9 @@ std::vector<Unit> encode(const Settings& settings, uint32_t frames,
     encoder->max_b_frames = 0;
     encoder->thread_count = 1;
     if (settings.bitsPerSecond != 0) encoder->bit_rate = settings.bitsPerSecond;
-    if (settings.interlaced) encoder->flags |= AV_CODEC_FLAG_INTERLACED_DCT;
+    if (settings.interlaced) {
+        encoder->flags |= AV_CODEC_FLAG_INTERLACED_DCT | AV_CODEC_FLAG_INTERLACED_ME;
+    }
     if (settings.codec == Codec::kH264) {
         // Each picture at once, as the frames of the streams come in the order of their times.
         av_opt_set(encoder->priv_data, "preset", "veryfast", 0);
