@@ -123,6 +123,12 @@ if(NOT CMAKE_CROSSCOMPILING)
 endif()
 # All that the rules above take from the build tree, and so the least to build before an install.
 add_custom_target(installed ALL DEPENDS ${installed_files})
+if(TARGET qeltvapi_python)
+    add_dependencies(installed qeltvapi_python)
+    foreach(stubs functions records)
+        list(APPEND installed_files "${PROJECT_BINARY_DIR}/python/${stubs}.pyi")
+    endforeach()
+endif()
 set_target_properties(installed PROPERTIES FILES "${installed_files}")
 
 set(CPACK_GENERATOR DEB)
