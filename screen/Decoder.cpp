@@ -5,6 +5,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -32,6 +34,10 @@ constexpr uint8_t kSync = 0x47;
 constexpr int64_t kProbed = 32768;
 /** A picture of more is none of a broadcast. */
 constexpr int kLargestSide = 4096;
+/** The scaler writes so many pixels at a time, also beyond the end of a line. */
+constexpr int kScalerStep = 16;
+/** Aspect ratios beyond these are none of a broadcast. */
+constexpr double kNarrowest = 0.5, kWidest = 4;
 
 template <auto Free>
 struct Freed {
@@ -89,6 +95,25 @@ class Continuity {
     size_t mFilled = 0;
     std::map<unsigned, unsigned> mCounters;
 };
+
+/** Where a picture is in a canvas, as large as it fits. */
+Box placeOf(const AVFrame& frame, const Canvas& canvas) {
+    const double width = canvas.width(), height = canvas.height();
+    const AVRational pixel = frame.sample_aspect_ratio;
+    double ratio = static_cast<double>(frame.width) / frame.height;
+    if (pixel.num > 0 && pixel.den > 0) ratio *= av_q2d(pixel);
+    // What differs by less than this does so by rounding.
+    constexpr double kSame = 0.02;
+    if (ratio < kNarrowest || ratio > kWidest || std::abs(ratio * height / width - 1) < kSame) {
+        return {0, 0, width, height};
+    }
+    if (ratio < width / height) {
+        const double taken = std::round(height * ratio);
+        return {std::floor((width - taken) / 2), 0, taken, height};
+    }
+    const double taken = std::round(width / ratio);
+    return {0, std::floor((height - taken) / 2), width, taken};
+}
 
 }  // namespace
 
@@ -290,15 +315,38 @@ Decoder::Reader::Result Decoder::Reader::next(Decoder& decoder, Canvas* canvas,
         frame = decoder.mFrame;
         mNumber = decoder.mNumber;
     }
-    mScaler = sws_getCachedContext(mScaler, frame->width, frame->height,
-                                   static_cast<AVPixelFormat>(frame->format), canvas->width(),
-                                   canvas->height(), AV_PIX_FMT_RGB0, SWS_FAST_BILINEAR, nullptr,
+    return scale(*frame, canvas) ? kNew : kNone;
+}
+
+bool Decoder::Reader::scale(const AVFrame& frame, Canvas* canvas) {
+    const Box place = placeOf(frame, *canvas);
+    const bool whole = place.width == canvas->width() && place.height == canvas->height() &&
+                       canvas->width() % kScalerStep == 0;
+    Canvas* target = canvas;
+    if (!whole) {
+        const auto fitting = static_cast<int>(place.width) / kScalerStep * kScalerStep;
+        const int width = std::max(fitting, kScalerStep);
+        const int height = std::max(static_cast<int>(place.height), 1);
+        if (!mScaled || mScaled->width() != width || mScaled->height() != height) {
+            mScaled = std::make_unique<Canvas>(width, height);
+        }
+        target = mScaled.get();
+    }
+    mScaler = sws_getCachedContext(mScaler, frame.width, frame.height,
+                                   static_cast<AVPixelFormat>(frame.format), target->width(),
+                                   target->height(), AV_PIX_FMT_RGB0, SWS_FAST_BILINEAR, nullptr,
                                    nullptr, nullptr);
-    if (mScaler == nullptr) return kNone;
-    uint8_t* const planes[] = {canvas->pixels()};
-    const int strides[] = {static_cast<int>(canvas->stride())};
-    sws_scale(mScaler, frame->data, frame->linesize, 0, frame->height, planes, strides);
-    return kNew;
+    if (mScaler == nullptr) return false;
+    uint8_t* const planes[] = {target->pixels()};
+    const int strides[] = {static_cast<int>(target->stride())};
+    sws_scale(mScaler, frame.data, frame.linesize, 0, frame.height, planes, strides);
+    if (!whole) {
+        canvas->fill(
+                {0, 0, static_cast<double>(canvas->width()), static_cast<double>(canvas->height())},
+                {0, 0, 0});
+        canvas->picture(*target, place);
+    }
+    return true;
 }
 
 }  // namespace screen

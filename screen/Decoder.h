@@ -51,15 +51,19 @@ class Decoder {
         /**
          * Waits for a picture that the reader has not had.
          *
-         * @param canvas [out] receives the picture, scaled to its size, when it is new
+         * @param canvas [out] receives the picture when it is new, as large as it fits at the
+         * aspect ratio of the broadcast, on black
          * @return kNone while the path shows no stream, kSame when there is no newer picture in
          * time
          */
         Result next(Decoder& decoder, Canvas* canvas, std::chrono::milliseconds timeout);
 
       private:
+        bool scale(const AVFrame& frame, Canvas* canvas);
+
         uint64_t mNumber = 0;
         SwsContext* mScaler = nullptr;
+        std::unique_ptr<Canvas> mScaled;
     };
 
   private:

@@ -29,9 +29,10 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 
 /** A transport stream of MPEG-2 pictures of one colour. */
-Bytes streamOf(const encoded::Yuv& colour, uint32_t pictures, int group = 12) {
+Bytes streamOf(const encoded::Yuv& colour, uint32_t pictures, int group = 12, int aspect = 16) {
     encoded::Settings settings;
     settings.group = group;
+    settings.aspectWidth = aspect;
     AVFormatContext* format = nullptr;
     avformat_alloc_output_context2(&format, nullptr, "mpegts", nullptr);
     AVStream* stream = avformat_new_stream(format, nullptr);
@@ -108,14 +109,18 @@ bool sendAll(int fd, const Bytes& bytes) {
     return true;
 }
 
-/** The colour of the middle: 'r', 'b', or another. */
-char colourOf(Canvas& canvas) {
-    const uint8_t* pixel = canvas.pixels() +
-                           canvas.stride() * static_cast<size_t>(canvas.height() / 2) +
-                           static_cast<size_t>(canvas.width() / 2) * 4;
+/** The colour of a pixel: 'r', 'b', '0' for black, or another. */
+char colourOf(Canvas& canvas, int x, int y) {
+    const uint8_t* pixel =
+            canvas.pixels() + canvas.stride() * static_cast<size_t>(y) + static_cast<size_t>(x) * 4;
     if (pixel[0] > 200 && pixel[1] < 60 && pixel[2] < 60) return 'r';
     if (pixel[0] < 60 && pixel[1] < 60 && pixel[2] > 200) return 'b';
-    return '?';
+    return pixel[0] + pixel[1] + pixel[2] == 0 ? '0' : '?';
+}
+
+/** That of the middle. */
+char colourOf(Canvas& canvas) {
+    return colourOf(canvas, canvas.width() / 2, canvas.height() / 2);
 }
 
 class DecoderTest : public ::testing::Test {
@@ -150,6 +155,31 @@ TEST_F(DecoderTest, ShowsTheStreamAndNothingWhenItEnds) {
         EXPECT_TRUE(shows(decoder, 'r')) << "it connects again";
         ends = true;
     }
+}
+
+TEST_F(DecoderTest, KeepsTheAspectRatioInAnyCanvas) {
+    const Bytes red = streamOf(kRed, 50, 12, 12);
+    std::atomic<bool> ends{false};
+    PacketServer server([&](int fd) {
+        while (!ends && sendAll(fd, red)) continue;
+    });
+    Decoder decoder(server.path());
+    ASSERT_TRUE(decoder.waitForPicture(std::chrono::seconds(60)));
+    // 4:3 in 16:9, in 4:3 and in 1:2, of widths that a scaler does not like.
+    for (const auto& [width, height] : {std::pair{161, 91}, {121, 91}, {45, 91}, {3, 2}}) {
+        Canvas canvas(width, height);
+        canvas.fill({0, 0, 1000, 1000}, {255, 255, 255});
+        Decoder::Reader reader;
+        ASSERT_EQ(Decoder::Reader::kNew,
+                  reader.next(decoder, &canvas, std::chrono::milliseconds(0)));
+        EXPECT_EQ('r', colourOf(canvas)) << width;
+        const bool wide = width * 3 > height * 4 + 10, high = width * 3 < height * 4 - 10;
+        EXPECT_EQ(wide ? '0' : 'r', colourOf(canvas, 0, height / 2)) << width;
+        EXPECT_EQ(wide ? '0' : 'r', colourOf(canvas, width - 1, height / 2)) << width;
+        EXPECT_EQ(high ? '0' : 'r', colourOf(canvas, width / 2, 0)) << width;
+        EXPECT_EQ(high ? '0' : 'r', colourOf(canvas, width / 2, height - 1)) << width;
+    }
+    ends = true;
 }
 
 TEST_F(DecoderTest, JoinsNothingAcrossADiscontinuity) {

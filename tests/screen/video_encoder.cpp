@@ -57,6 +57,9 @@ std::vector<Unit> encode(const Settings& settings, uint32_t frames,
             avcodec_alloc_context3(codec));
     encoder->width = settings.width;
     encoder->height = settings.height;
+    av_reduce(&encoder->sample_aspect_ratio.num, &encoder->sample_aspect_ratio.den,
+              int64_t{settings.aspectWidth} * settings.height,
+              int64_t{settings.aspectHeight} * settings.width, 255);
     encoder->time_base = {1, 25};
     encoder->framerate = {25, 1};
     encoder->pix_fmt = AV_PIX_FMT_YUV420P;

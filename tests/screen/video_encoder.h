@@ -23,6 +23,9 @@ struct Settings {
     Codec codec = Codec::kMpeg2;
     int width = 320;
     int height = 240;
+    /** Of the screen. */
+    int aspectWidth = 16;
+    int aspectHeight = 9;
     bool interlaced = false;
     /** Pictures from one that is whole to the next; none but the first of these are. */
     int group = 12;
