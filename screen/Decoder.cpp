@@ -32,11 +32,11 @@ constexpr int kBuffer = 64 * static_cast<int>(kPacketSize);
 constexpr uint8_t kSync = 0x47;
 /** Bytes in which the demuxer looks for the program map before it begins. */
 constexpr int64_t kProbed = 32768;
-/** A picture of more is none of a broadcast. */
+/** A broadcast has no larger picture. */
 constexpr int kLargestSide = 4096;
-/** The scaler writes so many pixels at a time, also beyond the end of a line. */
+/** Pixels that the scaler writes at a time, even beyond the end of a line. */
 constexpr int kScalerStep = 16;
-/** Aspect ratios beyond these are none of a broadcast. */
+/** Limits of aspect ratios; a picture beyond them fills the canvas. */
 constexpr double kNarrowest = 0.5, kWidest = 4;
 
 template <auto Free>
@@ -102,7 +102,7 @@ Box placeOf(const AVFrame& frame, const Canvas& canvas) {
     const AVRational pixel = frame.sample_aspect_ratio;
     double ratio = static_cast<double>(frame.width) / frame.height;
     if (pixel.num > 0 && pixel.den > 0) ratio *= av_q2d(pixel);
-    // What differs by less than this does so by rounding.
+    // Smaller differences come from rounding.
     constexpr double kSame = 0.02;
     if (ratio < kNarrowest || ratio > kWidest || std::abs(ratio * height / width - 1) < kSame) {
         return {0, 0, width, height};

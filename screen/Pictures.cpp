@@ -13,7 +13,7 @@ namespace {
 using std::chrono::milliseconds;
 
 #ifdef QELTV_DECODER
-/** Longer than broadcasts are without a picture to begin with. */
+/** Longer than a broadcast takes from one random access point to the next. */
 constexpr milliseconds kFirstPicture{5000};
 
 /** @return whether the path shows a stream that has a picture */

@@ -118,7 +118,7 @@ char colourOf(Canvas& canvas, int x, int y) {
     return pixel[0] + pixel[1] + pixel[2] == 0 ? '0' : '?';
 }
 
-/** That of the middle. */
+/** The colour of the middle pixel. */
 char colourOf(Canvas& canvas) {
     return colourOf(canvas, canvas.width() / 2, canvas.height() / 2);
 }

@@ -1,6 +1,6 @@
 /**
- * From a transport stream to the picture of the page: the television receives it, its packet
- * sockets give it away, the screen decodes it.
+ * From a transport stream to the picture of the page: the television receives the stream, the
+ * screen reads it from the packet sockets and decodes it.
  */
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -33,7 +33,7 @@ using std::chrono::steady_clock;
 
 /** The frequencies of the streams, in Hz. */
 constexpr uint64_t kRedHz = 842000000, kBlueHz = 850000000, kBrokenHz = 858000000;
-/** Pictures of each stream, which is looped. */
+/** Length of each stream, which is looped. */
 constexpr uint32_t kSeconds = 2, kFrames = kSeconds * 25;
 
 /** A picture that the page has received. */
@@ -100,7 +100,7 @@ class Page {
         ADD_FAILURE() << "no picture";
         return {};
     }
-    /** Whether a picture of the colour comes, before which `others` counts what else came. */
+    /** Waits for a picture of the colour; `others` receives the colours before it. */
     bool shows(char colour, std::string* others = nullptr) {
         const auto end = steady_clock::now() + std::chrono::seconds(60);
         while (steady_clock::now() < end) {
@@ -208,8 +208,8 @@ class StreamedPicture : public testing::Test {
         composed::writeFile(path + "/red.ts", multiplex(Codec::kMpeg2, 12, one(encoded::kRed)));
         second = encoded::available(Codec::kH264) ? Codec::kH264 : Codec::kMpeg2;
         composed::writeFile(path + "/blue.ts", multiplex(second, 12, one(encoded::kBlue)));
-        // Begins with changes of green that have lost what they change; a whole blue picture and
-        // its changes follow. Where it is looped the changes of green come behind blue ones.
+        // Begins with predicted pictures of green whose intra picture is missing; blue ones with
+        // theirs follow. When the file is looped, the green ones come after the blue ones.
         constexpr int kGroup = 20;
         composed::writeFile(path + "/broken.ts", multiplex(
                                                          Codec::kMpeg2, kGroup,
@@ -307,7 +307,7 @@ TEST_F(StreamedPicture, IsAnotherOneAfterAChannelChange) {
         std::string others;
         ASSERT_TRUE(page.shows(colour, &others));
         EXPECT_EQ(std::string::npos, others.find('?')) << others << ": pictures are mixed";
-        // What was before does not come back.
+        // The former channel does not come back.
         others.clear();
         for (int i = 0; i < 25; ++i) others += page.next().colour;
         EXPECT_EQ(std::string(25, colour), others);

@@ -23,20 +23,20 @@ struct Settings {
     Codec codec = Codec::kMpeg2;
     int width = 320;
     int height = 240;
-    /** Of the screen. */
+    /** Aspect ratio of the screen. */
     int aspectWidth = 16;
     int aspectHeight = 9;
     bool interlaced = false;
-    /** Pictures from one that is whole to the next; none but the first of these are. */
+    /** Pictures from one intra picture to the next. */
     int group = 12;
-    /** 0 for what the encoder takes by itself. */
+    /** 0 for the encoder's default. */
     int64_t bitsPerSecond = 0;
 };
 
 /** An access unit. */
 struct Unit {
     std::vector<uint8_t> bytes;
-    /** Whether it needs none before it. */
+    /** Whether it is an intra picture, which is decoded without another one. */
     bool whole = false;
 };
 

@@ -422,7 +422,7 @@ class Programme {
     }
 
   private:
-    /** In place of the picture that begins with a packet, which has a clock reference. */
+    /** Replaces the black picture that begins with a packet, which has a clock reference. */
     void addPicture(uint8_t* packet, Packets* packets) {
         packets->addPicture(mVideo, shifted(pes_get_pts(ts_payload(packet))),
                             shifted(tsaf_get_pcr(packet)), mPicture(mFrame++));

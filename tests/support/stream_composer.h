@@ -61,7 +61,7 @@ class Packets {
   public:
     void addSection(uint16_t pid, const Octets& section);
     void addPes(uint16_t pid, uint8_t streamId, uint64_t presentation, const Octets& payload);
-    /** The same of a picture, with a clock reference in ticks of 90 kHz. */
+    /** Adds an access unit of video, with a clock reference in ticks of 90 kHz. */
     void addPicture(uint16_t pid, uint64_t presentation, uint64_t reference,
                     const Picture& picture);
     /** Takes a whole packet over, with another PID and the counter that fits. */
@@ -108,13 +108,13 @@ struct Options {
     /** In the middle the first service gets a second sound track, and its map a new version. */
     bool changeMap = false;
     /**
-     * The picture of the first service for each frame of 1/25 s: an access unit, whose first one in
-     * decoding order is a random access point. Without, a black one of MPEG-2.
+     * Returns the picture of the first service for a frame of 1/25 s, in decoding order; null for
+     * the black picture of EmptyStream.
      */
     std::function<Picture(uint32_t frame)> picture;
     /** Stream type of these pictures, 0x02 for MPEG-2, 0x1b for H.264. */
     uint8_t pictureType = 0x02;
-    /** Whether the table of local offsets is sent, which has a change on kChange. */
+    /** Whether local offsets are sent (TOT); they change at kChange. */
     bool offsets = true;
     /** Null packets per frame of 1/25 s, which make the stream as fast as a real one. */
     size_t nulls = 0;
