@@ -47,6 +47,8 @@ class StreamSignals : public Signals {
     /** In order of the begins; one without an end lasts until the next. */
     std::vector<Event> all(const Channel& channel) const;
     EventContext contextOf(const Channel& channel) const;
+    /** Bit rate of a PID; 0 if it is unknown. */
+    uint32_t kbitPerSecond(uint16_t pid) const;
 
     const std::shared_ptr<StreamMultiplex> mMultiplex;
 };
