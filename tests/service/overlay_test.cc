@@ -150,8 +150,13 @@ TEST_F(WithOverlay, EndsWithItsObject) {
     overlay.reset();
     EXPECT_TRUE(config->a_hidl_qeltvapi_config_is_visible(0, kItem).isDeadObject());
     EXPECT_EQ(nullptr, IQelTvApiConfig::getService("default", false));
-    start();
-    ASSERT_TRUE(joinTelevision());
+
+    // The television runs on, for another overlay.
+    overlay = std::make_unique<Overlay>(kTelevision);
+    overlay->start();
+    const auto again = IQelTvApiConfig::getService("default", false);
+    ASSERT_NE(nullptr, again);
+    EXPECT_EQ(1, again->a_hidl_qeltvapi_config_is_visible(0, kItem));
 }
 
 TEST(Overlay, RefusesToStartWithoutATelevisionOrTwice) {
