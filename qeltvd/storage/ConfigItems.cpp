@@ -66,6 +66,8 @@ constexpr Default kDefaults[] = {
         integer("channels.tuner_mode", ConfigItems::kChannels, 0, 2, 0),
         integer("channels.auto_update", ConfigItems::kChannels, 0, 1, 1),
         integer("channels.lcn", ConfigItems::kChannels, 0, 1, 1),
+        // Three letters; the first language of each text unless set.
+        text("channels.guide_language", ConfigItems::kChannels, ""),
         integer("parental.rating_lock", ConfigItems::kParental, 0, 1, 0),
         integer("parental.age", ConfigItems::kParental, 0, 18, 0),
         integer("parental.input_lock", ConfigItems::kParental, 0, 1, 0),
