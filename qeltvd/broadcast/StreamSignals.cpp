@@ -236,6 +236,7 @@ EventContext StreamSignals::contextOf(const Channel& channel) const {
     const stream::StreamFacts facts = mMultiplex->facts();
     EventContext context;
     context.atsc = facts.atsc;
+    if (mLanguage) context.language = mLanguage();
     context.high = (channel.flags & CHANNEL_FLAG_HD) != 0;
     const auto service = facts.services.find(channel.serviceId);
     if (service != facts.services.end() && service->second.description) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "Signals.h"
 #include "StreamEvents.h"
@@ -14,8 +16,10 @@ class StreamSignals : public Signals {
     /** Services without a broadcast number are numbered from here on. */
     static constexpr uint32_t kFirstUnnumbered = 800;
 
-    explicit StreamSignals(std::shared_ptr<StreamMultiplex> multiplex)
-            : mMultiplex(std::move(multiplex)) {}
+    /** @param language the one that the viewer prefers, on any thread; null for none */
+    explicit StreamSignals(std::shared_ptr<StreamMultiplex> multiplex,
+                           std::function<std::string()> language = nullptr)
+            : mMultiplex(std::move(multiplex)), mLanguage(std::move(language)) {}
 
     Survey survey(const Region& region, const Multiplex& multiplex,
                   const std::function<bool()>& wanted) override;
@@ -51,6 +55,7 @@ class StreamSignals : public Signals {
     uint32_t kbitPerSecond(uint16_t pid) const;
 
     const std::shared_ptr<StreamMultiplex> mMultiplex;
+    const std::function<std::string()> mLanguage;
 };
 
 }  // namespace qeltvd
