@@ -28,7 +28,7 @@ Television::Television(const std::string& state, Monitor& monitor,
           broadcast(timers, std::move(regionFiles)),
           channels(store, broadcast, config.text("channels.region")) {
     broadcast.setLanguage(config.text(kLanguageItem));
-    config.addListener([this](const ConfigItems::Item& item, bool) {
+    config.addListener([this](const ConfigItems::Item& item, Audience) {
         if (item.name == kLanguageItem) broadcast.setLanguage(config.text(kLanguageItem));
     });
     clock.addListener([this] { recorder.clockChanged(); });
