@@ -1,11 +1,9 @@
 #include "TeletextDecoder.h"
 
-#include <libzvbi.h>
-
 #include <algorithm>
-#include <new>
 
-#include "Utf8.h"
+#include "Text.h"
+#include "VbiDecoder.h"
 
 namespace qeltvd::stream {
 
@@ -41,26 +39,9 @@ void copyCharacters(const uint8_t* from, size_t count, uint8_t* to) {
 
 }  // namespace
 
-/** The library's decoder, which knows the character sets and the titles of TOP. */
-struct TeletextDecoder::Library {
-    Library() : decoder(vbi_decoder_new()) {
-        if (decoder == nullptr) throw std::bad_alloc();
-        // Without a handler it skips teletext.
-        if (!vbi_event_handler_register(
-                    decoder, VBI_EVENT_TTX_PAGE, [](vbi_event*, void*) {}, nullptr)) {
-            vbi_decoder_delete(decoder);
-            throw std::bad_alloc();
-        }
-    }
-    ~Library() { vbi_decoder_delete(decoder); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    vbi_decoder* const decoder;
-    double time = kFrame;
-};
-
-TeletextDecoder::TeletextDecoder() : mLibrary(std::make_unique<Library>()) {}
+TeletextDecoder::TeletextDecoder() {
+    forget();
+}
 
 TeletextDecoder::~TeletextDecoder() = default;
 
@@ -89,14 +70,12 @@ void TeletextDecoder::push(const uint8_t* payload, size_t size) {
     }
     if (lines.empty()) return;
     for (const vbi_sliced& each : lines) line(each.data);
-    vbi_decode(mLibrary->decoder, lines.data(), static_cast<int>(lines.size()), mLibrary->time);
-    // The library takes frames at another distance for lost ones.
-    mLibrary->time += kFrame;
+    mLibrary->decode(lines.data(), static_cast<int>(lines.size()));
 }
 
 void TeletextDecoder::interrupt() {
     for (Magazine& each : mMagazines) each.open = each.topTable = false;
-    mLibrary->time += 1;
+    mLibrary->interrupt();
 }
 
 void TeletextDecoder::line(const uint8_t* bytes) {
@@ -162,7 +141,8 @@ void TeletextDecoder::forget() {
     mPages.clear();
     mLatest.clear();
     mTop.clear();
-    mLibrary = std::make_unique<Library>();
+    mLibrary = std::make_unique<VbiDecoder>(
+            VBI_EVENT_TTX_PAGE, [](vbi_event*, void*) {}, nullptr, kFrame);
 }
 
 std::vector<uint16_t> TeletextDecoder::pages() const {
@@ -195,7 +175,7 @@ std::vector<std::string> TeletextDecoder::text(uint16_t number,
     const auto latest = mLatest.find(number);
     if (latest == mLatest.end()) return {};
     vbi_page page{};
-    if (!vbi_fetch_vt_page(mLibrary->decoder, &page, number, subpage.value_or(latest->second),
+    if (!vbi_fetch_vt_page(mLibrary->get(), &page, number, subpage.value_or(latest->second),
                            VBI_WST_LEVEL_1p5, TeletextPage::kRows, FALSE)) {
         return {};
     }
@@ -225,7 +205,7 @@ std::vector<TopPage> TeletextDecoder::top() const {
                 static_cast<uint16_t>(decimal / 100 << 8 | decimal / 10 % 10 << 4 | decimal % 10);
         page.level = code <= 5 ? uint8_t{1} : code <= 7 ? uint8_t{2} : uint8_t{3};
         char title[64] = {};
-        if (vbi_page_title(mLibrary->decoder, page.number, VBI_ANY_SUBNO, title)) {
+        if (vbi_page_title(mLibrary->get(), page.number, VBI_ANY_SUBNO, title)) {
             // In ISO 8859-1.
             for (const char c : title) {
                 if (c == 0) break;

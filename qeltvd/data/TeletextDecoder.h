@@ -12,6 +12,8 @@
 
 namespace qeltvd::stream {
 
+class VbiDecoder;
+
 /** One page of teletext, or one of its subpages. */
 struct TeletextPage {
     static constexpr size_t kRows = 25;
@@ -71,7 +73,6 @@ class TeletextDecoder {
     uint64_t arrivals() const { return mArrivals; }
 
   private:
-    struct Library;
     struct Magazine {
         bool open = false;
         bool topTable = false;
@@ -83,7 +84,7 @@ class TeletextDecoder {
     void close(Magazine* magazine);
     void forget();
 
-    std::unique_ptr<Library> mLibrary;
+    std::unique_ptr<VbiDecoder> mLibrary;
     std::array<Magazine, 8> mMagazines;
     /** By number and subpage. */
     std::map<std::pair<uint16_t, uint16_t>, TeletextPage> mPages;
