@@ -3,13 +3,13 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "ChannelDatabase.h"
 #include "Clock.h"
 #include "Code.h"
 #include "Notifier.h"
+#include "SimulatedTeletext.h"
 #include "layouts/teletext.h"
 
 namespace qeltvd {
@@ -33,8 +33,7 @@ class Teletext {
     std::optional<std::vector<QELTV_TOP_ENTRY_T>> pages(uint16_t page) const;
 
   private:
-    /** Rows 1 to 24 of each subpage. */
-    std::vector<std::vector<std::string>> content(uint32_t number) const;
+    TeletextTopics topics() const;
 
     Notifier& mNotifier;
     const ChannelDatabase& mChannels;
