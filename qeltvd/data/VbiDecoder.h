@@ -30,8 +30,6 @@ class VbiDecoder {
         vbi_decode(mDecoder, lines, count, mTime);
         mTime += mFrame;
     }
-    /** Frames have been lost before the next one. */
-    void interrupt() { mTime += 1; }
     vbi_decoder* get() const { return mDecoder; }
 
   private:
