@@ -132,6 +132,14 @@ void CaptionDecoder::collect(const uint8_t* picture, size_t size, Pairs* pairs) 
     }
 }
 
+bool CaptionDecoder::isRepeated(const std::array<uint8_t, 2>& pair) {
+    const uint8_t first = pair[0] & 0x7f;
+    const bool command = first >= 0x10 && first < 0x20;
+    const bool repeated = command && pair == mLastCommand;
+    mLastCommand = command && !repeated ? pair : std::array<uint8_t, 2>{};
+    return repeated;
+}
+
 void CaptionDecoder::show(const Pairs& pairs) {
     constexpr uint32_t kLines[] = {21, 284};
     constexpr uint32_t kIds[] = {VBI_SLICED_CAPTION_525_F1, VBI_SLICED_CAPTION_525_F2};
@@ -141,6 +149,7 @@ void CaptionDecoder::show(const Pairs& pairs) {
         int count = 0;
         for (size_t field = 0; field < 2; ++field) {
             if (frame >= pairs.fields[field].size()) continue;
+            if (field == 1 && isRepeated(pairs.fields[field][frame])) continue;
             vbi_sliced& line = lines[count++];
             line.id = kIds[field];
             line.line = kLines[field];

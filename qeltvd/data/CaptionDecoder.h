@@ -55,6 +55,8 @@ class CaptionDecoder {
     };
 
     void collect(const uint8_t* picture, size_t size, Pairs* pairs) const;
+    /** Control codes come twice; the library sees to that on the first field alone. */
+    bool isRepeated(const std::array<uint8_t, 2>& pair);
     void show(const Pairs& pairs);
 
     const CaptionCarrier mCarrier;
@@ -62,6 +64,8 @@ class CaptionDecoder {
     /** By presentation time, made continuous across its wrap. */
     std::map<int64_t, Pairs> mWaiting;
     int64_t mLastTime = 0;
+    /** The control codes of the second field that have just come. */
+    std::array<uint8_t, 2> mLastCommand{};
     uint8_t mChannels = 0;
     uint64_t mChanges = 0;
 };

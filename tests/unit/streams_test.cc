@@ -432,6 +432,110 @@ TEST(CaptionDecoder, PicturesCountInTheOrderInWhichTheyAreShown) {
     EXPECT_THAT(decoder.rows(1), ElementsAre("ABCDEF"));
 }
 
+/** Feeds pairs of bytes of line 21 as pictures of MPEG-2 without times. */
+class CaptionTest : public testing::Test {
+  protected:
+    using Pair = std::pair<uint8_t, uint8_t>;
+    static uint8_t odd(uint8_t c) {
+        return static_cast<uint8_t>(__builtin_parity(c) != 0 ? c : c | 0x80);
+    }
+    void picture(uint8_t field, uint8_t first, uint8_t second) {
+        const auto kind = static_cast<uint8_t>(0xfc | field);
+        const Octets data{0, 0,    1,    0xb2, 'G',   'A',    '9', '4',
+                          3, 0x41, 0xff, kind, first, second, 0xff};
+        decoder.push(data.data(), data.size(), std::nullopt, std::nullopt);
+    }
+    /** @param control the first byte of control codes: its channel and field */
+    void popOn(uint8_t control, const std::string& text, uint8_t field = 0) {
+        // Control codes come twice and count once.
+        command(control, 0x20, field);
+        command(control, 0x2e, field);
+        picture(field, odd(control), odd(0x70));
+        for (size_t i = 0; i < text.size(); i += 2) {
+            picture(field, odd(static_cast<uint8_t>(text[i])),
+                    odd(i + 1 < text.size() ? static_cast<uint8_t>(text[i + 1]) : uint8_t{0}));
+        }
+        command(control, 0x2f, field);
+    }
+    void command(uint8_t control, uint8_t code, uint8_t field = 0) {
+        for (int i = 0; i < 2; ++i) picture(field, odd(control), odd(code));
+    }
+
+    CaptionDecoder decoder{CaptionCarrier::kMpeg2};
+};
+
+TEST_F(CaptionTest, ChannelsAreKeptApart) {
+    popOn(0x14, "First");
+    popOn(0x1c, "Second");
+    popOn(0x15, "Third", 1);
+    EXPECT_THAT(decoder.rows(1), ElementsAre("First"));
+    EXPECT_THAT(decoder.rows(2), ElementsAre("Second"));
+    EXPECT_THAT(decoder.rows(3), ElementsAre("Third"));
+    EXPECT_THAT(decoder.rows(4), IsEmpty());
+    EXPECT_EQ(7, decoder.channels());
+    EXPECT_THAT(decoder.rows(0), IsEmpty());
+    EXPECT_THAT(decoder.rows(9), IsEmpty());
+}
+
+TEST_F(CaptionTest, CaptionsAreClearedAndRollUp) {
+    constexpr uint8_t kClear = 0x2c, kTwoRows = 0x25, kReturn = 0x2d;
+    popOn(0x14, "Gone");
+    const uint64_t before = decoder.changes();
+    command(0x14, kClear);
+    EXPECT_THAT(decoder.rows(1), IsEmpty());
+    EXPECT_GT(decoder.changes(), before);
+    command(0x14, kTwoRows);
+    for (const char c : {'a', 'b', 'c'}) {
+        command(0x14, kReturn);
+        picture(0, odd(static_cast<uint8_t>(c)), odd(static_cast<uint8_t>(c)));
+    }
+    // A word is shown when it ends, by a pause at the latest.
+    for (int i = 0; i < 3; ++i) picture(0, 0x80, 0x80);
+    EXPECT_THAT(decoder.rows(1), ElementsAre("bb", "cc"));
+}
+
+TEST_F(CaptionTest, DamagedPairsHarmNothingElse) {
+    popOn(0x14, "Before");
+    for (int first = 0; first < 256; ++first) {
+        // One of the two has the wrong parity.
+        const auto byte = static_cast<uint8_t>(first);
+        picture(0, static_cast<uint8_t>(odd(byte) ^ 0x80), odd('x'));
+    }
+    command(0x14, 0x2c);
+    popOn(0x14, "After");
+    EXPECT_THAT(decoder.rows(1), ElementsAre("After"));
+}
+
+TEST(CaptionDecoder, AnyBytesAreReadWithoutHarm) {
+    std::minstd_rand random(2);
+    for (const auto carrier :
+         {CaptionCarrier::kMpeg2, CaptionCarrier::kH264, CaptionCarrier::kH265}) {
+        CaptionDecoder decoder(carrier);
+        for (int i = 0; i < 2000; ++i) {
+            // A start code and the begin of captions, then anything.
+            Octets bytes{0, 0, 1, 0xb2, 'G', 'A', '9', '4', 3, 0xdf, 0xff};
+            if (carrier != CaptionCarrier::kMpeg2) {
+                bytes = {0,    0,
+                         1,    carrier == CaptionCarrier::kH264 ? uint8_t{6} : uint8_t{39 << 1},
+                         4,    static_cast<uint8_t>(random() >> 8),
+                         0xb5, 0,
+                         0x31, 'G',
+                         'A',  '9',
+                         '4',  3,
+                         0xdf, 0xff};
+            }
+            const size_t more = random() % 100;
+            for (size_t n = 0; n < more; ++n) bytes.push_back(static_cast<uint8_t>(random() >> 8));
+            const uint64_t time = random() % (uint64_t{1} << 33);
+            decoder.push(bytes.data(), bytes.size(), time, i % 3 == 0 ? time : time - 5000);
+            for (uint8_t channel = 1; channel <= CaptionDecoder::kChannels; ++channel) {
+                for (const std::string& row : decoder.rows(channel)) EXPECT_LE(row.size(), 160u);
+            }
+        }
+        decoder.interrupt();
+    }
+}
+
 TEST(EventStore, ANewVersionReplacesItsSectionAndMemoryIsBounded) {
     const auto table = [](uint16_t service, uint8_t section, uint8_t last, uint16_t id,
                           size_t size) {
