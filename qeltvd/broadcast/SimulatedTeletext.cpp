@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "TopNavigation.h"
 #include "layouts/teletext.h"
@@ -19,7 +20,7 @@ constexpr uint8_t kBlock = 1, kGroup = 2, kPage = 3;
 
 // Pages with a content of their own.
 constexpr uint16_t kOverview = 0x100, kHeadlines = 0x102, kChannels = 0x201, kTable = 0x303,
-                   kForecast = 0x401, kSubtitles = 0x888;
+                   kForecast = 0x401, kSubtitles = SimulatedTeletext::kSubtitlePage;
 /** Rows of a subpage of the channels, its title included. */
 constexpr size_t kChannelRows = 22;
 constexpr size_t kSpokenRow = 19;
@@ -71,10 +72,8 @@ std::string links() {
            "Weather";
 }
 
-}  // namespace
-
-std::vector<std::vector<std::string>> SimulatedTeletext::content(uint16_t number,
-                                                                 const TeletextTopics& topics) {
+/** Rows 1 to 24 of each subpage; nothing for a page that is not broadcast. */
+std::vector<std::vector<std::string>> content(uint16_t number, const TeletextTopics& topics) {
     const Entry* const entry = find(number);
     if (entry == nullptr) return {};
     std::vector<std::vector<std::string>> subpages{titled(entry->title)};
@@ -115,7 +114,7 @@ std::vector<std::vector<std::string>> SimulatedTeletext::content(uint16_t number
             first.push_back(std::string{kDouble, kWhite} + "      Good evening.");
             break;
         default: {
-            const TopNavigation tree(top());
+            const TopNavigation tree(SimulatedTeletext::top());
             const auto entries =
                     number == kOverview ? std::optional(tree.blocks()) : tree.under(number);
             for (const stream::TopPage& sub : entries.value_or(TopNavigation::Pages())) {
@@ -130,6 +129,36 @@ std::vector<std::vector<std::string>> SimulatedTeletext::content(uint16_t number
         rows[QELTV_TELETEXT_ROWS - 2] = links();
     }
     return subpages;
+}
+
+}  // namespace
+
+TeletextView SimulatedTeletext::view(uint16_t number, uint32_t subpage,
+                                     const TeletextTopics& topics) {
+    const auto subpages = content(number, topics);
+    const auto count = static_cast<uint32_t>(subpages.size());
+    TeletextView view;
+    view.subpages = count;
+    view.page.number = number;
+    view.page.ascii = true;
+    const auto put = [&](size_t row, size_t column, const std::string& text) {
+        memcpy(&view.page.rows[row][column], text.data(),
+               std::min(text.size(), stream::TeletextPage::kColumns - column));
+    };
+    char header[64];
+    snprintf(header, sizeof(header), "%c%03x QELTV%c%s", kGreen, number, kWhite,
+             topics.stamp.c_str());
+    put(0, stream::TeletextPage::kReserved, header);
+    if (count == 0 || subpage > count) return view;
+    view.state = TeletextView::State::kShown;
+    view.subpage = subpage != 0 ? subpage : static_cast<uint32_t>(topics.now / kTurn % count) + 1;
+    const auto& rows = subpages[view.subpage - 1];
+    for (size_t row = 0; row < rows.size(); ++row) put(row + 1, 0, rows[row]);
+    if (count > 1) {
+        const std::string text = std::to_string(view.subpage) + "/" + std::to_string(count);
+        put(2, stream::TeletextPage::kColumns - text.size(), text);
+    }
+    return view;
 }
 
 std::vector<stream::TopPage> SimulatedTeletext::top() {

@@ -1,31 +1,22 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <string>
 #include <vector>
 
-#include "LineUp.h"
 #include "TeletextDecoder.h"
+#include "TeletextView.h"
 
 namespace qeltvd {
-
-/** The subjects of simulated pages; received ones need none of them. */
-struct TeletextTopics {
-    /** Seconds since 1970, UTC, by which subpages turn. */
-    int64_t now = 0;
-    /** The time as the first row shows it. */
-    std::string stamp = {};
-    /** The channels of the list that is being watched. */
-    std::function<std::vector<Channel>()> channels = {};
-};
 
 /** Simulated teletext: the same pages on every channel, with TOP navigation. */
 class SimulatedTeletext {
   public:
-    /** Rows 1 to 24 of each subpage; nothing for a page that is not broadcast. */
-    static std::vector<std::vector<std::string>> content(uint16_t number,
-                                                         const TeletextTopics& topics);
+    /** For how many seconds each subpage is on air. */
+    static constexpr int64_t kTurn = 5;
+    static constexpr uint16_t kSubtitlePage = 0x888;
+
+    /** @param subpage from 1; 0 for the one that is on air */
+    static TeletextView view(uint16_t number, uint32_t subpage, const TeletextTopics& topics);
     /** All pages, in order. */
     static std::vector<stream::TopPage> top();
 };

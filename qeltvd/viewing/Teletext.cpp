@@ -4,9 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "SimulatedTeletext.h"
 #include "Text.h"
-#include "TopNavigation.h"
 
 namespace qeltvd {
 
@@ -14,9 +12,24 @@ namespace {
 
 constexpr uint32_t kLastPage = 0x899;
 
+static_assert(QELTV_TELETEXT_ROWS == stream::TeletextPage::kRows);
+static_assert(QELTV_TELETEXT_COLUMNS == stream::TeletextPage::kColumns);
+
+QELTV_TELETEXT_STATE stateOf(TeletextView::State state) {
+    switch (state) {
+        case TeletextView::State::kAbsent:
+            return QELTV_TELETEXT_ABSENT;
+        case TeletextView::State::kAwaited:
+            return QELTV_TELETEXT_AWAITED;
+        default:
+            return QELTV_TELETEXT_SHOWN;
+    }
+}
+
 std::vector<QELTV_TOP_ENTRY_T> entriesOf(const TopNavigation::Pages& pages) {
     std::vector<QELTV_TOP_ENTRY_T> entries;
     for (const stream::TopPage& page : pages) {
+        if (entries.size() == QELTV_TOP_ENTRIES) break;
         QELTV_TOP_ENTRY_T entry{page.number, page.level, {}};
         copyText(entry.title, cut(page.title, sizeof(entry.title) - 1));
         entries.push_back(entry);
@@ -24,41 +37,56 @@ std::vector<QELTV_TOP_ENTRY_T> entriesOf(const TopNavigation::Pages& pages) {
     return entries;
 }
 
+std::optional<std::vector<QELTV_TOP_ENTRY_T>> entriesOf(
+        const std::optional<TopNavigation::Pages>& pages) {
+    if (!pages) return std::nullopt;
+    return entriesOf(*pages);
+}
+
 }  // namespace
 
-Teletext::Teletext(Notifier& notifier, const ChannelDatabase& channels, const Clock& clock)
-        : mNotifier(notifier), mChannels(channels), mClock(clock) {}
+Teletext::Teletext(Notifier& notifier, const ChannelDatabase& channels, const Clock& clock,
+                   Broadcast& broadcast)
+        : mNotifier(notifier), mChannels(channels), mClock(clock), mBroadcast(broadcast) {
+    broadcast.addListener([this](uint32_t changes) {
+        // The time changes with what is received.
+        constexpr uint32_t kConcern =
+                stream::kTeletextChanged | stream::kServicesChanged | stream::kTimeChanged;
+        if ((changes & kConcern) != 0) follow();
+    });
+}
+
+Teletext::Choice Teletext::choice() const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mChoice;
+}
+
+TeletextView Teletext::view(const Choice& choice, uint32_t* channelId) const {
+    const auto pair = mChannels.currentPair();
+    if (channelId != nullptr) *channelId = pair ? pair->first.channelId : 0;
+    if (!pair) return {};
+    return mBroadcast.of(pair->second)
+            ->teletext(pair->first, choice.number, choice.subpage, topics());
+}
 
 QELTV_TELETEXT_PAGE_T Teletext::current() const {
-    uint32_t number, chosen;
-    {
-        std::lock_guard<std::mutex> guard(mLock);
-        number = mNumber;
-        chosen = mSubpage;
+    const Choice chosen = choice();
+    uint32_t channelId = 0;
+    TeletextView view = this->view(chosen, &channelId);
+    if (!view.page.headless) {
+        char number[stream::TeletextPage::kReserved + 1];
+        snprintf(number, sizeof(number), " P%03x   ", chosen.number);
+        memcpy(view.page.rows[0].data(), number, stream::TeletextPage::kReserved);
     }
-    const TeletextTopics topics = this->topics();
-    const auto subpages = SimulatedTeletext::content(static_cast<uint16_t>(number), topics);
-    const auto count = static_cast<uint32_t>(subpages.size());
-    const uint32_t subpage = count == 0    ? 0
-                             : chosen != 0 ? std::min(chosen, count)
-                                           : static_cast<uint32_t>(topics.now / kTurn % count) + 1;
-    QELTV_TELETEXT_PAGE_T page{number | subpage << QELTV_TELETEXT_SUBPAGE_SHIFT, count, {}};
-    memset(page.rows, ' ', sizeof(page.rows));
-    const auto put = [&](size_t row, const std::string& text) {
-        memcpy(page.rows[row], text.data(), std::min<size_t>(text.size(), QELTV_TELETEXT_COLUMNS));
-    };
-    char header[64];
-    snprintf(header, sizeof(header), " P%03x   %c%03x QELTV%c%s", number, 2, number, 7,
-             topics.stamp.c_str());
-    put(0, header);
-    if (count == 0) return page;
-    for (size_t row = 0; row < subpages[subpage - 1].size(); ++row) {
-        put(row + 1, subpages[subpage - 1][row]);
-    }
-    if (count > 1) {
-        const std::string text = std::to_string(subpage) + "/" + std::to_string(count);
-        memcpy(&page.rows[2][QELTV_TELETEXT_COLUMNS - text.size()], text.data(), text.size());
-    }
+    QELTV_TELETEXT_PAGE_T page{};
+    page.page = chosen.number | view.subpage << QELTV_TELETEXT_SUBPAGE_SHIFT;
+    page.subpages = view.subpages;
+    page.state = stateOf(view.state);
+    memcpy(page.rows, view.page.rows.data(), sizeof(page.rows));
+    const stream::TeletextCharacters characters = stream::charactersOf(view.page);
+    memcpy(page.characters, characters.data(), sizeof(page.characters));
+    std::lock_guard<std::mutex> guard(mLock);
+    if (!mKnown) mKnown = known(view, channelId);
     return page;
 }
 
@@ -70,17 +98,53 @@ Code Teletext::setPage(uint32_t record) {
         (number >> 4 & 0xf) > 9) {
         return kBadValue;
     }
-    const auto count = static_cast<uint32_t>(
-            SimulatedTeletext::content(static_cast<uint16_t>(number), topics()).size());
-    if (subpage > std::max(1U, count)) return kNotFound;
+    const Choice choice{static_cast<uint16_t>(number), subpage};
+    uint32_t channelId = 0;
+    const TeletextView view = this->view(choice, &channelId);
+    if (!view.received && subpage > std::max(1U, view.subpages)) return kNotFound;
+    // Under the lock, so that what becomes of the choice is notified of afterwards.
+    std::lock_guard<std::mutex> guard(mLock);
+    mChoice = choice;
+    mKnown = known(view, channelId);
+    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_teletext_register_msg_callback,
+                    QELTV_TELETEXT_PAGE_CHANGED, {record, view.subpages});
+    return kOk;
+}
+
+Teletext::Known Teletext::known(const TeletextView& view, uint32_t channelId) {
+    const bool shown = view.state == TeletextView::State::kShown;
+    // A simulated page changes by itself without a notification.
+    if (!view.received) return {channelId, shown, 0, view.subpages, 0};
+    return {channelId, shown, view.subpage, view.subpages, view.page.version};
+}
+
+void Teletext::follow() {
+    Choice chosen{};
     {
         std::lock_guard<std::mutex> guard(mLock);
-        mNumber = number;
-        mSubpage = subpage;
+        if (!mKnown) return;
+        chosen = mChoice;
     }
-    mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_teletext_register_msg_callback,
-                    QELTV_TELETEXT_PAGE_CHANGED, {record, count});
-    return kOk;
+    uint32_t channelId = 0;
+    const TeletextView view = this->view(chosen, &channelId);
+    const Known now = known(view, channelId);
+    std::lock_guard<std::mutex> guard(mLock);
+    // Another choice has been notified of meanwhile.
+    if (mChoice.number != chosen.number || mChoice.subpage != chosen.subpage) return;
+    const Known before = *mKnown;
+    mKnown = now;
+    const auto notify = [&](QELTV_TELETEXT_EVENT event, uint32_t subpage, uint32_t subpages) {
+        const uint32_t record = chosen.number | subpage << QELTV_TELETEXT_SUBPAGE_SHIFT;
+        mNotifier.event(&Notifier::Callback::a_hidl_qeltvapi_teletext_register_msg_callback, event,
+                        {record, subpages});
+    };
+    if (now.shown != before.shown) {
+        notify(QELTV_TELETEXT_PAGE_CHANGED, chosen.subpage, now.shown ? now.subpages : 0);
+    } else if (view.received && now.shown &&
+               (now.version != before.version || now.subpages != before.subpages ||
+                now.subpage != before.subpage || now.channelId != before.channelId)) {
+        notify(QELTV_TELETEXT_PAGE_UPDATED, now.subpage, now.subpages);
+    }
 }
 
 TeletextTopics Teletext::topics() const {
@@ -99,20 +163,26 @@ TeletextTopics Teletext::topics() const {
     return topics;
 }
 
+TopNavigation Teletext::top() const {
+    const auto pair = mChannels.currentPair();
+    if (!pair) return TopNavigation({});
+    return TopNavigation(mBroadcast.of(pair->second)->teletextTop(pair->first));
+}
+
+bool Teletext::hasTop() const {
+    return !top().blocks().empty();
+}
+
 std::vector<QELTV_TOP_ENTRY_T> Teletext::blocks() const {
-    return entriesOf(TopNavigation(SimulatedTeletext::top()).blocks());
+    return entriesOf(top().blocks());
 }
 
 std::optional<std::vector<QELTV_TOP_ENTRY_T>> Teletext::groups(uint16_t page) const {
-    const auto found = TopNavigation(SimulatedTeletext::top()).groups(page);
-    if (!found) return std::nullopt;
-    return entriesOf(*found);
+    return entriesOf(top().groups(page));
 }
 
 std::optional<std::vector<QELTV_TOP_ENTRY_T>> Teletext::pages(uint16_t page) const {
-    const auto found = TopNavigation(SimulatedTeletext::top()).pages(page);
-    if (!found) return std::nullopt;
-    return entriesOf(*found);
+    return entriesOf(top().pages(page));
 }
 
 }  // namespace qeltvd
