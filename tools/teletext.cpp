@@ -23,13 +23,17 @@ void appendUtf8(std::string* out, uint32_t c) {
         put(c);
         return;
     }
-    if (c < 0x10000) {
-        put(0xe0 | c >> 12);
+    if (c < 0x800) {
+        put(0xc0 | c >> 6);
     } else {
-        put(0xf0 | c >> 18);
-        put(0x80 | (c >> 12 & 0x3f));
+        if (c < 0x10000) {
+            put(0xe0 | c >> 12);
+        } else {
+            put(0xf0 | c >> 18);
+            put(0x80 | (c >> 12 & 0x3f));
+        }
+        put(0x80 | (c >> 6 & 0x3f));
     }
-    put(0x80 | (c >> 6 & 0x3f));
     put(0x80 | (c & 0x3f));
 }
 

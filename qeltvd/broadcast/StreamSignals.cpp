@@ -242,9 +242,13 @@ TeletextView StreamSignals::teletext(const Channel& channel, uint16_t number, ui
         header.fill(' ');
     } else if (text.header) {
         // The clock goes on, and while a page is awaited the headers pass by.
-        std::copy(text.header->begin() + (text.page ? kClock : stream::TeletextPage::kReserved),
-                  text.header->end(),
-                  header.begin() + (text.page ? kClock : stream::TeletextPage::kReserved));
+        const size_t first = text.page ? kClock : stream::TeletextPage::kReserved;
+        const auto& row = text.header->row;
+        std::copy(row.begin() + first, row.end(), header.begin() + first);
+        if (!text.page) {
+            view.page.national = text.header->national;
+            view.page.region = text.header->region;
+        }
     }
     return view;
 }

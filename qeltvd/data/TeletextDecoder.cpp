@@ -290,7 +290,7 @@ void TeletextDecoder::header(Magazine* magazine, uint8_t number, const uint8_t* 
     }
     copyCharacters(bytes + 2 + kReserved, kColumns - kReserved, next.rows[0].data() + kReserved);
     const bool shown = (*control & (kSuppressed | kInterrupted | kInhibited)) == 0;
-    if (shown && !next.subtitle) mHeader = next.rows[0];
+    if (shown && !next.subtitle) mHeader = TeletextHeader{next.rows[0], next.national, mRegion};
     magazine->page = std::move(next);
     magazine->open = true;
 }

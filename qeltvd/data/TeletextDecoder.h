@@ -57,6 +57,14 @@ using TeletextCharacters =
 /** Applies the character sets of a page and the accents that it adds (level 1.5). */
 TeletextCharacters charactersOf(const TeletextPage& page);
 
+/** The first row of the page that came last, whose end is the clock. */
+struct TeletextHeader {
+    TeletextPage::Row row;
+    /** As of a page. */
+    uint8_t national;
+    uint8_t region;
+};
+
 /** A page that TOP navigation lists. */
 struct TopPage {
     uint16_t number = 0;
@@ -96,8 +104,8 @@ class TeletextDecoder {
     uint16_t subpageNumber(uint16_t number, uint16_t code) const;
     /** A subpage, or the one that was received last; nothing for one that was not. */
     std::optional<TeletextPage> page(uint16_t number, std::optional<uint16_t> subpage = {}) const;
-    /** The header that came last, whose end is the clock; nothing before the first one. */
-    const std::optional<TeletextPage::Row>& header() const { return mHeader; }
+    /** Nothing before the first one that is to be shown. */
+    const std::optional<TeletextHeader>& header() const { return mHeader; }
     /** The rows as UTF-8; graphics and control codes are blanks. */
     std::vector<std::string> text(uint16_t number, std::optional<uint16_t> subpage = {}) const;
     /** Pages of the TOP tables, in order; empty where none are sent. */
@@ -138,7 +146,7 @@ class TeletextDecoder {
     std::map<uint64_t, Key> mOrder;
     /** The subpage of each page that was received last. */
     std::map<uint16_t, uint16_t> mLatest;
-    std::optional<TeletextPage::Row> mHeader;
+    std::optional<TeletextHeader> mHeader;
     /** Codes of the TOP table for the pages from 100 to 899; empty before it comes. */
     std::vector<uint8_t> mTop;
     /** Pages of the titles of TOP, and the titles as they are sent. */

@@ -27,8 +27,7 @@ struct TeletextReception {
     /** The subpage, if it has come, and its number. */
     std::optional<TeletextPage> page = {};
     uint16_t subpage = 0;
-    /** The header that came last. */
-    std::optional<TeletextPage::Row> header = {};
+    std::optional<TeletextHeader> header = {};
 };
 
 /**

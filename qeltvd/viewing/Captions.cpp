@@ -203,6 +203,7 @@ std::optional<std::string> Captions::captionsOf(const std::optional<Service>& se
 }
 
 std::optional<std::string> Captions::subtitlesOf(const std::optional<Service>& service) const {
+    if (!mWish) return std::nullopt;
     const Tracks all = tracks(service);
     const uint32_t number = playing(all);
     if (number == 0 || all[number - 1].page == 0) return std::nullopt;
