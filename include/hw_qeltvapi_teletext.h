@@ -55,8 +55,8 @@ int a_qeltvapi_teletext_is_top_stream(void);
 /**
  * Reads the block table.
  *
- * @param out [out] the table, as many bytes as the service sends; reference television: at most 3204
- *            bytes
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most
+ * 3204 bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_block_content(void* out);
@@ -65,8 +65,8 @@ int a_qeltvapi_teletext_top_get_block_content(void* out);
  * Reads the group table of a page.
  *
  * @param key the page key, 16 bits; reference television: number of the page
- * @param out [out] the table, as many bytes as the service sends; reference television: at most 3204
- *            bytes
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most
+ * 3204 bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_group_content(const uint16_t* key, void* out);
@@ -75,8 +75,8 @@ int a_qeltvapi_teletext_top_get_group_content(const uint16_t* key, void* out);
  * Reads the page table of a page.
  *
  * @param key the page key, 16 bits; reference television: number of the page
- * @param out [out] the table, as many bytes as the service sends; reference television: at most 3204
- *            bytes
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most
+ * 3204 bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_page_content(const uint16_t* key, void* out);
