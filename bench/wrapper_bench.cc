@@ -8,8 +8,8 @@
 #include <new>
 
 #include <benchmark/benchmark.h>
+#include <qeltvapi/service/IQelTvApiConfig.h>
 
-#include "Defaults.h"
 #include "hw_qeltvapi_common.h"
 #include "hw_qeltvapi_config.h"
 
@@ -47,7 +47,7 @@ const sp<IQelTvApiConfig>& service() {
         if (mkdtemp(sDirectory) == nullptr) abort();
         setenv("QELTV_RUNTIME_DIR", sDirectory, 1);
         atexit([] { std::filesystem::remove_all(sDirectory); });
-        const sp<IQelTvApiConfig> service = new qeltvd::IQelTvApiConfigDefault(0, false);
+        const sp<IQelTvApiConfig> service = new qeltvapi::service::Default<IQelTvApiConfig>(0);
         if (service->registerAsService("default") != android::OK) abort();
         if (getQelTvApiConfigService() != service) abort();
         return service;

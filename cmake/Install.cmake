@@ -5,8 +5,8 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set_target_properties(hidlhost PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 1)
-set_target_properties(hidlhost qeltvapi_hidl qeltvapi_client qeltvapi_testing PROPERTIES
-    INSTALL_RPATH "$ORIGIN;${android_dir}")
+set_target_properties(hidlhost qeltvapi_hidl qeltvapi_client qeltvapi_service qeltvapi_testing
+    PROPERTIES INSTALL_RPATH "$ORIGIN;${android_dir}")
 # Nothing is installed from a tree that lacks some of it.
 set(wanted $<TARGET_GENEX_EVAL:installed,$<TARGET_PROPERTY:installed,FILES>>)
 install(CODE "
@@ -30,12 +30,15 @@ install(TARGETS qeltvapi_hidl EXPORT qeltvapi-hidl-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${include_dir}")
 install(TARGETS hidlhost EXPORT qeltvapi-hidl-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION "${runtime_include_dir}")
+install(TARGETS qeltvapi_service EXPORT qeltvapi-hidl-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(set client hidl)
     install(EXPORT qeltvapi-${set}-targets NAMESPACE qeltvapi:: DESTINATION "${package_dir}")
 endforeach()
 
 install(DIRECTORY include/ DESTINATION "${include_dir}" FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY testing/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+install(DIRECTORY testing/include/ service/include/ "${PROJECT_BINARY_DIR}/service/include/"
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY host/include/ DESTINATION "${runtime_include_dir}" FILES_MATCHING PATTERN "*.h")
 foreach(package android.hidl.base@1.0 android.hidl.manager@1.0 android.hidl.safe_union@1.0)
@@ -57,7 +60,7 @@ install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}"
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.webp")
 install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples"
-    FILES_MATCHING PATTERN "*.c" PATTERN "*.cc" PATTERN "*.h")
+    FILES_MATCHING PATTERN "*.c" PATTERN "*.cc" PATTERN "*.cpp" PATTERN "*.h")
 
 configure_package_config_file(cmake/install/qeltvapi-config.cmake.in
     "${PROJECT_BINARY_DIR}/install/qeltvapi-config.cmake"
@@ -69,7 +72,8 @@ install(FILES "${PROJECT_BINARY_DIR}/install/qeltvapi-config.cmake"
     "${PROJECT_BINARY_DIR}/install/qeltvapi-config-version.cmake"
     DESTINATION "${package_dir}")
 file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" /)
-foreach(name qeltvapi qeltvapi-testing)
+list(JOIN android_files " " android_libraries)
+foreach(name qeltvapi qeltvapi-service qeltvapi-testing)
     configure_file(cmake/install/${name}.pc.in "${PROJECT_BINARY_DIR}/install/${name}.pc" @ONLY)
     install(FILES "${PROJECT_BINARY_DIR}/install/${name}.pc"
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
@@ -77,7 +81,7 @@ endforeach()
 
 set(installed_files
     $<TARGET_FILE:hidlhost> $<TARGET_FILE:qeltvapi_hidl> $<TARGET_FILE:qeltvapi_client>
-    $<TARGET_FILE:qeltvapi_testing>
+    $<TARGET_FILE:qeltvapi_service> $<TARGET_FILE:qeltvapi_testing>
     "${QELTVAPI_DESCRIPTION}")
 if(TARGET qeltvd)
     set_target_properties(qeltvd PROPERTIES
@@ -118,11 +122,30 @@ if(NOT CMAKE_CROSSCOMPILING)
     set_target_properties(qeltvscreen PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
     install(TARGETS qeltvscreen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set_target_properties(qeltv-conformance PROPERTIES
+        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
+    install(TARGETS qeltv-conformance RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(conformance_manual "${PROJECT_BINARY_DIR}/conformance/qeltv-conformance.1")
+    add_custom_command(OUTPUT "${conformance_manual}"
+        COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
+            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
+            qeltv-conformance $<TARGET_FILE:qeltv-conformance>
+            "${PROJECT_BINARY_DIR}/conformance" "${PROJECT_VERSION}"
+        DEPENDS qeltv-conformance tools/generate_manual.py
+        VERBATIM)
+    install(FILES "${conformance_manual}" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
     list(APPEND installed_files $<TARGET_FILE:qeltvscreen>
+        $<TARGET_FILE:qeltv-conformance> "${conformance_manual}"
         $<TARGET_FILE:qeltvctl> "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash")
 endif()
 # All that the rules above take from the build tree, and so the least to build before an install.
 add_custom_target(installed ALL DEPENDS ${installed_files})
+if(TARGET qeltvapi_python)
+    add_dependencies(installed qeltvapi_python)
+    foreach(stubs functions records)
+        list(APPEND installed_files "${PROJECT_BINARY_DIR}/python/${stubs}.pyi")
+    endforeach()
+endif()
 set_target_properties(installed PROPERTIES FILES "${installed_files}")
 
 set(CPACK_GENERATOR DEB)
@@ -142,7 +165,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
     "${PROJECT_BINARY_DIR}/host" "${PROJECT_BINARY_DIR}/interface" "${PROJECT_BINARY_DIR}/clientwrapper"
-    "${PROJECT_BINARY_DIR}/testing")
+    "${PROJECT_BINARY_DIR}/service" "${PROJECT_BINARY_DIR}/testing")
 # For the C++ declarations, for what the reference television scans, and for its screen.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dtv-scan-tables, fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS

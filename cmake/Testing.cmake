@@ -77,7 +77,8 @@ function(qeltv_add_test name)
             set(test ${name}.${shard})
         endif()
         add_test(NAME ${test} COMMAND ${name})
+        # The race detector waits a second at every exit by default; some tests start hundreds.
         set_tests_properties(${test} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT
-            "GTEST_OUTPUT=json:${PROJECT_BINARY_DIR}/gtest/${test}.json;GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${shard};ASAN_OPTIONS=detect_leaks=1;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=halt_on_error=0:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
+            "GTEST_OUTPUT=json:${PROJECT_BINARY_DIR}/gtest/${test}.json;GTEST_TOTAL_SHARDS=${shards};GTEST_SHARD_INDEX=${shard};ASAN_OPTIONS=detect_leaks=1;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=halt_on_error=0:atexit_sleep_ms=50:suppressions=${PROJECT_SOURCE_DIR}/tests/tsan.supp")
     endforeach()
 endfunction()

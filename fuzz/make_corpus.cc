@@ -1,13 +1,14 @@
 // Writes the corpus that the fuzzers start from: make_corpus DIRECTORY
 
 #include <hidl/Static.h>
+#include <qeltvapi/service/interfaces.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/IQelTvApiCallback.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <set>
 
-#include "Defaults.h"
 #include "Demux.h"
 #include "Methods.h"
 #include "QelTvApiCallbackImpl.h"
@@ -53,21 +54,22 @@ class Recording : public android::hardware::IBinder {
 };
 
 void* objectOf(const std::string& descriptor) {
-    using namespace qeltvd;
+    using namespace qeltvapi::service;
+    using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApiCallback;
     if (descriptor == IQelTvApi::descriptor)
-        return static_cast<IQelTvApi*>(new IQelTvApiDefault(0, false));
+        return static_cast<IQelTvApi*>(new Default<IQelTvApi>(0));
     if (descriptor == IQelTvApiCI::descriptor)
-        return static_cast<IQelTvApiCI*>(new IQelTvApiCIDefault(0, false));
+        return static_cast<IQelTvApiCI*>(new Default<IQelTvApiCI>(0));
     if (descriptor == IQelTvApiChannelList::descriptor)
-        return static_cast<IQelTvApiChannelList*>(new IQelTvApiChannelListDefault(0, false));
+        return static_cast<IQelTvApiChannelList*>(new Default<IQelTvApiChannelList>(0));
     if (descriptor == IQelTvApiConfig::descriptor)
-        return static_cast<IQelTvApiConfig*>(new IQelTvApiConfigDefault(0, false));
+        return static_cast<IQelTvApiConfig*>(new Default<IQelTvApiConfig>(0));
     if (descriptor == IQelTvApiEvent::descriptor)
-        return static_cast<IQelTvApiEvent*>(new IQelTvApiEventDefault(0, false));
+        return static_cast<IQelTvApiEvent*>(new Default<IQelTvApiEvent>(0));
     if (descriptor == IQelTvApiRating::descriptor)
-        return static_cast<IQelTvApiRating*>(new IQelTvApiRatingDefault(0, false));
+        return static_cast<IQelTvApiRating*>(new Default<IQelTvApiRating>(0));
     if (descriptor == IQelTvApiTime::descriptor)
-        return static_cast<IQelTvApiTime*>(new IQelTvApiTimeDefault(0, false));
+        return static_cast<IQelTvApiTime*>(new Default<IQelTvApiTime>(0));
     return static_cast<IQelTvApiCallback*>(new QelTvApiCallbackImpl);
 }
 
@@ -157,8 +159,8 @@ void writeStreams(const std::filesystem::path& directory) {
                             std::string(data, data + size));
         };
         // Pictures, sound and teletext are no sections.
-        for (const uint16_t pid :
-             {0x00, 0x10, 0x11, 0x12, 0x14, 0x100, 0x106, 0x200, 0x1d00, 0x1e00, 0x1ffb}) {
+        for (const uint16_t pid : std::initializer_list<uint16_t>{
+                     0x00, 0x10, 0x11, 0x12, 0x14, 0x100, 0x106, 0x200, 0x1d00, 0x1e00, 0x1ffb}) {
             demux.filterSections(pid, add);
         }
         demux.filterPes(composed::kFirstTeletext, [&](const PesPacket& packet) {

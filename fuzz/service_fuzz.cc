@@ -1,33 +1,29 @@
 // Bytes that arrive at a service: any bytes as a call of any method of the fifteen interfaces.
 
 #include <hidl/Static.h>
+#include <qeltvapi/service/interfaces.h>
 
 #include <map>
 #include <string>
 
-#include "Defaults.h"
 #include "message.h"
 
 namespace {
 
-using namespace qeltvd;
+using namespace qeltvapi::service;
 
-template <class I, class Default>
+template <class I>
 std::pair<std::string, android::sp<android::hardware::IBinder>> stub() {
     const auto make = android::hardware::details::getBnConstructorMap().get(I::descriptor, nullptr);
-    return {I::descriptor, make(static_cast<I*>(new Default(0, false)))};
+    return {I::descriptor, make(static_cast<I*>(new Default<I>(0)))};
 }
-
-#define STUB(interface) stub<interface, interface##Default>()
 
 /** The stubs of all interfaces, by the name in a call's token. */
 const std::map<std::string, android::sp<android::hardware::IBinder>>& all() {
+#define STUB(interface) stub<interface>(),
     static const std::map<std::string, android::sp<android::hardware::IBinder>> sStubs = {
-            STUB(IQelTvApi),           STUB(IQelTvApiBroadcast),   STUB(IQelTvApiCI),
-            STUB(IQelTvApiCec),        STUB(IQelTvApiChannelList), STUB(IQelTvApiConfig),
-            STUB(IQelTvApiEvent),      STUB(IQelTvApiInputSrc),    STUB(IQelTvApiMultiview),
-            STUB(IQelTvApiPvrbrowser), STUB(IQelTvApiRating),      STUB(IQelTvApiRecord),
-            STUB(IQelTvApiScan),       STUB(IQelTvApiTime),        STUB(IQelTvApiTimeshift)};
+            QELTVAPI_SERVICE_INTERFACES(STUB)};
+#undef STUB
     return sStubs;
 }
 

@@ -256,7 +256,7 @@ typedef int (*qeltvapi_timeshift_cb_t)(int32_t type, uintptr_t tag, uintptr_t ar
 /**
  * Changed configuration item that the application watches.
  *
- * @param type service-defined; reference television: 1, the value has changed
+ * @param type service-defined; reference television: QELTV_CONFIG_VALUE_CHANGED
  * @param arg1 service-defined; reference television: group of the item
  * @param name name of the item
  * @param arg2 service-defined; reference television: new value of a numeric item, signed

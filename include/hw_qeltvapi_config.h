@@ -7,7 +7,8 @@
  *
  * A name addresses an item, a terminated text, null counts as ""; the integer and state functions
  * take a selector before it. Selectors and flags are service-defined. Reference television: the
- * selector is the item's group, 0 for any; flag 1 sets without a notification.
+ * selector is the item's group, QELTV_CONFIG_PICTURE to QELTV_CONFIG_NETWORK, or
+ * QELTV_CONFIG_ANY_GROUP; the flag QELTV_CONFIG_QUIET sets without a notification.
  */
 #ifndef HW_QELTVAPI_CONFIG_H
 #define HW_QELTVAPI_CONFIG_H
@@ -32,7 +33,8 @@ int a_qeltvapi_config_reg_callback(qeltvapi_config_update_nfy_fct_t fn);
  * Reads the range of an integer item. While debugging, `*out` is traced on every return and must
  * then be readable even if the call fails.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @param out      [out] minimum and maximum, packed into one word by the service; reference
  *                 television: each 16 bits with a sign, the minimum in the low half
@@ -44,7 +46,8 @@ int a_qeltvapi_config_get_minmaxvalue(uint32_t selector, const char* name, uint3
  * Reads an integer item. While debugging, `*out` is traced on every return and must then be
  * readable even if the call fails.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @param out      [out] the value
  * @return the service's code
@@ -54,10 +57,11 @@ int a_qeltvapi_config_get_value(uint32_t selector, const char* name, int32_t* ou
 /**
  * Stores an integer item.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @param value    the new value
- * @param flags    service-defined; reference television: 1 for no notification, else 0
+ * @param flags    service-defined; reference television: QELTV_CONFIG_QUIET, else 0
  * @return the service's code
  */
 int a_qeltvapi_config_set_value(uint32_t selector, const char* name, int32_t value, int32_t flags);
@@ -65,7 +69,8 @@ int a_qeltvapi_config_set_value(uint32_t selector, const char* name, int32_t val
 /**
  * Reports whether an item is visible.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @return the service's answer; reference television: 1 or 0
  */
@@ -75,7 +80,8 @@ int a_qeltvapi_config_is_visible(uint32_t selector, const char* name);
  * Reports whether an item is visible, as a_qeltvapi_config_is_visible() does, whose method it
  * calls: it does not report the enabled state.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @return the service's answer; reference television: 1 or 0
  */
@@ -114,7 +120,7 @@ int a_qeltvapi_config_set_str_value(const char* name, const char* value);
  *
  * @param name  the item
  * @param value the new text, null counts as ""; reference television: at most 4095 bytes
- * @param extra service-defined; reference television: 1 for no notification, else 0
+ * @param extra service-defined; reference television: QELTV_CONFIG_QUIET, else 0
  * @return the service's code
  */
 int a_qeltvapi_config_set_str_value_ex(const char* name, const char* value, uint32_t extra);
@@ -138,7 +144,8 @@ int a_qeltvapi_config_remove_value_changed_callback(const char* name);
 /**
  * Reads which elements of an item are enabled.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @param buf      [out] the elements as the service writes them, without a terminating zero; not
  *                 bounded by the buffer's size; reference television: '1' or '0' for each value of
@@ -171,10 +178,11 @@ int a_qeltvapi_config_get_video_resolution(void* buf);
 /**
  * Stores an integer item for all elements.
  *
- * @param selector service-defined; reference television: group of the item, 0 for any
+ * @param selector service-defined; reference television: group of the item, or
+ *                 QELTV_CONFIG_ANY_GROUP
  * @param name     the item
  * @param value    the new value
- * @param flags    service-defined; reference television: 1 for no notification, else 0
+ * @param flags    service-defined; reference television: QELTV_CONFIG_QUIET, else 0
  * @return the service's code
  */
 int a_qeltvapi_config_set_value_for_all_elems(uint32_t selector, const char* name, int32_t value,

@@ -39,7 +39,7 @@ typedef struct {
      *  the EPG */
     uint16_t word;
     /** service-defined; reference television: start of the window, seconds since 1970, UTC; 0
-     *  for now */
+     *  for the present time */
     uint32_t value;
     /** service-defined; reference television: text in the title, UTF-8, padded with zeros;
      *  empty for any */

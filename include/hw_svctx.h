@@ -105,7 +105,8 @@ int c_svctx_close(uint32_t ctx);
  *             if it fits
  * @param len  [in,out] capacity of @p buf in bytes, of which the low 32 bits count; then the length
  *             of the attribute, if it fits. Read while debugging even without a service
- * @return the service's code, even if the attribute does not fit
+ * @return the service's code, even if the attribute does not fit; reference television:
+ *         QELTV_BAD_VALUE then
  */
 int c_svctx_get_64(uint32_t ctx, uint32_t type, void* buf, uint64_t* len);
 

@@ -176,7 +176,9 @@ typedef struct {
     uint32_t codec;        /**< a QELTV_VIDEO_CODEC */
     uint32_t bits;         /**< bits of a sample, 8 or 10 */
     char text[36];         /**< "1920x1080i 25", zero-padded; empty when nothing plays */
-    uint8_t reserved[64];  /**< 0 */
+    /** bit rate in kbit/s, of a stream the average since it is received; 0 unknown */
+    uint32_t kbitPerSecond;
+    uint8_t reserved[60]; /**< 0 */
 } QELTV_VIDEO_SOURCE_T;
 
 /** Video codec. */
@@ -190,15 +192,16 @@ enum QELTV_VIDEO_CODEC {
 
 /** An audio track; also the audio information of a service context. */
 typedef struct {
-    uint32_t track;         /**< number of the track, from 1 */
-    uint32_t pid;           /**< PID; 0 for an input */
-    char language[4];       /**< ISO 639-2 code and a zero */
-    uint8_t codec;          /**< a QELTV_AUDIO_CODEC */
-    uint8_t channels;       /**< number of audio channels */
-    uint8_t purpose;        /**< a QELTV_AUDIO_PURPOSE */
-    uint8_t current;        /**< 1 for the track that plays, else 0 */
-    uint32_t sampleRate;    /**< sample rate in Hz */
-    uint32_t kbitPerSecond; /**< bit rate in kbit/s */
+    uint32_t track;      /**< number of the track, from 1 */
+    uint32_t pid;        /**< PID; 0 for an input */
+    char language[4];    /**< ISO 639-2 code and a zero */
+    uint8_t codec;       /**< a QELTV_AUDIO_CODEC */
+    uint8_t channels;    /**< number of audio channels */
+    uint8_t purpose;     /**< a QELTV_AUDIO_PURPOSE */
+    uint8_t current;     /**< 1 for the track that plays, else 0 */
+    uint32_t sampleRate; /**< sample rate in Hz */
+    /** bit rate in kbit/s, of a stream the average since it is received; 0 unknown */
+    uint32_t kbitPerSecond;
 } QELTV_AUDIO_TRACK_T;
 
 /** Audio codec. */

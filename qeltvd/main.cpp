@@ -56,6 +56,7 @@ enum ExitStatus { kEnded = 0, kFailed = 1, kWrongUsage = 2 };
 
 struct Options {
     std::string state;
+    std::string instance = "default";
     std::vector<std::string> regions;
     bool verbose = false;
     bool replace = false;
@@ -71,21 +72,21 @@ std::string defaultState() {
 }
 
 /** Publishes a service with what the switchboard needs to know of its interface. */
-template <class I, class Default, size_t N>
-void publish(Switchboard& switchboard, const char* interface, const char* const (&methods)[N],
-             const sp<I>& service) {
+template <class I, size_t N>
+void publish(Switchboard& switchboard, const std::string& instance, const char* interface,
+             const char* const (&methods)[N], const sp<I>& service) {
     const auto withCode = [](int32_t code, bool everywhere) -> I* {
-        return new Default(code, everywhere);
+        return new Default<I>(code, everywhere);
     };
-    if (!switchboard.publish<I>(interface, {methods, methods + N}, service, withCode)) {
+    if (!switchboard.publish<I>(interface, instance, {methods, methods + N}, service, withCode)) {
         throw std::runtime_error(std::string(interface) + " cannot be registered");
     }
 }
 
 // The service is a list of macro arguments where its constructor has several.
-#define PUBLISH(interface, ...)                                                            \
-    publish<interface, interface##Default>(switchboard, #interface, k##interface##Methods, \
-                                           __VA_ARGS__)
+#define PUBLISH(interface, ...)                                                          \
+    publish<interface>(switchboard, options.instance, #interface, k##interface##Methods, \
+                       __VA_ARGS__)
 
 /** Every client takes some; what a shell gives is enough for a few hundred. */
 void raiseDescriptorLimit() {
@@ -118,24 +119,27 @@ sigset_t blockEndSignals() {
     return signals;
 }
 
-/** The process of another television that serves in this runtime directory; 0 for none. */
-pid_t otherTelevision() {
+/** The process of another television with this instance name in this runtime directory, or 0. */
+pid_t otherTelevision(const std::string& instance) {
     pid_t process = 0;
     const auto manager = android::hardware::defaultServiceManager();
     if (manager == nullptr) return 0;
     const auto dumped = manager->debugDump([&](const auto& services) {
         for (const auto& service : services) {
-            if (service.interfaceName == IQelTvApi::descriptor) process = service.pid;
+            if (service.interfaceName == IQelTvApi::descriptor &&
+                service.instanceName == instance) {
+                process = service.pid;
+            }
         }
     });
     // A killed one leaves its names behind.
     if (!dumped.isOk() || process <= 0 || !isAlive(process)) return 0;
-    return IQelTvApi::getService("default", false) != nullptr ? process : 0;
+    return IQelTvApi::getService(instance, false) != nullptr ? process : 0;
 }
 
 /** @throws std::runtime_error if another television serves */
-void refuseToReplace() {
-    const pid_t other = otherTelevision();
+void refuseToReplace(const std::string& instance) {
+    const pid_t other = otherTelevision(instance);
     if (other == 0) return;
     throw std::runtime_error("another television (process " + std::to_string(other) +
                              ") serves in this runtime directory; end it, name another directory "
@@ -149,7 +153,7 @@ void serve(const Options& options) {
     // Held to the very end of the process: its names are withdrawn after main() has returned.
     static const StateLock& lock = *new StateLock(options.state);
     (void)lock;
-    if (!options.replace) refuseToReplace();
+    if (!options.replace) refuseToReplace(options.instance);
     // Calls arrive to the very end of the process.
     static Monitor& monitor = *new Monitor(hidlhost::runtimeDirectory());
     const struct Closing {
@@ -208,6 +212,10 @@ void serve(const Options& options) {
 }
 
 int run(const Options& options) {
+    if (options.instance.empty()) {
+        fprintf(stderr, "qeltvd: --instance needs a name\n");
+        return kWrongUsage;
+    }
     if (options.state.empty()) {
         fprintf(stderr,
                 "qeltvd: neither XDG_STATE_HOME nor HOME names a directory for what the television"
@@ -241,6 +249,11 @@ int main(int argc, char** argv) {
     line.addOption("--region", options.regions,
                    "Scan table whose transponders are received beside those of channels.region; "
                    "may be given several times");
+    line.addOption(
+                "--instance", options.instance,
+                "Name under which the interfaces are registered; an overlay finds the television "
+                "behind it under another one than \"default\"")
+            ->showDefault();
     line.addFlag("--replace", options.replace,
                  "Serve in place of a television that serves in this runtime directory");
     line.addFlag("--verbose", options.verbose, "Log debug lines too, and the method of each call");

@@ -5,6 +5,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -23,12 +25,19 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kPause{200};
 constexpr int kPollTime = 100;
-constexpr size_t kPacket = 188;
-constexpr int kBuffer = 188 * 64;
+/** Bytes of a packet of a transport stream, as MPEG fixes it; the television sends whole ones. */
+constexpr size_t kPacketSize = 188;
+constexpr int kBuffer = 64 * static_cast<int>(kPacketSize);
+/** First byte of a packet. */
+constexpr uint8_t kSync = 0x47;
 /** Bytes in which the demuxer looks for the program map before it begins. */
 constexpr int64_t kProbed = 32768;
-/** A picture of more is none of a broadcast. */
+/** A broadcast has no larger picture. */
 constexpr int kLargestSide = 4096;
+/** Pixels that the scaler writes at a time, even beyond the end of a line. */
+constexpr int kScalerStep = 16;
+/** Limits of aspect ratios; a picture beyond them fills the canvas. */
+constexpr double kNarrowest = 0.5, kWidest = 4;
 
 template <auto Free>
 struct Freed {
@@ -57,9 +66,9 @@ class Continuity {
     bool breaks(const uint8_t* bytes, size_t size) {
         bool found = false;
         for (size_t i = 0; i < size; ++i) {
-            if (mFilled == 0 && bytes[i] != 0x47) continue;
+            if (mFilled == 0 && bytes[i] != kSync) continue;
             mPacket[mFilled++] = bytes[i];
-            if (mFilled < kPacket) continue;
+            if (mFilled < kPacketSize) continue;
             mFilled = 0;
             found = breaksAt() || found;
         }
@@ -82,10 +91,29 @@ class Continuity {
         return announced || (lost && pid != 0x1fff);
     }
 
-    uint8_t mPacket[kPacket];
+    uint8_t mPacket[kPacketSize];
     size_t mFilled = 0;
     std::map<unsigned, unsigned> mCounters;
 };
+
+/** Where a picture is in a canvas, as large as it fits. */
+Box placeOf(const AVFrame& frame, const Canvas& canvas) {
+    const double width = canvas.width(), height = canvas.height();
+    const AVRational pixel = frame.sample_aspect_ratio;
+    double ratio = static_cast<double>(frame.width) / frame.height;
+    if (pixel.num > 0 && pixel.den > 0) ratio *= av_q2d(pixel);
+    // Smaller differences come from rounding.
+    constexpr double kSame = 0.02;
+    if (ratio < kNarrowest || ratio > kWidest || std::abs(ratio * height / width - 1) < kSame) {
+        return {0, 0, width, height};
+    }
+    if (ratio < width / height) {
+        const double taken = std::round(height * ratio);
+        return {std::floor((width - taken) / 2), 0, taken, height};
+    }
+    const double taken = std::round(width / ratio);
+    return {0, std::floor((height - taken) / 2), width, taken};
+}
 
 }  // namespace
 
@@ -237,6 +265,8 @@ void Decoder::run() {
             clear();
         }
         std::unique_lock<std::mutex> guard(mLock);
+        ++mAttempts;
+        mNews.notify_all();
         mNews.wait_for(guard, kPause, [this] { return mEnds.load(); });
     }
 }
@@ -262,6 +292,13 @@ void Decoder::clear() {
     mNews.notify_all();
 }
 
+bool Decoder::waitForPicture(milliseconds timeout) {
+    std::unique_lock<std::mutex> guard(mLock);
+    const uint64_t before = mAttempts;
+    mNews.wait_for(guard, timeout, [&] { return mFrame != nullptr || mAttempts != before; });
+    return mFrame != nullptr;
+}
+
 Decoder::Reader::~Reader() {
     sws_freeContext(mScaler);
 }
@@ -278,15 +315,38 @@ Decoder::Reader::Result Decoder::Reader::next(Decoder& decoder, Canvas* canvas,
         frame = decoder.mFrame;
         mNumber = decoder.mNumber;
     }
-    mScaler = sws_getCachedContext(mScaler, frame->width, frame->height,
-                                   static_cast<AVPixelFormat>(frame->format), canvas->width(),
-                                   canvas->height(), AV_PIX_FMT_RGB0, SWS_FAST_BILINEAR, nullptr,
+    return scale(*frame, canvas) ? kNew : kNone;
+}
+
+bool Decoder::Reader::scale(const AVFrame& frame, Canvas* canvas) {
+    const Box place = placeOf(frame, *canvas);
+    const bool whole = place.width == canvas->width() && place.height == canvas->height() &&
+                       canvas->width() % kScalerStep == 0;
+    Canvas* target = canvas;
+    if (!whole) {
+        const auto fitting = static_cast<int>(place.width) / kScalerStep * kScalerStep;
+        const int width = std::max(fitting, kScalerStep);
+        const int height = std::max(static_cast<int>(place.height), 1);
+        if (!mScaled || mScaled->width() != width || mScaled->height() != height) {
+            mScaled = std::make_unique<Canvas>(width, height);
+        }
+        target = mScaled.get();
+    }
+    mScaler = sws_getCachedContext(mScaler, frame.width, frame.height,
+                                   static_cast<AVPixelFormat>(frame.format), target->width(),
+                                   target->height(), AV_PIX_FMT_RGB0, SWS_FAST_BILINEAR, nullptr,
                                    nullptr, nullptr);
-    if (mScaler == nullptr) return kNone;
-    uint8_t* const planes[] = {canvas->pixels()};
-    const int strides[] = {static_cast<int>(canvas->stride())};
-    sws_scale(mScaler, frame->data, frame->linesize, 0, frame->height, planes, strides);
-    return kNew;
+    if (mScaler == nullptr) return false;
+    uint8_t* const planes[] = {target->pixels()};
+    const int strides[] = {static_cast<int>(target->stride())};
+    sws_scale(mScaler, frame.data, frame.linesize, 0, frame.height, planes, strides);
+    if (!whole) {
+        canvas->fill(
+                {0, 0, static_cast<double>(canvas->width()), static_cast<double>(canvas->height())},
+                {0, 0, 0});
+        canvas->picture(*target, place);
+    }
+    return true;
 }
 
 }  // namespace screen

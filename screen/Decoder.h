@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -31,6 +32,13 @@ class Decoder {
     /** The decoder of a path, shared by all who look at it and gone with the last one. */
     static std::shared_ptr<Decoder> of(uint32_t path);
 
+    /**
+     * Waits for the first picture.
+     *
+     * @return false if there is none in time, or if the path shows no stream, which is known sooner
+     */
+    bool waitForPicture(std::chrono::milliseconds timeout);
+
     /** The pictures for one viewer. */
     class Reader {
       public:
@@ -43,15 +51,19 @@ class Decoder {
         /**
          * Waits for a picture that the reader has not had.
          *
-         * @param canvas [out] receives the picture, scaled to its size, when it is new
+         * @param canvas [out] receives the picture when it is new, as large as it fits at the
+         * aspect ratio of the broadcast, on black
          * @return kNone while the path shows no stream, kSame when there is no newer picture in
          * time
          */
         Result next(Decoder& decoder, Canvas* canvas, std::chrono::milliseconds timeout);
 
       private:
+        bool scale(const AVFrame& frame, Canvas* canvas);
+
         uint64_t mNumber = 0;
         SwsContext* mScaler = nullptr;
+        std::unique_ptr<Canvas> mScaled;
     };
 
   private:
@@ -69,6 +81,8 @@ class Decoder {
     // Guarded by mLock.
     std::shared_ptr<AVFrame> mFrame;
     uint64_t mNumber = 0;
+    /** Connections that have ended or could not be made. */
+    uint64_t mAttempts = 0;
     std::thread mThread;
 };
 

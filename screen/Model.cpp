@@ -1,7 +1,7 @@
 #include "Model.h"
 
 #include "Osd.h"
-#include "TestCard.h"
+#include "Pictures.h"
 #include "hw_qeltvapi_broadcast.h"
 #include "hw_qeltvapi_common.h"
 #include "hw_qeltvapi_record.h"

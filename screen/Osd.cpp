@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "TestCard.h"
+#include "Pictures.h"
 #include "layouts/alert.h"
 
 namespace screen {

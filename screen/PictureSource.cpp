@@ -2,6 +2,8 @@
 
 #include <thread>
 
+#include "Pictures.h"
+
 namespace screen {
 namespace {
 
@@ -30,7 +32,7 @@ const Canvas* PictureSource::next(const Model& model) {
 #ifdef QELTV_DECODER
     const Shown decoded = model.shown();
     const ShownPath& streamed = decoded.paths[mPath];
-    if (streamed.plays() && !streamed.muted && !streamed.frozen) {
+    if (mayBeDecoded(streamed) && !streamed.frozen) {
         switch (mReader.next(*mDecoder, &mCanvas, kCardTime)) {
             case Decoder::Reader::kNew:
                 // A large picture every second time: it takes a browser and this long to decode.

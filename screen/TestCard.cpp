@@ -17,15 +17,22 @@ std::string codecOf(uint32_t codec) {
     return codec < std::size(kNames) ? kNames[codec] : "unknown codec";
 }
 
+/** A bit rate behind what has it; empty if it is unknown. */
+std::string rateOf(uint32_t kbitPerSecond) {
+    return kbitPerSecond == 0 ? "" : " " + std::to_string(kbitPerSecond) + " kbit/s";
+}
+
 /** The facts that a viewer of a test card looks for. */
 std::string factsOf(const ShownPath& path) {
     std::string facts = path.video.text;
-    if (!facts.empty()) facts += ", " + codecOf(path.video.codec);
+    if (!facts.empty()) {
+        facts += ", " + codecOf(path.video.codec) + rateOf(path.video.kbitPerSecond);
+    }
     if (path.audio.track != 0) {
         if (!facts.empty()) facts += ", ";
         facts += "sound " + std::string(path.audio.language, 3) + " " +
-                 std::to_string(path.audio.channels) + " channels " +
-                 std::to_string(path.audio.kbitPerSecond) + " kbit/s";
+                 std::to_string(path.audio.channels) + " channels" +
+                 rateOf(path.audio.kbitPerSecond);
     }
     return facts;
 }
@@ -95,26 +102,6 @@ void TestCard::draw(Canvas* canvas, const Shown& shown, uint32_t number,
     const double mark = width / 24;
     const double x = (width - mark) * phase / kMarkSeconds;
     canvas->fill({x, height * 0.97, mark, height * 0.02}, kWhite);
-}
-
-Box placeOf(const ShownPath& path, double width, double height) {
-    const auto part = [](uint32_t value) { return static_cast<double>(value) / QELTV_REGION_FULL; };
-    return {part(path.screen.x) * width, part(path.screen.y) * height,
-            part(path.screen.width) * width, part(path.screen.height) * height};
-}
-
-void drawPictures(Canvas* canvas, const Shown& shown, std::chrono::milliseconds time) {
-    for (uint32_t number = 0; number < QELTV_PATHS; ++number) {
-        const ShownPath& path = shown.paths[number];
-        if (!shown.reachable || !path.running()) continue;
-        const Box place = placeOf(path, canvas->width(), canvas->height());
-        const int width = static_cast<int>(std::lround(place.width));
-        const int height = static_cast<int>(std::lround(place.height));
-        if (width < 1 || height < 1) continue;
-        Canvas picture(width, height);
-        TestCard(width, height).draw(&picture, shown, number, time);
-        canvas->picture(picture, place);
-    }
 }
 
 }  // namespace screen

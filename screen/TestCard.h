@@ -26,10 +26,4 @@ class TestCard {
     std::string mStillOf;
 };
 
-/** Draws the whole screen: the pictures where multi-view places them. */
-void drawPictures(Canvas* canvas, const Shown& shown, std::chrono::milliseconds time);
-
-/** Where the picture of a path is, in pixels of a screen. */
-Box placeOf(const ShownPath& path, double width, double height);
-
 }  // namespace screen

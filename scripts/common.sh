@@ -19,6 +19,9 @@ packages_build=(clang lld cmake ninja-build ccache hidl-gen android-libutils-dev
 # The browser of the tests of qeltvscreen.
 # shellcheck disable=SC2034
 packages_browser=(chromium-headless-shell)
+# Needed by a build with -DQELTV_DECODER=ON.
+# shellcheck disable=SC2034
+packages_decoder=(libavcodec-dev libavformat-dev libswscale-dev)
 # shellcheck disable=SC2034
 packages_armhf=(g++-arm-linux-gnueabihf qemu-user googletest)
 # shellcheck disable=SC2034

@@ -44,7 +44,7 @@ size_t countOf(const Type& type, const Value& value) {
                                              : value.text().size() / elementOf(type).size;
 }
 
-/** What keeps a value from being of a type; "" for nothing. */
+/** The reason why a value is not of a type; "" if it is. */
 std::string misfit(const Type& type, const Value& value, bool anyAllowed) {
     const auto isNot = [&] { return value.show() + " is not a " + type.name; };
     if (value.kind() == Value::Kind::any) return anyAllowed ? "" : "`any` is not an answer";

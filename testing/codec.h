@@ -22,7 +22,7 @@ Value object();
 /** The form in which read() returns a value that fits. */
 Value canonical(const Type& type, const Value& value);
 
-/** What answers without content are: zeros, empty texts and vectors. */
+/** The content of an answer that none was given for: zeros, empty texts and vectors. */
 Value zeroOf(const Type& type);
 
 /** Values that fit; results and notifications have neither memory nor objects. */

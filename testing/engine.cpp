@@ -74,7 +74,7 @@ void Engine::start(const std::vector<std::string>& interfaces) {
             "IQelTvApiTimeshift", "IQelTvApiTime",   "IQelTvApiEvent",     "IQelTvApiPvrbrowser",
             "IQelTvApiInputSrc",  "IQelTvApiRecord", "IQelTvApiMultiview", "IQelTvApiChannelList",
             "IQelTvApiCI",        "IQelTvApiCec",    "IQelTvApi"};
-    // Who has seen it die may call this while die() still runs.
+    // A client that has seen the end may get here while die() still runs.
     std::lock_guard<std::mutex> life(mLife);
     if (started()) return;
     auto host = std::make_unique<RawHost>();

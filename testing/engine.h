@@ -37,7 +37,7 @@ class Engine {
     /** The one of this process. Not started yet. */
     static Engine& instance();
 
-    /** Who answers all calls but the registration of the callback object; null for nobody. */
+    /** Sets the handler of all calls but the registration of the callback object; null for none. */
     void setHandler(Handler handler);
 
     /**

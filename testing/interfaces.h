@@ -33,7 +33,7 @@ struct Type {
     std::string name;
     /** Bytes in memory, the same on every ABI. */
     size_t size;
-    /** Of a vector or an array: the type of the elements; of an array: their number. */
+    /** The type of a vector's or array's elements, and the number of an array's. */
     int element;
     size_t count;
     std::vector<Field> fields;

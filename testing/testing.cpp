@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::chrono::seconds kRegistration{10};
 
-/** What one call meets. */
+/** The answer to one call. */
 struct Step {
     enum class Kind { answer, compute, refuse, lose, die };
 

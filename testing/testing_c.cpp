@@ -25,7 +25,7 @@ struct qeltv_testing {
     Television television;
     std::mutex lock;
     std::deque<qeltv_testing_rule> rules;
-    /** What was handed out. */
+    /** Results that the caller holds pointers to. */
     std::deque<std::string> texts;
     std::deque<Value> arguments;
     std::deque<std::vector<qeltv_testing_value_t>> lists;

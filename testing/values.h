@@ -40,7 +40,7 @@ using Values = std::vector<Value>;
 /** One argument or result. Made by the functions below. */
 class Value {
   public:
-    /** Where an embedded text or vector stands inside a record, and what it holds. */
+    /** The place and the content of a text or vector that is embedded in a record. */
     struct Embedded {
         size_t offset;
         bool text;

@@ -3,6 +3,7 @@
 
 generate_manual.py qeltvctl PROGRAM DIRECTORY VERSION   qeltvctl.1 and qeltvctl.bash
 generate_manual.py qeltvd PROGRAM DIRECTORY VERSION     qeltvd.8
+generate_manual.py qeltv-conformance PROGRAM DIRECTORY VERSION     qeltv-conformance.1
 """
 import json
 import os
@@ -199,6 +200,25 @@ def paths(command, path=()):
         yield from paths(inner, path + (inner["name"],))
 
 
+def parts(text):
+    """The help of a program: what it is, its options for roff, and the paragraphs behind them."""
+    about, _, rest = text.partition("\nUsage:")
+    lines, names, behind = [], [], []
+    for line in rest.split("\n"):
+        option = re.match(r"  (-[-\w,]+)(?: (\S+?)(?:=(\S+))?(?: \.\.\.)?)?(?:\s{2,}(.*))?$", line)
+        if option:
+            names.append(option[1])
+            value = " \\fIVALUE\\fR" if option[2] else ""
+            lines += [".TP", f"\\fB{roff(option[1].replace(',', ', '))}\\fR{value}"]
+            default = f" (default {option[3]})" if option[3] else ""
+            lines += [roff(option[4] + default)] if option[4] else []
+        elif names and line.startswith(" " * 8):
+            lines.append(roff(line.strip()))
+        elif names and line.strip():
+            behind.append(line.strip())
+    return " ".join(about.split()), lines, behind
+
+
 def television(program, version):
     """The manual of the television, from its help."""
     # Its default directory is that of the user who builds.
@@ -206,17 +226,7 @@ def television(program, version):
                    if name not in ("HOME", "XDG_STATE_HOME")}
     text = subprocess.run([program, "--help"], check=True, stdout=subprocess.PIPE,
                           env=environment).stdout.decode()
-    about, _, rest = text.partition("\nUsage:")
-    lines, names = [], []
-    for line in rest.split("\n"):
-        option = re.match(r"  (-[-\w,]+)(?: (\S+))?(?:\s{2,}(.*))?$", line)
-        if option:
-            names.append(option[1])
-            value = " \\fIVALUE\\fR" if option[2] else ""
-            lines += [".TP", f"\\fB{roff(option[1].replace(',', ', '))}\\fR{value}"]
-            lines += [roff(option[3])] if option[3] else []
-        elif names and line.startswith(" " * 8):
-            lines.append(roff(line.strip()))
+    about, lines, _ = parts(text)
     name = "qeltvd"
     return "\n".join([
         f'.TH {name.upper()} 8 "" "qeltvapi {version}"',
@@ -226,7 +236,7 @@ def television(program, version):
         f".B {name}",
         "[\\fIOPTION\\fR] ...",
         ".SH DESCRIPTION",
-        roff(" ".join(about.split())),
+        roff(about),
         ".SH OPTIONS",
         *lines,
         ".SH EXIT STATUS",
@@ -244,11 +254,52 @@ def television(program, version):
     ]) + "\n"
 
 
+def conformance(program, version):
+    """The manual of the program that examines services, from its help and its list of checks."""
+    def printed(option):
+        return subprocess.run([program, option], check=True,
+                              stdout=subprocess.PIPE).stdout.decode()
+    about, lines, behind = parts(printed("--help"))
+    *description, status = behind
+    name = "qeltv-conformance"
+    checks = []
+    for line in printed("--list").splitlines():
+        check, text = line.split(None, 1)
+        checks += [".TP", f".B {roff(check)}", roff(text)]
+    return "\n".join([
+        f'.TH {name.upper()} 1 "" "qeltvapi {version}"',
+        ".SH NAME",
+        f"{roff(name)} \\- examine a service of the television",
+        ".SH SYNOPSIS",
+        f".B {roff(name)}",
+        "[\\fIOPTION\\fR] ...",
+        ".SH DESCRIPTION",
+        roff(about),
+        *(line for one in description for line in (".PP", roff(one))),
+        ".SH OPTIONS",
+        *lines,
+        ".SH CHECKS",
+        *checks,
+        ".SH EXIT STATUS",
+        roff(status.partition(": ")[2]),
+        *ENVIRONMENT,
+        ".TP",
+        ".B QELTV_CALL_TIMEOUT_MS",
+        "How long a call may take, in milliseconds; otherwise 10000",
+        ".SH SEE ALSO",
+        ".BR qeltvd (8),",
+        ".BR qeltvctl (1)",
+    ]) + "\n"
+
+
 def main():
     name, program, directory, version = sys.argv[1:]
     directory = pathlib.Path(directory)
     if name == "qeltvd":
         (directory / "qeltvd.8").write_text(television(program, version))
+        return
+    if name == "qeltv-conformance":
+        (directory / f"{name}.1").write_text(conformance(program, version))
         return
     root = json.loads(subprocess.run([program, "--print-commands"], check=True,
                                      stdout=subprocess.PIPE).stdout)

@@ -4,8 +4,8 @@
 #include "Canvas.h"
 #include "ImageFile.h"
 #include "Osd.h"
+#include "Pictures.h"
 #include "Television.h"
-#include "TestCard.h"
 #include "hw_qeltvapi_record.h"
 #include "tool.h"
 

@@ -180,7 +180,7 @@ status_t writeScalar(Parcel* parcel, uint64_t value) {
     return parcel->writeUint64(value);
 }
 
-/** What stands in a buffer, with the buffers that are embedded in it. */
+/** The content of a buffer, with the buffers that are embedded in it. */
 class Reader {
   public:
     explicit Reader(const Parcel& parcel) : mParcel(parcel) {}
@@ -292,6 +292,10 @@ class Writer {
     Writer(Parcel* parcel, Files* files) : mParcel(parcel), mFiles(files) {}
 
     void value(const Type& type, const Json& json) {
+        if (type.kind == Kind::kBool && json.is_number()) {
+            need(mParcel->writeUint32(scalarOf<uint8_t>(json)));
+            return;
+        }
         if (isScalar(type.kind)) {
             withScalar(type.kind, [&](auto value) {
                 need(writeScalar(mParcel, scalarOf<decltype(value)>(json)));
@@ -312,7 +316,9 @@ class Writer {
 
   private:
     void fill(const Type& type, const Json& json, uint8_t* at) {
-        if (isScalar(type.kind)) {
+        if (type.kind == Kind::kBool && json.is_number()) {
+            *at = scalarOf<uint8_t>(json);
+        } else if (isScalar(type.kind)) {
             withScalar(type.kind, [&](auto value) {
                 value = scalarOf<decltype(value)>(json);
                 memcpy(at, &value, sizeof(value));

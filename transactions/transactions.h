@@ -16,7 +16,8 @@
  * In JSON a value is a number, true or false, or a text. Bytes (vec<uint8_t>, uint8_t[N]) are a
  * text of hex digits, other vectors and arrays are arrays, and structs are objects. A text that is
  * not UTF-8 is {"hex": DIGITS}. A handle is {"fds": [SIZE...], "ints": [NUMBER...]} with the sizes
- * of the files, or null. A callback object is the text "object", or null.
+ * of the files, or null. A callback object is the text "object", or null. A truth value that is
+ * written may also be a number up to 255, the byte that stands for it on the wire.
  */
 namespace transactions {
 
@@ -50,9 +51,9 @@ struct Type {
     Kind kind;
     /** Bytes in a buffer; 0 for what is in none. */
     size_t size;
-    /** Of a vector. */
+    /** The type of a vector's elements. */
     const Type* element = nullptr;
-    /** Of a struct. */
+    /** The fields of a struct. */
     std::vector<Field> fields = {};
 };
 
@@ -114,6 +115,8 @@ class Files {
     Files& operator=(const Files&) = delete;
 
     const native_handle_t* make(const Json& json);
+    /** The handles in the order in which they were made. */
+    const std::vector<native_handle_t*>& handles() const { return mHandles; }
 
   private:
     std::vector<native_handle_t*> mHandles;

@@ -15,7 +15,7 @@ struct Block {
     size_t capacity = 0;
     size_t size = 0;
     std::vector<int> descriptors;
-    /** Of the receiving node. */
+    /** The receiving node's space that the message takes. */
     TransactionSpace::Share share;
 
     /** Room for a packet at least. Null without memory. */

@@ -156,7 +156,7 @@ status_t Codec::encode(const Parcel& parcel, MessageHeader* header, BinderMapper
     gather.pad(parcel.mDataSize);
     auto* written = reinterpret_cast<ObjectRecord*>(gather.copy(records, count * sizeof(*records)));
 
-    // Where a copy stands, so that what its pointers were here can be wiped from it.
+    // The place of a copy, so that this process's pointers can be wiped from it.
     uint8_t* recent[kWiped];
     uint64_t offset = 0;
     size_t binder = 0;

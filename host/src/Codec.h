@@ -18,7 +18,7 @@ using BlockPtr = std::unique_ptr<Block, BlockDeleter>;
 /** Turns binders into numbers and back, as seen from one end of a connection. */
 class BinderMapper {
   public:
-    /** Sets kind and value of the record, and the process' name where the kind needs one. */
+    /** Sets kind and value of the record, and the process' name if the kind needs one. */
     virtual android::status_t encode(const android::sp<android::hardware::IBinder>& binder,
                                      ObjectRecord* record, std::string* name) = 0;
     virtual android::status_t decode(const ObjectRecord& record, const std::string& name,
@@ -55,7 +55,7 @@ class Codec {
     /** A message that carries no more than a stream. */
     static void encodePlain(MessageHeader* header, const void* stream, size_t size, Encoded* out);
 
-    /** What the header promises in all; 0 where it cannot be right. */
+    /** The size of the whole message by its header; 0 if it cannot be right. */
     static uint64_t messageSize(const MessageHeader& header);
 
     /**

@@ -99,7 +99,7 @@ bool isConnection(int socket) {
     if (getpeername(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0) {
         return isNode(address, size);
     }
-    // One that is about to connect has its bound for that already.
+    // A thread that is about to connect has its bound for that already.
     timeval bound = {};
     size = sizeof(bound);
     return errno == ENOTCONN && getsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &bound, &size) == 0 &&

@@ -79,7 +79,7 @@ int IonPool::allocate(size_t size) {
         if (buffer.file < 0) return fresh;
         close(fresh);
         buffer.size = size;
-        // Where there are no leases no buffer would ever come back.
+        // Without leases no buffer would ever come back.
         if (unused(buffer.file)) {
             buffer.mapping =
                     mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, buffer.file, 0);

@@ -56,7 +56,7 @@ void takeEvents(int inotify, Moved moved) {
     }
 }
 
-/** Of the listeners, for the children to close. */
+/** The listeners' descriptors, for the children to close. */
 std::atomic<int> gInotify{-1};
 
 [[maybe_unused]] const bool sCloses = [] {

@@ -95,7 +95,7 @@ void* Parcel::allocate(size_t size) {
 
 // Writing
 
-/** Zeroes the padding. Null, with the error kept, where there is no room. */
+/** Zeroes the padding. Null, with the error kept, if there is no room. */
 uint8_t* Parcel::grow(size_t size) {
     if (mBlock != nullptr) mError = INVALID_OPERATION;
     size_t length = padded4(size);

@@ -35,7 +35,7 @@ using android::hardware::Parcel;
 namespace hidlhost {
 namespace {
 
-/** Complains about a service that does not answer, and gives up where that is configured. */
+/** Complains about a service that does not answer, and gives up if that is configured. */
 class HangWatch final : public Patience {
   public:
     HangWatch(const Parcel* data, uint32_t code) : mData(data), mCode(code) {}
@@ -73,7 +73,7 @@ class HangWatch final : public Patience {
     uint32_t mNextLine = 1000;
 };
 
-/** What a busy peer did not take is tried again. */
+/** The pause before a busy peer is tried again. */
 constexpr uint32_t kBusyMs = 100;
 constexpr size_t kMaxIdle = 15;  // and the one used last
 
@@ -492,7 +492,7 @@ status_t Peer::call(uint64_t id, uint32_t code, const Parcel& data, Parcel* repl
     if (conversation == nullptr) {
         discard(use.socket);
     } else {
-        // What comes next over the connection would be taken for something else.
+        // The next message on the connection would be taken for this one's answer.
         conversation->open = false;
         shutdown(use.socket, SHUT_RDWR);
     }

@@ -74,7 +74,7 @@ class Peer : public std::enable_shared_from_this<Peer> {
         bool asked = false;
         bool askedHandsOver = false;
         android::status_t answer = android::OK;
-        /** Of calls: proxies that the peer has not taken over yet. */
+        /** Proxies in calls sent that the peer has not taken over yet. */
         std::deque<std::vector<android::sp<android::hardware::IBinder>>> handedOver;
     };
 
@@ -112,7 +112,7 @@ class Peer : public std::enable_shared_from_this<Peer> {
 
     std::mutex mMutex;
     std::vector<int> mIdle;  // the last used one is last
-    /** Of calls, whether in use or not. */
+    /** All connections for calls, in use or idle. */
     std::unordered_map<int, android::base::unique_fd> mSockets;
     std::shared_ptr<Events> mEvents;
     std::unordered_map<uint64_t, android::wp<android::hardware::BpHwBinder>> mProxies;

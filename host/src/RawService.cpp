@@ -3,10 +3,13 @@
 #include <map>
 #include <mutex>
 
+#include <unistd.h>
+
 #include <android/hidl/base/1.0/IBase.h>
 #include <hidl/HidlBinderSupport.h>
 
 #include "Fork.h"
+#include "Peer.h"
 #include "Services.h"
 
 using android::BAD_VALUE;
@@ -14,6 +17,7 @@ using android::OK;
 using android::sp;
 using android::status_t;
 using android::hardware::BHwBinder;
+using android::hardware::BpHwBinder;
 using android::hardware::hidl_string;
 using android::hardware::hidl_vec;
 using android::hardware::IBinder;
@@ -112,9 +116,8 @@ status_t RawService::onTransact(uint32_t code, const Parcel& data, Parcel* reply
     }
 }
 
-RawHost::RawHost() : mNode(Node::create()) {
-    // A fake answers from several threads unless its test says otherwise.
-    mNode->gate().configure(1000, false);
+RawHost::RawHost(size_t threads) : mNode(Node::create()) {
+    mNode->gate().configure(threads, false);
 }
 
 RawHost::~RawHost() {
@@ -163,6 +166,11 @@ void unregisterRawService(const std::string& interface, const std::string& insta
 void killRawService(const std::string& interface, const std::string& instance) {
     std::shared_ptr<RawHost> host = Names::get().put(interface + "/" + instance, nullptr);
     if (host != nullptr) host->kill();
+}
+
+int32_t processOf(const sp<IBinder>& object) {
+    BpHwBinder* remote = object->remoteBinder();
+    return remote == nullptr ? getpid() : registry::processOf(remote->peer()->name());
 }
 
 void writeOk(Parcel* reply) {

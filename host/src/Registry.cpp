@@ -64,7 +64,7 @@ std::string& usableDirectory() {
     return directory;
 }
 
-/** What keeps the directory from being used; empty where nothing does. */
+/** The reason why the directory cannot be used; empty if it can. */
 std::string makeDirectory(const std::string& path) {
     struct stat status;
     // Not followed: in a shared parent somebody else's link could lead anywhere.
@@ -227,7 +227,7 @@ bool ownsName(pid_t pid, const std::string& node) {
     const long named = atol(node.c_str());
     // A process of another container that is not below this one has no number here.
     if (pid == 0 || named == pid) return true;
-    // One that is below has a number of its own there, the last of its line.
+    // A process of a container below has a number of its own there, the last of its line.
     const std::string path = "/proc/" + std::to_string(pid) + "/status";
     std::unique_ptr<FILE, decltype(&fclose)> file(fopen(path.c_str(), "re"), fclose);
     char line[256];

@@ -22,7 +22,7 @@ struct Entry {
     }
 };
 
-/** The runtime directory, made where missing; empty where it may not be used. */
+/** The runtime directory, made if missing; empty if it may not be used. */
 const std::string& directory();
 std::string socketPath(const std::string& node);
 /** The path of the lock; empty where nothing has been looked for yet. */
@@ -56,7 +56,7 @@ class Lock {
 android::status_t publish(const std::string& interface, const std::string& instance,
                           const Entry& entry);
 bool find(const std::string& interface, const std::string& instance, Entry* entry);
-/** Only where it still says so. */
+/** Only if it still says so. */
 void withdraw(const std::string& interface, const std::string& instance, const Entry& entry);
 /** Everything that the node has published, and its socket. */
 void withdrawNode(const std::string& node);

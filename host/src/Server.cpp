@@ -65,7 +65,7 @@ class Spare {
         if (!mFile.ok()) mFile.reset(open("/dev/null", O_RDONLY | O_CLOEXEC));
     }
 
-    /** False where there is none, or somebody else was faster. */
+    /** False if there is none, or somebody else was faster. */
     bool refuse(int listener) {
         if (!mFile.ok()) return false;
         mFile.reset();
@@ -84,7 +84,7 @@ Server::Server(Node& node) : mNode(node) {}
 
 namespace {
 
-/** Of the process that has names, and 1. */
+/** The generation of the process that has names, and 1; 0 for none. */
 std::atomic<uint64_t> gNamed{0};
 
 /** The names of a process that ends in good order go with it. */
@@ -214,7 +214,7 @@ void Server::end(const std::shared_ptr<Connection>& connection) {
     ended(connection);
 }
 
-/** Takes the hello and what follows from it; false where it has not come yet. Does not block. */
+/** Takes the hello and what follows from it; false if it has not come yet. Does not block. */
 bool Server::greet(const std::shared_ptr<Connection>& connection) {
     constexpr size_t kLongest = 256;
     struct {
@@ -255,7 +255,7 @@ bool Server::greet(const std::shared_ptr<Connection>& connection) {
     return true;
 }
 
-/** Gives a connection its role; false where there is none or the limit is reached. */
+/** Gives a connection its role; false if there is none or the limit is reached. */
 bool Server::welcome(const std::shared_ptr<Connection>& connection, const std::string& peer,
                      uint32_t role) {
     if (role != kCalls && role != kEvents) return false;
@@ -421,7 +421,7 @@ bool Server::readEvents(const std::shared_ptr<Connection>& connection) {
     return true;
 }
 
-/** Takes what has arrived; false where that ends the connection. */
+/** Takes what has arrived; false if that ends the connection. */
 bool Server::event(const std::shared_ptr<Connection>& connection, status_t received) {
     if (!connection->arriving) return false;
     const MessageHeader header = headerOf(*connection->arriving);
@@ -499,7 +499,7 @@ void Server::enqueue(const std::shared_ptr<Connection>& connection, const Messag
     answer.kind = kReply;
     answer.code = static_cast<uint32_t>(status);
     if (status != OK) answer.flags = kFlagRefused;
-    // Who does not read answers of a few bytes is not waited for.
+    // A client that does not read answers of a few bytes is not waited for.
     if (send(connection->socket, &answer, sizeof(answer), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) {
         shutdown(connection->socket, SHUT_RDWR);
     }

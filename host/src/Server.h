@@ -36,10 +36,10 @@ struct Caller {
 struct Connection : Caller {
     android::base::unique_fd owner;
     uint32_t role = 0;
-    /** Of the call that it serves at the moment. */
+    /** The chain of the call that is served at the moment. */
     std::atomic<uint64_t> chain{0};
 
-    // Of one for events, and the watcher's alone.
+    // Used on a connection for events only, by the watcher alone.
     Arrival arrival;
     BlockPtr arriving;
     uint64_t received = 0;
@@ -72,14 +72,14 @@ class Server {
     /** Ends all connections without a word. */
     void cut();
 
-    /** Serves a call that comes back to a waiting thread; false where that ends the connection. */
+    /** Serves a call that comes back to a waiting thread; false if that ends the connection. */
     bool serveWithin(Caller* caller, BlockPtr block);
 
-    /** What calls to this node and replies to its own take. */
+    /** The memory of calls to this node and of replies to its own. */
     TransactionSpace& space() { return mSpace; }
 
   private:
-    /** Where a call comes in: on a connection's own thread, on a waiting thread, as an event. */
+    /** The way a call comes in: on a connection's own thread, on a waiting thread, as an event. */
     enum class Way { kConnection, kWithin, kEvent };
     struct Target {
         android::sp<android::hardware::BHwBinder> object;
@@ -105,7 +105,7 @@ class Server {
 
     Node& mNode;  // which owns this, and which every thread of this keeps
     TransactionSpace& mSpace = TransactionSpace::make();
-    /** Where calls run in a process that has not said how many threads it has. */
+    /** The thread of all calls in a process that has not said how many threads it has. */
     const std::shared_ptr<Worker> mMain =
             std::make_shared<Worker>("hidl-main", Worker::Thread::kKept);
 

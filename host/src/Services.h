@@ -18,7 +18,7 @@ android::status_t registerService(Node& node, const std::string& interface,
                                   const android::sp<android::hardware::BHwBinder>& service);
 void unregisterService(Node& node, const std::string& interface, const std::string& instance);
 
-/** What holds an object while it is registered. */
+/** The holder of an object while it is registered. */
 std::string registrationHolder(const std::string& interface, const std::string& instance);
 
 /** The local object or a proxy; null where nobody alive is registered. */

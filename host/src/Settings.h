@@ -13,7 +13,7 @@ constexpr size_t kDeviceTransactionBytes = 1024 * 1024 - 2 * 4096;
 struct Settings {
     /** 0 without a limit. */
     uint32_t callTimeoutMs = 0;
-    /** Of the transactions in progress towards this process. */
+    /** The most bytes of transactions in progress towards this process. */
     size_t transactionBytes = kDeviceTransactionBytes;
     /** Whether calls to a process without a pool may run on any thread, one at a time. */
     bool anyThread = false;

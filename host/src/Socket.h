@@ -43,7 +43,7 @@ constexpr uint32_t kClientMs = 10000;
 
 /**
  * Bounds the time that a process takes to read one message, all of its packets together. The
- * thread that waits gives up its place in the pool; `outside` ends where it takes it again.
+ * thread that waits gives up its place in the pool; `outside` ends when it takes it again.
  */
 class SendPatience final : public Patience {
   public:
@@ -65,7 +65,7 @@ class SendPatience final : public Patience {
 };
 
 /**
- * DEAD_OBJECT where the other end is gone, TIMED_OUT where patience ends. With kTryFirst patience
+ * DEAD_OBJECT if the other end is gone, TIMED_OUT when patience ends. With kTryFirst patience
  * decides about every wait, else about those that follow a timeout.
  */
 enum class Wait { kAtOnce, kTryFirst };
@@ -84,7 +84,7 @@ class Arrival {
      * Receives a packet. OK ends the message; NOT_ENOUGH_DATA means that more packets follow,
      * WOULD_BLOCK that none is there and errno says why, DEAD_OBJECT that the other end is gone,
      * BAD_VALUE that the packets do not make up a message. A whole message comes with -EMFILE
-     * where this process could not take all of its descriptors, and with NO_MEMORY where there was
+     * if this process could not take all of its descriptors, and with NO_MEMORY if there was
      * no memory for more than its first packet.
      */
     android::status_t receive(int socket, Block* block, int flags);
@@ -109,7 +109,7 @@ android::status_t receiveFromClient(int socket, Block* block);
 
 /** Says that the objects named in the last message have been taken over. */
 bool sendReceived(int socket);
-/** Answers without results, and without waiting: false where the other end leaves too much unread.
+/** Answers without results, and without waiting: false if the other end leaves too much unread.
  */
 bool sendStatus(int socket, android::status_t status, uint32_t flags);
 

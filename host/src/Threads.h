@@ -17,7 +17,7 @@ struct Conversation;
  */
 bool startThread(const char* name, std::function<void()> body);
 
-/** What a thread of any origin is doing for the runtime. */
+/** The state of one thread, of any origin, in the runtime. */
 struct ThreadState {
     uint64_t chain = 0;  // of the call being served, or of the thread's own calls
     pid_t callerPid = 0;

@@ -18,7 +18,7 @@ class Trace {
   public:
     static bool enabled() { return sEnabled; }
 
-    /** Starts the clock where the interface is to be traced. */
+    /** Starts the clock if the interface is to be traced. */
     Trace(bool incoming, const android::hardware::Parcel& arguments, uint32_t code, bool oneway);
     void finish(const android::hardware::Parcel* result, android::status_t status);
 

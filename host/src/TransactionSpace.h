@@ -14,9 +14,9 @@ namespace hidlhost {
  */
 class TransactionSpace {
   public:
-    /** What the process may hold according to its settings. */
+    /** The bytes that the process may hold according to its settings. */
     static size_t limit(bool oneway);
-    /** What a message takes on a device. */
+    /** The bytes that a message takes on a device. */
     static size_t sizeOf(const MessageHeader& header);
 
     /** One more of them, never destroyed: parcels may outlive their node. */
@@ -38,7 +38,7 @@ class TransactionSpace {
         bool mOneway = false;
     };
 
-    /** False where there is not enough left. */
+    /** False if there is not enough left. */
     bool take(size_t bytes, bool oneway, Share* share);
     /** Takes more than there is if need be. */
     void takeAnyway(size_t bytes, bool oneway, Share* share);

@@ -29,7 +29,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr uint64_t kWakeUp = 0;
 
-/** Of the watcher in use, for the children to close. */
+/** The descriptors of the watcher in use, for the children to close. */
 std::atomic<int> gEpoll{-1};
 std::atomic<int> gWakeUp{-1};
 
@@ -168,7 +168,7 @@ void Watcher::State::enter(uint64_t key, int socket) {
     epoll_ctl(epoll, EPOLL_CTL_ADD, socket, &event);
 }
 
-/** Ends a wait; false where the key stands for none. The socket is left before it is used again. */
+/** Ends a wait; false if the key stands for none. The socket is left before it is used again. */
 bool Watcher::State::finish(uint64_t key, bool arrived) {
     std::function<void(bool)> ready;
     {

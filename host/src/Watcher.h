@@ -23,7 +23,7 @@ class Watcher {
      */
     void add(int socket, std::function<bool()> ready);
 
-    /** As add(), but where the watching thread does not run yet, startDeferred() starts it. */
+    /** As add(), but if the watching thread does not run yet, startDeferred() starts it. */
     void addDeferred(int socket, std::function<bool()> ready);
     void startDeferred() {
         if (mDeferred.load(std::memory_order_relaxed)) start();

@@ -23,7 +23,7 @@ constexpr uint32_t kNoParent = 0xffffffff;
 
 enum MessageKind : uint32_t {
     kHello = 1,     // first on every connection; code is the ConnectionRole, stream the two names
-    kCall = 2,      // object, code, flags; a oneway call is answered where it wants an answer
+    kCall = 2,      // object, code, flags; a oneway call is answered if it wants an answer
     kReply = 3,     // code is the status
     kAcquire = 4,   // takes a reference to the object; answered where flags has kWantsAnswer
     kRelease = 5,   // gives back `code` references to the object

@@ -16,13 +16,13 @@ class Worker : public std::enable_shared_from_this<Worker> {
 
     Worker(const char* name, Thread thread) : mName(name), mThread(thread) {}
 
-    /** Runs `body` later; false where there is no thread to be had. */
+    /** Runs `body` later; false if there is no thread to be had. */
     template <class Body>
     bool post(Body body) {
         return add(std::make_unique<TaskOf<Body>>(std::move(body)));
     }
 
-    /** Runs `body` and returns when it has ended; false where there is no thread to be had. */
+    /** Runs `body` and returns when it has ended; false if there is no thread to be had. */
     template <class Body>
     bool run(Body body) {
         std::mutex mutex;

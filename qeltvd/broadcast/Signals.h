@@ -42,6 +42,8 @@ struct VideoFormat {
     QELTV_VIDEO_CODEC codec = QELTV_VIDEO_NONE;
     /** Of a sample. */
     uint32_t bits = 8;
+    /** 0 if it is unknown. */
+    uint32_t kbitPerSecond = 0;
 };
 
 /** A sound track of a service or an input. */
@@ -53,6 +55,7 @@ struct SoundTrack {
     QELTV_AUDIO_CODEC codec;
     uint8_t channels;
     QELTV_AUDIO_PURPOSE purpose;
+    /** 0 if it is unknown. */
     uint32_t kbitPerSecond;
     /** Hz. */
     uint32_t sampleRate = 48000;

@@ -168,6 +168,12 @@ Reception StreamSignals::reception(const Multiplex&) const {
     return reception;
 }
 
+uint32_t StreamSignals::kbitPerSecond(uint16_t pid) const {
+    constexpr uint64_t kBits = 1000;
+    const auto receiver = mMultiplex->receiver();
+    return receiver ? static_cast<uint32_t>(receiver->bitsPerSecond(pid) / kBits) : 0;
+}
+
 std::optional<VideoFormat> StreamSignals::video(const Channel& channel, const Multiplex&) const {
     const std::optional<Service> service = mMultiplex->service(channel.serviceId);
     if (!service) return std::nullopt;
@@ -175,6 +181,7 @@ std::optional<VideoFormat> StreamSignals::video(const Channel& channel, const Mu
     if (video == nullptr) return std::nullopt;
     VideoFormat format;
     format.codec = videoCodec(video->codec);
+    format.kbitPerSecond = kbitPerSecond(video->pid);
     if (!service->format) return format;
     format.codec = videoCodec(service->format->codec);
     format.width = service->format->width;
@@ -202,7 +209,7 @@ std::vector<SoundTrack> StreamSignals::tracks(const Channel& channel) const {
                           each.role == stream::AudioRole::kVisuallyImpaired
                                   ? QELTV_AUDIO_DESCRIPTION
                                   : QELTV_AUDIO_MAIN,
-                          0});
+                          kbitPerSecond(each.pid)});
     }
     return tracks;
 }

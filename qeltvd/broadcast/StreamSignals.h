@@ -54,6 +54,8 @@ class StreamSignals : public Signals {
     std::vector<Event> all(const Channel& channel) const;
     bool hasTeletext(const Channel& channel) const;
     EventContext contextOf(const Channel& channel) const;
+    /** Bit rate of a PID; 0 if it is unknown. */
+    uint32_t kbitPerSecond(uint16_t pid) const;
 
     const std::shared_ptr<StreamMultiplex> mMultiplex;
 };

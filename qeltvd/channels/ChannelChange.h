@@ -3,15 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-namespace qeltvd {
+#include "Audience.h"
 
-/** Who is notified of a change. */
-enum class Audience {
-    /** The television's own parts and its clients. */
-    kEveryone,
-    /** The television's own parts. */
-    kTelevision,
-};
+namespace qeltvd {
 
 /** What has changed; listeners are notified after it is stored. */
 struct ChannelChange {

@@ -117,7 +117,7 @@ const Channel* ChannelList::next(uint32_t channelId, const ChannelQuery& query,
                                  Direction direction) const {
     if (channels.empty()) return nullptr;
     const uint32_t number = channel_ids::number(channelId);
-    // Where the channel stands, or would.
+    // The place of the channel, or the one that it would have.
     const auto from = static_cast<size_t>(
             std::lower_bound(channels.begin(), channels.end(), std::make_pair(number, channelId),
                              [](const Channel& c, const std::pair<uint32_t, uint32_t>& n) {

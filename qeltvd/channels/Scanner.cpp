@@ -83,7 +83,7 @@ Code Scanner::start(uint64_t argument, bool exclusive) {
 
     std::unique_lock<std::mutex> guard(mLock);
     if (mStatus.state == QELTV_SCAN_STATE_RUNNING || mStop) return kRefused;
-    // One that is cancelled takes a moment to end.
+    // A cancelled scan takes a moment to end.
     mChanged.wait(guard, [&] { return !mRunning; });
     if (mStatus.state == QELTV_SCAN_STATE_RUNNING || mStop) return kRefused;
     std::vector<Stop> chosen;
@@ -265,7 +265,7 @@ void Scanner::scan(const Job& job) {
         notify(QELTV_SCAN_FAILED, code);
         return;
     }
-    // One that is cancelled in its last moment has found everything all the same.
+    // A scan that is cancelled in its last moment has found everything all the same.
     const bool complete = found.size() == job.stops.size();
     mStatus.state = complete ? QELTV_SCAN_STATE_COMPLETE : QELTV_SCAN_STATE_CANCELLED;
     notify(complete ? QELTV_SCAN_COMPLETE : QELTV_SCAN_CANCELLED, mStatus.television, mStatus.radio,

@@ -77,6 +77,13 @@ double Demux::seconds() const {
     return static_cast<double>(mElapsed.elapsed()) / ElapsedClock::kFrequency;
 }
 
+uint64_t Demux::bitsPerSecond(uint16_t pid) const {
+    const double length = seconds();
+    if (length <= 0) return 0;
+    const uint64_t bits = counters(pid).packets * kPacketSize * 8;
+    return static_cast<uint64_t>(static_cast<double>(bits) / length);
+}
+
 void Demux::push(const Batch& batch) {
     if (batch.discontinuity) {
         ++mGeneration;

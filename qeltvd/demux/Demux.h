@@ -72,6 +72,8 @@ class Demux {
     uint64_t scramblingChanges() const { return mScramblingChanges; }
     /** Seconds of the stream so far, by the clock references of its first PID with some. */
     double seconds() const;
+    /** Bits per second of a PID, the average so far; 0 before there are clock references. */
+    uint64_t bitsPerSecond(uint16_t pid) const;
 
   private:
     struct Filter;

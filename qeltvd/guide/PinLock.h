@@ -20,7 +20,7 @@ namespace qeltvd {
  */
 class PinLock {
   public:
-    /** Sets the factory PIN where there is none. @throws StoreError */
+    /** Sets the factory PIN if there is none. @throws StoreError */
     PinLock(Store& store, Notifier& notifier);
 
     /** Called after each right PIN; before serving only. */

@@ -9,6 +9,7 @@
 #include "Guarded.h"
 #include "Stored.h"
 #include "Text.h"
+#include "layouts/config.h"
 
 namespace qeltvd {
 
@@ -26,7 +27,8 @@ struct Known {
     uint8_t maximum;
 };
 
-constexpr Known kKnown[Ratings::kSettings] = {
+// In the order of Ratings::Setting.
+constexpr Known kKnown[] = {
         {"rating.us_movie", QELTV_US_MOVIE_X},
         {"rating.canada_english", QELTV_CANADA_ENGLISH_18},
         {"rating.canada_french", QELTV_CANADA_FRENCH_18},
@@ -36,6 +38,15 @@ constexpr Known kKnown[Ratings::kSettings] = {
         {kAgeItem, QELTV_AGE_MAXIMUM},
         {kLockItem, 1},
 };
+
+const Known& known(Ratings::Setting setting) {
+    return kKnown[static_cast<size_t>(setting)];
+}
+
+/** Whether the setting is a configuration item. */
+bool isItem(Ratings::Setting setting) {
+    return setting == Ratings::Setting::kDvbAge || setting == Ratings::Setting::kEnable;
+}
 
 constexpr const char* kUsTvLabels[] = {"TV-Y", "TV-Y7", "TV-G", "TV-PG", "TV-14", "TV-MA"};
 constexpr const char* kMovieLabels[] = {"", "G", "PG", "PG-13", "R", "NC-17", "X"};
@@ -100,7 +111,7 @@ uint8_t frenchLevel(uint8_t age) {
     return age >= 8 ? QELTV_CANADA_FRENCH_8 : QELTV_CANADA_FRENCH_G;
 }
 
-/** Flag of a content bit of a television rating; none where the rating does not have it. */
+/** Flag of a content bit of a television rating; none if the rating does not have it. */
 int contentFlag(uint8_t level, unsigned bit) {
     constexpr int kFlags[][4] = {
             {QELTV_US_TV_PG_D, QELTV_US_TV_PG_L, QELTV_US_TV_PG_S, QELTV_US_TV_PG_V},
@@ -222,7 +233,7 @@ RatingText bounded(const RatingText& text) {
 
 Ratings::Ratings(Store& store, Notifier& notifier, ConfigItems& config, Broadcast& broadcast)
         : mSettings(store), mNotifier(notifier), mConfig(config) {
-    config.addListener([this](const ConfigItems::Item& item, bool) {
+    config.addListener([this](const ConfigItems::Item& item, Audience) {
         if (item.name == kAgeItem || item.name == kLockItem || item.name == kRegionItem) changed();
     });
     broadcast.addListener([this, &broadcast](uint32_t changes) {
@@ -239,23 +250,23 @@ void Ratings::changed() const {
 }
 
 uint8_t Ratings::get(Setting setting) const {
-    if (setting == kDvbAge || setting == kEnable) {
-        return static_cast<uint8_t>(mConfig.value(kKnown[setting].name));
-    }
-    return static_cast<uint8_t>(mSettings.number(kKnown[setting].name, 0));
+    const char* name = known(setting).name;
+    if (isItem(setting)) return static_cast<uint8_t>(mConfig.value(name));
+    return static_cast<uint8_t>(mSettings.number(name, 0));
 }
 
 Code Ratings::set(Setting setting, uint8_t value) {
-    const bool age = setting == kIsdbAge || setting == kDvbAge;
-    if (value > kKnown[setting].maximum || (age && value > 0 && value < QELTV_AGE_MINIMUM)) {
+    const char* const name = known(setting).name;
+    const uint8_t maximum = known(setting).maximum;
+    const bool age = setting == Setting::kIsdbAge || setting == Setting::kDvbAge;
+    if (value > maximum || (age && value > 0 && value < QELTV_AGE_MINIMUM)) {
         return kBadValue;
     }
-    if (setting == kDvbAge || setting == kEnable) {
-        return stored(
-                [&] { return mConfig.set(ConfigItems::kParental, kKnown[setting].name, value); });
+    if (isItem(setting)) {
+        return stored([&] { return mConfig.set(QELTV_CONFIG_PARENTAL, name, value); });
     }
     const Code code = stored([&] {
-        mSettings.set(kKnown[setting].name, int64_t{value});
+        mSettings.set(name, int64_t{value});
         return kOk;
     });
     if (code == kOk) changed();
@@ -405,28 +416,28 @@ RatingSystem Ratings::system() const {
 }
 
 bool Ratings::blocks(const Rating& rating) const {
-    if (get(kEnable) == 0) return false;
+    if (get(Setting::kEnable) == 0) return false;
     const RatingSystem by = rating.system.value_or(system());
     if (!rating.known) {
-        return get(kBlockUnrated) != 0 ||
+        return get(Setting::kBlockUnrated) != 0 ||
                (by == RatingSystem::kUnitedStates && usTv()[QELTV_US_TV_NONE] != 0);
     }
     const auto atLimit = [](uint8_t level, uint8_t limit) { return limit != 0 && level >= limit; };
     switch (by) {
         case RatingSystem::kDvb:
-            return atLimit(rating.age, get(kDvbAge));
+            return atLimit(rating.age, get(Setting::kDvbAge));
         case RatingSystem::kUnitedStates:
-            return rating.film ? atLimit(movieLevel(rating.age), get(kUsMovie))
+            return rating.film ? atLimit(movieLevel(rating.age), get(Setting::kUsMovie))
                                : usTvBlocks(usTv(), rating);
         case RatingSystem::kCanada:
-            return atLimit(englishLevel(rating), get(kCanadaEnglish)) ||
-                   atLimit(frenchLevel(rating.age), get(kCanadaFrench));
+            return atLimit(englishLevel(rating), get(Setting::kCanadaEnglish)) ||
+                   atLimit(frenchLevel(rating.age), get(Setting::kCanadaFrench));
         case RatingSystem::kIsdb:
             // Drugs stand where coarse language does.
-            return atLimit(rating.age, get(kIsdbAge)) ||
-                   (rating.content >> 1 & 1 & get(kIsdbContent)) != 0 ||
-                   ((rating.content >> 3 & 1) << 1 & get(kIsdbContent)) != 0 ||
-                   (rating.content & 4 & get(kIsdbContent)) != 0;
+            return atLimit(rating.age, get(Setting::kIsdbAge)) ||
+                   (rating.content >> 1 & 1 & get(Setting::kIsdbContent)) != 0 ||
+                   ((rating.content >> 3 & 1) << 1 & get(Setting::kIsdbContent)) != 0 ||
+                   (rating.content & 4 & get(Setting::kIsdbContent)) != 0;
     }
     return false;
 }
@@ -479,7 +490,7 @@ RatingText Ratings::text(const std::vector<Atsc>& list) {
                 append(&text.system, "region " + std::to_string(rating.region), ", ");
                 break;
         }
-        // What the table calls it, where the rating itself says nothing known here.
+        // The table's name for it, if the rating itself says nothing known here.
         if (label.empty()) label = rating.name;
         if (!label.empty()) append(&text.label, label, ", ");
         if (description.empty()) description = rating.name;

@@ -39,7 +39,7 @@ class Ratings {
     void addListener(std::function<void()> listener);
 
     /** Settings of 8 bits. */
-    enum Setting {
+    enum class Setting : uint8_t {
         kUsMovie,
         kCanadaEnglish,
         kCanadaFrench,
@@ -48,7 +48,6 @@ class Ratings {
         kIsdbAge,
         kDvbAge,
         kEnable,
-        kSettings,
     };
     uint8_t get(Setting setting) const;
     Code set(Setting setting, uint8_t value);

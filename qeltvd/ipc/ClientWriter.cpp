@@ -31,7 +31,7 @@ class ClientWriter::Wait {
         if (mCounted) --mWriter.mWaiting;
     }
 
-    /** Until the descriptor takes more; false with errno where it is not worth it. */
+    /** Until the descriptor takes more; false with errno if that is not worth waiting for. */
     bool more() {
         if (!mCounted && ++mWriter.mWaiting > kWaitingAtATime) {
             --mWriter.mWaiting;

@@ -16,7 +16,7 @@ namespace qeltvd {
  * A HIDL value from JSON: numbers for integers (checked against the width), a bool, a text, an
  * array of numbers for a vector of integers, for byte vectors a text too.
  *
- * @throws std::exception where the value does not fit
+ * @throws std::exception if the value does not fit
  */
 template <class T>
 T json_value(const nlohmann::json& json) {

@@ -30,7 +30,7 @@ struct Monitor::Client {
     unique_fd fd;
     std::deque<Line> queue;
     size_t bytes = 0;
-    /** Of the first line of the queue. */
+    /** Bytes of the first line of the queue that are sent. */
     size_t written = 0;
     uint64_t lost = 0;
 
@@ -102,7 +102,7 @@ bool Monitor::listen(const std::string& path) {
     }
     memcpy(address.sun_path, path.c_str(), path.size() + 1);
     unique_fd fd(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    // Of a television that was killed, or that this one takes the place of.
+    // A socket of a television that was killed, or that this one takes the place of.
     unlink(path.c_str());
     struct stat file {};
     if (!fd.ok() || bind(fd.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0 ||

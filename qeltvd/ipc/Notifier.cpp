@@ -2,6 +2,7 @@
 
 #include "Notifier.h"
 
+#include <hidl/HidlBinderSupport.h>
 #include <hidl/HidlTransportSupport.h>
 #include <hidlhost/raw_service.h>
 #include <log/log.h>
@@ -89,9 +90,11 @@ struct Notifier::Process {
         size_t bytes;
     };
 
-    explicit Process(int pid) : pid(pid) {}
+    Process(int pid, int caller) : pid(pid), caller(caller) {}
 
     const int pid;
+    /** The process that has passed its first object on: another one if an overlay is between. */
+    const int caller;
 
     std::mutex lock;
     std::condition_variable arrived;
@@ -205,8 +208,10 @@ Notifier::~Notifier() {
     }
 }
 
-void Notifier::add(const sp<Callback>& callback, int pid) {
+void Notifier::add(const sp<Callback>& callback, int caller) {
     join();
+    // The object names its process; a call of it could wait for the client without a limit.
+    const int pid = hidlhost::processOf(android::hardware::toBinder(callback));
     sp<Death> death = new Death(this);
     uint64_t id = 0;
     {
@@ -214,7 +219,7 @@ void Notifier::add(const sp<Callback>& callback, int pid) {
         auto found = std::find_if(mProcesses.begin(), mProcesses.end(),
                                   [&](const auto& process) { return process->pid == pid; });
         if (found == mProcesses.end()) {
-            found = mProcesses.insert(mProcesses.end(), std::make_unique<Process>(pid));
+            found = mProcesses.insert(mProcesses.end(), std::make_unique<Process>(pid, caller));
             try {
                 (*found)->thread =
                         std::thread([this, process = found->get()] { process->deliver(mMonitor); });
@@ -294,7 +299,9 @@ void Notifier::post(Notification notification, int pid, size_t bytes) {
     const auto shared = std::make_shared<const Notification>(std::move(notification));
     std::lock_guard<std::mutex> guard(mLock);
     for (const auto& process : mProcesses) {
-        if (pid == kEveryProcess || process->pid == pid) process->post(shared, bytes);
+        if (pid == kEveryProcess || process->pid == pid || process->caller == pid) {
+            process->post(shared, bytes);
+        }
     }
 }
 

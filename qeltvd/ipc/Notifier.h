@@ -43,15 +43,19 @@ class Notifier {
     Notifier& operator=(const Notifier&) = delete;
 
     /**
-     * Registers an object of a client process. The same object again is counted, and is notified
-     * once. An object beyond the limit of its process, or for which there is no thread, is refused.
+     * Registers an object of the client process that hosts it. The same object again is counted,
+     * and is notified once. An object beyond the limit of its process, or for which there is no
+     * thread, is refused.
+     *
+     * @param caller the process that has passed it on, as a rule the same
      */
-    void add(const android::sp<Callback>& callback, int pid);
+    void add(const android::sp<Callback>& callback, int caller);
 
     static constexpr int kEveryProcess = 0;
     /**
      * Queues a notification for every client, or for those of one process.
      *
+     * @param pid   the process, or the one that has passed the client's objects on
      * @param bytes the size of its texts and blocks
      */
     void post(Notification notification, int pid = kEveryProcess, size_t bytes = 0);

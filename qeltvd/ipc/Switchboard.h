@@ -49,9 +49,10 @@ class Switchboard {
     ~Switchboard();
 
     /**
-     * Registers a service under its interface, instance "default".
+     * Registers a service under its interface.
      *
      * @param interface name without package
+     * @param instance  the name beside it
      * @param methods   its methods in declaration order
      * @param service   serves the calls
      * @param withCode  makes an object that answers every method that has a code with one, or
@@ -59,13 +60,14 @@ class Switchboard {
      * @return whether it is registered
      */
     template <class I>
-    bool publish(const std::string& interface, std::vector<std::string> methods,
-                 const android::sp<I>& service, I* (*withCode)(int32_t, bool)) {
+    bool publish(const std::string& interface, const std::string& instance,
+                 std::vector<std::string> methods, const android::sp<I>& service,
+                 I* (*withCode)(int32_t, bool)) {
         intercept(I::descriptor, interface, std::move(methods),
                   [withCode](int32_t code, bool everywhere) -> void* {
                       return withCode(code, everywhere);
                   });
-        return service->registerAsService("default") == android::OK;
+        return service->registerAsService(instance) == android::OK;
     }
 
     /**

@@ -1,9 +1,6 @@
 #!/usr/bin/env python3
 """Writes, from the headers of a HIDL package, what a service of many methods needs by the hundred:
 
-Defaults.h    per interface a class <Interface>Default that answers every method, with a fixed code
-              where the last result is an int32_t and with zeros and empty values elsewhere (or,
-              if so wanted, with the code as every direct result)
 Methods.h     per interface the names of its methods in declaration order
 Raise.h/.cpp  calls a method of the callback interface by name, arguments given as JSON
 
@@ -17,31 +14,6 @@ import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
 import headers
-
-def default_class(interface, methods):
-    out = [f"class {interface}Default : public {interface} {{",
-           "  public:",
-           f"    {interface}Default(int32_t code, bool everywhere)",
-           "        : mCode(code), mEverywhere(everywhere) {}", ""]
-    for name, result, parameters, answers in methods:
-        types = [kind for kind, _ in parameters]
-        if answers is not None:
-            types.append(f"{name}_cb cb")
-            values = [f"{headers.value_type(kind)}{{}}" for kind, _ in answers]
-            if headers.value_type(answers[-1][0]) == "int32_t":
-                values[-1] = "mCode"
-            body = f"cb({', '.join(values)}); return ::android::hardware::Void();"
-        elif result == "void":
-            body = "return ::android::hardware::Void();"
-        elif result == "int32_t":
-            body = "return mCode;"
-        else:
-            body = f"return mEverywhere ? static_cast<{result}>(mCode) : {result}{{}};"
-        out.append(f"    ::android::hardware::Return<{result}> {name}({', '.join(types)}) override"
-                   f" {{ {body} }}")
-    out += ["", "  protected:", "    const int32_t mCode;", "    const bool mEverywhere;", "};", ""]
-    return "\n".join(out)
-
 
 def raise_source(callback, methods):
     out = ['#include "Raise.h"', "", '#include "JsonValue.h"', "",
@@ -80,7 +52,7 @@ def main():
     out_dir, callback, files = sys.argv[1], sys.argv[2], sys.argv[3:]
     os.makedirs(out_dir, exist_ok=True)
     namespace = None
-    defaults, names = [], []
+    names = []
     for file in files:
         interface = pathlib.Path(file).stem
         text = pathlib.Path(file).read_text()
@@ -92,13 +64,6 @@ def main():
         if interface == callback:
             with open(os.path.join(out_dir, "Raise.cpp"), "w") as f:
                 f.write(raise_source(f"::{namespace}::{interface}", methods))
-        else:
-            defaults.append(default_class(interface, methods))
-    includes = "\n".join(f"#include <{namespace.replace('::', '/').replace('V1_0', '1.0')}/"
-                         f"{os.path.basename(file)}>" for file in files)
-    with open(os.path.join(out_dir, "Defaults.h"), "w") as f:
-        f.write(f"#pragma once\n\n{includes}\n\nnamespace qeltvd {{\n\nusing namespace ::{namespace};"
-                "\n\n" + "\n".join(defaults) + "\n}  // namespace qeltvd\n")
     with open(os.path.join(out_dir, "Methods.h"), "w") as f:
         f.write("#pragma once\n\nnamespace qeltvd {\n\n" + "\n".join(names)
                 + "\n}  // namespace qeltvd\n")

@@ -15,16 +15,23 @@ namespace {
 /** MHEG applications take the text, colour, arrow and exit keys. */
 constexpr uint8_t kMhegAllEvents = 0x0f;
 
+/** The highest channel number, and in a list of two-part numbers the highest of either part. */
+constexpr int32_t kHighestNumber = 9999;
+constexpr int32_t kHighestAtscNumber = 999;
+
 bool isPath(int32_t path) {
     return path >= 0 && path < static_cast<int32_t>(QELTV_PATHS);
+}
+
+int32_t digitsOf(int32_t number) {
+    return static_cast<int32_t>(std::to_string(number).size());
 }
 
 }  // namespace
 
 BroadcastService::BroadcastService(const ChannelDatabase& channels, Broadcast& broadcast,
                                    Notifier& notifier, Presentation& presentation)
-        : IQelTvApiBroadcastDefault(kUnsupported, false),
-          mChannels(channels),
+        : mChannels(channels),
           mBroadcast(broadcast),
           mNotifier(notifier),
           mPresentation(presentation) {}
@@ -42,14 +49,14 @@ std::vector<TargetRegion> BroadcastService::regionsOf(int32_t level, int32_t pri
     return regions;
 }
 
-/** The path that has the tuner; of a tuner at rest the main path. */
+/** The path that has the tuner; the main path if the tuner is at rest. */
 Presentation::Status BroadcastService::tuner() const {
     const auto path = mPresentation.tunerPath();
     if (path) return mPresentation.status(*path);
     return {Inputs::kTuner, QELTV_TUNING_STOPPED, QELTV_TUNING_NO_ERROR, std::nullopt};
 }
 
-/** Whether numbers have two parts: in list `list`, or where that is 0 in the current one. */
+/** Whether numbers have two parts: in list `list`, or in the current one if that is 0. */
 bool BroadcastService::isAtsc(int32_t list) const {
     if (list < 0 || list > int32_t{channel_ids::kMaximumList}) return false;
     const auto id = list != 0 ? static_cast<uint16_t>(list) : mPresentation.currentList();
@@ -195,25 +202,25 @@ Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_target_regions(
 
 Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_major_chan_no(
         int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_major_chan_no_cb reply) {
-    reply(isAtsc(list) ? 999 : 9999, kOk);
+    reply(isAtsc(list) ? kHighestAtscNumber : kHighestNumber, kOk);
     return Void();
 }
 
 Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_minor_chan_no(
         int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_minor_chan_no_cb reply) {
-    reply(isAtsc(list) ? 999 : 0, kOk);
+    reply(isAtsc(list) ? kHighestAtscNumber : 0, kOk);
     return Void();
 }
 
 Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_major_digits(
         int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_major_digits_cb reply) {
-    reply(isAtsc(list) ? 3 : 4, kOk);
+    reply(digitsOf(isAtsc(list) ? kHighestAtscNumber : kHighestNumber), kOk);
     return Void();
 }
 
 Return<void> BroadcastService::a_hidl_qeltvapi_broadcast_get_max_possible_minor_digits(
         int32_t list, a_hidl_qeltvapi_broadcast_get_max_possible_minor_digits_cb reply) {
-    reply(isAtsc(list) ? 3 : 0, kOk);
+    reply(isAtsc(list) ? digitsOf(kHighestAtscNumber) : 0, kOk);
     return Void();
 }
 

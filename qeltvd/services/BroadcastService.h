@@ -1,9 +1,9 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiBroadcast.h>
 #include <atomic>
 
 #include "ChannelDatabase.h"
-#include "Defaults.h"
 #include "Notifier.h"
 #include "Presentation.h"
 #include "ServiceTypes.h"
@@ -11,7 +11,7 @@
 namespace qeltvd {
 
 /** IQelTvApiBroadcast: the tuner as a viewer's application sees it. */
-class BroadcastService : public IQelTvApiBroadcastDefault {
+class BroadcastService : public Default<IQelTvApiBroadcast> {
   public:
     BroadcastService(const ChannelDatabase& channels, Broadcast& broadcast, Notifier& notifier,
                      Presentation& presentation);

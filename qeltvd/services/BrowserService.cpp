@@ -60,7 +60,7 @@ Bytes record(const RecordedItem& item) {
 }  // namespace
 
 BrowserService::BrowserService(const Clock& clock, Recorder& recorder)
-        : IQelTvApiPvrbrowserDefault(kUnsupported, false), mClock(clock), mRecorder(recorder) {}
+        : mClock(clock), mRecorder(recorder) {}
 
 BrowserService::Found BrowserService::find(const std::string& path) const {
     Found found{std::nullopt, kOk};

@@ -1,16 +1,16 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiPvrbrowser.h>
 #include <optional>
 
 #include "Clock.h"
-#include "Defaults.h"
 #include "Recorder.h"
 #include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiPvrbrowser over the list of finished recordings, the oldest first. */
-class BrowserService : public IQelTvApiPvrbrowserDefault {
+class BrowserService : public Default<IQelTvApiPvrbrowser> {
   public:
     BrowserService(const Clock& clock, Recorder& recorder);
 

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiCec.h>
+
 #include "Code.h"
-#include "Defaults.h"
 #include "ServiceTypes.h"
 #include "Settings.h"
 #include "Stored.h"
@@ -10,10 +11,9 @@
 namespace qeltvd {
 
 /** IQelTvApiCec: a sound system with eARC is connected, and is used when that is switched on. */
-class CecService : public IQelTvApiCecDefault {
+class CecService : public Default<IQelTvApiCec> {
   public:
-    explicit CecService(Settings& settings)
-            : IQelTvApiCecDefault(kUnsupported, false), mSettings(settings) {}
+    explicit CecService(Settings& settings) : mSettings(settings) {}
 
     Return<bool> a_hidl_qeltvapi_get_earc_caps() override { return true; }
 

@@ -184,7 +184,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_add_tail(uint32_t favouri
     });
 }
 
-/** Of a favourite list, a service list, the channels whose flags under the mask have the value. */
+/** The channels of a favourite list or a service list whose flags under the mask have the value. */
 Return<int32_t> Service::a_hidl_qeltvapi_favorite_list_add_all(uint32_t favouriteList,
                                                                uint32_t list, uint32_t mask,
                                                                uint32_t value) {

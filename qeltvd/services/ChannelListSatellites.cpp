@@ -338,7 +338,7 @@ Return<int32_t> Service::a_hidl_qeltvapi_bisskey_is_same_record(const Bytes& rec
     return memcmp(&*one, &*other, sizeof(*one)) == 0 ? 1 : 0;
 }
 
-/** For the transponder and service of the current channel where that is a satellite's. */
+/** For the transponder and service of the current channel if that is a satellite's. */
 Return<void> Service::a_hidl_qeltvapi_bisskey_get_default_record(
         a_hidl_qeltvapi_bisskey_get_default_record_cb reply) {
     BissKey key;

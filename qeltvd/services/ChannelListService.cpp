@@ -103,10 +103,7 @@ Result<size_t> fillBlocks(const Handle& svl, const Handle& tsl, uint64_t count, 
 
 ChannelListService::ChannelListService(ChannelDatabase& channels, const ConfigItems& config,
                                        Notifier& notifier)
-        : IQelTvApiChannelListDefault(kUnsupported, false),
-          mChannels(channels),
-          mConfig(config),
-          mNotifier(notifier) {
+        : mChannels(channels), mConfig(config), mNotifier(notifier) {
     mChannels.addListener([this](const ChannelChange& change) { notify(change); });
 }
 
@@ -642,7 +639,7 @@ Return<void> Service::a_hidl_qeltvapi_channellist_get_channellist_by_query_info(
     return Void();
 }
 
-/** Of a broadcast type only when it is not 0; the last value is ignored. */
+/** Only channels of the broadcast type if that is not 0; the last value is ignored. */
 Return<int32_t> Service::a_hidl_qeltvapi_channellist_svl_tsl_lol_clean(uint32_t list,
                                                                        uint32_t broadcast,
                                                                        uint32_t) {

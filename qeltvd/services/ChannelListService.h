@@ -1,5 +1,6 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiChannelList.h>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -11,7 +12,6 @@
 #include "ChannelSnapshots.h"
 #include "ConfigItems.h"
 #include "DatabaseLocks.h"
-#include "Defaults.h"
 #include "Notifier.h"
 #include "ServiceTypes.h"
 
@@ -22,7 +22,7 @@ namespace qeltvd {
  * to the service stands at each method in the source files and, for clients, in README.md and
  * layouts/channel_records.h.
  */
-class ChannelListService : public IQelTvApiChannelListDefault {
+class ChannelListService : public Default<IQelTvApiChannelList> {
   public:
     ChannelListService(ChannelDatabase& channels, const ConfigItems& config, Notifier& notifier);
 

@@ -17,7 +17,7 @@ constexpr uint32_t kFirstKind = 0;
 }  // namespace
 
 CiService::CiService(Cam& cam, Presentation& presentation)
-        : IQelTvApiCIDefault(kUnsupported, false), mCam(cam), mPresentation(presentation) {}
+        : mCam(cam), mPresentation(presentation) {}
 
 /** The caller takes the whole answer, so one that does not fit into its buffer is none. */
 Return<void> CiService::a_hidl_qeltvapi_ci_get(int32_t type, uint32_t value, const Bytes&,

@@ -1,14 +1,15 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiCI.h>
+
 #include "Cam.h"
-#include "Defaults.h"
 #include "Presentation.h"
 #include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiCI over the CAM. */
-class CiService : public IQelTvApiCIDefault {
+class CiService : public Default<IQelTvApiCI> {
   public:
     CiService(Cam& cam, Presentation& presentation);
 

@@ -5,16 +5,15 @@
 #include "Blocks.h"
 #include "Code.h"
 #include "Stored.h"
+#include "layouts/config.h"
 
 namespace qeltvd {
 
 namespace {
 
-/** Bit of the setters' flags: changes the item without a notification. */
-constexpr int32_t kQuiet = 1;
-
-/** First value of a change notification: an item has a new value. */
-constexpr int32_t kValueChanged = 1;
+Audience audienceOf(uint32_t flags) {
+    return (flags & QELTV_CONFIG_QUIET) != 0 ? Audience::kTelevision : Audience::kEveryone;
+}
 
 /** Minimum and maximum in one word: the maximum in the high half, both as 16-bit numbers. */
 uint32_t packed(int32_t minimum, int32_t maximum) {
@@ -26,13 +25,9 @@ uint32_t packed(int32_t minimum, int32_t maximum) {
 
 ConfigService::ConfigService(ConfigItems& config, Notifier& notifier, PinLock& pin,
                              Presentation& presentation)
-        : IQelTvApiConfigDefault(kUnsupported, false),
-          mConfig(config),
-          mNotifier(notifier),
-          mPin(pin),
-          mPresentation(presentation) {
-    config.addListener([this](const ConfigItems::Item& item, bool quiet) {
-        if (!quiet) changed(item);
+        : mConfig(config), mNotifier(notifier), mPin(pin), mPresentation(presentation) {
+    config.addListener([this](const ConfigItems::Item& item, Audience audience) {
+        if (audience == Audience::kEveryone) changed(item);
     });
 }
 
@@ -82,7 +77,7 @@ Return<int32_t> ConfigService::a_hidl_qeltvapi_config_reset_values(uint32_t sele
 
 Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
         const String& name, a_hidl_qeltvapi_config_get_str_value_cb reply) {
-    const auto item = mConfig.find(ConfigItems::kAnyGroup, name);
+    const auto item = mConfig.find(QELTV_CONFIG_ANY_GROUP, name);
     if (item && item->isText) {
         reply(item->text, static_cast<uint32_t>(item->text.size()), kOk);
     } else {
@@ -93,19 +88,19 @@ Return<void> ConfigService::a_hidl_qeltvapi_config_get_str_value(
 
 Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value(const String& name,
                                                                     const String& value) {
-    return setText(name, value, false);
+    return setText(name, value, Audience::kEveryone);
 }
 
 /** The extra word is the flags that set_value has. */
 Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_str_value_ex(const String& name,
                                                                        const String& value,
                                                                        uint32_t extra) {
-    return setText(name, value, (extra & kQuiet) != 0);
+    return setText(name, value, audienceOf(extra));
 }
 
 Return<int32_t> ConfigService::a_hidl_qeltvapi_config_add_value_changed_callback(
         const String& name) {
-    if (!mConfig.find(ConfigItems::kAnyGroup, name)) return kNotFound;
+    if (!mConfig.find(QELTV_CONFIG_ANY_GROUP, name)) return kNotFound;
     std::lock_guard<std::mutex> guard(mLock);
     mWatched.insert(name);
     return kOk;
@@ -117,7 +112,7 @@ Return<int32_t> ConfigService::a_hidl_qeltvapi_config_remove_value_changed_callb
     return mWatched.erase(name) != 0 ? kOk : kNotFound;
 }
 
-/** One character for each value that the item can take, '1' where it can be chosen now. */
+/** One character for each value that the item can take, '1' if it can be chosen now. */
 Return<void> ConfigService::a_hidl_qeltvapi_config_get_items_enabled(
         uint32_t selector, const String& name, a_hidl_qeltvapi_config_get_items_enabled_cb reply) {
     const auto item = mConfig.find(selector, name);
@@ -160,13 +155,16 @@ Return<int32_t> ConfigService::a_hidl_qeltvapi_config_set_value_for_all_elems(ui
 
 int32_t ConfigService::set(uint32_t selector, const std::string& name, int32_t value,
                            int32_t flags) {
-    return stored([&] { return mConfig.set(selector, name, value, (flags & kQuiet) != 0); });
+    return stored([&] {
+        return mConfig.set(selector, name, value, audienceOf(static_cast<uint32_t>(flags)));
+    });
 }
 
-int32_t ConfigService::setText(const std::string& name, const std::string& value, bool quiet) {
+int32_t ConfigService::setText(const std::string& name, const std::string& value,
+                               Audience audience) {
     // Only written: a right PIN has to come before it, and nobody can read the new one.
     if (name == "parental.pin") return mPin.change(value);
-    return stored([&] { return mConfig.setText(name, value, quiet); });
+    return stored([&] { return mConfig.setText(name, value, audience); });
 }
 
 void ConfigService::changed(const ConfigItems::Item& item) {
@@ -174,8 +172,8 @@ void ConfigService::changed(const ConfigItems::Item& item) {
         std::lock_guard<std::mutex> guard(mLock);
         if (mWatched.count(item.name) == 0) return;
     }
-    mNotifier.notify(&IQelTvApiCallback::a_hidl_config_update_nfy_fct, kValueChanged, uint64_t{0},
-                     uint64_t{item.group}, String(item.name),
+    mNotifier.notify(&IQelTvApiCallback::a_hidl_config_update_nfy_fct, QELTV_CONFIG_VALUE_CHANGED,
+                     uint64_t{0}, uint64_t{item.group}, String(item.name),
                      static_cast<uint64_t>(int64_t{item.value}), uint64_t{0});
 }
 

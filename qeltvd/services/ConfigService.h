@@ -1,11 +1,11 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiConfig.h>
 #include <mutex>
 #include <set>
 #include <string>
 
 #include "ConfigItems.h"
-#include "Defaults.h"
 #include "Notifier.h"
 #include "PinLock.h"
 #include "Presentation.h"
@@ -14,7 +14,7 @@
 namespace qeltvd {
 
 /** IQelTvApiConfig over the settings in the store. */
-class ConfigService : public IQelTvApiConfigDefault {
+class ConfigService : public Default<IQelTvApiConfig> {
   public:
     ConfigService(ConfigItems& config, Notifier& notifier, PinLock& pin,
                   Presentation& presentation);
@@ -54,7 +54,7 @@ class ConfigService : public IQelTvApiConfigDefault {
 
   private:
     int32_t set(uint32_t selector, const std::string& name, int32_t value, int32_t flags);
-    int32_t setText(const std::string& name, const std::string& value, bool quiet);
+    int32_t setText(const std::string& name, const std::string& value, Audience audience);
     /** Notifies clients of a change of an item that is watched. */
     void changed(const ConfigItems::Item& item);
 

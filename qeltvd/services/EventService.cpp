@@ -49,7 +49,7 @@ uint16_t lengthOf(const std::string& text) {
     return static_cast<uint16_t>(std::min<size_t>(text.size(), UINT16_MAX));
 }
 
-/** Answers with what `make` makes of the event, or with zeros where there is none. */
+/** Answers with what `make` makes of the event, or with zeros if there is none. */
 template <class Make, class Reply>
 void answer(const std::optional<Event>& event, int32_t room, const Make& make, const Reply& reply) {
     if (!serves(room)) {
@@ -65,12 +65,7 @@ void answer(const std::optional<Event>& event, int32_t room, const Make& make, c
 
 EventService::EventService(const ChannelDatabase& channels, const Clock& clock,
                            const ConfigItems& config, Guide& guide, const Ratings& ratings)
-        : IQelTvApiEventDefault(kUnsupported, false),
-          mChannels(channels),
-          mClock(clock),
-          mConfig(config),
-          mGuide(guide),
-          mRatings(ratings) {}
+        : mChannels(channels), mClock(clock), mConfig(config), mGuide(guide), mRatings(ratings) {}
 
 std::optional<Event> EventService::find(int32_t channel, int32_t event) const {
     if (event < 0 || event > UINT16_MAX) return std::nullopt;

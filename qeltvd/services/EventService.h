@@ -1,9 +1,10 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiEvent.h>
+
 #include "ChannelDatabase.h"
 #include "Clock.h"
 #include "ConfigItems.h"
-#include "Defaults.h"
 #include "Guide.h"
 #include "Ratings.h"
 #include "ServiceTypes.h"
@@ -11,7 +12,7 @@
 namespace qeltvd {
 
 /** IQelTvApiEvent over the guide. */
-class EventService : public IQelTvApiEventDefault {
+class EventService : public Default<IQelTvApiEvent> {
   public:
     EventService(const ChannelDatabase& channels, const Clock& clock, const ConfigItems& config,
                  Guide& guide, const Ratings& ratings);

@@ -20,9 +20,7 @@ uint8_t mhlPort() {
 }  // namespace
 
 InputSrcService::InputSrcService(Inputs& inputs, Presentation& presentation)
-        : IQelTvApiInputSrcDefault(kUnsupported, false),
-          mInputs(inputs),
-          mPresentation(presentation) {}
+        : mInputs(inputs), mPresentation(presentation) {}
 
 /** A name in a form; a QELTV_NAME_FORM that there is not is refused. */
 template <class Reply>
@@ -69,10 +67,10 @@ Return<uint8_t> InputSrcService::a_hidl_qeltvapi_inputsource_get_sourcetotalnum(
 
 Return<void> InputSrcService::a_hidl_qeltvapi_inputsource_get_sharepinrec_byidx(
         int32_t idx, a_hidl_qeltvapi_inputsource_get_sharepinrec_byidx_cb reply) {
-    int32_t left = idx;
+    int32_t next = 0;
     for (uint8_t a = 0; Inputs::exists(a); ++a) {
         for (uint8_t b = a; Inputs::exists(b); ++b) {
-            if (!Inputs::conflict(a, b) || left-- != 0) continue;
+            if (!Inputs::conflict(a, b) || next++ != idx) continue;
             reply({a, b}, kOk);
             return Void();
         }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Defaults.h"
+#include <qeltvapi/service/IQelTvApiInputSrc.h>
+
 #include "Inputs.h"
 #include "Presentation.h"
 #include "ServiceTypes.h"
@@ -8,7 +9,7 @@
 namespace qeltvd {
 
 /** IQelTvApiInputSrc: the sockets, and which of them is shown. */
-class InputSrcService : public IQelTvApiInputSrcDefault {
+class InputSrcService : public Default<IQelTvApiInputSrc> {
   public:
     InputSrcService(Inputs& inputs, Presentation& presentation);
 

@@ -38,37 +38,45 @@ Return<int32_t> MainService::a_hidl_c_svctx_close(uint32_t ctx) {
     return mModels.presentation.closeContext(ctx);
 }
 
-Return<void> MainService::a_hidl_c_svctx_get_64(uint32_t ctx, uint32_t type, const Bytes& /*buf*/,
+Return<void> MainService::a_hidl_c_svctx_get_64(uint32_t ctx, uint32_t type, const Bytes& buf,
                                                 a_hidl_c_svctx_get_64_cb reply) {
     const auto path = mModels.presentation.pathOfContext(ctx);
     if (!path) {
         reply({}, kNotFound);
         return Void();
     }
+    // A client without room for the attribute takes nothing, and learns of it by the code alone.
+    const auto answer = [&](const Bytes& data) {
+        const bool fits = data.size() <= buf.size();
+        reply(fits ? data : Bytes(), fits ? kOk : kBadValue);
+    };
     const Presentation::Status status = mModels.presentation.status(*path);
     switch (type) {
         case QELTV_CONTEXT_PATH:
-            reply(textBytes(*path == Presentation::kMain ? "main" : "sub"), kOk);
+            answer(textBytes(*path == Presentation::kMain ? "main" : "sub"));
             break;
         case QELTV_CONTEXT_CHANNEL:
-            reply(wordBytes({status.channel ? status.channel->channelId : 0}), kOk);
+            answer(wordBytes({status.channel ? status.channel->channelId : 0}));
             break;
         case QELTV_CONTEXT_STATUS:
-            reply(wordBytes({static_cast<uint32_t>(status.status),
-                             static_cast<uint32_t>(status.error)}),
-                  kOk);
+            answer(wordBytes(
+                    {static_cast<uint32_t>(status.status), static_cast<uint32_t>(status.error)}));
             break;
         case QELTV_CONTEXT_SOURCE:
-            reply(wordBytes({static_cast<uint32_t>(status.source)}), kOk);
+            answer(wordBytes({static_cast<uint32_t>(status.source)}));
             break;
         case QELTV_CONTEXT_NAME:
-            reply(textBytes(status.channel ? status.channel->name
-                                           : mModels.inputs.name(status.source, QELTV_NAME_PLAIN)),
-                  kOk);
+            answer(textBytes(status.channel
+                                     ? status.channel->name
+                                     : mModels.inputs.name(status.source, QELTV_NAME_PLAIN)));
             break;
         default: {
             const auto block = mModels.presentation.block(ctx, type);
-            reply(block ? Bytes(*block) : Bytes(), block ? kOk : kNotFound);
+            if (block) {
+                answer(Bytes(*block));
+            } else {
+                reply({}, kNotFound);
+            }
         }
     }
     return Void();

@@ -43,8 +43,8 @@ Return<int32_t> MainService::a_hidl_qeltvapi_screenmode_set_screen_mode(int32_t 
 
 Return<void> MainService::a_hidl_qeltvapi_screenmode_get_all_screen_mode(
         uint32_t capacity, a_hidl_qeltvapi_screenmode_get_all_screen_mode_cb reply) {
-    const auto modes = Picture::screenModes(showsInput());
-    reply(atMost(modes, capacity), static_cast<uint32_t>(modes.size()), kOk);
+    const auto modes = atMost(Picture::screenModes(showsInput()), capacity);
+    reply(modes, static_cast<uint32_t>(modes.size()), kOk);
     return Void();
 }
 

@@ -72,11 +72,10 @@ std::optional<Fault> faultIn(std::vector<std::string> words) {
 }  // namespace
 
 MainService::MainService(const Models& models, Switchboard& switchboard)
-        : IQelTvApiDefault(kUnsupported, false), mModels(models), mSwitchboard(switchboard) {}
+        : mModels(models), mSwitchboard(switchboard) {}
 
 Return<void> MainService::a_hidl_registerCallbackHandler(
         const android::sp<IQelTvApiCallback>& callback) {
-    // The transaction has the pid; a call of the object could wait for the client without a limit.
     if (callback != nullptr) {
         mModels.notifier.add(callback, android::hardware::IPCThreadState::self()->getCallingPid());
     }

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApi.h>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "ClientWriter.h"
-#include "Defaults.h"
 #include "ServiceTypes.h"
 #include "Switchboard.h"
 #include "layouts/presentation.h"
@@ -38,7 +38,7 @@ class Upgrade;
  * belongs to none: the clients' callback objects, and the control of the television by tests and
  * tools, which is the interface's debug().
  */
-class MainService : public IQelTvApiDefault {
+class MainService : public Default<IQelTvApi> {
   public:
     /** What the families of the interface work on. */
     struct Models {

@@ -4,8 +4,7 @@
 
 namespace qeltvd {
 
-MultiviewService::MultiviewService(Presentation& presentation)
-        : IQelTvApiMultiviewDefault(kUnsupported, false), mPresentation(presentation) {}
+MultiviewService::MultiviewService(Presentation& presentation) : mPresentation(presentation) {}
 
 Return<int32_t> MultiviewService::a_hidl_qeltvapi_multiview_getPOPTunerFocus() {
     const auto path = mPresentation.tunerPath();

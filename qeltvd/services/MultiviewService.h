@@ -1,15 +1,15 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiMultiview.h>
 #include <atomic>
 
-#include "Defaults.h"
 #include "Presentation.h"
 #include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiMultiview: two pictures at a time. */
-class MultiviewService : public IQelTvApiMultiviewDefault {
+class MultiviewService : public Default<IQelTvApiMultiview> {
   public:
     explicit MultiviewService(Presentation& presentation);
 

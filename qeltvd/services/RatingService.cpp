@@ -23,10 +23,7 @@ HIDL_T_RATING_MAP_TO_G mapOf(const RatingText& text) {
 }  // namespace
 
 RatingService::RatingService(const ChannelDatabase& channels, Guide& guide, Ratings& ratings)
-        : IQelTvApiRatingDefault(kUnsupported, false),
-          mChannels(channels),
-          mGuide(guide),
-          mRatings(ratings) {}
+        : mChannels(channels), mGuide(guide), mRatings(ratings) {}
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_setting_info(
         a_hidl_qeltvapi_rating_get_us_tv_setting_info_cb reply) {
@@ -55,82 +52,82 @@ Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_tv_setting_info(
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_movie_setting_info(
         a_hidl_qeltvapi_rating_get_us_movie_setting_info_cb reply) {
-    reply(mRatings.get(Ratings::kUsMovie), kOk);
+    reply(mRatings.get(Ratings::Setting::kUsMovie), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_us_movie_setting_info(uint8_t value) {
-    return mRatings.set(Ratings::kUsMovie, value);
+    return mRatings.set(Ratings::Setting::kUsMovie, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_can_eng_setting_info(
         a_hidl_qeltvapi_rating_get_can_eng_setting_info_cb reply) {
-    reply(mRatings.get(Ratings::kCanadaEnglish), kOk);
+    reply(mRatings.get(Ratings::Setting::kCanadaEnglish), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_can_eng_setting_info(uint8_t value) {
-    return mRatings.set(Ratings::kCanadaEnglish, value);
+    return mRatings.set(Ratings::Setting::kCanadaEnglish, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_can_fre_setting_info(
         a_hidl_qeltvapi_rating_get_can_fre_setting_info_cb reply) {
-    reply(mRatings.get(Ratings::kCanadaFrench), kOk);
+    reply(mRatings.get(Ratings::Setting::kCanadaFrench), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_can_fre_setting_info(uint8_t value) {
-    return mRatings.set(Ratings::kCanadaFrench, value);
+    return mRatings.set(Ratings::Setting::kCanadaFrench, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_isdb_content_setting_info(
         a_hidl_qeltvapi_rating_get_isdb_content_setting_info_cb reply) {
-    reply(mRatings.get(Ratings::kIsdbContent), kOk);
+    reply(mRatings.get(Ratings::Setting::kIsdbContent), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_isdb_content_setting_info(uint8_t value) {
-    return mRatings.set(Ratings::kIsdbContent, value);
+    return mRatings.set(Ratings::Setting::kIsdbContent, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_isdb_age_setting_info(
         a_hidl_qeltvapi_rating_get_isdb_age_setting_info_cb reply) {
-    reply(mRatings.get(Ratings::kIsdbAge), kOk);
+    reply(mRatings.get(Ratings::Setting::kIsdbAge), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_isdb_age_setting_info(uint8_t value) {
-    return mRatings.set(Ratings::kIsdbAge, value);
+    return mRatings.set(Ratings::Setting::kIsdbAge, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_dvb_age_setting_info(
         a_hidl_qeltvapi_rating_get_dvb_age_setting_info_cb reply) {
-    reply(mRatings.get(Ratings::kDvbAge), kOk);
+    reply(mRatings.get(Ratings::Setting::kDvbAge), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_dvb_age_setting_info(uint8_t value) {
-    return mRatings.set(Ratings::kDvbAge, value);
+    return mRatings.set(Ratings::Setting::kDvbAge, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_block_unrated(
         a_hidl_qeltvapi_rating_get_block_unrated_cb reply) {
-    reply(mRatings.get(Ratings::kBlockUnrated), kOk);
+    reply(mRatings.get(Ratings::Setting::kBlockUnrated), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_block_unrated(bool on) {
-    return mRatings.set(Ratings::kBlockUnrated, on);
+    return mRatings.set(Ratings::Setting::kBlockUnrated, on);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_enable(
         a_hidl_qeltvapi_rating_get_enable_cb reply) {
-    reply(mRatings.get(Ratings::kEnable), kOk);
+    reply(mRatings.get(Ratings::Setting::kEnable), kOk);
     return Void();
 }
 
 Return<int32_t> RatingService::a_hidl_qeltvapi_rating_set_enable(uint8_t value) {
-    return mRatings.set(Ratings::kEnable, value);
+    return mRatings.set(Ratings::Setting::kEnable, value);
 }
 
 Return<void> RatingService::a_hidl_qeltvapi_rating_get_us_tv_group_by_child(

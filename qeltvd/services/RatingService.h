@@ -1,7 +1,8 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiRating.h>
+
 #include "ChannelDatabase.h"
-#include "Defaults.h"
 #include "Guide.h"
 #include "Ratings.h"
 #include "ServiceTypes.h"
@@ -9,7 +10,7 @@
 namespace qeltvd {
 
 /** IQelTvApiRating over the rating lock. */
-class RatingService : public IQelTvApiRatingDefault {
+class RatingService : public Default<IQelTvApiRating> {
   public:
     RatingService(const ChannelDatabase& channels, Guide& guide, Ratings& ratings);
 

@@ -7,7 +7,7 @@
 namespace qeltvd {
 
 RecordService::RecordService(const ChannelDatabase& channels, Recorder& recorder)
-        : IQelTvApiRecordDefault(kUnsupported, false), mChannels(channels), mRecorder(recorder) {}
+        : mChannels(channels), mRecorder(recorder) {}
 
 Return<int32_t> RecordService::a_hidl_qeltvapi_pvr_set_event(uint32_t event, uint32_t value) {
     return mRecorder.command(event, value);

@@ -1,14 +1,15 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiRecord.h>
+
 #include "ChannelDatabase.h"
-#include "Defaults.h"
 #include "Recorder.h"
 #include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiRecord over the recorder. */
-class RecordService : public IQelTvApiRecordDefault {
+class RecordService : public Default<IQelTvApiRecord> {
   public:
     RecordService(const ChannelDatabase& channels, Recorder& recorder);
 

@@ -40,8 +40,7 @@ std::string counted(int32_t count, const char* what) {
 ScanService::ScanService(const ChannelDatabase& channels, const ConfigItems& config,
                          const Ratings& ratings, Scanner& scanner,
                          std::function<Code(uint32_t)> goTo)
-        : IQelTvApiScanDefault(kUnsupported, false),
-          mChannels(channels),
+        : mChannels(channels),
           mConfig(config),
           mRatings(ratings),
           mScanner(scanner),

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiScan.h>
+
 #include "ChannelDatabase.h"
 #include "ConfigItems.h"
-#include "Defaults.h"
 #include "Ratings.h"
 #include "Scanner.h"
 #include "ServiceTypes.h"
@@ -10,7 +11,7 @@
 namespace qeltvd {
 
 /** IQelTvApiScan over the scanner. */
-class ScanService : public IQelTvApiScanDefault {
+class ScanService : public Default<IQelTvApiScan> {
   public:
     ScanService(const ChannelDatabase& channels, const ConfigItems& config, const Ratings& ratings,
                 Scanner& scanner, std::function<Code(uint32_t channelId)> goTo);

@@ -2,10 +2,15 @@
 
 #include <hidl/HidlSupport.h>
 #include <hidl/Status.h>
+#include <qeltvapi/service/service.h>
+#include <vendor/qelnova/tv/qeltvapi/1.0/types.h>
 
 #include "Result.h"
 
 namespace qeltvd {
+
+using namespace ::vendor::qelnova::tv::qeltvapi::V1_0;
+using qeltvapi::service::Default;
 
 // The platform's types that the methods of all services name.
 

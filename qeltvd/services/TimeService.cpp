@@ -40,7 +40,7 @@ uint16_t bcd(unsigned value) {
 }  // namespace
 
 TimeService::TimeService(Clock& clock, SleepTimer& sleepTimer)
-        : IQelTvApiTimeDefault(kUnsupported, false), mClock(clock), mSleepTimer(sleepTimer) {}
+        : mClock(clock), mSleepTimer(sleepTimer) {}
 
 Return<void> TimeService::a_hidl_qeltvapi_time_get_utc_time(
         uint16_t, a_hidl_qeltvapi_time_get_utc_time_cb reply) {

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiTime.h>
+
 #include "Clock.h"
-#include "Defaults.h"
 #include "ServiceTypes.h"
 
 namespace qeltvd {
 
 /** IQelTvApiTime over the clock and the sleep timer. */
-class TimeService : public IQelTvApiTimeDefault {
+class TimeService : public Default<IQelTvApiTime> {
   public:
     TimeService(Clock& clock, SleepTimer& sleepTimer);
 

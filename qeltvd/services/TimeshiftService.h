@@ -1,17 +1,17 @@
 #pragma once
 
+#include <qeltvapi/service/IQelTvApiTimeshift.h>
+
 #include "Code.h"
-#include "Defaults.h"
 #include "ServiceTypes.h"
 #include "Timeshift.h"
 
 namespace qeltvd {
 
 /** IQelTvApiTimeshift over the timeshift. */
-class TimeshiftService : public IQelTvApiTimeshiftDefault {
+class TimeshiftService : public Default<IQelTvApiTimeshift> {
   public:
-    explicit TimeshiftService(Timeshift& timeshift)
-            : IQelTvApiTimeshiftDefault(kUnsupported, false), mShift(timeshift) {}
+    explicit TimeshiftService(Timeshift& timeshift) : mShift(timeshift) {}
 
     Return<int32_t> a_hidl_qeltvapi_timeshift_get_registerdevice_schedule() override {
         return mShift.progress();

@@ -42,44 +42,44 @@ constexpr Default disabled(Default item) {
 
 // A set for Europe as it leaves the factory.
 constexpr Default kDefaults[] = {
-        integer("picture.backlight", ConfigItems::kPicture, 0, 100, 80),
-        integer("picture.brightness", ConfigItems::kPicture, 0, 100, 50),
-        integer("picture.contrast", ConfigItems::kPicture, 0, 100, 85),
-        integer("picture.saturation", ConfigItems::kPicture, 0, 100, 50),
-        integer("picture.hue", ConfigItems::kPicture, -50, 50, 0),
-        integer("picture.sharpness", ConfigItems::kPicture, 0, 20, 10),
-        integer("picture.color_temperature", ConfigItems::kPicture, 0, 3, 1),
-        integer("picture.noise_reduction", ConfigItems::kPicture, 0, 4, 4),
-        integer("picture.dynamic_contrast", ConfigItems::kPicture, 0, 3, 1),
-        disabled(integer("picture.gamma", ConfigItems::kPicture, -4, 4, 0)),
-        integer("sound.balance", ConfigItems::kSound, -50, 50, 0),
-        integer("sound.bass", ConfigItems::kSound, -50, 50, 0),
-        integer("sound.treble", ConfigItems::kSound, -50, 50, 0),
-        integer("sound.surround", ConfigItems::kSound, 0, 1, 0),
-        integer("sound.auto_volume", ConfigItems::kSound, 0, 1, 1),
-        integer("sound.audio_delay_ms", ConfigItems::kSound, 0, 250, 0),
-        integer("sound.spdif_mode", ConfigItems::kSound, 0, 3, 0),
-        text("sound.audio_language", ConfigItems::kSound, "eng"),
-        text("sound.subtitle_language", ConfigItems::kSound, "eng"),
-        text("channels.region", ConfigItems::kChannels, "dvb-t/de-Berlin dvb-s/Astra-1N-19.2E"),
-        text("channels.country", ConfigItems::kChannels, "DEU"),
-        integer("channels.tuner_mode", ConfigItems::kChannels, 0, 2, 0),
-        integer("channels.auto_update", ConfigItems::kChannels, 0, 1, 1),
-        integer("channels.lcn", ConfigItems::kChannels, 0, 1, 1),
-        integer("parental.rating_lock", ConfigItems::kParental, 0, 1, 0),
-        integer("parental.age", ConfigItems::kParental, 0, 18, 0),
-        integer("parental.input_lock", ConfigItems::kParental, 0, 1, 0),
-        text("system.menu_language", ConfigItems::kSystem, "eng"),
-        text("system.model", ConfigItems::kSystem, "Reference television"),
-        hidden(text("system.serial", ConfigItems::kSystem, "QT-000001")),
-        text("system.time_zone", ConfigItems::kSystem, "Europe/Berlin"),
-        integer("system.power_on_source", ConfigItems::kSystem, 0, 8, 0),
-        integer("system.standby_minutes", ConfigItems::kSystem, 0, 480, 240),
-        integer("system.store_mode", ConfigItems::kSystem, 0, 1, 0),
-        hidden(integer("system.factory_mode", ConfigItems::kSystem, 0, 1, 0)),
-        text("network.name", ConfigItems::kNetwork, "television"),
-        integer("network.wake_on_lan", ConfigItems::kNetwork, 0, 1, 0),
-        integer("network.hbbtv", ConfigItems::kNetwork, 0, 1, 1),
+        integer("picture.backlight", QELTV_CONFIG_PICTURE, 0, 100, 80),
+        integer("picture.brightness", QELTV_CONFIG_PICTURE, 0, 100, 50),
+        integer("picture.contrast", QELTV_CONFIG_PICTURE, 0, 100, 85),
+        integer("picture.saturation", QELTV_CONFIG_PICTURE, 0, 100, 50),
+        integer("picture.hue", QELTV_CONFIG_PICTURE, -50, 50, 0),
+        integer("picture.sharpness", QELTV_CONFIG_PICTURE, 0, 20, 10),
+        integer("picture.color_temperature", QELTV_CONFIG_PICTURE, 0, 3, 1),
+        integer("picture.noise_reduction", QELTV_CONFIG_PICTURE, 0, 4, 4),
+        integer("picture.dynamic_contrast", QELTV_CONFIG_PICTURE, 0, 3, 1),
+        disabled(integer("picture.gamma", QELTV_CONFIG_PICTURE, -4, 4, 0)),
+        integer("sound.balance", QELTV_CONFIG_SOUND, -50, 50, 0),
+        integer("sound.bass", QELTV_CONFIG_SOUND, -50, 50, 0),
+        integer("sound.treble", QELTV_CONFIG_SOUND, -50, 50, 0),
+        integer("sound.surround", QELTV_CONFIG_SOUND, 0, 1, 0),
+        integer("sound.auto_volume", QELTV_CONFIG_SOUND, 0, 1, 1),
+        integer("sound.audio_delay_ms", QELTV_CONFIG_SOUND, 0, 250, 0),
+        integer("sound.spdif_mode", QELTV_CONFIG_SOUND, 0, 3, 0),
+        text("sound.audio_language", QELTV_CONFIG_SOUND, "eng"),
+        text("sound.subtitle_language", QELTV_CONFIG_SOUND, "eng"),
+        text("channels.region", QELTV_CONFIG_CHANNELS, "dvb-t/de-Berlin dvb-s/Astra-1N-19.2E"),
+        text("channels.country", QELTV_CONFIG_CHANNELS, "DEU"),
+        integer("channels.tuner_mode", QELTV_CONFIG_CHANNELS, 0, 2, 0),
+        integer("channels.auto_update", QELTV_CONFIG_CHANNELS, 0, 1, 1),
+        integer("channels.lcn", QELTV_CONFIG_CHANNELS, 0, 1, 1),
+        integer("parental.rating_lock", QELTV_CONFIG_PARENTAL, 0, 1, 0),
+        integer("parental.age", QELTV_CONFIG_PARENTAL, 0, 18, 0),
+        integer("parental.input_lock", QELTV_CONFIG_PARENTAL, 0, 1, 0),
+        text("system.menu_language", QELTV_CONFIG_SYSTEM, "eng"),
+        text("system.model", QELTV_CONFIG_SYSTEM, "Reference television"),
+        hidden(text("system.serial", QELTV_CONFIG_SYSTEM, "QT-000001")),
+        text("system.time_zone", QELTV_CONFIG_SYSTEM, "Europe/Berlin"),
+        integer("system.power_on_source", QELTV_CONFIG_SYSTEM, 0, 8, 0),
+        integer("system.standby_minutes", QELTV_CONFIG_SYSTEM, 0, 480, 240),
+        integer("system.store_mode", QELTV_CONFIG_SYSTEM, 0, 1, 0),
+        hidden(integer("system.factory_mode", QELTV_CONFIG_SYSTEM, 0, 1, 0)),
+        text("network.name", QELTV_CONFIG_NETWORK, "television"),
+        integer("network.wake_on_lan", QELTV_CONFIG_NETWORK, 0, 1, 0),
+        integer("network.hbbtv", QELTV_CONFIG_NETWORK, 0, 1, 1),
 };
 
 /** A condition for items whose text an older television has stored without a limit. */
@@ -140,15 +140,16 @@ ConfigItems::ConfigItems(Store& store) : mStore(store) {
 std::optional<ConfigItems::Item> ConfigItems::find(uint32_t selector,
                                                    const std::string& name) const {
     if (name == kNames) {
-        if (selector != kAnyGroup && selector != kSystem) return std::nullopt;
+        if (selector != QELTV_CONFIG_ANY_GROUP && selector != QELTV_CONFIG_SYSTEM)
+            return std::nullopt;
         std::string all;
         for (const std::string& each : names()) all += (all.empty() ? "" : " ") + each;
-        return Item{kNames, kSystem, true, 0, 0, 0, all, false, false};
+        return Item{kNames, QELTV_CONFIG_SYSTEM, true, 0, 0, 0, all, false, false};
     }
     Store::Statement row(mStore, (kColumns + "WHERE name = ?").c_str());
     if (!row.bind(name).step()) return std::nullopt;
     Item item = read(row);
-    if (selector != kAnyGroup && selector != item.group) return std::nullopt;
+    if (selector != QELTV_CONFIG_ANY_GROUP && selector != item.group) return std::nullopt;
     return item;
 }
 
@@ -159,7 +160,8 @@ std::vector<std::string> ConfigItems::names() const {
     return names;
 }
 
-Code ConfigItems::set(uint32_t selector, const std::string& name, int32_t value, bool quiet) {
+Code ConfigItems::set(uint32_t selector, const std::string& name, int32_t value,
+                      Audience audience) {
     auto item = find(selector, name);
     if (!item || item->isText) return kNotFound;
     if (!item->enabled) return kRefused;
@@ -170,12 +172,12 @@ Code ConfigItems::set(uint32_t selector, const std::string& name, int32_t value,
             .bind(name)
             .run();
     item->value = value;
-    changed(*item, quiet);
+    changed(*item, audience);
     return kOk;
 }
 
-Code ConfigItems::setText(const std::string& name, const std::string& value, bool quiet) {
-    auto item = find(kAnyGroup, name);
+Code ConfigItems::setText(const std::string& name, const std::string& value, Audience audience) {
+    auto item = find(QELTV_CONFIG_ANY_GROUP, name);
     if (!item || !item->isText) return kNotFound;
     if (!item->enabled) return kRefused;
     if (value.size() > QELTV_CONFIG_TEXT_MAXIMUM) return kBadValue;
@@ -187,12 +189,12 @@ Code ConfigItems::setText(const std::string& name, const std::string& value, boo
             .bind(name)
             .run();
     item->text = value;
-    changed(*item, quiet);
+    changed(*item, audience);
     return kOk;
 }
 
 Code ConfigItems::reset(uint32_t selector) {
-    if (selector > kNetwork) return kNotFound;
+    if (selector > QELTV_CONFIG_NETWORK) return kNotFound;
     std::vector<Item> items;
     {
         Store::Transaction transaction(mStore);
@@ -212,11 +214,11 @@ Code ConfigItems::reset(uint32_t selector) {
                 .bind(int64_t{selector})
                 .run();
         for (const std::string& name : names) {
-            if (const auto item = find(kAnyGroup, name)) items.push_back(*item);
+            if (const auto item = find(QELTV_CONFIG_ANY_GROUP, name)) items.push_back(*item);
         }
         transaction.commit();
     }
-    for (const Item& item : items) changed(item, false);
+    for (const Item& item : items) changed(item, Audience::kEveryone);
     return kOk;
 }
 
@@ -225,22 +227,22 @@ void ConfigItems::addListener(Listener listener) {
     mListeners.push_back(std::move(listener));
 }
 
-void ConfigItems::changed(const Item& item, bool quiet) const {
+void ConfigItems::changed(const Item& item, Audience audience) const {
     std::vector<Listener> listeners;
     {
         std::lock_guard<std::mutex> guard(mLock);
         listeners = mListeners;
     }
-    callAll("following a configuration item", listeners, item, quiet);
+    callAll("following a configuration item", listeners, item, audience);
 }
 
 int32_t ConfigItems::value(const std::string& name) const {
-    const auto item = find(kAnyGroup, name);
+    const auto item = find(QELTV_CONFIG_ANY_GROUP, name);
     return item ? item->value : 0;
 }
 
 std::string ConfigItems::text(const std::string& name) const {
-    const auto item = find(kAnyGroup, name);
+    const auto item = find(QELTV_CONFIG_ANY_GROUP, name);
     return item ? item->text : "";
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Audience.h"
 #include "Code.h"
 #include "Store.h"
 
@@ -15,22 +16,13 @@ namespace qeltvd {
 
 /**
  * The named settings of the television, kept in the store. Each belongs to a group, which
- * callers name as the selector; selector 0 stands for every group.
+ * callers name as the selector (QELTV_CONFIG_PICTURE and the others of layouts/config.h).
  */
 class ConfigItems {
   public:
-    enum Group : uint32_t {
-        kAnyGroup = 0,
-        kPicture = 1,
-        kSound = 2,
-        kChannels = 3,
-        kParental = 4,
-        kSystem = 5,
-        kNetwork = 6,
-    };
-
     struct Item {
         std::string name;
+        /** QELTV_CONFIG_PICTURE to QELTV_CONFIG_NETWORK. */
         uint32_t group;
         bool isText;
         int32_t minimum;
@@ -53,11 +45,13 @@ class ConfigItems {
     std::vector<std::string> names() const;
 
     /**
-     * Each returns a code: kOk, or why not. No application is notified of a quiet change. A text of
+     * Each returns a code: kOk, or why not. The audience is passed to the listeners. A text of
      * more than QELTV_CONFIG_TEXT_MAXIMUM bytes, or one that its check refuses, is a bad value.
      */
-    Code set(uint32_t selector, const std::string& name, int32_t value, bool quiet = false);
-    Code setText(const std::string& name, const std::string& value, bool quiet = false);
+    Code set(uint32_t selector, const std::string& name, int32_t value,
+             Audience audience = Audience::kEveryone);
+    Code setText(const std::string& name, const std::string& value,
+                 Audience audience = Audience::kEveryone);
     /** Sets the items of a group back. */
     Code reset(uint32_t selector);
 
@@ -65,7 +59,7 @@ class ConfigItems {
     /** Refuses the texts of an item for which the check returns false. Before serving only. */
     void addCheck(const std::string& name, Check check) { mChecks[name] = std::move(check); }
 
-    using Listener = std::function<void(const Item& item, bool quiet)>;
+    using Listener = std::function<void(const Item& item, Audience audience)>;
     /** Called after every change of a value, without a lock, on the thread that made it. */
     void addListener(Listener listener);
 
@@ -74,7 +68,7 @@ class ConfigItems {
     std::string text(const std::string& name) const;
 
   private:
-    void changed(const Item& item, bool quiet) const;
+    void changed(const Item& item, Audience audience) const;
 
     Store& mStore;
     std::map<std::string, Check> mChecks;

@@ -108,7 +108,7 @@ class Store {
         ino_t node = 0;
         off_t size = 0;
 
-        /** How the file differs; "" where it is the same and no shorter. */
+        /** How the file differs; "" if it is the same and no shorter. */
         std::string change() const;
         void take();
     };

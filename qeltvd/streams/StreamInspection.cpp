@@ -41,10 +41,7 @@ Inspection inspect(const std::string& path, uint64_t packets) {
         PidFacts facts;
         facts.pid = pid;
         facts.packets = counters.packets;
-        if (inspection.seconds > 0) {
-            facts.bitsPerSecond = static_cast<uint64_t>(
-                    static_cast<double>(counters.packets * kPacketSize * 8) / inspection.seconds);
-        }
+        facts.bitsPerSecond = collector.demux().bitsPerSecond(pid);
         facts.continuityErrors = counters.continuityErrors;
         facts.transportErrors = counters.transportErrors;
         facts.sectionErrors = counters.sectionErrors;

@@ -223,4 +223,9 @@ PidCounters StreamReceiver::counters(uint16_t pid) const {
     return mCollector.demux().counters(pid);
 }
 
+uint64_t StreamReceiver::bitsPerSecond(uint16_t pid) const {
+    std::lock_guard<std::mutex> guard(mLock);
+    return mCollector.demux().bitsPerSecond(pid);
+}
+
 }  // namespace qeltvd::stream

@@ -97,6 +97,8 @@ class StreamReceiver {
     void removeOutput(uint32_t number);
 
     PidCounters counters(uint16_t pid) const;
+    /** Bits per second of a PID, the average since the begin; 0 before clock references came. */
+    uint64_t bitsPerSecond(uint16_t pid) const;
 
   private:
     struct Tap {

@@ -152,7 +152,7 @@ Clock::Clock(Store& store, Notifier& notifier, ConfigItems& config, Broadcast& b
         mManual = Manual{mSettings.number(kZoneSetting, 0), mSettings.number(kOffsetSetting, 0)};
     }
     config.addCheck(kPlaceItem, zoneExists);
-    config.addListener([this](const ConfigItems::Item& item, bool) {
+    config.addListener([this](const ConfigItems::Item& item, Audience) {
         if (item.name == kPlaceItem && !manual()) zoneChanged();
         if (item.name == kCountryItem) follow();
     });

@@ -63,7 +63,7 @@ class Clock {
     /** UTC second at which zone or offset change next, by the rules of the place. */
     std::optional<int64_t> nextChange() const;
 
-    /** Conversions; nothing where a time is outside of the years 1 to 9999 or no real date. */
+    /** Conversions; nothing if a time is outside of the years 1 to 9999 or no real date. */
     std::optional<QELTV_DTG_T> utcRecord(int64_t utc) const;
     std::optional<QELTV_DTG_T> localRecord(int64_t utc) const;
     /** Seconds of the fields as they stand, as if they were UTC. */

@@ -52,7 +52,7 @@ struct Television {
     Television& operator=(const Television&) = delete;
 
     /**
-     * Makes a channel the current one and shows it, where that is possible now: not in standby and
+     * Makes a channel the current one and shows it, if that is possible now: not in standby and
      * not while the second picture has the tuner. @throws StoreError
      */
     Code goTo(uint32_t channelId);

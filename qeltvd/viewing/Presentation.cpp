@@ -44,7 +44,7 @@ Presentation::Presentation(Timers& timers, Notifier& notifier, ConfigItems& conf
     mInputs.setListener([this](int32_t source, bool on) { inputChanged(source, on); });
     mChannels.addListener([this](const ChannelChange& change) { channelsChanged(change); });
     mBroadcast.addListener([this](uint32_t changes) { broadcastChanged(changes); });
-    mConfig.addListener([this](const ConfigItems::Item& item, bool) {
+    mConfig.addListener([this](const ConfigItems::Item& item, Audience) {
         if (item.name == ViewingRights::kInputLockItem) blocksChanged();
     });
     mGuide.setListener([this] { blocksChanged(); });

@@ -279,6 +279,7 @@ QELTV_VIDEO_SOURCE_T VideoPaths::video(uint32_t path) const {
     video.aspectHeight = format->aspectHeight;
     video.codec = format->codec;
     video.bits = format->bits;
+    video.kbitPerSecond = format->kbitPerSecond;
     snprintf(video.text, sizeof(video.text), "%ux%u%c %.6g", video.width, video.height,
              format->interlaced ? 'i' : 'p', video.frameRate / 1000.0);
     return video;

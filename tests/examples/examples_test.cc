@@ -131,7 +131,8 @@ TEST(ChannelListExample, ReadsTheWholeListThroughSharedMemory) {
 /** The quotes of a page are lines of the examples: a comment before each names the file. */
 size_t expectQuotes(const std::string& page) {
     const std::string text = contents(page);
-    const std::regex quote("<!-- (examples/[a-z_/]+\\.(?:c|cc|h)) -->\\s*```[a-z]*\n([^`]*)```");
+    const std::regex quote(
+            "<!-- (examples/[a-z_/]+\\.(?:c|cc|cpp|h)) -->\\s*```[a-z]*\n([^`]*)```");
     size_t quotes = 0;
     for (std::sregex_iterator it(text.begin(), text.end(), quote), end; it != end; ++it) {
         ++quotes;
@@ -148,7 +149,9 @@ TEST(Examples, AreWhatThePagesQuote) {
     EXPECT_EQ(quotes, static_cast<size_t>(std::distance(
                               std::sregex_iterator(readme.begin(), readme.end(), program),
                               std::sregex_iterator())));
-    EXPECT_GT(expectQuotes("docs/testing.md"), 0u);
+    for (const char* page : {"docs/services.md", "docs/testing.md"}) {
+        EXPECT_GT(expectQuotes(page), 0u) << page;
+    }
 }
 
 }  // namespace

@@ -144,7 +144,7 @@ TEST_F(Limits, AMessageMayBe32MiBAndNotMore) {
               OK);
     const sp<IBinder> raw = findRaw(kRaw, "default");
     ASSERT_NE(raw, nullptr);
-    // Of a result its size and last byte are looked at.
+    // The size and the last byte of a result are looked at.
     using Outcome = std::pair<status_t, size_t>;
     auto ask = [&](size_t send, size_t receive) -> Outcome {
         wanted = receive;

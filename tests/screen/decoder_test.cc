@@ -11,14 +11,16 @@
 #include <vector>
 
 extern "C" {
-#include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 }
 
 #include "Decoder.h"
 #include "daemon.h"
 #include "eventually.h"
+#include "video_encoder.h"
 
+using encoded::kBlue;
+using encoded::kRed;
 using screen::Canvas;
 using screen::Decoder;
 
@@ -26,52 +28,31 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-/** Luma and chroma of a picture of one colour. */
-struct Yuv {
-    uint8_t y, u, v;
-};
-constexpr Yuv kRed{81, 90, 240}, kBlue{41, 240, 110};
-
-/** A transport stream of MPEG-2 pictures of one colour, composed for these tests. */
-Bytes streamOf(const Yuv& colour, int pictures, int group = 12) {
+/** A transport stream of MPEG-2 pictures of one colour. */
+Bytes streamOf(const encoded::Yuv& colour, uint32_t pictures, int group = 12, int aspect = 16) {
+    encoded::Settings settings;
+    settings.group = group;
+    settings.aspectWidth = aspect;
     AVFormatContext* format = nullptr;
     avformat_alloc_output_context2(&format, nullptr, "mpegts", nullptr);
     AVStream* stream = avformat_new_stream(format, nullptr);
-    const AVCodec* codec = avcodec_find_encoder(AV_CODEC_ID_MPEG2VIDEO);
-    AVCodecContext* encoder = avcodec_alloc_context3(codec);
-    encoder->width = 320;
-    encoder->height = 240;
-    encoder->time_base = {1, 25};
-    encoder->framerate = {25, 1};
-    encoder->pix_fmt = AV_PIX_FMT_YUV420P;
-    encoder->gop_size = group;
-    encoder->max_b_frames = 0;
-    avcodec_open2(encoder, codec, nullptr);
-    avcodec_parameters_from_context(stream->codecpar, encoder);
-    stream->time_base = encoder->time_base;
+    stream->codecpar->codec_type = AVMEDIA_TYPE_VIDEO;
+    stream->codecpar->codec_id = AV_CODEC_ID_MPEG2VIDEO;
+    stream->codecpar->width = settings.width;
+    stream->codecpar->height = settings.height;
     avio_open_dyn_buf(&format->pb);
     EXPECT_GE(avformat_write_header(format, nullptr), 0);
-    AVFrame* frame = av_frame_alloc();
-    frame->width = encoder->width;
-    frame->height = encoder->height;
-    frame->format = encoder->pix_fmt;
-    av_frame_get_buffer(frame, 0);
     AVPacket* packet = av_packet_alloc();
-    for (int i = 0; i <= pictures; ++i) {
-        av_frame_make_writable(frame);
-        const uint8_t values[] = {colour.y, colour.u, colour.v};
-        for (int plane = 0; plane < 3; ++plane) {
-            const int height = plane == 0 ? frame->height : frame->height / 2;
-            memset(frame->data[plane], values[plane],
-                   static_cast<size_t>(frame->linesize[plane] * height));
-        }
-        frame->pts = i;
-        avcodec_send_frame(encoder, i < pictures ? frame : nullptr);
-        while (avcodec_receive_packet(encoder, packet) >= 0) {
-            av_packet_rescale_ts(packet, encoder->time_base, stream->time_base);
-            av_write_frame(format, packet);
-            av_packet_unref(packet);
-        }
+    int64_t frame = 0;
+    for (encoded::Unit& unit :
+         encoded::encode(settings, pictures, [&](uint32_t, int, int) { return colour; })) {
+        packet->data = unit.bytes.data();
+        packet->size = static_cast<int>(unit.bytes.size());
+        packet->flags = unit.whole ? AV_PKT_FLAG_KEY : 0;
+        packet->pts = packet->dts = frame++;
+        av_packet_rescale_ts(packet, {1, 25}, stream->time_base);
+        av_write_frame(format, packet);
+        av_packet_unref(packet);
     }
     av_write_trailer(format);
     uint8_t* data = nullptr;
@@ -79,8 +60,6 @@ Bytes streamOf(const Yuv& colour, int pictures, int group = 12) {
     Bytes bytes(data, data + size);
     av_free(data);
     av_packet_free(&packet);
-    av_frame_free(&frame);
-    avcodec_free_context(&encoder);
     avformat_free_context(format);
     return bytes;
 }
@@ -130,14 +109,18 @@ bool sendAll(int fd, const Bytes& bytes) {
     return true;
 }
 
-/** The colour of the middle: 'r', 'b', or another. */
-char colourOf(Canvas& canvas) {
-    const uint8_t* pixel = canvas.pixels() +
-                           canvas.stride() * static_cast<size_t>(canvas.height() / 2) +
-                           static_cast<size_t>(canvas.width() / 2) * 4;
+/** The colour of a pixel: 'r', 'b', '0' for black, or another. */
+char colourOf(Canvas& canvas, int x, int y) {
+    const uint8_t* pixel =
+            canvas.pixels() + canvas.stride() * static_cast<size_t>(y) + static_cast<size_t>(x) * 4;
     if (pixel[0] > 200 && pixel[1] < 60 && pixel[2] < 60) return 'r';
     if (pixel[0] < 60 && pixel[1] < 60 && pixel[2] > 200) return 'b';
-    return '?';
+    return pixel[0] + pixel[1] + pixel[2] == 0 ? '0' : '?';
+}
+
+/** The colour of the middle pixel. */
+char colourOf(Canvas& canvas) {
+    return colourOf(canvas, canvas.width() / 2, canvas.height() / 2);
 }
 
 class DecoderTest : public ::testing::Test {
@@ -174,8 +157,33 @@ TEST_F(DecoderTest, ShowsTheStreamAndNothingWhenItEnds) {
     }
 }
 
+TEST_F(DecoderTest, KeepsTheAspectRatioInAnyCanvas) {
+    const Bytes red = streamOf(kRed, 50, 12, 12);
+    std::atomic<bool> ends{false};
+    PacketServer server([&](int fd) {
+        while (!ends && sendAll(fd, red)) continue;
+    });
+    Decoder decoder(server.path());
+    ASSERT_TRUE(decoder.waitForPicture(std::chrono::seconds(60)));
+    // 4:3 in 16:9, in 4:3 and in 1:2, of widths that a scaler does not like.
+    for (const auto& [width, height] : {std::pair{161, 91}, {121, 91}, {45, 91}, {3, 2}}) {
+        Canvas canvas(width, height);
+        canvas.fill({0, 0, 1000, 1000}, {255, 255, 255});
+        Decoder::Reader reader;
+        ASSERT_EQ(Decoder::Reader::kNew,
+                  reader.next(decoder, &canvas, std::chrono::milliseconds(0)));
+        EXPECT_EQ('r', colourOf(canvas)) << width;
+        const bool wide = width * 3 > height * 4 + 10, high = width * 3 < height * 4 - 10;
+        EXPECT_EQ(wide ? '0' : 'r', colourOf(canvas, 0, height / 2)) << width;
+        EXPECT_EQ(wide ? '0' : 'r', colourOf(canvas, width - 1, height / 2)) << width;
+        EXPECT_EQ(high ? '0' : 'r', colourOf(canvas, width / 2, 0)) << width;
+        EXPECT_EQ(high ? '0' : 'r', colourOf(canvas, width / 2, height - 1)) << width;
+    }
+    ends = true;
+}
+
 TEST_F(DecoderTest, JoinsNothingAcrossADiscontinuity) {
-    constexpr int kBefore = 40;
+    constexpr uint32_t kBefore = 40;
     Bytes cut = streamOf(kRed, kBefore);
     cut.resize(cut.size() / 188 * 3 / 4 * 188);
     // Begins behind the only picture that is whole: the others change what was before.
@@ -202,7 +210,7 @@ TEST_F(DecoderTest, JoinsNothingAcrossADiscontinuity) {
         return colour == 'b';
     }));
     EXPECT_EQ(0, mixed);
-    EXPECT_LE(before, kBefore) << "changes were applied to what was before them";
+    EXPECT_LE(before, static_cast<int>(kBefore)) << "changes were applied to what was before them";
 }
 
 TEST_F(DecoderTest, ASimulatedServiceHasNoPicture) {

@@ -6,6 +6,7 @@
 #include "Canvas.h"
 #include "ImageFile.h"
 #include "Osd.h"
+#include "Pictures.h"
 #include "TestCard.h"
 #include "daemon.h"
 

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Measures qeltvscreen without a browser: what a picture costs, and how soon a key shows.
 
-usage: figures.py BUILD_DIRECTORY [STREAM.ts SECONDS]...
+usage: figures.py BUILD_DIRECTORY
 
-Streams, of which the seconds are the length, are what the main path shows; they need a build with
-the decoder and a television that serves no packets itself.
+A build with the decoder (build/decoder) also measures streams that the television receives; they
+are composed first.
 """
 import http.client
 import json
@@ -12,7 +12,9 @@ import os
 import pathlib
 import socket
 import statistics
+import subprocess
 import sys
+import tempfile
 import threading
 import time
 
@@ -45,7 +47,7 @@ class Stream:
     def __init__(self, port, path, receive=lambda data: None):
         self.socket = socket.create_connection(("127.0.0.1", port))
         self.socket.sendall(f"GET {path} HTTP/1.1\r\nHost: 127.0.0.1:{port}\r\n\r\n".encode())
-        self.size = 0
+        self.size = self.parts = 0
         self.receive = receive
         self.thread = threading.Thread(target=self.run, daemon=True)
         self.thread.start()
@@ -53,6 +55,7 @@ class Stream:
     def run(self):
         while data := self.socket.recv(1 << 16):
             self.size += len(data)
+            self.parts += data.count(b"Content-Length")
             self.receive(data)
 
     def close(self):
@@ -61,42 +64,38 @@ class Stream:
         self.socket.close()
 
 
-def serve(path, stream, seconds):
-    """Sends a stream over and over, as fast as a broadcast, to one reader after the other."""
-    data = pathlib.Path(stream).read_bytes()
-    piece = 188 * 7
-    listener = socket.socket(socket.AF_UNIX)
-    listener.bind(path)
-    listener.listen()
-
-    def run():
-        while True:
-            try:
-                reader, _ = listener.accept()
-            except OSError:
-                return
-            begin, sent = time.monotonic(), 0
-            try:
-                while True:
-                    reader.sendall(data[sent % len(data):][:piece])
-                    sent += len(data[sent % len(data):][:piece])
-                    time.sleep(max(0, begin + seconds * sent / len(data) - time.monotonic()))
-            except OSError:
-                reader.close()
-
-    threading.Thread(target=run, daemon=True).start()
-    return listener
-
-
 def share(pid):
     before, begin = cpu(pid), time.monotonic()
     time.sleep(SECONDS)
     return 100 * (cpu(pid) - before) / (time.monotonic() - begin)
 
 
+class Streams:
+    """Streams with pictures, as many as the build can decode."""
+
+    FORMATS = {"576i": 842, "1080i": 850}
+
+    def __init__(self):
+        self.directory = tempfile.TemporaryDirectory()
+        self.formats, self.options = {}, []
+        composer = screen_test.BUILD / "tests/screen/compose_video"
+        if not composer.exists():
+            return
+        self.formats = self.FORMATS
+        table = ""
+        for name, frequency in self.formats.items():
+            file = f"{self.directory.name}/{name}.ts"
+            subprocess.run([composer, name, file], check=True)
+            table += f"[A]\nDELIVERY_SYSTEM = DVBT\nFREQUENCY = {frequency}000000\nSTREAM = {file}\n"
+        region = pathlib.Path(self.directory.name, "region")
+        region.write_text(table)
+        self.options = ["--region", region]
+
+
 def main():
     screen_test.BUILD = pathlib.Path(sys.argv[1])
-    tv = screen_test.Television()
+    streams = Streams()
+    tv = screen_test.Television(streams.options)
     try:
         pid = server_of(tv.screen.pid)
         print(f"nobody looks        {share(pid):5.1f} % of a core, {memory(pid):.0f} MiB")
@@ -108,17 +107,21 @@ def main():
             print(f"picture of {width:4}     {used:5.1f} %, {memory(pid):.0f} MiB, "
                   f"{picture.size / SECONDS / 1024:.0f} KiB/s")
             picture.close()
-        streams = sys.argv[2:]
-        for stream, seconds in zip(streams[::2], streams[1::2]):
-            path = tv.directory + "/qeltvd-main.ts"
-            listener = serve(path, stream, float(seconds))
+        channels = json.loads(tv.tool("channel", "list", "--tv", "--json"))
+        for name, frequency in streams.formats.items():
+            channel = next(one for one in channels
+                           if one["multiplex"]["frequency_hz"] == frequency * 1000000)
+            tv.tool("tune", channel["id"])
+            time.sleep(2)
+            before = share(tv.process.pid)
             picture = Stream(tv.port, "/picture/main?width=960")
             time.sleep(2)
-            print(f"{stream}   {share(pid):.1f} %, {memory(pid):.0f} MiB")
+            count = picture.parts
+            used = share(pid)
+            print(f"{name:5} decoded       {used:5.1f} %, {memory(pid):.0f} MiB, "
+                  f"{(picture.parts - count) / SECONDS:.1f} pictures a second; "
+                  f"the television {before:.1f} % without a reader")
             picture.close()
-            listener.shutdown(socket.SHUT_RDWR)
-            listener.close()
-            os.remove(path)
         events.close()
 
         shown = threading.Event()
@@ -129,7 +132,9 @@ def main():
                 shown.set()
 
         events = Stream(tv.port, "/events", look)
-        names = [one["name"] for one in json.loads(tv.tool("channel", "list", "--json"))]
+        channels = json.loads(tv.tool("channel", "list", "--json"))
+        tv.tool("tune", channels[0]["id"])
+        names = [one["name"] for one in channels]
         connection = http.client.HTTPConnection("127.0.0.1", tv.port)
         times = []
         for i in range(KEYS):

@@ -37,10 +37,14 @@ def part(name):
 
 
 class Television:
-    """A television and a screen of it, with a runtime directory of their own."""
+    """A television and a screen of it, with a runtime directory of their own.
 
-    def __init__(self):
+    options: further words of the television's command line.
+    """
+
+    def __init__(self, options=()):
         self.directory = tempfile.mkdtemp(prefix="qs-")
+        self.options = options
         self.environment = dict(os.environ, QELTV_RUNTIME_DIR=self.directory)
         self.start()
         self.screen = subprocess.Popen([BUILD / "screen/qeltvscreen", "--port", "0"],
@@ -50,7 +54,7 @@ class Television:
 
     def start(self):
         self.process = subprocess.Popen(
-            [BUILD / "qeltvd/qeltvd", "--state", self.directory + "/state"],
+            [BUILD / "qeltvd/qeltvd", "--state", self.directory + "/state", *self.options],
             env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.tool("service", "wait", "--timeout", "60")
 
@@ -358,6 +362,120 @@ class Screen(unittest.TestCase):
         colour = empty.evaluate(at % (data, float(x) + 3, float(y) + 10))
         self.assertEqual(fill[:7], "#%02x%02x%02x" % tuple(colour), "the edge of the banner")
         empty.close()
+
+
+class Streamed(unittest.TestCase):
+    """A service that the television receives as a transport stream."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.directory = tempfile.TemporaryDirectory()
+        region = cls.directory.name + "/region"
+        subprocess.run([BUILD / "tests/support/qeltv-compose", cls.directory.name + "/stream.ts",
+                        "--region", region], check=True, timeout=120)
+        cls.tv = Television(["--region", region])
+        cls.browser = browser.Browser(browser.find())
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.browser.close()
+        cls.tv.close()
+        cls.directory.cleanup()
+
+    def test_its_banner_and_its_guide_are_those_of_the_broadcast(self):
+        found = json.loads(self.tv.tool("channel", "find", "stenfunk", "--json"))
+        self.assertEqual(["K\u00fcstenfunk TV"], [one["name"] for one in found])
+        self.tv.tool("tune", found[0]["id"])
+        page = self.browser.open(self.tv.address)
+        page.wait(PLAYS, "the picture")
+        page.wait(f"{NAME} === {json.dumps(found[0]['name'])}")
+        page.key("i")
+        banner = page.wait(f"{part('banner')}.includes('Nachrichten im Caf') && {part('banner')}")
+        for text in (found[0]["name"], "107", "Film"):
+            self.assertIn(text, banner)
+        if os.environ.get("QELTV_SCREENSHOTS"):
+            # The average of the bit rates has settled, and the banner is still there.
+            page.screenshot(os.path.join(os.environ["QELTV_SCREENSHOTS"], "stream.webp"))
+        page.wait(f"{part('banner')} === ''")
+        self.compare(page)
+        self.browser.drain()
+        self.assertEqual([], page.problems)
+        page.close()
+
+    def compare(self, page):
+        """The lower part of the picture, with the facts, is that of a screenshot."""
+        width = page.evaluate("document.getElementById('picture-main').naturalWidth")
+        lines = """(image => {
+          const canvas = Object.assign(document.createElement('canvas'),
+            { width: 640, height: 360 });
+          const context = canvas.getContext('2d');
+          context.drawImage(image, 0, 0, 640, 360);
+          const data = context.getImageData(0, 265, 640, 80).data;
+          return [...data.filter((_, i) => i % 4 === 1)];
+        })"""
+        path = os.path.join(self.tv.directory, "shot.jpg")
+        self.tv.tool("screenshot", path, "--width", str(width))
+        with open(path, "rb") as file:
+            data = base64.b64encode(file.read()).decode()
+        shown = page.evaluate(lines + "(document.getElementById('picture-main'))")
+        empty = self.browser.open("about:blank")
+        drawn = empty.evaluate("""(async () => {
+          const image = new Image();
+          image.src = "data:image/jpeg;base64,%s";
+          await image.decode();
+          return %s(image);
+        })()""" % (data, lines))
+        empty.close()
+        self.assertEqual(len(shown), len(drawn))
+        # A digit of a bit rate may differ.
+        other = sum(abs(a - b) > 60 for a, b in zip(shown, drawn))
+        self.assertLess(other, len(shown) / 200)
+        self.assertGreater(max(shown) - min(shown), 100, "there is a text")
+
+
+class Start(unittest.TestCase):
+    """What the program does with its options."""
+
+    def run_with(self, path):
+        """Starts it with --open and a PATH, until it has printed its address."""
+        directory = tempfile.mkdtemp(prefix="qs-")
+        self.addCleanup(shutil.rmtree, directory, ignore_errors=True)
+        environment = dict(os.environ, QELTV_RUNTIME_DIR=directory, PATH=path)
+        process = subprocess.Popen([BUILD / "screen/qeltvscreen", "--port", "0", "--open"],
+                                   env=environment, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, text=True)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.terminate)
+        return process, process.stdout.readline().strip()
+
+    def test_open_has_the_desktop_open_the_page(self):
+        with tempfile.TemporaryDirectory() as directory:
+            opened = pathlib.Path(directory, "opened")
+            fake = pathlib.Path(directory, "xdg-open")
+            fake.write_text(f'#!/bin/sh\nprintf "%s\\n" "$#" "$@" >{opened}.new\n'
+                            f"/bin/mv {opened}.new {opened}\n")
+            fake.chmod(0o755)
+            _, address = self.run_with(directory)
+            self.assertRegex(address, r"^http://127\.0\.0\.1:\d+/$")
+            deadline = time.monotonic() + browser.PATIENCE
+            while not opened.exists():
+                self.assertLess(time.monotonic(), deadline, "xdg-open was not started")
+                time.sleep(0.05)
+            self.assertEqual(["1", address], opened.read_text().split("\n")[:-1])
+
+    def test_open_without_a_desktop_says_what_to_do_and_serves(self):
+        with tempfile.TemporaryDirectory() as directory:
+            process, address = self.run_with(directory)
+            line = process.stderr.readline()
+            self.assertIn("xdg-open", line)
+            self.assertIn(address, line)
+            port = int(address.rstrip("/").rsplit(":", 1)[1])
+            connection = http.client.HTTPConnection("127.0.0.1", port, timeout=30)
+            connection.request("GET", "/")
+            self.assertEqual(200, connection.getresponse().status)
+            connection.close()
 
 
 class Server(unittest.TestCase):

@@ -148,7 +148,7 @@ class Blocking : public WithTelevision {
         return all;
     }
 
-    /** Of the next days, the nth programme of an age between two that are free for it. */
+    /** In the next days, the nth programme of an age between two that are free for it. */
     Programme between(int age, int nth = 0) const {
         const auto all = programmes(channel, now() + 60, now() + 6 * kDay);
         for (size_t i = 1; i + 1 < all.size(); ++i) {
@@ -164,7 +164,7 @@ class Blocking : public WithTelevision {
     static void expectBlocks(const std::function<bool(const Programme&)>& expected,
                              const char* what, bool some = true) {
         size_t blocked = 0;
-        // Of so many channels that every kind of programme is among them on any day.
+        // So many channels that every kind of programme is among them on any day.
         for (int16_t number = 1; number <= 8; ++number) {
             const int each = a_qeltvapi_apptv_get_matched_channel(number, 0, 0, 0);
             for (const Programme& one : programmes(each, now(), now() + 6 * kDay)) {

@@ -234,7 +234,7 @@ TEST_F(TelevisionClock, TheSleepTimerFires) {
     EXPECT_EQ(QELTV_POWER_DOWN, static_cast<uint32_t>(down->type));
     EXPECT_EQ(QELTV_DOWN_SLEEP_TIMER, down->values[0]);
 
-    // One that is set a minute before its end warns first.
+    // A timer that is set a minute before its end warns first.
     a_qeltvapi_time_set_sleep_timer(QELTV_SLEEP_WARNING_TIME + 1);
     ASSERT_TRUE(sSleep.takeUntil([](const Notified& t) {
         return t.type == QELTV_SLEEP_WARNING && t.values[0] == QELTV_SLEEP_WARNING_TIME;

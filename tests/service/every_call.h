@@ -56,7 +56,7 @@ class Values {
                          static_cast<T>(0x04000001)};
         *value = of(all);
     }
-    /** Of records that are their bytes every byte, those of truth values too. */
+    /** Every byte of the records that are passed as bytes, truth values included. */
     template <class T>
     std::enable_if_t<std::is_class_v<T> && std::is_trivially_copyable_v<T>> fill(T* record) {
         const uint8_t all[] = {0, 0, 1, 1, 2, 0x7f, 0x80, 0xff};

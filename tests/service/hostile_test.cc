@@ -94,10 +94,10 @@ class HostileClient : public testing::Test {
         ASSERT_NE(nullptr, tv);
     }
 
-    /** Has the television write its answer to a descriptor, which stays open here. */
+    /** Has the television write its answer to a descriptor, and closes that here. */
     void debug(int descriptor, const std::vector<std::string>& words) const {
         native_handle_t* native = native_handle_create(1, 0);
-        native->data[0] = dup(descriptor);
+        native->data[0] = descriptor;
         hidl_handle handle;
         handle.setTo(native, true);
         hidl_vec<hidl_string> options(words.size());
@@ -114,7 +114,6 @@ TEST_F(HostileClient, DescriptorsThatNobodyReadsHoldUpNobody) {
         const Ends closed = make();
         close(closed.read);
         debug(closed.write, {"dump"});
-        close(closed.write);
         ASSERT_TRUE(serves()) << "a descriptor whose reader is gone";
 
         std::vector<Ends> full(kMany);
@@ -122,7 +121,8 @@ TEST_F(HostileClient, DescriptorsThatNobodyReadsHoldUpNobody) {
         for (Ends& ends : full) {
             ends = make();
             ends.fill();
-            crowd.add([&] { debug(ends.write, {"dump"}); });
+            // Before the other one is closed, however late the thread starts.
+            crowd.add([this, end = dup(ends.write)] { debug(end, {"dump"}); });
         }
         EXPECT_TRUE(serves()) << "descriptors that are full";
         // Those that wait for a reader give up, or this ends with the test's own limit.
@@ -141,10 +141,7 @@ TEST_F(HostileClient, AnAnswerThatIsReadArrivesWhole) {
     for (const auto& make : {Ends::pipe, Ends::sockets}) {
         const Ends ends = make();
         Crowd crowd;
-        crowd.add([&] {
-            debug(ends.write, {"dump"});
-            close(ends.write);
-        });
+        crowd.add([&] { debug(ends.write, {"dump"}); });
         std::string read;
         char buffer[4096];
         for (ssize_t n; (n = ::read(ends.read, buffer, sizeof(buffer))) > 0;) {
@@ -193,11 +190,11 @@ class SilentStub : public BnHwQelTvApiCallback {
 
 TEST_F(HostileClient, CallbackObjectsThatDoNotAnswerHoldUpNobody) {
     // Never destroyed: calls may be in it at the end of the process.
-    auto& gate = *new Gate;
+    static auto& gate = *new Gate;
     auto& constructors = android::hardware::details::getBnConstructorMap();
     const auto usual = constructors.get(IQelTvApiCallback::descriptor, nullptr);
     constructors.set(IQelTvApiCallback::descriptor,
-                     [&gate](void* object) -> android::sp<android::hardware::IBinder> {
+                     [](void* object) -> android::sp<android::hardware::IBinder> {
                          return new SilentStub(static_cast<IQelTvApiCallback*>(object), gate);
                      });
     std::vector<android::sp<QelTvApiCallbackImpl>> objects;

@@ -441,6 +441,9 @@ TEST_F(Presentation, SetsPictureAndScreen) {
     ASSERT_EQ(0, a_qeltvapi_av_mode_get_all_picture_mode(modes.data(), &room));
     EXPECT_EQ(number - 1, room);
     EXPECT_EQ(0xaaaa, modes[number - 1]);
+    uint32_t screens = 2;
+    ASSERT_EQ(0, a_qeltvapi_screenmode_get_all_screen_mode(modes.data(), &screens));
+    EXPECT_EQ(2u, screens) << "as many as there are behind the pointer";
     ASSERT_EQ(0, a_qeltvapi_av_mode_set_picture_mode(3));
     EXPECT_TRUE(sEvents.wait("video", {QELTV_VIDEO_PICTURE_MODE, 3}));
     EXPECT_EQ(3, a_qeltvapi_av_mode_get_picture_mode());
@@ -495,6 +498,9 @@ TEST_F(Presentation, ContextsSelectReadAndKeepBlocks) {
     uint32_t channel = 0, length = sizeof(channel);
     ASSERT_EQ(0, c_svctx_get(context, QELTV_CONTEXT_CHANNEL, &channel, &length));
     EXPECT_EQ(channels[1], channel);
+    length = sizeof(channel) - 1;
+    EXPECT_EQ(QELTV_BAD_VALUE, c_svctx_get(context, QELTV_CONTEXT_CHANNEL, &channel, &length))
+            << "would not fit";
     QELTV_VIDEO_SOURCE_T video{};
     ASSERT_EQ(0, c_svctx_get_video_src_resolution(context, &video));
     EXPECT_GT(video.height, 0u);

@@ -168,6 +168,24 @@ TEST(Process, LeavesTheNamesToATelevisionThatServesUnlessItIsToReplaceIt) {
     EXPECT_EQ(first.pid(), serving());
 }
 
+TEST(Process, ServesUnderAnotherInstanceName) {
+    using vendor::qelnova::tv::qeltvapi::V1_0::IQelTvApi;
+    Daemon television;
+    television.launch({"--instance", "reference"});
+    EXPECT_TRUE(eventually([] { return IQelTvApi::getService("reference", false) != nullptr; }));
+    EXPECT_EQ(nullptr, IQelTvApi::getService("default", false));
+
+    const TemporaryDirectory state;
+    const Ended refused = runTelevision({"--state", state.path(), "--instance", "reference"});
+    EXPECT_EQ(1, refused.status);
+    EXPECT_EQ(0u, refused.err.find("qeltvd: another television")) << refused.err;
+    const Ended nameless = runTelevision({"--state", state.path(), "--instance", ""});
+    EXPECT_EQ(2, nameless.status);
+    // One with another name serves beside it.
+    Daemon second;
+    second.start();
+}
+
 TEST(Process, LogsTheNamesOfMethodsOnRequest) {
     const TemporaryDirectory place;
     Daemon television;

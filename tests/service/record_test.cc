@@ -458,7 +458,7 @@ TEST(RecordingAfterACrash, NamesAndDisksThatAreAwayLoseNoRecording) {
     // Two deletions that a crash has interrupted, of which one had not been stored.
     ASSERT_EQ(0, rename((own + "film.ts").c_str(), (own + ".qeltv-deleting.film.ts").c_str()));
     std::ofstream(own + ".qeltv-deleting.gone.ts") << "x";
-    // Where the disk was there is an empty directory.
+    // An empty directory stands in the place of the disk.
     ASSERT_EQ(0, rename(disk.c_str(), away.c_str()));
     ASSERT_EQ(0, mkdir(disk.c_str(), 0700));
     for (int start = 0; start < 2; ++start) {

@@ -106,7 +106,7 @@ TEST_F(Standby, EndsWhatTheViewerRecordsAndLetsBookingsGoOn) {
     const int64_t bytes = a_qeltvapi_record_pvr_get_recording_file_size(booked);
     EXPECT_TRUE(eventually(
             [&] { return a_qeltvapi_record_pvr_get_recording_file_size(booked) > bytes; }));
-    // One that comes due in standby starts as well.
+    // A recording that comes due in standby starts as well.
     ASSERT_EQ(0, a_qeltvapi_record_pvr_stop(booked));
     booking.start = a_qeltvapi_time_get_utc_time(nullptr) + 1;
     ASSERT_GT(a_qeltvapi_set_schedule_record(&booking, 0), number);

@@ -181,7 +181,7 @@ TEST_F(State, RecoveryTouchesNothingOutsideOfItsDisks) {
     for (const auto& victim : victims) write(victim, content);
     write(victims[1], "y");
     if (geteuid() == 0) ASSERT_EQ(0, chown(victims[4].c_str(), kStranger, kStranger));
-    // Where a recording of a disk is said to be that no television has registered.
+    // The place of a recording on a disk that no television has registered.
     sql("INSERT INTO recorder_disks VALUES (3, '" + elsewhere.path() + "', 0, 1048576)");
     plantRecording(victims[0], 3);
     plantRecording(victims[1], 0);

@@ -47,7 +47,7 @@ class FullDisk : public testing::Test {
   protected:
     void SetUp() override {
         mMounted = mount("tmpfs", television.statePath().c_str(), "tmpfs", 0, "size=8m") == 0;
-        // Of a file that cannot grow a process hears by a signal too; the television inherits this.
+        // A file that cannot grow sends a signal too; the television inherits that it is ignored.
         if (!mMounted) signal(SIGXFSZ, SIG_IGN);
     }
     void TearDown() override {
@@ -114,7 +114,7 @@ class FullDisk : public testing::Test {
         return statvfs(television.statePath().c_str(), &disk) == 0 ? disk.f_bavail * disk.f_bsize
                                                                    : 0;
     }
-    /** Of the store's log, where changes go first. */
+    /** The store's log, where changes go first. */
     size_t sizeOfLog() const {
         std::error_code none;
         const auto size =

@@ -174,7 +174,7 @@ TEST_F(Streams, FillTheListsBesideWhatIsSimulated) {
     EXPECT_EQ(0, a_qeltvapi_nwl_get_rec(kAir, multiplex.network_record_id, &network));
     EXPECT_STREQ(composed::kNetworkName, network.name);
 
-    // What is simulated is numbered from 1 on, around what is taken.
+    // Simulated services are numbered from 1 on, around the numbers taken.
     std::set<uint32_t> numbers;
     size_t simulated = 0;
     for (const channel_record_t& each : channels()) {
@@ -262,7 +262,7 @@ TEST_F(Streams, GiveTheirOwnGuide) {
     EXPECT_TRUE(a_qeltvapi_event_check_block(static_cast<int>(id), 100));
     EXPECT_FALSE(a_qeltvapi_event_check_block(static_cast<int>(id), 101));
 
-    // Of ATSC a title and one text.
+    // ATSC has a title and one text.
     const uint32_t atsc = channel(composed::kAtscFirst, CHANNEL_BROADCAST_ATSC).channel_id;
     EXPECT_STREQ("Evening Report", general(atsc, 7).title);
     EXPECT_EQ("All the news.", text(atsc, 7, a_qeltvapi_event_get_details_info));

@@ -156,6 +156,15 @@ TEST_F(StreamViewing, AServicePlaysWithThePictureAndTheTracksThatItHas) {
     EXPECT_EQ(composed::kFirstAudio, found[0].pid);
     EXPECT_STREQ("deu", found[0].language);
     EXPECT_EQ(QELTV_AUDIO_MPEG, found[0].codec);
+    // The averages come near 51 and 38 kbit/s, which are those of the file.
+    const auto near = [](uint32_t rate, uint32_t expected) {
+        return rate > expected * 3 / 4 && rate < expected * 5 / 4;
+    };
+    EXPECT_TRUE(eventually([&] {
+        QELTV_VIDEO_SOURCE_T later{};
+        c_svctx_get_video_src_resolution(QELTV_CONTEXT_OF_MAIN, &later);
+        return near(later.kbitPerSecond, 51) && near(tracks().at(0).kbitPerSecond, 38);
+    }));
 
     const int32_t radio = channel(kFileHz, composed::kSecondService);
     select(radio);

@@ -84,7 +84,7 @@ void addDvbTables(const Options& options, bool changed, Packets* packets) {
                                               .u16(0xe000 | kSecondPmt)));
     Writer first;
     first.u16(0xe000 | kFirstVideo).list({});
-    first.u8(0x02).u16(0xe000 | kFirstVideo).list(descriptor(0x52, {1}));
+    first.u8(options.pictureType).u16(0xe000 | kFirstVideo).list(descriptor(0x52, {1}));
     first.u8(0x03).u16(0xe000 | kFirstAudio).list(languageDescriptor("deu", 0));
     if (changed) first.u8(0x03).u16(0xe000 | kFirstDescription).list(languageDescriptor("eng", 3));
     const Octets pages =
@@ -176,10 +176,11 @@ void addDvbTables(const Options& options, bool changed, Packets* packets) {
                         section(0x74, 0x0010, Writer().list({}).list(application)));
 }
 
-void addDvbTime(int64_t time, Packets* packets) {
+void addDvbTime(int64_t time, bool offsets, Packets* packets) {
     const uint64_t utc = qeltvd::stream::dvbOfTime(time);
     Octets tdt = Writer().u8(0x70).u16(0x7005).u40(utc);
     packets->addSection(0x14, tdt);
+    if (!offsets) return;
     const Octets offset = descriptor(0x58, Writer().text("DEU")
                                                    .u8(0x02)
                                                    .u16(0x0100)
@@ -400,7 +401,8 @@ class Programme {
             : mStream(1, 1, 1, "", "", video == 0, ""),
               mVideo(video),
               mAudio(audio),
-              mShift(options.clock) {}
+              mShift(options.clock),
+              mPicture(video != 0 ? options.picture : nullptr) {}
 
     /** @param captions goes in front of the picture */
     void frame(Packets* packets, const Octets& captions = {}) {
@@ -411,6 +413,10 @@ class Programme {
             uint8_t* packet = bytes.data() + at;
             const uint16_t pid = ts_get_pid(packet);
             if (pid != kVideo && pid != kAudio) continue;
+            if (pid == kVideo && mPicture) {
+                if (ts_get_unitstart(packet)) addPicture(packet, packets);
+                continue;
+            }
             const bool reference =
                     ts_has_adaptation(packet) && packet[4] > 6 && tsaf_has_pcr(packet);
             if (reference) tsaf_set_pcr(packet, shifted(tsaf_get_pcr(packet)));
@@ -428,10 +434,17 @@ class Programme {
     }
 
   private:
+    /** Replaces the black picture that begins with a packet, which has a clock reference. */
+    void addPicture(uint8_t* packet, Packets* packets) {
+        packets->addPicture(mVideo, shifted(pes_get_pts(ts_payload(packet))),
+                            shifted(tsaf_get_pcr(packet)), mPicture(mFrame++));
+    }
     uint64_t shifted(uint64_t time) const { return (time + mShift) % (uint64_t{1} << 33); }
     qeltvd::stream::EmptyStream mStream;
     const uint16_t mVideo, mAudio;
     const uint64_t mShift;
+    const std::function<Picture(uint32_t)> mPicture;
+    uint32_t mFrame = 0;
 };
 
 }  // namespace
@@ -581,6 +594,20 @@ void Packets::addPes(uint16_t pid, uint8_t streamId, uint64_t presentation, cons
     add(pid, bytes, false);
 }
 
+void Packets::addPicture(uint16_t pid, uint64_t presentation, uint64_t reference,
+                         const Picture& picture) {
+    Octets pes(PES_HEADER_SIZE_PTS);
+    pes_init(pes.data());
+    pes_set_streamid(pes.data(), PES_STREAM_ID_VIDEO_MPEG);
+    pes_set_length(pes.data(), 0);
+    pes_set_headerlength(pes.data(), 5);
+    pes_set_dataalignment(pes.data());
+    pes_set_pts(pes.data(), presentation);
+    pes.insert(pes.end(), picture.bytes.begin(), picture.bytes.end());
+    mWriters.try_emplace(pid, pid).first->second.writePes(pes, &mBytes, reference,
+                                                          picture.randomAccess);
+}
+
 void Packets::addPacket(const uint8_t* packet, uint16_t pid) {
     Octets copy(packet, packet + TS_SIZE);
     ts_set_pid(copy.data(), pid);
@@ -600,7 +627,8 @@ Octets dvb(const Options& options) {
     for (uint32_t frame = 0; frame < options.seconds * kFrames; ++frame) {
         const bool changed = options.changeMap && frame >= options.seconds * kFrames / 2;
         if (frame % 10 == 0) addDvbTables(options, changed, &packets);
-        if (frame % kFrames == 0) addDvbTime(options.time + frame / kFrames, &packets);
+        if (frame % kFrames == 0)
+            addDvbTime(options.time + frame / kFrames, options.offsets, &packets);
         first.frame(&packets);
         second.frame(&packets);
         if (frame % 5 == 0) {

@@ -7,9 +7,12 @@
 #define TESTS_SUPPORT_STREAM_COMPOSER_H
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
+
+#include "TableWriter.h"
 
 namespace composed {
 
@@ -70,11 +73,20 @@ uint8_t hamming(uint8_t nibble);
 /** What a packet of the elementary stream carries. */
 Octets teletextPayload(const std::vector<Octets>& units);
 
+/** An access unit of a video stream. */
+struct Picture {
+    Octets bytes;
+    bool randomAccess = false;
+};
+
 /** Packets of sections and elementary streams, with continuity counters by PID. */
 class Packets {
   public:
     void addSection(uint16_t pid, const Octets& section);
     void addPes(uint16_t pid, uint8_t streamId, uint64_t presentation, const Octets& payload);
+    /** Adds an access unit of video, with a clock reference in ticks of 90 kHz. */
+    void addPicture(uint16_t pid, uint64_t presentation, uint64_t reference,
+                    const Picture& picture);
     /** Takes a whole packet over, with another PID and the counter that fits. */
     void addPacket(const uint8_t* packet, uint16_t pid);
     void addNull(size_t count);
@@ -85,6 +97,7 @@ class Packets {
     void add(uint16_t pid, const Octets& payload, bool padded);
     Octets mBytes;
     std::map<uint16_t, uint8_t> mCounters;
+    std::map<uint16_t, qeltvd::stream::PacketWriter> mWriters;
 };
 
 /** Sunday 2026-03-29 00:30 UTC, half an hour before the clocks of Europe change. */
@@ -120,6 +133,15 @@ struct Options {
     uint64_t clock = 900000;
     /** In the middle the first service gets a second sound track, and its map a new version. */
     bool changeMap = false;
+    /**
+     * Returns the picture of the first service for a frame of 1/25 s, in decoding order; null for
+     * the black picture of EmptyStream.
+     */
+    std::function<Picture(uint32_t frame)> picture;
+    /** Stream type of these pictures, 0x02 for MPEG-2, 0x1b for H.264. */
+    uint8_t pictureType = 0x02;
+    /** Whether local offsets are sent (TOT); they change at kChange. */
+    bool offsets = true;
     /** Null packets per frame of 1/25 s, which make the stream as fast as a real one. */
     size_t nulls = 0;
 };
@@ -127,7 +149,7 @@ struct Options {
 Octets dvb(const Options& options = {});
 Octets atsc(const Options& options = {});
 
-/** @throws std::runtime_error where the file cannot be written */
+/** @throws std::runtime_error if the file cannot be written */
 void writeFile(const std::string& path, const Octets& bytes);
 
 }  // namespace composed

@@ -99,9 +99,9 @@ class Row {
     /** What a slot holds also when the reply is lost or the service missing. */
     Row& storesAlways(size_t slot, Bytes content, size_t offset = 0);
 
-    /** The result when the service is missing, where it is not the table's. */
+    /** The result when the service is missing, if it is not the table's. */
     Row& missing(int64_t result);
-    /** The result when the reply is lost, where it is not the table's. */
+    /** The result when the reply is lost, if it is not the table's. */
     Row& lost(int64_t result);
 
     /** Direct result of a type that STATUS_CHECK reports; without this, line 60 is expected. */

@@ -41,7 +41,7 @@ inline ScriptedService& ready() {
 }
 
 #ifdef QELTV_EMULATOR
-/** Lets death tests start their process anew through the emulator, where there is one. */
+/** Lets death tests start their process anew through the emulator, if there is one. */
 inline void startDeathTestsThroughTheEmulator() {
     static const bool done = [] {
         std::istringstream words(QELTV_EMULATOR);

@@ -71,7 +71,7 @@ status_t writeEmbeddedToParcel(const hidl_vec<T>& vec, Parcel* parcel, size_t pa
                                        parentOffset + hidl_vec<T>::kOffsetOfBuffer);
 }
 
-/** The stub of a local object, made where there is none; the binder of a remote one. */
+/** The stub of a local object, made if there is none; the binder of a remote one. */
 sp<IBinder> getOrCreateCachedBinder(::android::hidl::base::V1_0::IBase* interface);
 
 /** The binder behind an interface, null for null. */
@@ -80,7 +80,7 @@ sp<IBinder> toBinder(sp<IType> interface) {
     return interface == nullptr ? nullptr : getOrCreateCachedBinder(interface.get());
 }
 
-/** The very object where it is local and of the type, else a proxy. */
+/** The very object if it is local and of the type, else a proxy. */
 template <typename IType, typename ProxyType, typename StubType>
 sp<IType> fromBinder(const sp<IBinder>& binder) {
     using ::android::hidl::base::V1_0::BnHwBase;

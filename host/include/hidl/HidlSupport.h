@@ -49,7 +49,7 @@ struct hidl_death_recipient : public virtual RefBase {
                              const ::android::wp<::android::hidl::base::V1_0::IBase>& who) = 0;
 };
 
-/** A native handle; owns the handle and its descriptors only where it says so. */
+/** A native handle; owns the handle and its descriptors only if it says so. */
 struct hidl_handle {
     hidl_handle();
     ~hidl_handle();
@@ -80,7 +80,7 @@ struct hidl_handle {
     [[maybe_unused]] uint8_t mPad[7];
 };
 
-/** Bytes with a NUL behind the last; may contain NULs. Owns them only where it says so. */
+/** Bytes with a NUL behind the last; may contain NULs. Owns them only if it says so. */
 struct hidl_string {
     hidl_string();
     ~hidl_string();
@@ -170,7 +170,7 @@ struct hidl_memory {
     hidl_string mName;
 };
 
-/** Elements in one block. Owns them only where it says so. */
+/** Elements in one block. Owns them only if it says so. */
 template <typename T>
 struct hidl_vec {
     using value_type = T;
@@ -370,7 +370,7 @@ struct std_array<T, SIZE> {
     using type = std::array<T, SIZE>;
 };
 
-/** One row, plane, ... of a larger array; T is const where the array is. */
+/** One row, plane, ... of a larger array; T is const if the array is. */
 template <typename T, size_t SIZE, size_t... SIZES>
 struct accessor {
     using std_type = typename std_array<std::remove_const_t<T>, SIZE, SIZES...>::type;

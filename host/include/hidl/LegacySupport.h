@@ -13,7 +13,7 @@ namespace hardware {
  *
  * @tparam ExpectInterface what the implementation must be at least
  * @param name the instance
- * @return OK, or a negative status where there is no implementation, it is none of the expected
+ * @return OK, or a negative status if there is no implementation, it is none of the expected
  *         interface, or it cannot be registered
  */
 template <class Interface, class ExpectInterface = Interface>
@@ -41,7 +41,7 @@ template <class Interface, class ExpectInterface = Interface>
 
 /**
  * The whole of a service's main(): loads, registers and serves the implementation. Returns only
- * where that fails.
+ * if that fails.
  *
  * @param maxThreads how many calls run at a time, the calling thread's included
  */

@@ -36,7 +36,7 @@ namespace details {
  *
  * @param retry   whether to wait for a name that QELTV_MANIFEST lists; any other is null at once
  * @param getStub whether to load an implementation into this process instead: the function
- *                HIDL_FETCH_IFoo of package@version-impl.so, null where there is none
+ *                HIDL_FETCH_IFoo of package@version-impl.so, null if there is none
  */
 sp<::android::hidl::base::V1_0::IBase> getRawServiceInternal(const std::string& descriptor,
                                                              const std::string& instance,

@@ -88,7 +88,7 @@ namespace details {
 /**
  * The part of a Return that does not depend on its type. A failed one that ends, or is assigned to,
  * unchecked aborts the process, and so does taking the value of a failed one. isOk() checks it,
- * isDeadObject() checks it where it returns true, and nothing else does.
+ * isDeadObject() checks it if it returns true, and nothing else does.
  */
 class return_status {
   public:

@@ -26,7 +26,7 @@ class Node;
 /** One call as it has arrived. */
 struct RawCall {
     uint32_t code;
-    /** What the caller takes the object for. The arguments stand right behind it. */
+    /** The interface that the caller takes the object for. The arguments follow it. */
     std::string interface;
     const android::hardware::Parcel& arguments;
     bool oneway;
@@ -62,7 +62,8 @@ class RawService : public android::hardware::BHwBinder {
  */
 class RawHost {
   public:
-    RawHost();
+    /** `threads` calls run at a time: several, unless a test is about one after the other. */
+    explicit RawHost(size_t threads = 1000);
     /** Kills. */
     ~RawHost();
     RawHost(const RawHost&) = delete;
@@ -111,7 +112,7 @@ void writeVector(android::hardware::Parcel* parcel, const std::vector<T>& elemen
 /** A struct without strings, vectors and handles, or an array. */
 void writePlain(android::hardware::Parcel* parcel, const void* bytes, size_t size);
 
-/** Each returns false where something else comes next. */
+/** Each returns false if something else comes next. */
 bool readString(const android::hardware::Parcel& parcel, std::string* text);
 bool readVector(const android::hardware::Parcel& parcel, size_t elementSize,
                 std::vector<uint8_t>* bytes);
@@ -137,6 +138,9 @@ android::status_t rawCall(const android::sp<android::hardware::IBinder>& object,
 /** The binder registered under the names, null where nobody is. */
 android::sp<android::hardware::IBinder> findRaw(const std::string& interface,
                                                 const std::string& instance);
+
+/** The process that hosts an object, by the number that it has for itself. Calls nobody. */
+int32_t processOf(const android::sp<android::hardware::IBinder>& object);
 
 /**
  * Takes this process' own names and socket out of the runtime directory, for an orderly end; the

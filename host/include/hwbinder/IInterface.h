@@ -5,7 +5,7 @@
 namespace android {
 namespace hardware {
 
-/** What has a binder behind it: every proxy. */
+/** An interface object with a binder behind it: every proxy. */
 class IInterface : public virtual RefBase {
   public:
     static sp<IBinder> asBinder(const IInterface* interface);

@@ -18,7 +18,7 @@ class IPCThreadState {
     /** Ends the use of this class in the process. Transactions and served calls do not need it. */
     static void shutdown();
 
-    /** Who made the call that this thread serves; this process itself outside of a call. */
+    /** The process whose call this thread serves; this process itself outside of a call. */
     pid_t getCallingPid() const;
     uid_t getCallingUid() const;
     /** Always null: a socket does not report it. */

@@ -93,7 +93,7 @@ class Parcel {
     int64_t readInt64() const;
     uint64_t readUint64() const;
     bool readBool() const;
-    /** Null where the bytes do not end in a NUL. */
+    /** Null if the bytes do not end in a NUL. */
     const char* readCString() const;
 
     status_t readStrongBinder(sp<IBinder>* binder) const;
@@ -149,7 +149,7 @@ class Parcel {
 
     uint8_t* mData;
     Record* mRecords;
-    /** Of a received parcel: the bytes behind the records, which records' values count from. */
+    /** In a received parcel, the bytes behind the records, which records' values count from. */
     uint8_t* mPayload;
     hidlhost::Block* mBlock;
     uint32_t mDataSize;

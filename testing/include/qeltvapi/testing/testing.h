@@ -56,14 +56,14 @@ class Value {
     Value(std::string text) : mKind(Kind::text), mText(std::move(text)) {}  // NOLINT
 
     Kind kind() const { return mKind; }
-    /** Of a number; an unsigned one above INT64_MAX comes as its bit pattern. */
+    /** The value of a number; an unsigned one above INT64_MAX comes as its bit pattern. */
     int64_t number() const { return static_cast<int64_t>(mNumber); }
     bool negative() const { return mNegative; }
-    /** Of a text or of bytes. */
+    /** The content of a text or of bytes. */
     const std::string& text() const { return mText; }
-    /** Of a list. */
+    /** The elements of a list. */
     const std::vector<Value>& items() const { return mItems; }
-    /** Of an argument, a result or a field: what it is called in the interface; else "". */
+    /** The interface's name of an argument, a result or a field; else "". */
     const std::string& name() const { return mName; }
 
     /** An item of a list by its place or its name. @throws std::out_of_range if there is none */

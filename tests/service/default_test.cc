@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+#include <hidl/HidlBinderSupport.h>
+#include <hidlhost/raw_service.h>
+#include <qeltvapi/service/interfaces.h>
+
+#include "private_runtime.h"
+#include "transactions.h"
+
+using namespace qeltvapi::service;
+using android::sp;
+using android::hardware::IBinder;
+using android::hardware::Parcel;
+using transactions::Json;
+using transactions::Kind;
+
+namespace {
+
+const bool sPrivate = qeltvapi::testing::wire::usePrivateRuntime();
+
+/** Zero, false and nothing, in the form of a type. */
+Json emptyValue(const transactions::Type& type);
+
+Json emptyField(const transactions::Type::Field& field) {
+    if (field.count == 0) return emptyValue(*field.type);
+    if (field.type->kind == Kind::kUint8) return std::string(2 * field.count, '0');
+    return Json(field.count, emptyValue(*field.type));
+}
+
+Json emptyValue(const transactions::Type& type) {
+    switch (type.kind) {
+        case Kind::kBool:
+            return false;
+        case Kind::kString:
+            return "";
+        case Kind::kVector:
+            return type.element->kind == Kind::kUint8 ? Json("") : Json::array();
+        case Kind::kStruct: {
+            Json object = Json::object();
+            for (const auto& field : type.fields) object[field.name] = emptyField(field);
+            return object;
+        }
+        case Kind::kHandle:
+        case Kind::kObject:
+            return nullptr;
+        default:
+            return 0;
+    }
+}
+
+/** What every method of an interface answers, over the wire; the number of methods. */
+template <class Interface>
+size_t expectUnsupported() {
+    const std::string descriptor = Interface::descriptor;
+    hidlhost::RawHost host;
+    const sp<Interface> service = new Default<Interface>;
+    EXPECT_EQ(android::OK,
+              host.add(descriptor, "default",
+                       android::hardware::getOrCreateCachedBinder(service.get())->localBinder()));
+    const sp<IBinder> object = hidlhost::findRaw(descriptor, "default");
+    const auto* interface =
+            transactions::findInterface(descriptor.substr(descriptor.rfind(':') + 1));
+    if (object == nullptr || interface == nullptr) {
+        ADD_FAILURE() << descriptor;
+        return 0;
+    }
+    size_t checked = 0;
+    for (uint32_t code = 1; code <= interface->methods.size(); ++code) {
+        const transactions::Method& method = interface->methods[code - 1];
+        SCOPED_TRACE(descriptor + " " + method.name);
+        Json arguments = Json::object();
+        bool takesObject = false;
+        for (const auto& parameter : method.parameters) {
+            takesObject |= parameter.type->kind == Kind::kObject;
+            arguments[parameter.name] = emptyValue(*parameter.type);
+        }
+        if (takesObject) continue;  // there is no empty one
+        transactions::Files files;
+        Parcel reply;
+        EXPECT_EQ(android::OK, hidlhost::rawCall(
+                                       object, descriptor, code,
+                                       [&](Parcel* parcel) {
+                                           transactions::write(method.parameters, arguments, parcel,
+                                                               &files);
+                                       },
+                                       &reply));
+        EXPECT_EQ(0, reply.readInt32());
+        Json expected = Json::object();
+        for (const auto& result : method.results) {
+            expected[result.name] = emptyValue(*result.type);
+        }
+        if (!method.results.empty() && method.results.back().type->kind == Kind::kInt32) {
+            expected[method.results.back().name] = QELTV_UNSUPPORTED;
+        }
+        EXPECT_EQ(expected, transactions::read(method.results, reply));
+        EXPECT_EQ(0u, reply.dataAvail());
+        ++checked;
+    }
+    return checked;
+}
+
+TEST(Default, AnswersEveryMethodInItsShape) {
+    size_t checked = 0;
+#define CHECK_INTERFACE(interface) checked += expectUnsupported<interface>();
+    QELTVAPI_SERVICE_INTERFACES(CHECK_INTERFACE)
+#undef CHECK_INTERFACE
+    EXPECT_GT(checked, 600u);
+}
+
+TEST(Default, AnswersWithAnotherCodeWhereThatIsWanted) {
+    const sp<IQelTvApiCec> last = new Default<IQelTvApiCec>(-5);
+    EXPECT_EQ(-5, last->a_hidl_qeltvapi_set_earc_enable(true));
+    EXPECT_FALSE(last->a_hidl_qeltvapi_get_earc_caps());
+    const sp<IQelTvApiCec> everywhere = new Default<IQelTvApiCec>(-5, true);
+    EXPECT_TRUE(everywhere->a_hidl_qeltvapi_get_earc_caps());
+}
+
+}  // namespace
