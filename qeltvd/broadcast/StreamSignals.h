@@ -30,6 +30,12 @@ class StreamSignals : public Signals {
                                      const Multiplex& multiplex) const override;
     std::vector<SoundTrack> tracks(const Channel& channel) const override;
     bool scrambled(const Channel& channel, bool descrambler) const override;
+    TeletextView teletext(const Channel& channel, uint16_t number, uint32_t subpage,
+                          const TeletextTopics& topics) const override;
+    std::vector<stream::TopPage> teletextTop(const Channel& channel) const override;
+    std::vector<SubtitleTrack> subtitles(const Channel& channel) const override;
+    std::optional<CaptionStreams> captionStreams(const Channel& channel) const override;
+    std::vector<std::string> captions(const Channel& channel, uint8_t line21) const override;
     std::vector<Event> events(const Channel& channel, int64_t from, int64_t to,
                               int64_t now) const override;
     std::optional<Event> event(const Channel& channel, uint16_t id, int64_t now) const override;
@@ -50,6 +56,7 @@ class StreamSignals : public Signals {
   private:
     /** In order of the begins; one without an end lasts until the next. */
     std::vector<Event> all(const Channel& channel) const;
+    bool hasTeletext(const Channel& channel) const;
     EventContext contextOf(const Channel& channel) const;
     /** Bit rate of a PID; 0 if it is unknown. */
     uint32_t kbitPerSecond(uint16_t pid) const;

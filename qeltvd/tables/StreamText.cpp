@@ -7,6 +7,8 @@
 #include <map>
 #include <memory>
 
+#include "Text.h"
+
 namespace qeltvd::stream {
 
 namespace {
@@ -16,32 +18,13 @@ constexpr char32_t kReplacement = 0xfffd;
 constexpr uint8_t kLineBreak = 0x8a;
 constexpr char32_t kPrivateControls = 0xe000;
 
-void append(std::string* text, char32_t c) {
-    const auto put = [text](char32_t byte) { text->push_back(static_cast<char>(byte)); };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xc0 | c >> 6);
-        put(0x80 | (c & 0x3f));
-    } else if (c < 0x10000) {
-        put(0xe0 | c >> 12);
-        put(0x80 | (c >> 6 & 0x3f));
-        put(0x80 | (c & 0x3f));
-    } else {
-        put(0xf0 | c >> 18);
-        put(0x80 | (c >> 12 & 0x3f));
-        put(0x80 | (c >> 6 & 0x3f));
-        put(0x80 | (c & 0x3f));
-    }
-}
-
 /** Appends a character as texts show it: line breaks stay, other control codes go. */
 void appendShown(std::string* text, char32_t c) {
     if (c >= kPrivateControls + 0x80 && c < kPrivateControls + 0xa0) c -= kPrivateControls;
     if (c == '\r' || c == kLineBreak) c = '\n';
     const bool control = c < 0x20 || (c >= 0x7f && c < 0xa0);
     if (control && c != '\n') return;
-    append(text, c);
+    appendUtf8(text, c);
 }
 
 class Converter {
@@ -108,20 +91,20 @@ std::string latinText(Bytes bytes) {
         if (c < 0xa0) {
             appendShown(&text, c);
         } else if (c == 0xa4) {
-            append(&text, U'€');
+            appendUtf8(&text, U'€');
         } else if (c == 0xe2) {
             // glibc takes the letter with the stroke for the Icelandic one.
-            append(&text, U'Đ');
+            appendUtf8(&text, U'Đ');
         } else if (c >= 0xc1 && c <= 0xcf && i + 1 < bytes.size && bytes.data[i + 1] >= 0x20 &&
                    bytes.data[i + 1] < 0x7f) {
             const uint8_t pair[] = {c == 0xc9 ? uint8_t{0xc8} : c, bytes.data[++i]};
             const std::u32string letter = convert("ISO_6937", {pair, sizeof(pair)});
             const char32_t accent = kAccents[c - 0xc1];
             if (letter.size() == 1 && letter[0] != kReplacement) {
-                append(&text, letter[0]);
+                appendUtf8(&text, letter[0]);
             } else {
-                append(&text, pair[1]);
-                if (accent != 0) append(&text, accent);
+                appendUtf8(&text, pair[1]);
+                if (accent != 0) appendUtf8(&text, accent);
             }
         } else {
             for (const char32_t each : convert("ISO_6937", {&c, 1})) appendShown(&text, each);
@@ -143,7 +126,7 @@ std::string singleByteText(const std::string& table, Bytes bytes) {
         const uint8_t* end = std::find_if(bytes.data + i, bytes.data + bytes.size,
                                           [](uint8_t each) { return each < 0xa0; });
         const auto size = static_cast<size_t>(end - (bytes.data + i));
-        for (const char32_t each : convert(table, {bytes.data + i, size})) append(&text, each);
+        for (const char32_t each : convert(table, {bytes.data + i, size})) appendUtf8(&text, each);
         i += size;
     }
     return text;

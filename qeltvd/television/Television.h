@@ -91,9 +91,9 @@ struct Television {
     Cam cam{store, settings, notifier, directory};
     Alerts alerts{store,    timers,    notifier,
                   channels, broadcast, [this](uint32_t channelId) { return goTo(channelId); }};
-    Captions captions{settings, notifier};
-    Teletext teletext{notifier, channels, clock};
-    Agent agent{settings, notifier, channels, broadcast};
+    Captions captions{settings, notifier, config, channels, broadcast};
+    Teletext teletext{notifier, channels, clock, broadcast};
+    Agent agent{settings, notifier, channels, broadcast, captions};
 
     Inputs inputs{store};
     Sound sound{store, notifier};

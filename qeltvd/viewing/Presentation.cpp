@@ -363,6 +363,9 @@ void Presentation::inputChanged(int32_t source, bool on) {
 }
 
 void Presentation::broadcastChanged(uint32_t changes) {
+    // Text comes many times a second, and changes no picture.
+    constexpr uint32_t kText = stream::kTeletextChanged | stream::kCaptionsChanged;
+    if ((changes & ~kText) == 0) return;
     std::lock_guard<std::mutex> guard(mLock);
     review();
     if ((changes & (stream::kServicesChanged | stream::kFormatChanged)) != 0) {
