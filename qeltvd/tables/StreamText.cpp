@@ -246,7 +246,7 @@ class CompressedText {
             return;
         }
         if (high) {
-            if (mHigh != 0) append(&mText, kReplacement);
+            if (mHigh != 0) appendUtf8(&mText, kReplacement);
             mHigh = value;
             return;
         }
@@ -254,7 +254,7 @@ class CompressedText {
     }
 
     void put(char32_t c) {
-        if (mHigh != 0) append(&mText, kReplacement);
+        if (mHigh != 0) appendUtf8(&mText, kReplacement);
         mHigh = 0;
         const bool surrogate = c >= 0xd800 && c < 0xe000;
         appendShown(&mText, surrogate || c > 0x10ffff ? kReplacement : c);
