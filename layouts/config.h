@@ -22,7 +22,9 @@ enum QELTV_CONFIG_GROUP {
 /** Flag of a change that clients are not notified of. */
 #define QELTV_CONFIG_QUIET 1u
 
-/** First value of a notification of a change: the item has a new value. */
-#define QELTV_CONFIG_VALUE_CHANGED 1
+/** First value of a notification of an item. */
+enum QELTV_CONFIG_EVENT {
+    QELTV_CONFIG_VALUE_CHANGED = 1, /**< the item has a new value */
+};
 
 #endif /* QELTV_LAYOUTS_CONFIG_H */
