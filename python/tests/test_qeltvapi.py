@@ -17,6 +17,7 @@ from qeltvapi._description import description
 
 ITEM = "picture.contrast"
 EXAMPLES = pathlib.Path(__file__).parents[1] / "examples"
+PAGE = pathlib.Path(__file__).parents[2] / "docs" / "python.md"
 
 
 def batch(first, count):
@@ -187,6 +188,17 @@ def test_the_examples_do_what_they_say(television):
     # The first one may be missed, as the registration is under way.
     assert [line.split()[1] for line in reminded.stdout.splitlines()[-2:]] == [
         "QELTV_SLEEP_WARNING", "QELTV_SLEEP_CANCELLED"]
+
+
+def test_each_block_of_the_page_runs_by_itself(television):
+    blocks = re.findall(r"```python\n(.*?)```", PAGE.read_text(), re.DOTALL)
+    assert len(blocks) > 2
+    for block in blocks:
+        names = {}
+        exec(compile(block, str(PAGE), "exec"), names)
+        for name in names:
+            if name.startswith("test_"):
+                names[name](television)
 
 
 def test_the_module_calls_from_the_shell(television):
