@@ -70,6 +70,9 @@ def test_a_record_refuses_what_does_not_fit():
     channel = records.channel_record_t(name="x" * 1000)
     cut = records.channel_record_t.from_bytes(bytes(channel)).name
     assert 0 < len(cut) < 1000 and set(cut) == {"x"}
+    for value in "0", 0.5, None:
+        with pytest.raises(TypeError, match="selector"):
+            functions.a_qeltvapi_config_get_value(value, ITEM)
     with pytest.raises(OverflowError):
         bytes(records.channel_record_t(list=1 << 16))
 
@@ -183,6 +186,8 @@ def test_the_examples_do_what_they_say(television):
     assert len(lines) > 16
     for line in lines:
         assert re.fullmatch(r" *\d+  .{28,}  (plays|fails)  +\d+ ms", line), line
+    empty = run(EXAMPLES / "zap.py", "99")
+    assert empty.returncode != 0 and "99 has no channels" in empty.stderr
     reminded = run(EXAMPLES / "reminder.py", str(constants.QELTV_SLEEP_WARNING_TIME + 1))
     assert reminded.returncode == 0, reminded.stderr
     # The first one may be missed, as the registration is under way.
