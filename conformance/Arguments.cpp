@@ -32,7 +32,7 @@ std::vector<std::string> wordsOf(const std::string& name) {
     return words;
 }
 
-/** What a number names, by its own name and its method's; "" for anything. */
+/** The kind of thing that a number names, by its own name; "" for any. */
 std::string meaningOf(const std::string& name) {
     for (const char* meaning : {"list", "chan", "event", "index", "ctx", "snapshot"}) {
         if (name.find(meaning) != name.npos) return meaning;

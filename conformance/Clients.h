@@ -10,7 +10,7 @@
 
 namespace conformance {
 
-/** What a client does with its callback object. */
+/** The behaviour of a client with its callback object. */
 struct ClientOptions {
     /** How often it registers the object. */
     int registrations = 1;

@@ -19,7 +19,7 @@ struct CheckInfo {
 /** All checks in the order in which they run. */
 const std::vector<CheckInfo>& allChecks();
 
-/** What one check has found. Any thread may call any function. */
+/** The findings of one check. Any thread may call any function. */
 class Check {
   public:
     enum class Outcome { kPassed, kFailed, kSkipped };
@@ -47,7 +47,7 @@ class Check {
     void took(std::chrono::microseconds time);
 
     Outcome outcome() const;
-    /** What has been examined, or why it is skipped; one line. */
+    /** The number of things examined, or the reason for skipping; one line. */
     std::string summary() const;
     /** The faults, a line each. */
     std::vector<std::string> faults() const;

@@ -221,7 +221,7 @@ Verdict judge(const Rule& rule, const transactions::Method& method, const Json& 
             elementsOf(*find(method.results, rule.result)->type, reply.results.at(rule.result));
     int64_t expected = 0;
     bool kept = true;
-    std::string words;
+    std::string words, says;
     switch (rule.kind) {
         case Rule::Kind::kRecord:
             verdict.applies = done;
@@ -257,14 +257,14 @@ Verdict judge(const Rule& rule, const transactions::Method& method, const Json& 
                 expected *= 2;
             }
             kept = static_cast<int64_t>(received) == expected;
-            words = std::string(rule.other) + ", ";
+            says = std::string(", as ") + rule.other + " says";
             break;
     }
     if (verdict.applies && !kept) {
         const bool bytes = find(method.results, rule.result)->type->kind == Kind::kString ||
                            find(method.results, rule.result)->type->element->kind == Kind::kUint8;
         const std::string unit = bytes ? " bytes" : " elements";
-        verdict.expected = words + std::to_string(expected) + unit + " of " + rule.result;
+        verdict.expected = words + std::to_string(expected) + unit + " of " + rule.result + says;
         verdict.received = std::to_string(received);
     }
     return verdict;

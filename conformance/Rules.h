@@ -8,7 +8,7 @@
 
 namespace conformance {
 
-/** What a result has to be in relation to its size, to the request, or to another result. */
+/** A demand on the size of a result: a constant, from the request, or from another result. */
 struct Rule {
     enum class Kind {
         /** `size` bytes, unless the call is refused. */
@@ -45,7 +45,7 @@ bool bounds(const std::vector<const Rule*>& rules, const std::string& parameter)
 /** Elements of a vector, or bytes of a text. */
 size_t elementsOf(const transactions::Type& type, const Json& value);
 
-/** What a rule finds wrong with a good reply. */
+/** The judgement of a rule on a good reply. */
 struct Verdict {
     /** Whether the rule applies to this reply. */
     bool applies = false;

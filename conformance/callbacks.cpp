@@ -1,5 +1,6 @@
 // The callback object: registration, notifications, and clients that hang or die.
 
+#include <algorithm>
 #include <deque>
 
 #include "Clients.h"
@@ -30,30 +31,35 @@ class Item {
   public:
     Item(Run& run, const Target& config) : mRun(run), mConfig(config) {}
     ~Item() {
-        if (mOther) set(mFirst);
+        if (!mValues.empty()) set(mFirst);
     }
 
-    /** Why the item cannot be changed; "" if it can. */
+    /** Why there are no changes that clients can watch; "" if there are. */
     std::string prepare() {
+        const std::string& name = mRun.options().item;
         const auto& get = methodOf(*mConfig.interface, "a_hidl_qeltvapi_config_get_value");
-        const Reply reply = mRun.service().call(
-                mConfig, get, Json{{"selector", 0}, {"name", mRun.options().item}});
-        if (!succeeded(get, reply)) return "get_value refuses the item " + mRun.options().item;
-        mFirst = reply.results["value"].get<int32_t>();
-        for (const int32_t other : {mFirst ^ 1, 0, 1}) {
-            if (other == mFirst || !set(other)) continue;
-            mOther = other;
-            mNow = other;
-            return "";
+        const Reply reply =
+                mRun.service().call(mConfig, get, Json{{"selector", 0}, {"name", name}});
+        if (!succeeded(get, reply)) return "get_value refuses the item " + name;
+        const auto& watch =
+                methodOf(*mConfig.interface, "a_hidl_qeltvapi_config_add_value_changed_callback");
+        if (!succeeded(watch, mRun.service().call(mConfig, watch, Json{{"name", name}}))) {
+            return "add_value_changed_callback refuses the item " + name;
         }
-        return "set_value refuses the item " + mRun.options().item;
+        mFirst = reply.results["value"].get<int32_t>();
+        for (const int32_t value : {mFirst, mFirst ^ 1, 0, 1, 2}) {
+            const bool known = std::find(mValues.begin(), mValues.end(), value) != mValues.end();
+            if (!known && set(value)) mValues.push_back(value);
+            if (mValues.size() == 2) return "";
+        }
+        return "set_value refuses all other values of the item " + name;
     }
 
     /** Whether it was answered with success, and in time. */
     bool change() {
         const auto begin = steady_clock::now();
-        mNow = mNow == mFirst ? *mOther : mFirst;
-        return set(mNow) && steady_clock::now() - begin < kLimit;
+        mNow ^= 1;
+        return set(mValues[mNow]) && steady_clock::now() - begin < kLimit;
     }
 
   private:
@@ -71,8 +77,9 @@ class Item {
     Run& mRun;
     const Target& mConfig;
     int32_t mFirst = 0;
-    int32_t mNow = 0;
-    std::optional<int32_t> mOther;
+    /** Two that are accepted, and which of them is set. */
+    std::vector<int32_t> mValues;
+    size_t mNow = 1;
 };
 
 /** An object that is registered twice beside one that is registered once, in two processes. */

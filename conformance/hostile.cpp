@@ -16,7 +16,7 @@ using android::status_t;
 using android::hardware::Parcel;
 using std::chrono::steady_clock;
 
-constexpr size_t kThreads = 8;
+constexpr uint32_t kThreads = 8;
 
 struct Callee {
     const Target* target;
@@ -42,9 +42,9 @@ void fromThreads(Run& run, Check& check, const OneCall& call) {
     if (callees.empty()) return;
     const auto end = steady_clock::now() + std::chrono::seconds(run.options().seconds) / 2.0;
     std::vector<std::thread> threads;
-    for (size_t thread = 0; thread < kThreads; ++thread) {
+    for (uint32_t thread = 0; thread < kThreads; ++thread) {
         threads.emplace_back([&, thread] {
-            Hostile values(run.options().seed * kThreads + static_cast<uint32_t>(thread) + 1);
+            Hostile values(run.options().seed * kThreads + thread + 1);
             for (size_t i = thread; !run.gone(); i += kThreads) {
                 const bool first = i < callees.size();
                 if (!first && steady_clock::now() >= end) break;

@@ -28,7 +28,7 @@ constexpr char kAbout[] =
         "what the library relies on?";
 constexpr char kFooter[] =
         "It calls every method, with arguments that a client might send and with hostile ones. "
-        "That changes settings, channel lists, recordings and whatever else the service keeps, so "
+        "That changes settings, channel lists, recordings and all else that the service keeps, so "
         "run it against a service with a state that is thrown away. With --read-only it calls only "
         "methods that read, by their names, and leaves out the checks of notifications.\n\n"
         "A line of the report is a check that has passed, has failed (with the first faults: what, "

@@ -29,6 +29,21 @@ void checkText(const std::string& text) {
     }
 }
 
+void readText(const TeletextDecoder& teletext) {
+    // Each takes a decoder of the library.
+    size_t most = 8;
+    for (const uint16_t page : teletext.pages()) {
+        for (const uint16_t code : teletext.subpages(page)) {
+            teletext.subpageNumber(page, code);
+            if (most == 0) break;
+            --most;
+            for (const std::string& row : teletext.text(page, code)) checkText(row);
+        }
+        teletext.isAbsent(page);
+    }
+    for (const TopPage& each : teletext.top()) checkText(each.title);
+}
+
 void receive(std::vector<uint8_t> packets) {
     StreamCollector collector;
     collector.watch({1, 2, 3, 4, composed::kFirstService, composed::kSecondService});
@@ -53,12 +68,7 @@ void receive(std::vector<uint8_t> packets) {
         for (size_t at = 0; at < output.size(); at += kPacketSize) {
             if (output[at] != kSyncByte) abort();
         }
-        if (const TeletextDecoder* teletext = collector.teletext(id)) {
-            for (const uint16_t page : teletext->pages()) {
-                for (const std::string& row : teletext->text(page)) checkText(row);
-            }
-            teletext->top();
-        }
+        for (const TeletextDecoder* teletext : collector.teletext(id)) readText(*teletext);
         if (const CaptionDecoder* captions = collector.captions(id)) captions->rows(1);
     }
     for (const Alert& each : facts.alerts) checkText(each.text + each.nature + each.code);
@@ -109,10 +119,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         case 2: {
             TeletextDecoder teletext;
             for (int i = 0; i < 2; ++i) teletext.push(data, size);
-            for (const uint16_t page : teletext.pages()) {
-                for (const std::string& row : teletext.text(page)) checkText(row);
-            }
-            teletext.top();
+            readText(teletext);
             break;
         }
         default: {

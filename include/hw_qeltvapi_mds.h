@@ -36,7 +36,8 @@ int a_qeltvapi_mds_fvpMtdtOperator(const char* s);
  * be terminated: clear the buffer before.
  *
  * @param key   which value, null counts as ""; reference television: "operator", "channel.id",
- *              "channel.name" or "channel.number"
+ *              "channel.name", "channel.number", "application.url", "captions.text" or
+ *              "subtitle.text"
  * @param out   [out] the text, without a terminating zero; not bounded by the buffer's size;
  *              reference television: at most @p value bytes
  * @param value service-defined; reference television: capacity of @p out in bytes; a longer text is

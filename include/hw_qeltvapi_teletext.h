@@ -6,7 +6,7 @@
  * a_qeltvapi_teletext_is_top_stream().
  *
  * Tables are stored whole, not bounded by the buffer's size. Reference television: the number of
- * entries in 32 bits, then a QELTV_TOP_ENTRY_T for each, at most 4 entries (132 bytes).
+ * entries in 32 bits, then a QELTV_TOP_ENTRY_T for each, at most QELTV_TOP_ENTRIES (3204 bytes).
  */
 #ifndef HW_QELTVAPI_TELETEXT_H
 #define HW_QELTVAPI_TELETEXT_H
@@ -36,7 +36,8 @@ int a_qeltvapi_teletext_register_msg_callback(qeltvapi_teletext_msg_cb_t fn);
 int a_qeltvapi_teletext_get_cur_page(void* out);
 
 /**
- * Sets the current page.
+ * Sets the current page. Reference television: a page that has not been received is shown when it
+ * comes, with a notification.
  *
  * @param page the page record, 32 bits; reference television: page number, 0x100 to 0x8ff, |
  *             subpage << QELTV_TELETEXT_SUBPAGE_SHIFT
@@ -47,15 +48,15 @@ int a_qeltvapi_teletext_set_page(const uint32_t* page);
 /**
  * Reports whether the stream has TOP navigation.
  *
- * @return the service's answer; reference television: 1
+ * @return the service's answer; reference television: 1 or 0
  */
 int a_qeltvapi_teletext_is_top_stream(void);
 
 /**
  * Reads the block table.
  *
- * @param out [out] the table, as many bytes as the service sends; reference television: at most 132
- *            bytes
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most
+ * 3204 bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_block_content(void* out);
@@ -64,8 +65,8 @@ int a_qeltvapi_teletext_top_get_block_content(void* out);
  * Reads the group table of a page.
  *
  * @param key the page key, 16 bits; reference television: number of the page
- * @param out [out] the table, as many bytes as the service sends; reference television: at most 132
- *            bytes
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most
+ * 3204 bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_group_content(const uint16_t* key, void* out);
@@ -74,8 +75,8 @@ int a_qeltvapi_teletext_top_get_group_content(const uint16_t* key, void* out);
  * Reads the page table of a page.
  *
  * @param key the page key, 16 bits; reference television: number of the page
- * @param out [out] the table, as many bytes as the service sends; reference television: at most 132
- *            bytes
+ * @param out [out] the table, as many bytes as the service sends; reference television: at most
+ * 3204 bytes
  * @return the service's code
  */
 int a_qeltvapi_teletext_top_get_page_content(const uint16_t* key, void* out);

@@ -11,20 +11,38 @@
 
 /**
  * Lowest bit of the subpage in a page record. A page record has 32 bits: the page number as three
- * hexadecimal digits (0x100 to 0x8ff) in the low half, the subpage in the high half; subpage 0 is
- * the one that is on air.
+ * hexadecimal digits (0x100 to 0x8ff) in the low half, the subpage as a number from 1 in the high
+ * half; subpage 0 is the one that is on air.
  */
 #define QELTV_TELETEXT_SUBPAGE_SHIFT 16
+
+/** Whether a page is shown. */
+enum QELTV_TELETEXT_STATE {
+    QELTV_TELETEXT_ABSENT = 0,  /**< it is not broadcast */
+    QELTV_TELETEXT_AWAITED = 1, /**< it has not been received yet */
+    QELTV_TELETEXT_SHOWN = 2,   /**< it is shown */
+};
 
 /** Answer of get_cur_page(). */
 typedef struct {
     uint32_t page;     /**< page record */
-    uint32_t subpages; /**< subpages of the page; 0 when the page is not broadcast */
-    /** seven-bit codes with control codes; the first row has the clock */
+    uint32_t subpages; /**< subpages of the page, so far; 0 unless it is broadcast and has come */
+    /** seven-bit codes with control codes, of no particular character set; the first row has the
+     *  clock */
     uint8_t rows[QELTV_TELETEXT_ROWS][QELTV_TELETEXT_COLUMNS];
+    /** the same places in UTF-16, in the character set of the page and with its accents; blanks
+     *  for control codes and mosaics */
+    uint16_t characters[QELTV_TELETEXT_ROWS][QELTV_TELETEXT_COLUMNS];
+    uint32_t state; /**< a QELTV_TELETEXT_STATE */
 } QELTV_TELETEXT_PAGE_T;
 
-/** Entry of a TOP table. A table is the number of entries in 32 bits, then the entries. */
+/** Most entries of a TOP table. */
+#define QELTV_TOP_ENTRIES 100
+
+/**
+ * Entry of a TOP table. A table is the number of entries in 32 bits, then the entries, at most
+ * QELTV_TOP_ENTRIES.
+ */
 typedef struct {
     uint16_t page;  /**< page number as in the page record; the page key of the methods */
     uint16_t level; /**< 1 block, 2 group, 3 page */
@@ -33,15 +51,19 @@ typedef struct {
 
 /** Kind of a teletext notification. */
 enum QELTV_TELETEXT_EVENT {
-    /** a page is chosen: page record, number of its subpages @values page, subpages */
+    /** a page is chosen, or a received one that is chosen comes for the first time or is lost: page
+     *  record, number of its subpages, 0 while there is none @values page, subpages */
     QELTV_TELETEXT_PAGE_CHANGED = 1,
+    /** the chosen page is received with another text or other subpages: page record of the
+     *  subpage that is shown, number of subpages @values page, subpages */
+    QELTV_TELETEXT_PAGE_UPDATED = 2,
 };
 
 /** Kind of a subtitle. */
 enum QELTV_SUBTITLE_KIND {
     QELTV_SUBTITLE_DVB = 1,      /**< DVB subtitles */
     QELTV_SUBTITLE_TELETEXT = 2, /**< a teletext page */
-    QELTV_SUBTITLE_HEARING = 3,  /**< subtitles for the hard of hearing */
+    QELTV_SUBTITLE_HEARING = 3,  /**< subtitles for the hard of hearing, of either sort */
 };
 
 /** Entry of the subtitle loop: number of entries, number of the active one, then the entries. */
@@ -53,8 +75,9 @@ typedef struct {
 
 /** Kind of a subtitle notification. */
 enum QELTV_SUBTITLE_EVENT {
-    /** a subtitle is chosen, as QELTV_SUBTITLE_ENTRY_T; all 0 for off
-     *  @values number, language, kind:QELTV_SUBTITLE_KIND */
+    /** another subtitle is played, by choice or with the service: as QELTV_SUBTITLE_ENTRY_T, then
+     *  the number of its teletext page, 0 for pictures; all 0 for off
+     *  @values number, language, kind:QELTV_SUBTITLE_KIND, page */
     QELTV_SUBTITLE_CHANGED = 1,
 };
 

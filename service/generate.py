@@ -36,6 +36,12 @@ def default_class(interface, methods):
             values = [f"{headers.value_type(kind)}{{}}" for kind, _ in answers]
             if headers.value_type(answers[-1][0]) == "int32_t":
                 values[-1] = "mCode"
+            # The library copies so many bytes whatever the code is.
+            words = [word for _, word in answers]
+            if "block" in words and ("int32_t", "room") in parameters:
+                taken = [(kind, word if word == "room" else "") for kind, word in parameters]
+                taken.append((f"{name}_cb", "reply"))
+                values[words.index("block")] = "zeros(room)"
             body = f"reply({', '.join(values)});\n        return ::android::hardware::Void();"
         elif result == "void":
             body = "return ::android::hardware::Void();"

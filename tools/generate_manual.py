@@ -205,12 +205,13 @@ def parts(text):
     about, _, rest = text.partition("\nUsage:")
     lines, names, behind = [], [], []
     for line in rest.split("\n"):
-        option = re.match(r"  (-[-\w,]+)(?: (\S+))?(?:\s{2,}(.*))?$", line)
+        option = re.match(r"  (-[-\w,]+)(?: (\S+?)(?:=(\S+))?(?: \.\.\.)?)?(?:\s{2,}(.*))?$", line)
         if option:
             names.append(option[1])
             value = " \\fIVALUE\\fR" if option[2] else ""
             lines += [".TP", f"\\fB{roff(option[1].replace(',', ', '))}\\fR{value}"]
-            lines += [roff(option[3])] if option[3] else []
+            default = f" (default {option[3]})" if option[3] else ""
+            lines += [roff(option[4] + default)] if option[4] else []
         elif names and line.startswith(" " * 8):
             lines.append(roff(line.strip()))
         elif names and line.strip():

@@ -497,7 +497,8 @@ void addTimeshift(Command& app) {
 
     Command* command = timeshift->addCommand("device", "Register the device of the buffer");
     command->addOption("path", options->path, "Directory, as the television sees it")->required();
-    command->addOption("mib", options->mib, "Size of the buffer; 1 MiB holds a second")
+    command->addOption("mib", options->mib,
+                       "Size of the buffer; 1 MiB holds a second if it is simulated")
             ->required()
             ->between(int64_t{1}, int64_t{1} << 30);
     command->callback([options] {

@@ -1,9 +1,11 @@
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "hw_qeltvapi_subtitle.h"
 #include "hw_qeltvapi_teletext.h"
@@ -21,13 +23,17 @@ void appendUtf8(std::string* out, uint32_t c) {
         put(c);
         return;
     }
-    if (c < 0x10000) {
-        put(0xe0 | c >> 12);
+    if (c < 0x800) {
+        put(0xc0 | c >> 6);
     } else {
-        put(0xf0 | c >> 18);
-        put(0x80 | (c >> 12 & 0x3f));
+        if (c < 0x10000) {
+            put(0xe0 | c >> 12);
+        } else {
+            put(0xf0 | c >> 18);
+            put(0x80 | (c >> 12 & 0x3f));
+        }
+        put(0x80 | (c >> 6 & 0x3f));
     }
-    put(0x80 | (c >> 6 & 0x3f));
     put(0x80 | (c & 0x3f));
 }
 
@@ -49,7 +55,7 @@ uint32_t mosaic(uint8_t code) {
 }
 
 /** A row for the terminal: control codes change what follows and show as blanks. */
-std::string drawn(const uint8_t* row, bool colours) {
+std::string drawn(const uint8_t* row, const uint16_t* characters, bool colours) {
     std::string text;
     uint32_t foreground = 7, background = 0;
     bool mosaics = false;
@@ -62,7 +68,7 @@ std::string drawn(const uint8_t* row, bool colours) {
         const uint8_t code = row[column] & 0x7f;
         if (code >= 0x20) {
             const bool cell = mosaics && (code < 0x40 || code >= 0x60);
-            appendUtf8(&text, cell ? mosaic(code) : code == 0x7f ? 0x2588 : code);
+            appendUtf8(&text, cell ? mosaic(code) : code == 0x7f ? 0x2588 : characters[column]);
             continue;
         }
         if (code < 8 || (code >= 0x10 && code < 0x18)) {
@@ -82,7 +88,7 @@ std::string drawn(const uint8_t* row, bool colours) {
 
 struct Options {
     std::string page;
-    uint32_t subpage = 0, number = 0;
+    uint32_t subpage = 0, number = 0, wait = 30;
     bool json = false, plain = false, top = false;
 };
 
@@ -133,6 +139,21 @@ void showTop() {
     printTable(rows);
 }
 
+/** The current page; one that has not been received yet after so many seconds at most. */
+QELTV_TELETEXT_PAGE_T currentPage(uint32_t seconds) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds kPause(100);
+    const Clock::time_point end = Clock::now() + std::chrono::seconds(seconds);
+    QELTV_TELETEXT_PAGE_T page;
+    for (;;) {
+        AnswerBuffer answer;
+        check(a_qeltvapi_teletext_get_cur_page(answer.data()), "teletext");
+        memcpy(&page, answer.data(), sizeof(page));
+        if (page.state != QELTV_TELETEXT_AWAITED || Clock::now() >= end) return page;
+        std::this_thread::sleep_for(kPause);
+    }
+}
+
 void show(const Options& options) {
     requireService();
     if (options.top) {
@@ -145,23 +166,25 @@ void show(const Options& options) {
         const uint32_t record = wanted | options.subpage << QELTV_TELETEXT_SUBPAGE_SHIFT;
         a_qeltvapi_teletext_set_page(&record);
     }
-    AnswerBuffer answer;
-    check(a_qeltvapi_teletext_get_cur_page(answer.data()), "teletext");
-    QELTV_TELETEXT_PAGE_T page;
-    memcpy(&page, answer.data(), sizeof(page));
+    const QELTV_TELETEXT_PAGE_T page = currentPage(wanted != 0 ? options.wait : 0);
     const uint32_t subpage = page.page >> 16;
     // The function that sets the page has no result.
     if (wanted != 0 &&
         ((page.page & 0xffff) != wanted || (options.subpage != 0 && subpage != options.subpage))) {
         throw Failure(kRefused, "page " + options.page + " cannot be shown");
     }
-    if (wanted != 0 && page.subpages == 0) {
+    if (wanted != 0 && page.state == QELTV_TELETEXT_AWAITED) {
+        throw Failure(kRefused, "page " + options.page + " has not been received within " +
+                                        std::to_string(options.wait) +
+                                        " s; try again, or wait longer with --wait");
+    }
+    if (wanted != 0 && page.state == QELTV_TELETEXT_ABSENT) {
         throw Failure(kRefused, "page " + options.page + " is not broadcast");
     }
     const bool colours = !options.json && !options.plain && isatty(STDOUT_FILENO) != 0;
     Json rows = Json::array();
-    for (const auto& row : page.rows) {
-        const std::string text = drawn(row, colours);
+    for (size_t row = 0; row < QELTV_TELETEXT_ROWS; ++row) {
+        const std::string text = drawn(page.rows[row], page.characters[row], colours);
         if (options.json) {
             rows.push_back(text);
         } else {
@@ -214,6 +237,8 @@ void addTeletext(Command& app) {
     Command* command = app.addCommand("teletext", "Show a page of teletext");
     command->addOption("page", options->page, "100 to 899; the one that is shown by default");
     command->addOption("--subpage", options->subpage, "Stay on this subpage")->between(0U, 0xffffU);
+    command->addOption("--wait", options->wait, "Seconds to wait for a page that has to come")
+            ->between(0U, 600U);
     command->addFlag("--plain", options->plain, "Without colours");
     command->addFlag("--top", options->top, "The tree of pages instead");
     addJson(command, &options->json);

@@ -83,9 +83,9 @@ Descriptor openFile(int directory, const std::string& name, int flags) {
 
 Descriptor makeFile(int directory, const std::string& name) {
     Descriptor made(openat(directory, name.c_str(),
-                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+                           O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (made || errno != EEXIST) return made;
-    Descriptor file = openFile(directory, name, O_WRONLY);
+    Descriptor file = openFile(directory, name, O_RDWR);
     struct stat info {};
     if (!file || fstat(file.get(), &info) != 0) return Descriptor();
     if (info.st_uid != geteuid() || info.st_nlink != 1) {

@@ -39,8 +39,8 @@ Descriptor openDirectory(const std::string& path);
 Descriptor openFile(int directory, const std::string& name, int flags);
 
 /**
- * Opens a file for writing, which is made if there is none. An existing file has to belong to
- * this user alone and to have one name; its content stays.
+ * Opens a file for reading and writing, which is made if there is none. An existing file has to
+ * belong to this user alone and to have one name; its content stays.
  */
 Descriptor makeFile(int directory, const std::string& name);
 

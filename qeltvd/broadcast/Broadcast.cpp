@@ -11,16 +11,6 @@ namespace qeltvd {
 
 namespace {
 
-/** Tuners find a multiplex again that is so many Hz off. */
-constexpr uint64_t kSameHz = 500000;
-
-bool sameFrequency(const Multiplex& a, const Multiplex& b) {
-    const uint64_t apart = a.frequencyHz > b.frequencyHz ? a.frequencyHz - b.frequencyHz
-                                                         : b.frequencyHz - a.frequencyHz;
-    return apart <= kSameHz && mediumOf(a.system) == mediumOf(b.system) &&
-           a.polarisation == b.polarisation;
-}
-
 std::vector<std::string> checked(std::vector<std::string> files) {
     for (std::string& file : files) {
         file = std::filesystem::absolute(file).string();
@@ -69,6 +59,7 @@ Broadcast::Broadcast(Timers& timers, std::vector<std::string> files)
 std::vector<Region> Broadcast::regions(const std::string& configured) {
     std::vector<Region> all = withoutShadowed(qeltvd::regions(configured, mFiles));
     std::lock_guard<std::mutex> guard(mLock);
+    const auto language = mLanguage;
     std::vector<Stream> streams;
     for (const Region& region : all) {
         for (const Multiplex& multiplex : region.multiplexes) {
@@ -89,7 +80,10 @@ std::vector<Region> Broadcast::regions(const std::string& configured) {
                     region.streamsToday ? StreamTime::kNow : StreamTime::kBroadcast,
                     [this](uint32_t changes) { changed(changes); });
             streams.push_back({multiplex, region.directory, region.streamsToday,
-                               std::make_shared<StreamSignals>(std::move(received))});
+                               std::make_shared<StreamSignals>(std::move(received), [language] {
+                                   std::lock_guard<std::mutex> read(language->lock);
+                                   return language->code;
+                               })});
         }
     }
     mStreams = std::move(streams);
@@ -113,6 +107,14 @@ std::shared_ptr<StreamSignals> Broadcast::streamOf(const Multiplex& multiplex) c
 std::shared_ptr<Signals> Broadcast::of(const Multiplex& multiplex) const {
     if (std::shared_ptr<StreamSignals> stream = streamOf(multiplex)) return stream;
     return mSimulated;
+}
+
+void Broadcast::setLanguage(const std::string& language) {
+    {
+        std::lock_guard<std::mutex> guard(mLanguage->lock);
+        mLanguage->code = language;
+    }
+    changed(stream::kEventsChanged);
 }
 
 std::vector<std::shared_ptr<Signals>> Broadcast::received() const {

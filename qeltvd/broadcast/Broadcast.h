@@ -37,6 +37,9 @@ class Broadcast {
     std::shared_ptr<Signals> of(const Multiplex& multiplex) const;
     /** The stream of a multiplex; nothing while it is simulated. */
     std::shared_ptr<StreamSignals> streamOf(const Multiplex& multiplex) const;
+    /** The language that texts of events come in if they are broadcast in several. */
+    void setLanguage(const std::string& language);
+
     /** The multiplexes that are received now. */
     std::vector<std::shared_ptr<Signals>> received() const;
     SimulatedSignals& simulated() { return *mSimulated; }
@@ -54,6 +57,12 @@ class Broadcast {
     void ring();
 
     const std::vector<std::string> mFiles;
+    /** The language of texts, which signals that outlive this object may read. */
+    struct Language {
+        std::mutex lock;
+        std::string code;
+    };
+    const std::shared_ptr<Language> mLanguage = std::make_shared<Language>();
     const std::shared_ptr<SimulatedSignals> mSimulated = std::make_shared<SimulatedSignals>();
     std::vector<Listener> mListeners;
 

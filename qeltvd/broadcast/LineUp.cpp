@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "LogText.h"
+#include "Source.h"
 
 namespace qeltvd {
 namespace {
@@ -235,7 +236,8 @@ Region ownTable(const std::string& path, bool commands) {
     region.directory = file.parent_path().string();
     if (!commands) {
         const auto runs = [&](const Multiplex& multiplex) {
-            const bool command = multiplex.stream.rfind("pipe:", 0) == 0;
+            const bool command =
+                    stream::sourceKindOf(multiplex.stream) == stream::SourceKind::kPipe;
             if (command) {
                 ALOGW("%s: commands are run for a table of --region only", logText(path).c_str());
             }
@@ -300,6 +302,16 @@ Medium mediumOf(DeliverySystem system) {
         default:
             return Medium::kAir;
     }
+}
+
+bool sameFrequency(const Multiplex& a, const Multiplex& b) {
+    constexpr uint64_t kSameHz = 500000;
+    return apart(a.frequencyHz, b.frequencyHz) <= kSameHz &&
+           mediumOf(a.system) == mediumOf(b.system) && a.polarisation == b.polarisation;
+}
+
+bool sameReception(const Multiplex& a, const Multiplex& b) {
+    return sameFrequency(a, b) && a.satellite == b.satellite;
 }
 
 BroadcastType broadcastTypeOf(DeliverySystem system) {

@@ -85,6 +85,15 @@ struct Multiplex {
     std::string stream = {};
 };
 
+/** How far two frequencies are apart. */
+constexpr uint64_t apart(uint64_t a, uint64_t b) {
+    return a > b ? a - b : b - a;
+}
+/** Whether a tuner that looks for one multiplex finds the other one, if a dish looks there. */
+bool sameFrequency(const Multiplex& a, const Multiplex& b);
+/** The same of two multiplexes of the channel data, whose satellites are known. */
+bool sameReception(const Multiplex& a, const Multiplex& b);
+
 /** One channel. */
 struct Channel {
     uint16_t list = 0;

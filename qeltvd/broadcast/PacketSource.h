@@ -5,14 +5,13 @@
 #include <cstdint>
 #include <optional>
 
+#include "Packets.h"
+
 namespace qeltvd {
 
 /** The transport-stream packets of one recording. Used by one thread at a time. */
 class PacketSource {
   public:
-    /** Bytes of a transport-stream packet. */
-    static constexpr size_t kPacketSize = 188;
-
     PacketSource() = default;
     virtual ~PacketSource() = default;
     PacketSource(const PacketSource&) = delete;
@@ -29,8 +28,10 @@ class PacketSource {
     /**
      * Reads the packets that follow those of the previous call.
      *
-     * @param size a multiple of kPacketSize; not more than has arrived and has not been read
-     * @return bytes read, a multiple of kPacketSize; less than size if packets have been lost
+     * @param size a multiple of stream::kPacketSize; not more than has arrived and has not been
+     * read
+     * @return bytes read, a multiple of stream::kPacketSize; less than size if packets have been
+     * lost
      */
     [[nodiscard]] virtual size_t read(uint8_t* buffer, size_t size) = 0;
 

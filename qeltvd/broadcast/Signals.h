@@ -11,7 +11,9 @@
 #include "LineUp.h"
 #include "PacketSource.h"
 #include "StreamStructs.h"
+#include "TeletextView.h"
 #include "layouts/presentation.h"
+#include "layouts/teletext.h"
 
 namespace qeltvd {
 
@@ -57,6 +59,23 @@ struct SoundTrack {
     uint32_t kbitPerSecond;
     /** Hz. */
     uint32_t sampleRate = 48000;
+};
+
+/** Subtitles of a service. */
+struct SubtitleTrack {
+    /** ISO 639-2 code. */
+    std::string language;
+    QELTV_SUBTITLE_KIND kind;
+    /** The page of teletext that has them; 0 for those that are pictures. */
+    uint16_t page;
+};
+
+/** Which captions a service has. */
+struct CaptionStreams {
+    /** Channels of line 21 that have had text, bit 0 for the first of eight. */
+    uint8_t line21 = 0;
+    /** Services of CEA-708 that are announced, bit 0 for the first of six. */
+    uint8_t digital = 0;
 };
 
 /** What a scan finds on a multiplex. */
@@ -118,6 +137,19 @@ class Signals {
      * @param descrambler a key or a CAM for it is at hand, which is enough if it is simulated
      */
     virtual bool scrambled(const Channel& channel, bool descrambler) const = 0;
+
+    // Text. Received pages and captions are those since the service was tuned to.
+
+    /** A page of teletext. @param subpage from 1; 0 for the one that is on air */
+    virtual TeletextView teletext(const Channel& channel, uint16_t number, uint32_t subpage,
+                                  const TeletextTopics& topics) const = 0;
+    /** The pages that TOP navigation lists, in order; none without it. */
+    virtual std::vector<stream::TopPage> teletextTop(const Channel& channel) const = 0;
+    virtual std::vector<SubtitleTrack> subtitles(const Channel& channel) const = 0;
+    /** Nothing for a simulated service: it has all, and none has a text. */
+    virtual std::optional<CaptionStreams> captionStreams(const Channel& channel) const = 0;
+    /** The rows that a channel of line 21 shows, from 1: four of captions, four of text. */
+    virtual std::vector<std::string> captions(const Channel& channel, uint8_t line21) const = 0;
 
     // The guide. A simulated one covers some days around `now`.
 

@@ -6,6 +6,8 @@ namespace qeltvd {
 
 namespace {
 
+using stream::kPacketSize;
+
 /** The header of a null packet: payload only, PID 0x1fff. */
 constexpr uint8_t kNullHeader[] = {0x47, 0x1f, 0xff, 0x10};
 constexpr uint8_t kFiller = 0xff;

@@ -3,6 +3,7 @@
 #include "ServiceGenerator.h"
 #include "SimulatedGuide.h"
 #include "SimulatedPackets.h"
+#include "SimulatedTeletext.h"
 #include "layouts/channel_records.h"
 
 namespace qeltvd {
@@ -88,6 +89,30 @@ std::vector<SoundTrack> SimulatedSignals::tracks(const Channel& channel) const {
 
 bool SimulatedSignals::scrambled(const Channel& channel, bool descrambler) const {
     return (channel.flags & CHANNEL_FLAG_SCRAMBLED) != 0 && !descrambler;
+}
+
+TeletextView SimulatedSignals::teletext(const Channel&, uint16_t number, uint32_t subpage,
+                                        const TeletextTopics& topics) const {
+    return SimulatedTeletext::view(number, subpage, topics);
+}
+
+std::vector<stream::TopPage> SimulatedSignals::teletextTop(const Channel&) const {
+    return SimulatedTeletext::top();
+}
+
+std::vector<SubtitleTrack> SimulatedSignals::subtitles(const Channel&) const {
+    return {{"eng", QELTV_SUBTITLE_DVB, 0},
+            {"deu", QELTV_SUBTITLE_DVB, 0},
+            {"eng", QELTV_SUBTITLE_HEARING, 0},
+            {"deu", QELTV_SUBTITLE_TELETEXT, SimulatedTeletext::kSubtitlePage}};
+}
+
+std::optional<CaptionStreams> SimulatedSignals::captionStreams(const Channel&) const {
+    return std::nullopt;
+}
+
+std::vector<std::string> SimulatedSignals::captions(const Channel&, uint8_t) const {
+    return {};
 }
 
 std::unique_ptr<PacketSource> SimulatedSignals::packets(const Channel& channel, uint32_t rate) {

@@ -24,6 +24,12 @@ class SimulatedSignals : public Signals {
                                      const Multiplex& multiplex) const override;
     std::vector<SoundTrack> tracks(const Channel& channel) const override;
     bool scrambled(const Channel& channel, bool descrambler) const override;
+    TeletextView teletext(const Channel& channel, uint16_t number, uint32_t subpage,
+                          const TeletextTopics& topics) const override;
+    std::vector<stream::TopPage> teletextTop(const Channel& channel) const override;
+    std::vector<SubtitleTrack> subtitles(const Channel& channel) const override;
+    std::optional<CaptionStreams> captionStreams(const Channel& channel) const override;
+    std::vector<std::string> captions(const Channel& channel, uint8_t line21) const override;
     std::vector<Event> events(const Channel& channel, int64_t from, int64_t to,
                               int64_t now) const override;
     std::optional<Event> event(const Channel& channel, uint16_t id, int64_t now) const override;

@@ -189,6 +189,40 @@ std::string extendedOf(const stream::EventText& text) {
     return all + text.details;
 }
 
+/** One code for a language that has two, that of bibliographies and that of terminology. */
+std::string languageCode(const std::string& language) {
+    constexpr const char* kBoth[][2] = {
+            {"alb", "sqi"}, {"arm", "hye"}, {"baq", "eus"}, {"bur", "mya"}, {"chi", "zho"},
+            {"cze", "ces"}, {"dut", "nld"}, {"fre", "fra"}, {"geo", "kat"}, {"ger", "deu"},
+            {"gre", "ell"}, {"ice", "isl"}, {"mac", "mkd"}, {"mao", "mri"}, {"may", "msa"},
+            {"per", "fas"}, {"rum", "ron"}, {"slo", "slk"}, {"tib", "bod"}, {"wel", "cym"}};
+    for (const auto& [bibliographic, terminology] : kBoth) {
+        if (language == bibliographic) return terminology;
+    }
+    return language;
+}
+
+/** The texts in a language, else the first ones that have a title, else the first ones. */
+const stream::EventText* textIn(const stream::Event& event, const std::string& language) {
+    const std::string wanted = languageCode(language);
+    const stream::EventText* first = nullptr;
+    for (const stream::EventText& each : event.texts) {
+        if (each.title.empty()) continue;
+        if (languageCode(each.language) == wanted) return &each;
+        if (first == nullptr) first = &each;
+    }
+    return first != nullptr ? first : event.text();
+}
+
+/** The text of an event of ATSC, which comes apart from its titles. */
+std::string detailsOf(const stream::Event& event, const stream::EventText& text) {
+    if (!text.details.empty()) return text.details;
+    for (const stream::EventText& each : event.texts) {
+        if (!each.details.empty()) return each.details;
+    }
+    return {};
+}
+
 }  // namespace
 
 Event eventOf(const Channel& channel, const stream::Event& received, const EventContext& context) {
@@ -203,10 +237,10 @@ Event eventOf(const Channel& channel, const stream::Event& received, const Event
     for (const stream::ParentalRating& each : received.ratings) {
         if (each.age() != 0) event.ages.push_back({each.country, each.age()});
     }
-    if (const stream::EventText* text = received.text()) {
+    if (const stream::EventText* text = textIn(received, context.language)) {
         event.language = text->language;
         event.title = text->title;
-        event.details = context.atsc ? text->details : text->summary;
+        event.details = context.atsc ? detailsOf(received, *text) : text->summary;
         event.extended = extendedOf(*text);
     }
     event.reference = whole(received.programmeCrid, context.authority);

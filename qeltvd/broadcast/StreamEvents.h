@@ -14,6 +14,8 @@ struct EventContext {
     std::string authority = {};
     /** The service is in high definition, which events without components do not say. */
     bool high = false;
+    /** Of the texts that the viewer prefers, three letters; empty for the first ones. */
+    std::string language = {};
 };
 
 /** An event that is received as the guide has it. */

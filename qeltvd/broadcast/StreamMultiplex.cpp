@@ -28,13 +28,6 @@ constexpr int64_t kFar = 600;
 /** Seconds that a confirmation may differ. */
 constexpr int64_t kConfirms = 60;
 
-bool isFile(const std::string& source) {
-    for (const char* scheme : {"udp://", "rtp://", "pipe:"}) {
-        if (source.rfind(scheme, 0) == 0) return false;
-    }
-    return true;
-}
-
 bool isWhole(const stream::StreamFacts& facts) {
     return facts.mapsComplete && facts.descriptionsComplete && facts.networkComplete;
 }
@@ -66,7 +59,7 @@ StreamMultiplex::StreamMultiplex(std::string source, std::string directory, Stre
 
 bool StreamMultiplex::survey(const std::function<bool()>& wanted) {
     const auto collector = std::make_shared<stream::StreamCollector>();
-    const bool file = isFile(mSource);
+    const bool file = !live();
     const auto end = steady_clock::now() + kSurveyTime;
     std::optional<int64_t> first;
     try {
@@ -104,7 +97,7 @@ bool StreamMultiplex::survey(const std::function<bool()>& wanted) {
 }
 
 bool StreamMultiplex::live() const {
-    return !isFile(mSource);
+    return stream::sourceKindOf(mSource) != stream::SourceKind::kFile;
 }
 
 void StreamMultiplex::tune(uint16_t service) {

@@ -20,6 +20,7 @@ constexpr uint32_t kFullLevel = 100;
 /** Errors in 10^9 bits that cost one percent of quality. */
 constexpr uint32_t kErrorsPerPercent = 1000;
 constexpr uint16_t kNoPid = 0x1fff;
+constexpr char kUndetermined[] = "und";
 
 class StreamTuning : public Tuning {
   public:
@@ -203,7 +204,7 @@ std::vector<SoundTrack> StreamSignals::tracks(const Channel& channel) const {
     constexpr uint8_t kStereo = 2;
     for (const Component& each : service->components) {
         if (each.kind != ComponentKind::kAudio) continue;
-        tracks.push_back({each.pid, each.language.empty() ? "und" : each.language,
+        tracks.push_back({each.pid, each.language.empty() ? kUndetermined : each.language,
                           audioCodec(each.codec), each.channels != 0 ? each.channels : kStereo,
                           each.role == stream::AudioRole::kVisuallyImpaired
                                   ? QELTV_AUDIO_DESCRIPTION
@@ -216,6 +217,101 @@ std::vector<SoundTrack> StreamSignals::tracks(const Channel& channel) const {
 bool StreamSignals::scrambled(const Channel& channel, bool) const {
     const std::optional<Service> service = mMultiplex->service(channel.serviceId);
     return service && service->scrambledNow;
+}
+
+bool StreamSignals::hasTeletext(const Channel& channel) const {
+    // A reception that has just begun knows less than the survey before it.
+    const std::optional<Service> service = mMultiplex->service(channel.serviceId);
+    return service && service->find(ComponentKind::kTeletext) != nullptr;
+}
+
+TeletextView StreamSignals::teletext(const Channel& channel, uint16_t number, uint32_t subpage,
+                                     const TeletextTopics&) const {
+    constexpr size_t kClock = 32;
+    TeletextView view;
+    view.received = true;
+    view.page.number = number;
+    const auto receiver = mMultiplex->receiver();
+    if (!receiver) return view;
+    const stream::TeletextReception text =
+            receiver->teletext(channel.serviceId, number, static_cast<uint16_t>(subpage));
+    view.subpages = text.subpages;
+    if (text.page) {
+        view.state = TeletextView::State::kShown;
+        view.page = *text.page;
+        view.subpage = text.subpage;
+    } else if (!text.absent && (text.carried || hasTeletext(channel))) {
+        view.state = TeletextView::State::kAwaited;
+        view.subpage = subpage;
+    }
+    auto& header = view.page.rows[0];
+    if (view.page.headless) {
+        header.fill(' ');
+    } else if (text.header) {
+        // The clock goes on, and while a page is awaited the headers pass by.
+        const size_t first = text.page ? kClock : stream::TeletextPage::kReserved;
+        const auto& row = text.header->row;
+        std::copy(row.begin() + first, row.end(), header.begin() + first);
+        if (!text.page) {
+            view.page.national = text.header->national;
+            view.page.region = text.header->region;
+        }
+    }
+    return view;
+}
+
+std::vector<stream::TopPage> StreamSignals::teletextTop(const Channel& channel) const {
+    const auto receiver = mMultiplex->receiver();
+    return receiver ? receiver->teletextTop(channel.serviceId) : std::vector<stream::TopPage>();
+}
+
+std::vector<SubtitleTrack> StreamSignals::subtitles(const Channel& channel) const {
+    const std::optional<Service> service = mMultiplex->service(channel.serviceId);
+    std::vector<SubtitleTrack> tracks;
+    if (!service) return tracks;
+    const auto add = [&](const std::string& language, QELTV_SUBTITLE_KIND kind, uint16_t page) {
+        tracks.push_back({language.empty() ? kUndetermined : language, kind, page});
+    };
+    for (const Component& each : service->components) {
+        for (const stream::SubtitleService& subtitle : each.subtitles) {
+            add(subtitle.language,
+                subtitle.hearingImpaired() ? QELTV_SUBTITLE_HEARING : QELTV_SUBTITLE_DVB, 0);
+        }
+        for (const stream::TeletextService& text : each.teletext) {
+            using Type = stream::TeletextService;
+            if (text.type == Type::kSubtitles) {
+                add(text.language, QELTV_SUBTITLE_TELETEXT, text.page);
+            } else if (text.type == Type::kHearingImpaired) {
+                add(text.language, QELTV_SUBTITLE_HEARING, text.page);
+            }
+        }
+    }
+    return tracks;
+}
+
+std::optional<CaptionStreams> StreamSignals::captionStreams(const Channel& channel) const {
+    constexpr uint8_t kMost = 6;
+    CaptionStreams streams;
+    const auto add = [&](const std::vector<stream::CaptionService>& services) {
+        for (const stream::CaptionService& each : services) {
+            if (!each.digital || each.number < 1 || each.number > kMost) continue;
+            streams.digital = static_cast<uint8_t>(streams.digital | 1 << (each.number - 1));
+        }
+    };
+    if (const auto receiver = mMultiplex->receiver()) {
+        streams.line21 = receiver->captionChannels(channel.serviceId);
+    }
+    if (const auto service = mMultiplex->service(channel.serviceId)) {
+        for (const Component& each : service->components) add(each.captions);
+    }
+    // A station announces them in either place.
+    if (const auto event = mMultiplex->present(channel.serviceId)) add(event->captions);
+    return streams;
+}
+
+std::vector<std::string> StreamSignals::captions(const Channel& channel, uint8_t line21) const {
+    const auto receiver = mMultiplex->receiver();
+    return receiver ? receiver->captions(channel.serviceId, line21) : std::vector<std::string>();
 }
 
 std::unique_ptr<PacketSource> StreamSignals::packets(const Channel& channel, uint32_t) {
@@ -236,6 +332,7 @@ EventContext StreamSignals::contextOf(const Channel& channel) const {
     const stream::StreamFacts facts = mMultiplex->facts();
     EventContext context;
     context.atsc = facts.atsc;
+    if (mLanguage) context.language = mLanguage();
     context.high = (channel.flags & CHANNEL_FLAG_HD) != 0;
     const auto service = facts.services.find(channel.serviceId);
     if (service != facts.services.end() && service->second.description) {

@@ -9,22 +9,10 @@ namespace qeltvd {
 
 namespace {
 
-/** Frequencies that are no further apart belong to the same multiplex. */
-constexpr uint64_t kSameMultiplexHz = 500000;
 /** A key fits a multiplex whose frequency is no further from its own. */
 constexpr uint64_t kSameTransponderHz = 2000000;
 
-uint64_t apart(uint64_t a, uint64_t b) {
-    return a > b ? a - b : b - a;
-}
-
 }  // namespace
-
-bool sameReception(const Multiplex& a, const Multiplex& b) {
-    return apart(a.frequencyHz, b.frequencyHz) <= kSameMultiplexHz &&
-           mediumOf(a.system) == mediumOf(b.system) && a.polarisation == b.polarisation &&
-           a.satellite == b.satellite;
-}
 
 void ChannelList::order() {
     const auto before = [](const Channel& a, const Channel& b) {

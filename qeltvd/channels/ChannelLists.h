@@ -74,9 +74,6 @@ std::optional<T> copyOf(const std::vector<T>& records, uint32_t recordId) {
     return *found;
 }
 
-/** Whether two multiplexes of one list are the same signal. */
-bool sameReception(const Multiplex& a, const Multiplex& b);
-
 /**
  * A service list and the lists that go with it: plain data and what it answers. A pointer that a
  * function returns is into the list, or null.

@@ -1,12 +1,10 @@
 #include "CaptionDecoder.h"
 
-#include <libzvbi.h>
-
 #include <algorithm>
 #include <cstring>
-#include <new>
 
-#include "Utf8.h"
+#include "Text.h"
+#include "VbiDecoder.h"
 
 namespace qeltvd::stream {
 
@@ -32,31 +30,16 @@ std::vector<uint8_t> unescaped(const uint8_t* bytes, size_t size) {
 
 }  // namespace
 
-struct CaptionDecoder::Library {
-    explicit Library(CaptionDecoder* owner) : decoder(vbi_decoder_new()) {
-        if (decoder == nullptr) throw std::bad_alloc();
-        const auto changed = [](vbi_event* event, void* data) {
-            auto* self = static_cast<CaptionDecoder*>(data);
-            const int channel = event->ev.caption.pgno;
-            if (channel < 1 || channel > kChannels) return;
-            self->mChannels = static_cast<uint8_t>(self->mChannels | 1 << (channel - 1));
-            ++self->mChanges;
-        };
-        if (!vbi_event_handler_register(decoder, VBI_EVENT_CAPTION, changed, owner)) {
-            vbi_decoder_delete(decoder);
-            throw std::bad_alloc();
-        }
-    }
-    ~Library() { vbi_decoder_delete(decoder); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    vbi_decoder* const decoder;
-    double time = kFrame;
-};
-
-CaptionDecoder::CaptionDecoder(CaptionCarrier carrier)
-        : mCarrier(carrier), mLibrary(std::make_unique<Library>(this)) {}
+CaptionDecoder::CaptionDecoder(CaptionCarrier carrier) : mCarrier(carrier) {
+    const auto changed = [](vbi_event* event, void* data) {
+        auto* self = static_cast<CaptionDecoder*>(data);
+        const int channel = event->ev.caption.pgno;
+        if (channel < 1 || channel > kChannels) return;
+        self->mChannels = static_cast<uint8_t>(self->mChannels | 1 << (channel - 1));
+        ++self->mChanges;
+    };
+    mLibrary = std::make_unique<VbiDecoder>(VBI_EVENT_CAPTION, changed, this, kFrame);
+}
 
 CaptionDecoder::~CaptionDecoder() = default;
 
@@ -149,6 +132,14 @@ void CaptionDecoder::collect(const uint8_t* picture, size_t size, Pairs* pairs) 
     }
 }
 
+bool CaptionDecoder::isRepeated(const std::array<uint8_t, 2>& pair) {
+    const uint8_t first = pair[0] & 0x7f;
+    const bool command = first >= 0x10 && first < 0x20;
+    const bool repeated = command && pair == mLastCommand;
+    mLastCommand = command && !repeated ? pair : std::array<uint8_t, 2>{};
+    return repeated;
+}
+
 void CaptionDecoder::show(const Pairs& pairs) {
     constexpr uint32_t kLines[] = {21, 284};
     constexpr uint32_t kIds[] = {VBI_SLICED_CAPTION_525_F1, VBI_SLICED_CAPTION_525_F2};
@@ -158,20 +149,20 @@ void CaptionDecoder::show(const Pairs& pairs) {
         int count = 0;
         for (size_t field = 0; field < 2; ++field) {
             if (frame >= pairs.fields[field].size()) continue;
+            if (field == 1 && isRepeated(pairs.fields[field][frame])) continue;
             vbi_sliced& line = lines[count++];
             line.id = kIds[field];
             line.line = kLines[field];
             memcpy(line.data, pairs.fields[field][frame].data(), 2);
         }
-        vbi_decode(mLibrary->decoder, lines, count, mLibrary->time);
-        mLibrary->time += kFrame;
+        mLibrary->decode(lines, count);
     }
 }
 
 std::vector<std::string> CaptionDecoder::rows(uint8_t channel) const {
     vbi_page page{};
     if (channel < 1 || channel > kChannels ||
-        !vbi_fetch_cc_page(mLibrary->decoder, &page, channel, FALSE)) {
+        !vbi_fetch_cc_page(mLibrary->get(), &page, channel, FALSE)) {
         return {};
     }
     std::vector<std::string> rows;

@@ -11,6 +11,8 @@
 
 namespace qeltvd::stream {
 
+class VbiDecoder;
+
 /** How the pictures of a stream are coded, which is where they carry captions. */
 enum class CaptionCarrier : uint8_t { kMpeg2, kH264, kH265 };
 
@@ -51,16 +53,19 @@ class CaptionDecoder {
     struct Pairs {
         std::vector<std::array<uint8_t, 2>> fields[2];
     };
-    struct Library;
 
     void collect(const uint8_t* picture, size_t size, Pairs* pairs) const;
+    /** Control codes come twice; the library sees to that on the first field alone. */
+    bool isRepeated(const std::array<uint8_t, 2>& pair);
     void show(const Pairs& pairs);
 
     const CaptionCarrier mCarrier;
-    std::unique_ptr<Library> mLibrary;
+    std::unique_ptr<VbiDecoder> mLibrary;
     /** By presentation time, made continuous across its wrap. */
     std::map<int64_t, Pairs> mWaiting;
     int64_t mLastTime = 0;
+    /** The control codes of the second field that have just come. */
+    std::array<uint8_t, 2> mLastCommand{};
     uint8_t mChannels = 0;
     uint64_t mChanges = 0;
 };

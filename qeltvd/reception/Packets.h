@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -59,6 +60,40 @@ class ElapsedClock {
     bool mStarted = false;
     uint64_t mLast = 0;
     uint64_t mElapsed = 0;
+};
+
+/** The time that goes by in packets: by the references of the first PID that has some. */
+class PacketClock {
+  public:
+    /** @return whether the packet has a reference of the clock */
+    bool push(const uint8_t* packet) {
+        const auto reference = clockReference(packet);
+        if (!reference) return false;
+        const uint16_t pid = pidOf(packet);
+        if (!mPid) mPid = pid;
+        if (pid != *mPid) {
+            // The clock has moved to another PID, or two services have each one.
+            constexpr uint32_t kMoved = 50;
+            if (++mOthers < kMoved) return false;
+            mPid = pid;
+            mElapsed.interrupt();
+        }
+        mOthers = 0;
+        mElapsed.add(*reference);
+        return true;
+    }
+    /** Whether there was a reference. */
+    bool running() const { return mPid.has_value(); }
+    std::chrono::milliseconds elapsed() const {
+        constexpr uint64_t kTicks = ElapsedClock::kFrequency / 1000;
+        return std::chrono::milliseconds(mElapsed.elapsed() / kTicks);
+    }
+
+  private:
+    std::optional<uint16_t> mPid;
+    /** References of other PIDs since the last one of this PID. */
+    uint32_t mOthers = 0;
+    ElapsedClock mElapsed;
 };
 
 }  // namespace qeltvd::stream

@@ -3,6 +3,8 @@
 #include <arpa/inet.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <ifaddrs.h>
+#include <net/if.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
@@ -212,37 +214,93 @@ class FileSource : public AnySource {
 
 /** The parts of INTERFACE@ADDRESS:PORT. */
 struct Endpoint {
-    in_addr interface {};
-    sockaddr_in address{};
+    int family() const { return address.ss_family; }
+    socklen_t size() const {
+        return family() == AF_INET6 ? sizeof(sockaddr_in6) : sizeof(sockaddr_in);
+    }
+
+    sockaddr_storage address{};
     bool multicast = false;
+    /** Of a multicast; 0 and zeros for any. */
+    unsigned interface = 0;
+    in_addr interfaceAddress{};
 };
 
+/** The number of the interface with an address; 0 for none. */
+unsigned interfaceWith(const in6_addr& address) {
+    ifaddrs* all = nullptr;
+    if (getifaddrs(&all) != 0) return 0;
+    unsigned found = 0;
+    for (const ifaddrs* each = all; each != nullptr && found == 0; each = each->ifa_next) {
+        if (each->ifa_addr == nullptr || each->ifa_addr->sa_family != AF_INET6) continue;
+        const auto* own = reinterpret_cast<const sockaddr_in6*>(each->ifa_addr);
+        if (memcmp(&own->sin6_addr, &address, sizeof(address)) == 0) {
+            found = if_nametoindex(each->ifa_name);
+        }
+    }
+    freeifaddrs(all);
+    return found;
+}
+
 Endpoint endpointOf(const std::string& text, const std::string& part) {
-    const auto refuse = [&](const char* why) -> Endpoint {
-        throw std::runtime_error(text + ": " + why + "; write udp://@239.1.1.1:1234");
+    const auto refuse = [&](const char* why) {
+        throw std::runtime_error(text + ": " + why +
+                                 "; write udp://@239.1.1.1:1234 or udp://@[ff15::1]:1234");
+    };
+    const auto unbracketed = [](const std::string& address) {
+        const bool inside = address.size() > 2 && address.front() == '[' && address.back() == ']';
+        return inside ? address.substr(1, address.size() - 2) : std::string();
     };
     const size_t at = part.find('@'), colon = part.rfind(':');
-    if (colon == std::string::npos || (at != std::string::npos && colon < at)) {
-        return refuse("has no port");
-    }
-    const std::string interface = at == std::string::npos ? "" : part.substr(0, at);
     const size_t begin = at == std::string::npos ? 0 : at + 1;
+    const size_t close = part.rfind(']');
+    const bool closed = close == std::string::npos || colon > close;
+    if (colon == std::string::npos || colon < begin || !closed) refuse("has no port");
+    std::string interface = at == std::string::npos ? "" : part.substr(0, at);
     const std::string address = part.substr(begin, colon - begin), port = part.substr(colon + 1);
     const bool digits =
             !port.empty() && port.size() <= 5 &&
             std::all_of(port.begin(), port.end(), [](char c) { return c >= '0' && c <= '9'; });
     const int number = digits ? std::stoi(port) : 0;
-    if (number < 1 || number > 0xffff) return refuse("has no valid port");
+    if (number < 1 || number > 0xffff) refuse("has no valid port");
+
     Endpoint endpoint;
-    endpoint.address.sin_family = AF_INET;
-    endpoint.address.sin_port = htons(static_cast<uint16_t>(number));
-    if (!address.empty() && inet_pton(AF_INET, address.c_str(), &endpoint.address.sin_addr) != 1) {
-        return refuse("has no IPv4 address");
+    auto& four = reinterpret_cast<sockaddr_in&>(endpoint.address);
+    auto& six = reinterpret_cast<sockaddr_in6&>(endpoint.address);
+    std::string bare = unbracketed(address);
+    if (bare.empty()) {
+        four.sin_family = AF_INET;
+        four.sin_port = htons(static_cast<uint16_t>(number));
+        if (!address.empty() && inet_pton(AF_INET, address.c_str(), &four.sin_addr) != 1) {
+            refuse("has no IPv4 address and no IPv6 address in brackets");
+        }
+        endpoint.multicast = IN_MULTICAST(ntohl(four.sin_addr.s_addr));
+    } else {
+        six.sin6_family = AF_INET6;
+        six.sin6_port = htons(static_cast<uint16_t>(number));
+        // A zone names the interface, as that before the address does.
+        if (const size_t zone = bare.find('%'); zone != std::string::npos) {
+            if (interface.empty()) interface = bare.substr(zone + 1);
+            bare.resize(zone);
+        }
+        if (inet_pton(AF_INET6, bare.c_str(), &six.sin6_addr) != 1) {
+            refuse("has no valid IPv6 address");
+        }
+        endpoint.multicast = IN6_IS_ADDR_MULTICAST(&six.sin6_addr);
     }
-    if (!interface.empty() && inet_pton(AF_INET, interface.c_str(), &endpoint.interface) != 1) {
-        return refuse("has an interface that is no IPv4 address");
+    if (interface.empty()) return endpoint;
+    in6_addr sixInterface{};
+    if (inet_pton(AF_INET6, unbracketed(interface).c_str(), &sixInterface) == 1) {
+        endpoint.interface = interfaceWith(sixInterface);
+    } else if (inet_pton(AF_INET, interface.c_str(), &endpoint.interfaceAddress) == 1) {
+        if (endpoint.family() == AF_INET) return endpoint;
+    } else {
+        endpoint.interface = if_nametoindex(interface.c_str());
     }
-    endpoint.multicast = IN_MULTICAST(ntohl(endpoint.address.sin_addr.s_addr));
+    if (endpoint.interface == 0) {
+        refuse("has an interface that is none of this machine");
+    }
+    if (endpoint.family() == AF_INET6) six.sin6_scope_id = endpoint.interface;
     return endpoint;
 }
 
@@ -251,7 +309,8 @@ class SocketSource : public AnySource {
     SocketSource(const std::string& text, const std::string& part, bool rtp)
             : AnySource(text), mRtp(rtp) {
         const Endpoint endpoint = endpointOf(text, part);
-        mSocket = Descriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+        mSocket =
+                Descriptor(socket(endpoint.family(), SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
         if (!mSocket) refuse();
         const int on = 1, buffer = 2 << 20;
         // Several televisions of a machine may receive the same multicast.
@@ -260,16 +319,10 @@ class SocketSource : public AnySource {
         }
         setsockopt(mSocket.get(), SOL_SOCKET, SO_RCVBUF, &buffer, sizeof(buffer));
         if (bind(mSocket.get(), reinterpret_cast<const sockaddr*>(&endpoint.address),
-                 sizeof(endpoint.address)) != 0) {
+                 endpoint.size()) != 0) {
             refuse();
         }
-        if (!endpoint.multicast) return;
-        ip_mreq group{};
-        group.imr_multiaddr = endpoint.address.sin_addr;
-        group.imr_interface = endpoint.interface;
-        if (setsockopt(mSocket.get(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof(group)) != 0) {
-            refuse();
-        }
+        if (endpoint.multicast && !join(endpoint)) refuse();
     }
 
     State read(Batch* batch, milliseconds timeout) override {
@@ -298,6 +351,22 @@ class SocketSource : public AnySource {
 
   private:
     [[noreturn]] void refuse() const { throw std::runtime_error(mName + ": " + strerror(errno)); }
+
+    bool join(const Endpoint& endpoint) const {
+        if (endpoint.family() == AF_INET6) {
+            ipv6_mreq group{};
+            group.ipv6mr_multiaddr =
+                    reinterpret_cast<const sockaddr_in6&>(endpoint.address).sin6_addr;
+            group.ipv6mr_interface = endpoint.interface;
+            return setsockopt(mSocket.get(), IPPROTO_IPV6, IPV6_JOIN_GROUP, &group,
+                              sizeof(group)) == 0;
+        }
+        ip_mreqn group{};
+        group.imr_multiaddr = reinterpret_cast<const sockaddr_in&>(endpoint.address).sin_addr;
+        group.imr_address = endpoint.interfaceAddress;
+        group.imr_ifindex = static_cast<int>(endpoint.interface);
+        return setsockopt(mSocket.get(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof(group)) == 0;
+    }
 
     std::optional<State> receive() {
         uint8_t datagram[0x10000];
@@ -444,20 +513,41 @@ class PipeSource : public AnySource {
     pid_t mChild = -1;
 };
 
-bool startsWith(const std::string& text, const char* begin) {
-    return text.rfind(begin, 0) == 0;
+struct Scheme {
+    const char* begin;
+    SourceKind kind;
+};
+/** Any other text is the name of a file. */
+constexpr Scheme kSchemes[] = {
+        {"udp://", SourceKind::kUdp}, {"rtp://", SourceKind::kRtp}, {"pipe:", SourceKind::kPipe}};
+
+Scheme schemeOf(const std::string& text) {
+    for (const Scheme& each : kSchemes) {
+        if (text.rfind(each.begin, 0) == 0) return each;
+    }
+    return {"", SourceKind::kFile};
 }
 
 }  // namespace
 
+SourceKind sourceKindOf(const std::string& text) {
+    return schemeOf(text).kind;
+}
+
 std::unique_ptr<Source> openSource(const std::string& text, const std::string& directory,
                                    const SourceOptions& options) {
-    if (startsWith(text, "udp://"))
-        return std::make_unique<SocketSource>(text, text.substr(6), false);
-    if (startsWith(text, "rtp://"))
-        return std::make_unique<SocketSource>(text, text.substr(6), true);
-    if (startsWith(text, "pipe:")) return std::make_unique<PipeSource>(text, text.substr(5));
     if (text.empty()) throw std::runtime_error("no stream is named");
+    const Scheme scheme = schemeOf(text);
+    const std::string part = text.substr(strlen(scheme.begin));
+    switch (scheme.kind) {
+        case SourceKind::kUdp:
+        case SourceKind::kRtp:
+            return std::make_unique<SocketSource>(text, part, scheme.kind == SourceKind::kRtp);
+        case SourceKind::kPipe:
+            return std::make_unique<PipeSource>(text, part);
+        case SourceKind::kFile:
+            break;
+    }
     return std::make_unique<FileSource>(text, directory, options);
 }
 

@@ -37,12 +37,17 @@ struct SourceOptions {
     bool paced = true;
 };
 
+/** What a text for openSource() names. */
+enum class SourceKind { kFile, kUdp, kRtp, kPipe };
+SourceKind sourceKindOf(const std::string& text);
+
 /**
  * Opens what a text names:
  *
  * - `name.ts`: a regular file, absolute or relative to `directory`; no link, no device;
- * - `udp://@239.1.1.1:1234`: a multicast, `udp://@:1234` what is sent to this machine,
- *   `udp://INTERFACE@239.1.1.1:1234` by the address of an interface of this machine;
+ * - `udp://@239.1.1.1:1234` or `udp://@[ff15::1]:1234`: a multicast; `udp://@:1234` (IPv4) or
+ *   `udp://@[::]:1234` (both) what is sent to this machine; `udp://INTERFACE@239.1.1.1:1234` by the
+ *   name or an address of an interface of this machine, an IPv6 address in brackets;
  * - `rtp://...`: the same with headers of RTP;
  * - `pipe:command`: what a command line of the shell writes to its output. It is ended with the
  *   source.

@@ -65,6 +65,10 @@ std::vector<std::string> namesIn(const Descriptor& directory) {
 
 }  // namespace
 
+Descriptor RecordingPlace::open() const {
+    return openFile(mDirectory->get(), mName, O_RDONLY);
+}
+
 void RecordingPlace::cut(off_t size) const {
     const Descriptor file = makeFile(mDirectory->get(), mName);
     if (!file || ftruncate(file.get(), size) != 0) {

@@ -35,6 +35,8 @@ class RecordingPlace {
 
     /** Size in bytes; -1 without a file. */
     off_t size() const { return sizeOfFile(mDirectory->get(), mName); }
+    /** The file, to read; without one errno has the reason. */
+    Descriptor open() const;
     /** Shortens the file. */
     void cut(off_t size) const;
     void remove() const;

@@ -16,6 +16,7 @@
 
 #include "Guarded.h"
 #include "LogText.h"
+#include "PacketLength.h"
 #include "RecordingWriter.h"
 #include "Stored.h"
 #include "Text.h"
@@ -173,7 +174,12 @@ void Recorder::recoverRecording(const RecordingStore::Unfinished& cut) {
         return;
     }
     ALOGI("%s was cut off", logText(cut.path).c_str());
-    mStore.end(cut.id, {QELTV_STOP_POWER_LOST, whole, whole / std::max<int64_t>(1, cut.rate)});
+    int64_t seconds = whole / std::max<int64_t>(1, cut.rate);
+    if (const Descriptor file = place->open()) {
+        const auto length = packetLength(file.get(), whole);
+        if (length) seconds = std::chrono::duration_cast<std::chrono::seconds>(*length).count();
+    }
+    mStore.end(cut.id, {QELTV_STOP_POWER_LOST, whole, seconds});
 }
 
 void Recorder::run() {

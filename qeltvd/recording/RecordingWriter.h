@@ -18,7 +18,7 @@ class RecordingWriter {
     /** The recording starts with the object. */
     RecordingWriter(Descriptor file, std::string path, std::unique_ptr<PacketSource> source);
 
-    static constexpr int64_t kPacketSize = PacketSource::kPacketSize;
+    static constexpr int64_t kPacketSize = stream::kPacketSize;
     /** Bytes of the whole packets in a number of bytes. */
     static constexpr int64_t wholePackets(int64_t bytes) {
         return bytes / kPacketSize * kPacketSize;

@@ -3,10 +3,13 @@
 #include <hwbinder/IPCThreadState.h>
 
 #include <algorithm>
+#include <iterator>
+#include <vector>
 
 #include "ChannelIds.h"
 #include "ChannelListService.h"
 #include "Code.h"
+#include "Descrambler.h"
 
 namespace qeltvd {
 
@@ -219,14 +222,14 @@ void replyKey(const std::vector<BissKey>& all, uint32_t index, const Reply& repl
     reply(key ? bytesOf(pack(*key)) : Bytes(), key ? key->recordId : 0, key ? kOk : kNotFound);
 }
 
-/** Whether the sums in the key are right. */
-bool isKey(const biss_record_t& record) {
-    if (record.key_size == 0) return true;
-    const auto sum = [&](size_t from) {
-        return static_cast<uint8_t>(record.key[from] + record.key[from + 1] + record.key[from + 2]);
-    };
-    return record.key_size == sizeof(record.key) && record.key[3] == sum(0) &&
-           record.key[7] == sum(4);
+/** Puts the sums into a key that has zeros for them. @return whether it is a key, or none */
+bool completeKey(biss_record_t* record) {
+    if (record->key_size == 0) return true;
+    if (record->key_size != sizeof(record->key)) return false;
+    const auto word = stream::controlWord(
+            std::vector<uint8_t>(std::begin(record->key), std::end(record->key)));
+    if (word) std::copy(word->begin(), word->end(), record->key);
+    return word.has_value();
 }
 
 }  // namespace
@@ -301,9 +304,9 @@ Return<void> Service::a_hidl_qeltvapi_bisskey_get_bsl_rec_by_header(
 Return<void> Service::a_hidl_qeltvapi_bisskey_set_bsl_rec_info(
         uint32_t list, uint32_t operation, const Bytes& rec,
         a_hidl_qeltvapi_bisskey_set_bsl_rec_info_cb reply) {
-    const auto record = recordOf<biss_record_t>(rec);
+    auto record = recordOf<biss_record_t>(rec);
     if (!record || operation > CHANNEL_BISS_DELETE || !isSatelliteList(list) ||
-        (operation == CHANNEL_BISS_WRITE && !isKey(*record))) {
+        (operation == CHANNEL_BISS_WRITE && !completeKey(&*record))) {
         reply(0, record && !isSatelliteList(list) ? kNotFound : kBadValue);
         return Void();
     }

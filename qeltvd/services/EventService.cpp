@@ -11,6 +11,8 @@
 
 namespace qeltvd {
 
+using qeltvapi::service::zeros;
+
 namespace {
 
 /** A window without an end is as long as this. */
@@ -20,16 +22,9 @@ bool serves(int32_t room) {
     return room >= 0 && room <= QELTV_EVENT_BLOCK_MAXIMUM;
 }
 
-/** A block of exactly the length that the caller copies, all zeros. */
-Bytes emptyBlock(int32_t room) {
-    Bytes block(static_cast<size_t>(serves(room) ? room : 0));
-    if (block.size() != 0) memset(block.data(), 0, block.size());
-    return block;
-}
-
 /** A text that ends with a zero, cut before a character. */
 Bytes textBlock(const std::string& text, int32_t room) {
-    Bytes block = emptyBlock(room);
+    Bytes block = zeros(room);
     if (block.size() == 0) return block;
     const std::string fitting = cut(text, block.size() - 1);
     memcpy(block.data(), fitting.data(), fitting.size());
@@ -39,7 +34,7 @@ Bytes textBlock(const std::string& text, int32_t room) {
 /** As many whole records as fit. */
 template <class T>
 Bytes arrayBlock(const std::vector<T>& records, int32_t room) {
-    Bytes block = emptyBlock(room);
+    Bytes block = zeros(room);
     const size_t count = std::min(records.size(), block.size() / sizeof(T));
     if (count != 0) memcpy(block.data(), records.data(), count * sizeof(T));
     return block;
@@ -55,7 +50,7 @@ void answer(const std::optional<Event>& event, int32_t room, const Make& make, c
     if (!serves(room)) {
         reply(Bytes(), kBadValue);
     } else if (!event) {
-        reply(emptyBlock(room), kNotFound);
+        reply(zeros(room), kNotFound);
     } else {
         reply(make(*event), kOk);
     }

@@ -105,7 +105,7 @@ Return<int32_t> MainService::a_hidl_qeltvapi_teletext_set_page(uint32_t page) {
 }
 
 Return<int32_t> MainService::a_hidl_qeltvapi_teletext_is_top_stream() {
-    return 1;
+    return mModels.teletext.hasTop() ? 1 : 0;
 }
 
 Return<void> MainService::a_hidl_qeltvapi_teletext_top_get_block_content(

@@ -66,6 +66,8 @@ constexpr Default kDefaults[] = {
         integer("channels.tuner_mode", QELTV_CONFIG_CHANNELS, 0, 2, 0),
         integer("channels.auto_update", QELTV_CONFIG_CHANNELS, 0, 1, 1),
         integer("channels.lcn", QELTV_CONFIG_CHANNELS, 0, 1, 1),
+        // Three letters; the first language of each text unless set.
+        text("channels.guide_language", QELTV_CONFIG_CHANNELS, ""),
         integer("parental.rating_lock", QELTV_CONFIG_PARENTAL, 0, 1, 0),
         integer("parental.age", QELTV_CONFIG_PARENTAL, 0, 18, 0),
         integer("parental.input_lock", QELTV_CONFIG_PARENTAL, 0, 1, 0),

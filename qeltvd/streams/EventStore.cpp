@@ -24,6 +24,22 @@ size_t sizeOf(const Event& event) {
     return size;
 }
 
+/** Adds the texts of a table of their own, each to the title in its language if there is one. */
+void addDetails(const std::vector<LanguageText>& texts, Event* event) {
+    for (const LanguageText& each : texts) {
+        const auto known =
+                std::find_if(event->texts.begin(), event->texts.end(),
+                             [&](const EventText& text) { return text.language == each.language; });
+        if (known != event->texts.end()) {
+            known->details = each.text;
+        } else {
+            event->texts.emplace_back();
+            event->texts.back().language = each.language;
+            event->texts.back().details = each.text;
+        }
+    }
+}
+
 }  // namespace
 
 bool EventStore::put(Sections* sections, std::pair<uint16_t, uint8_t> place, Section section) {
@@ -80,12 +96,17 @@ bool EventStore::add(uint16_t streamId, const AtscEventTable& events, uint16_t t
 }
 
 bool EventStore::add(const ExtendedText& text) {
-    if (!text.eventId || mSize + text.text.size() + kPlaceSize > kLimit) return false;
-    std::string& stored = mTexts[{text.sourceId, *text.eventId}];
-    if (stored == text.text) return false;
-    mSize += text.text.size() + (stored.empty() ? kPlaceSize : 0);
-    mSize -= stored.size();
-    stored = text.text;
+    const auto sizeOf = [](const std::vector<LanguageText>& texts) {
+        size_t size = kPlaceSize;
+        for (const LanguageText& each : texts) size += sizeof(each) + each.text.size();
+        return size;
+    };
+    if (!text.eventId || mSize + sizeOf(text.texts) > kLimit) return false;
+    const auto [stored, added] = mTexts.try_emplace({text.sourceId, *text.eventId});
+    if (!added && stored->second == text.texts) return false;
+    if (!added) mSize -= sizeOf(stored->second);
+    stored->second = text.texts;
+    mSize += sizeOf(stored->second);
     return true;
 }
 
@@ -111,8 +132,7 @@ std::vector<Event> EventStore::events(const ServiceKey& service) const {
             events.push_back(event);
             const auto text = mTexts.find({service.serviceId, event.id});
             if (text == mTexts.end()) continue;
-            if (events.back().texts.empty()) events.back().texts.emplace_back();
-            events.back().texts.front().details = text->second;
+            addDetails(text->second, &events.back());
         }
     }
     std::stable_sort(events.begin(), events.end(),

@@ -43,7 +43,7 @@ class EventStore {
 
     std::map<ServiceKey, Sections> mServices;
     /** Texts of ATSC, by source and event. */
-    std::map<std::pair<uint16_t, uint16_t>, std::string> mTexts;
+    std::map<std::pair<uint16_t, uint16_t>, std::vector<LanguageText>> mTexts;
     size_t mSize = 0;
 };
 

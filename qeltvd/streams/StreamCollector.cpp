@@ -309,7 +309,9 @@ void StreamCollector::readAtsc(uint16_t pid, Bytes section) {
 void StreamCollector::setFilters() {
     std::set<uint16_t> tables{kPatPid, kNitPid, kSdtPid, kEitPid, kTdtPid, kPsipPid};
     for (const auto& [pid, number] : mGuidePids) tables.insert(pid);
-    std::set<uint16_t> pictures, teletext;
+    std::set<uint16_t> pictures;
+    /** Languages by PID. */
+    std::map<uint16_t, std::string> teletext;
     std::map<uint16_t, CaptionCarrier> captions;
     for (const auto& [id, program] : mPrograms) {
         tables.insert(program.pmtPid);
@@ -317,7 +319,10 @@ void StreamCollector::setFilters() {
         const bool watched = mWatched.count(id) != 0;
         for (const Component& each : program.map->components) {
             if (each.kind == ComponentKind::kApplications) tables.insert(each.pid);
-            if (each.kind == ComponentKind::kTeletext && watched) teletext.insert(each.pid);
+            if (each.kind == ComponentKind::kTeletext && watched) {
+                teletext.emplace(each.pid,
+                                 each.teletext.empty() ? "" : each.teletext.front().language);
+            }
             if (each.kind != ComponentKind::kVideo) continue;
             const auto carrier = carrierOf(each.codec);
             if (watched && carrier) captions.emplace(each.pid, *carrier);
@@ -335,8 +340,8 @@ void StreamCollector::setFilters() {
     }
     for (const uint16_t pid : tables) filterTable(pid);
 
-    std::set<uint16_t> wanted = teletext;
-    wanted.insert(pictures.begin(), pictures.end());
+    std::set<uint16_t> wanted = pictures;
+    for (const auto& [pid, language] : teletext) wanted.insert(pid);
     for (const uint16_t pid : mPesPids) {
         if (wanted.count(pid) != 0 || mTablePids.count(pid) != 0) continue;
         mDemux.removeFilter(pid);
@@ -353,8 +358,9 @@ void StreamCollector::setFilters() {
     }
     for (const uint16_t pid : wanted) {
         if (mTablePids.count(pid) != 0 || mPesPids.count(pid) != 0) continue;
-        if (teletext.count(pid) != 0) {
-            mTeletext[pid] = std::make_unique<TeletextDecoder>();
+        const auto text = teletext.find(pid);
+        if (text != teletext.end()) {
+            mTeletext[pid] = std::make_unique<TeletextDecoder>(text->second);
             mDemux.filterPes(pid, [this, pid](const PesPacket& packet) {
                 const auto found = mTeletext.find(pid);
                 if (found == mTeletext.end()) return;
@@ -418,14 +424,15 @@ void StreamCollector::watch(const std::set<uint16_t>& services) {
     setFilters();
 }
 
-const TeletextDecoder* StreamCollector::teletext(uint16_t serviceId) const {
+std::vector<const TeletextDecoder*> StreamCollector::teletext(uint16_t serviceId) const {
+    std::vector<const TeletextDecoder*> decoders;
     const auto found = mPrograms.find(serviceId);
-    if (found == mPrograms.end() || !found->second.map) return nullptr;
+    if (found == mPrograms.end() || !found->second.map) return decoders;
     for (const Component& each : found->second.map->components) {
         const auto decoder = mTeletext.find(each.pid);
-        if (decoder != mTeletext.end()) return decoder->second.get();
+        if (decoder != mTeletext.end()) decoders.push_back(decoder->second.get());
     }
-    return nullptr;
+    return decoders;
 }
 
 const CaptionDecoder* StreamCollector::captions(uint16_t serviceId) const {

@@ -54,8 +54,9 @@ class StreamCollector {
 
     /** The services whose teletext and captions are decoded; none at first. */
     void watch(const std::set<uint16_t>& services);
+    /** Those of its streams of teletext; none for a service that is not watched or has none. */
+    std::vector<const TeletextDecoder*> teletext(uint16_t serviceId) const;
     /** nullptr for a service that is not watched or has none. */
-    const TeletextDecoder* teletext(uint16_t serviceId) const;
     const CaptionDecoder* captions(uint16_t serviceId) const;
 
   private:

@@ -133,30 +133,38 @@ void StreamReceiver::watch(const std::set<uint16_t>& services) {
     mCollector.watch(services);
 }
 
-std::vector<uint16_t> StreamReceiver::teletextPages(uint16_t serviceId) const {
+TeletextReception StreamReceiver::teletext(uint16_t serviceId, uint16_t page,
+                                           uint16_t subpage) const {
     std::lock_guard<std::mutex> guard(mLock);
-    const TeletextDecoder* decoder = mCollector.teletext(serviceId);
-    return decoder == nullptr ? std::vector<uint16_t>{} : decoder->pages();
-}
-
-std::vector<uint16_t> StreamReceiver::teletextSubpages(uint16_t serviceId, uint16_t page) const {
-    std::lock_guard<std::mutex> guard(mLock);
-    const TeletextDecoder* decoder = mCollector.teletext(serviceId);
-    return decoder == nullptr ? std::vector<uint16_t>{} : decoder->subpages(page);
-}
-
-std::optional<TeletextPage> StreamReceiver::teletextPage(uint16_t serviceId, uint16_t page,
-                                                         std::optional<uint16_t> subpage) const {
-    std::lock_guard<std::mutex> guard(mLock);
-    const TeletextDecoder* decoder = mCollector.teletext(serviceId);
-    if (decoder == nullptr) return std::nullopt;
-    return decoder->page(page, subpage);
+    TeletextReception reception;
+    for (const TeletextDecoder* decoder : mCollector.teletext(serviceId)) {
+        reception.carried = true;
+        reception.absent |= decoder->isAbsent(page);
+        if (!reception.header) reception.header = decoder->header();
+        // One of several streams has the page.
+        const std::vector<uint16_t> codes = decoder->subpages(page);
+        if (codes.empty() || reception.subpages != 0) continue;
+        reception.subpages = static_cast<uint32_t>(codes.size());
+        for (const uint16_t code : codes) {
+            if (subpage == 0 || decoder->subpageNumber(page, code) != subpage) continue;
+            reception.page = decoder->page(page, code);
+        }
+        if (subpage == 0) reception.page = decoder->page(page);
+        if (reception.page) {
+            reception.subpage = decoder->subpageNumber(page, reception.page->subpage);
+            reception.header = decoder->header();
+        }
+    }
+    return reception;
 }
 
 std::vector<TopPage> StreamReceiver::teletextTop(uint16_t serviceId) const {
     std::lock_guard<std::mutex> guard(mLock);
-    const TeletextDecoder* decoder = mCollector.teletext(serviceId);
-    return decoder == nullptr ? std::vector<TopPage>{} : decoder->top();
+    for (const TeletextDecoder* decoder : mCollector.teletext(serviceId)) {
+        std::vector<TopPage> pages = decoder->top();
+        if (!pages.empty()) return pages;
+    }
+    return {};
 }
 
 std::vector<std::string> StreamReceiver::captions(uint16_t serviceId, uint8_t channel) const {

@@ -16,6 +16,20 @@
 
 namespace qeltvd::stream {
 
+/** What has been received for the number of a page of teletext. */
+struct TeletextReception {
+    /** Whether the service has teletext. */
+    bool carried = false;
+    /** TOP says that the page is not sent. */
+    bool absent = false;
+    /** Subpages so far. */
+    uint32_t subpages = 0;
+    /** The subpage, if it has come, and its number. */
+    std::optional<TeletextPage> page = {};
+    uint16_t subpage = 0;
+    std::optional<TeletextHeader> header = {};
+};
+
 /**
  * Receives one multiplex: a source that is open, what its tables say, and the packets of its
  * services. All functions may be called on any thread. The functions of the listener and of the
@@ -61,10 +75,8 @@ class StreamReceiver {
 
     /** The services whose teletext and captions are decoded. */
     void watch(const std::set<uint16_t>& services);
-    std::vector<uint16_t> teletextPages(uint16_t serviceId) const;
-    std::vector<uint16_t> teletextSubpages(uint16_t serviceId, uint16_t page) const;
-    std::optional<TeletextPage> teletextPage(uint16_t serviceId, uint16_t page,
-                                             std::optional<uint16_t> subpage = {}) const;
+    /** What has come of a page. @param subpage its number, from 1; 0 for the one on air */
+    TeletextReception teletext(uint16_t serviceId, uint16_t page, uint16_t subpage = 0) const;
     std::vector<TopPage> teletextTop(uint16_t serviceId) const;
     /** The rows that a channel of captions (1 to 8) shows. */
     std::vector<std::string> captions(uint16_t serviceId, uint8_t channel) const;

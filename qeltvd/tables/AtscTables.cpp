@@ -39,24 +39,6 @@ void readAdvisory(Bytes body, Event* event) {
     }
 }
 
-/** Languages of a multiple string structure, whose texts are those of the events. */
-std::vector<std::string> languagesOf(Bytes structure) {
-    std::vector<std::string> languages;
-    Reader reader(structure);
-    const uint8_t strings = reader.u8();
-    for (uint8_t i = 0; i < strings && reader.ok(); ++i) {
-        const Bytes code = reader.take(3);
-        if (!reader.ok()) break;
-        languages.push_back(languageOf(code.data));
-        const uint8_t segments = reader.u8();
-        for (uint8_t j = 0; j < segments && reader.ok(); ++j) {
-            reader.u16();
-            reader.skip(reader.u8());
-        }
-    }
-    return languages;
-}
-
 }  // namespace
 
 int64_t timeOfAtsc(uint32_t time, int64_t utcOffset) {
@@ -134,11 +116,10 @@ std::optional<AtscEventTable> atscEventTable(Bytes section, int64_t utcOffset) {
         const Bytes title = reader->take(reader->u8());
         const Bytes list = reader->take(reader->u16() & 0x0fff);
         if (!reader->ok()) return std::nullopt;
-        for (const std::string& language : languagesOf(title)) {
-            EventText text;
-            text.language = language;
-            text.title = atscText(title, language);
-            event.texts.push_back(std::move(text));
+        for (LanguageText& each : atscTexts(title)) {
+            event.texts.emplace_back();
+            event.texts.back().language = std::move(each.language);
+            event.texts.back().title = std::move(each.text);
         }
         for (const Descriptor descriptor : Descriptors(list)) {
             if (descriptor.tag() == kCaptions) {
@@ -160,7 +141,7 @@ std::optional<ExtendedText> extendedText(Bytes section) {
     if (!reader->ok()) return std::nullopt;
     table.sourceId = static_cast<uint16_t>(id >> 16);
     if ((id & 3) == 2) table.eventId = static_cast<uint16_t>(id >> 2 & 0x3fff);
-    table.text = atscText(reader->rest());
+    table.texts = atscTexts(reader->rest());
     return table;
 }
 

@@ -7,6 +7,8 @@
 #include <map>
 #include <memory>
 
+#include "Text.h"
+
 namespace qeltvd::stream {
 
 namespace {
@@ -16,32 +18,13 @@ constexpr char32_t kReplacement = 0xfffd;
 constexpr uint8_t kLineBreak = 0x8a;
 constexpr char32_t kPrivateControls = 0xe000;
 
-void append(std::string* text, char32_t c) {
-    const auto put = [text](char32_t byte) { text->push_back(static_cast<char>(byte)); };
-    if (c < 0x80) {
-        put(c);
-    } else if (c < 0x800) {
-        put(0xc0 | c >> 6);
-        put(0x80 | (c & 0x3f));
-    } else if (c < 0x10000) {
-        put(0xe0 | c >> 12);
-        put(0x80 | (c >> 6 & 0x3f));
-        put(0x80 | (c & 0x3f));
-    } else {
-        put(0xf0 | c >> 18);
-        put(0x80 | (c >> 12 & 0x3f));
-        put(0x80 | (c >> 6 & 0x3f));
-        put(0x80 | (c & 0x3f));
-    }
-}
-
 /** Appends a character as texts show it: line breaks stay, other control codes go. */
 void appendShown(std::string* text, char32_t c) {
     if (c >= kPrivateControls + 0x80 && c < kPrivateControls + 0xa0) c -= kPrivateControls;
     if (c == '\r' || c == kLineBreak) c = '\n';
     const bool control = c < 0x20 || (c >= 0x7f && c < 0xa0);
     if (control && c != '\n') return;
-    append(text, c);
+    appendUtf8(text, c);
 }
 
 class Converter {
@@ -108,20 +91,20 @@ std::string latinText(Bytes bytes) {
         if (c < 0xa0) {
             appendShown(&text, c);
         } else if (c == 0xa4) {
-            append(&text, U'€');
+            appendUtf8(&text, U'€');
         } else if (c == 0xe2) {
             // glibc takes the letter with the stroke for the Icelandic one.
-            append(&text, U'Đ');
+            appendUtf8(&text, U'Đ');
         } else if (c >= 0xc1 && c <= 0xcf && i + 1 < bytes.size && bytes.data[i + 1] >= 0x20 &&
                    bytes.data[i + 1] < 0x7f) {
             const uint8_t pair[] = {c == 0xc9 ? uint8_t{0xc8} : c, bytes.data[++i]};
             const std::u32string letter = convert("ISO_6937", {pair, sizeof(pair)});
             const char32_t accent = kAccents[c - 0xc1];
             if (letter.size() == 1 && letter[0] != kReplacement) {
-                append(&text, letter[0]);
+                appendUtf8(&text, letter[0]);
             } else {
-                append(&text, pair[1]);
-                if (accent != 0) append(&text, accent);
+                appendUtf8(&text, pair[1]);
+                if (accent != 0) appendUtf8(&text, accent);
             }
         } else {
             for (const char32_t each : convert("ISO_6937", {&c, 1})) appendShown(&text, each);
@@ -143,7 +126,7 @@ std::string singleByteText(const std::string& table, Bytes bytes) {
         const uint8_t* end = std::find_if(bytes.data + i, bytes.data + bytes.size,
                                           [](uint8_t each) { return each < 0xa0; });
         const auto size = static_cast<size_t>(end - (bytes.data + i));
-        for (const char32_t each : convert(table, {bytes.data + i, size})) append(&text, each);
+        for (const char32_t each : convert(table, {bytes.data + i, size})) appendUtf8(&text, each);
         i += size;
     }
     return text;
@@ -171,10 +154,129 @@ std::string letters(const uint8_t* code, char first, char other) {
     return text;
 }
 
-/** A string of one mode: the number is the high byte of each character, but for UTF-16. */
+/** Text of the Standard Compression Scheme for Unicode (Unicode Technical Standard 6). */
+class CompressedText {
+  public:
+    explicit CompressedText(Bytes bytes) : mReader(bytes) {}
+
+    std::string decode() {
+        while (mReader.left() > 0 && mReader.ok()) {
+            const uint8_t byte = mReader.u8();
+            mWide ? wide(byte) : narrow(byte);
+        }
+        return std::move(mText);
+    }
+
+  private:
+    /** One byte for a character of a window, and tags. */
+    void narrow(uint8_t byte) {
+        constexpr uint8_t kQuote = 0x01, kDefineFar = 0x0b, kQuoteUnit = 0x0e, kWide = 0x0f,
+                          kChange = 0x10, kDefine = 0x18;
+        if (byte >= 0x80) {
+            put(mWindows[mWindow] + byte - 0x80);
+        } else if (byte >= 0x20) {
+            put(byte);
+        } else if (byte >= kDefine) {
+            define(byte - kDefine, mReader.u8());
+        } else if (byte >= kChange) {
+            mWindow = byte - kChange;
+        } else if (byte == kWide) {
+            mWide = true;
+        } else if (byte == kQuoteUnit) {
+            unit(mReader.u16());
+        } else if (byte == kDefineFar) {
+            defineFar(mReader.u16());
+        } else if (byte >= kQuote && byte < kQuote + 8) {
+            const uint8_t quoted = mReader.u8();
+            if (!mReader.ok()) return;
+            const size_t window = byte - kQuote;
+            put(quoted < 0x80 ? kStatic[window] + quoted : mWindows[window] + quoted - 0x80);
+        } else {
+            put(byte);
+        }
+    }
+
+    /** Units of UTF-16, and tags. */
+    void wide(uint8_t byte) {
+        constexpr uint8_t kChange = 0xe0, kDefine = 0xe8, kQuoteUnit = 0xf0, kDefineFar = 0xf1,
+                          kReserved = 0xf2;
+        if (byte < kChange || byte > kReserved) {
+            unit(static_cast<uint16_t>(byte << 8 | mReader.u8()));
+        } else if (byte == kQuoteUnit) {
+            unit(mReader.u16());
+        } else if (byte == kDefineFar) {
+            defineFar(mReader.u16());
+            mWide = false;
+        } else if (byte >= kDefine && byte < kQuoteUnit) {
+            define(byte - kDefine, mReader.u8());
+            mWide = false;
+        } else if (byte < kDefine) {
+            mWindow = byte - kChange;
+            mWide = false;
+        }
+    }
+
+    void define(size_t window, uint8_t number) {
+        constexpr char32_t kSpecial[] = {0x00c0, 0x0250, 0x0370, 0x0530, 0x3040, 0x30a0, 0xff60};
+        constexpr uint8_t kFirstSpecial = 0xf9;
+        constexpr char32_t kHalf = 0x80, kGap = 0xac00;
+        mWindow = window;
+        if (number >= kFirstSpecial) {
+            mWindows[window] = kSpecial[number - kFirstSpecial];
+        } else if (number < 0x68) {
+            mWindows[window] = number * kHalf;
+        } else if (number < 0xa8) {
+            mWindows[window] = number * kHalf + kGap;
+        }
+    }
+
+    void defineFar(uint16_t word) {
+        mWindow = word >> 13;
+        mWindows[mWindow] = 0x10000 + (word & 0x1fffu) * 0x80;
+    }
+
+    void unit(uint16_t value) {
+        if (!mReader.ok()) return;
+        const bool high = value >= 0xd800 && value < 0xdc00;
+        const bool low = value >= 0xdc00 && value < 0xe000;
+        if (mHigh != 0 && low) {
+            const char32_t high10 = mHigh - 0xd800u;
+            mHigh = 0;
+            put(0x10000 + (high10 << 10) + (value - 0xdc00u));
+            return;
+        }
+        if (high) {
+            if (mHigh != 0) appendUtf8(&mText, kReplacement);
+            mHigh = value;
+            return;
+        }
+        put(low ? kReplacement : char32_t{value});
+    }
+
+    void put(char32_t c) {
+        if (mHigh != 0) appendUtf8(&mText, kReplacement);
+        mHigh = 0;
+        const bool surrogate = c >= 0xd800 && c < 0xe000;
+        appendShown(&mText, surrogate || c > 0x10ffff ? kReplacement : c);
+    }
+
+    static constexpr char32_t kStatic[8] = {0x0000, 0x0080, 0x0100, 0x0300,
+                                            0x2000, 0x2080, 0x2100, 0x3000};
+
+    Reader mReader;
+    std::string mText;
+    bool mWide = false;
+    size_t mWindow = 0;
+    char32_t mWindows[8] = {0x0080, 0x00c0, 0x0400, 0x0600, 0x0900, 0x3040, 0x30a0, 0xff00};
+    /** The first half of a pair. */
+    uint16_t mHigh = 0;
+};
+
+/** A string of one mode: the number is the high byte of each character, but for two encodings. */
 std::string segmentText(uint8_t mode, Bytes bytes) {
-    constexpr uint8_t kHighestPage = 0x33, kUtf16 = 0x3f;
+    constexpr uint8_t kHighestPage = 0x33, kCompressed = 0x3e, kUtf16 = 0x3f;
     if (mode == kUtf16) return utf16Text(bytes);
+    if (mode == kCompressed) return CompressedText(bytes).decode();
     if (mode > kHighestPage) return {};
     std::string text;
     for (size_t i = 0; i < bytes.size; ++i) {
@@ -217,10 +319,10 @@ std::string dvbText(Bytes field) {
     }
 }
 
-std::string atscText(Bytes structure, const std::string& language) {
+std::vector<LanguageText> atscTexts(Bytes structure) {
     constexpr uint8_t kUncompressed = 0;
     Reader reader(structure);
-    std::string chosen;
+    std::vector<LanguageText> texts;
     const uint8_t strings = reader.u8();
     for (uint8_t i = 0; i < strings && reader.ok(); ++i) {
         const Bytes code = reader.take(3);
@@ -232,11 +334,20 @@ std::string atscText(Bytes structure, const std::string& language) {
             const Bytes bytes = reader.take(reader.u8());
             if (compression == kUncompressed) text += segmentText(mode, bytes);
         }
-        if (!reader.ok()) break;
-        if (chosen.empty()) chosen = text;
-        if (!language.empty() && languageOf(code.data) == language) return text;
+        if (reader.ok()) texts.push_back({languageOf(code.data), std::move(text)});
     }
-    return chosen;
+    return texts;
+}
+
+std::string atscText(Bytes structure, const std::string& language) {
+    std::vector<LanguageText> texts = atscTexts(structure);
+    LanguageText* chosen = nullptr;
+    for (LanguageText& each : texts) {
+        if (each.text.empty()) continue;
+        if (each.language == language) return std::move(each.text);
+        if (chosen == nullptr) chosen = &each;
+    }
+    return chosen != nullptr ? std::move(chosen->text) : std::string();
 }
 
 std::string utf16Text(Bytes text) {

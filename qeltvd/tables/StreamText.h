@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Bytes.h"
 
@@ -13,10 +14,22 @@ namespace qeltvd::stream {
  */
 std::string dvbText(Bytes field);
 
+/** A text in one of several languages. */
+struct LanguageText {
+    std::string language;
+    std::string text;
+
+    bool operator==(const LanguageText& other) const {
+        return language == other.language && text == other.text;
+    }
+};
+
 /**
- * The first string of a multiple string structure (ATSC A/65) that is in a language, or the first
- * one. Segments with Huffman coding are left out.
+ * The strings of a multiple string structure (ATSC A/65), each of its segments together. Segments
+ * with Huffman coding are left out, so a string of nothing else is empty.
  */
+std::vector<LanguageText> atscTexts(Bytes structure);
+/** The first of these strings that is in a language and not empty, or the first of any language. */
 std::string atscText(Bytes structure, const std::string& language = {});
 
 /** A text of UTF-16, high byte first, such as the short names of ATSC; ends before a null. */

@@ -6,6 +6,7 @@
 
 #include "Bytes.h"
 #include "StreamStructs.h"
+#include "StreamText.h"
 
 /**
  * Sections as structs. Each function takes one whole section and returns nothing for one that is
@@ -132,7 +133,7 @@ struct ExtendedText : TableHeader {
     uint16_t sourceId = 0;
     /** None for the text of a channel. */
     std::optional<uint16_t> eventId;
-    std::string text;
+    std::vector<LanguageText> texts;
 };
 std::optional<ExtendedText> extendedText(Bytes section);
 

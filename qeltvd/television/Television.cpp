@@ -5,12 +5,19 @@
 #include <log/log.h>
 
 #include <optional>
+#include <utility>
 
 #include "ChannelIds.h"
 #include "layouts/presentation.h"
 #include "layouts/record.h"
 
 namespace qeltvd {
+
+namespace {
+
+constexpr char kLanguageItem[] = "channels.guide_language";
+
+}  // namespace
 
 Television::Television(const std::string& state, Monitor& monitor,
                        std::vector<std::string> regionFiles)
@@ -20,7 +27,12 @@ Television::Television(const std::string& state, Monitor& monitor,
           config(store),
           broadcast(timers, std::move(regionFiles)),
           channels(store, broadcast, config.text("channels.region")) {
+    broadcast.setLanguage(config.text(kLanguageItem));
+    config.addListener([this](const ConfigItems::Item& item, Audience) {
+        if (item.name == kLanguageItem) broadcast.setLanguage(config.text(kLanguageItem));
+    });
     clock.addListener([this] { recorder.clockChanged(); });
+    channels.addListener([this](const ChannelChange&) { timeshift.channelChanged(); });
     power.addListener([this](bool standby) {
         if (standby && recorder.command(QELTV_COMMAND_STANDBY, 0) != kOk) {
             ALOGW("the end of a recording is stored later: the store cannot be written");
@@ -61,6 +73,13 @@ std::unique_ptr<PacketSource> Television::packets(const PacketRequest& request) 
     Channel channel;
     channel.name = request.channel.name;
     return broadcast.simulated().packets(channel, request.rate);
+}
+
+ViewerShift Television::shift() {
+    return {[this](uint32_t channel, std::unique_ptr<PacketSource> live) {
+                return timeshift.viewerPackets(channel, std::move(live));
+            },
+            [this](uint32_t channel) { return timeshift.behind(channel); }};
 }
 
 ChannelLookup Television::lookupIn(const ChannelDatabase& channels) {

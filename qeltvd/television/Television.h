@@ -86,13 +86,14 @@ struct Television {
                       lookupIn(channels),
                       clock,
                       [this](const PacketRequest& request) { return packets(request); }};
-    Timeshift timeshift{timers, settings, notifier};
+    Timeshift timeshift{settings, notifier, lookupIn(channels),
+                        [this](const PacketRequest& request) { return packets(request); }};
     Cam cam{store, settings, notifier, directory};
     Alerts alerts{store,    timers,    notifier,
                   channels, broadcast, [this](uint32_t channelId) { return goTo(channelId); }};
-    Captions captions{settings, notifier};
-    Teletext teletext{notifier, channels, clock};
-    Agent agent{settings, notifier, channels, broadcast};
+    Captions captions{settings, notifier, config, channels, broadcast};
+    Teletext teletext{notifier, channels, clock, broadcast};
+    Agent agent{settings, notifier, channels, broadcast, captions};
 
     Inputs inputs{store};
     Sound sound{store, notifier};
@@ -113,10 +114,13 @@ struct Television {
                               [this] {
                                   const auto name = cam.get(QELTV_CI_GET_CAM_NAME);
                                   return name ? std::string(name->begin(), name->end()) : "";
-                              }};
+                              },
+                              shift()};
 
   private:
     std::unique_ptr<PacketSource> packets(const PacketRequest& request);
+    /** The timeshift as what is shown has it. */
+    ViewerShift shift();
     /** Looks into the channel data, which has to outlive the lookup. */
     static ChannelLookup lookupIn(const ChannelDatabase& channels);
 };

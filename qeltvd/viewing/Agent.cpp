@@ -23,8 +23,12 @@ constexpr uint16_t kHbbTv = 0x0010;
 }  // namespace
 
 Agent::Agent(Settings& settings, Notifier& notifier, const ChannelDatabase& channels,
-             Broadcast& broadcast)
-        : mSettings(settings), mNotifier(notifier), mChannels(channels), mBroadcast(broadcast) {
+             Broadcast& broadcast, const Captions& captions)
+        : mSettings(settings),
+          mNotifier(notifier),
+          mChannels(channels),
+          mBroadcast(broadcast),
+          mCaptions(captions) {
     broadcast.addListener([this](uint32_t changes) {
         // The time changes with what is received.
         constexpr uint32_t kConcern =
@@ -128,6 +132,10 @@ Code Agent::value(const std::string& key, std::string* text) const {
     } else if (key == "application.url") {
         *text = applicationUrl();
         if (text->empty()) return kNotFound;
+    } else if (key == "captions.text") {
+        return mCaptions.captionText(text);
+    } else if (key == "subtitle.text") {
+        return mCaptions.subtitleText(text);
     } else {
         return kNotFound;
     }

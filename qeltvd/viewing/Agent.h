@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Broadcast.h"
+#include "Captions.h"
 #include "ChannelDatabase.h"
 #include "Code.h"
 #include "Notifier.h"
@@ -23,7 +24,7 @@ class Agent {
     static constexpr size_t kOperatorLimit = 64;
 
     Agent(Settings& settings, Notifier& notifier, const ChannelDatabase& channels,
-          Broadcast& broadcast);
+          Broadcast& broadcast, const Captions& captions);
 
     /** Carries out a command. @return the reply, a code in its first word */
     std::vector<int32_t> exchange(const std::vector<int32_t>& words);
@@ -31,8 +32,9 @@ class Agent {
     /** Chooses whose metadata is used. */
     [[nodiscard]] Code setOperator(const std::string& name);
     /**
-     * "operator", "channel.id", "channel.name", "channel.number", and "application.url", the first
-     * page of the application that the current channel starts by itself.
+     * "operator", "channel.id", "channel.name", "channel.number"; "application.url", the first page
+     * of the application that the current channel starts by itself; "captions.text" and
+     * "subtitle.text", what captions and subtitles of the current channel say.
      */
     [[nodiscard]] Code value(const std::string& key, std::string* text) const;
 
@@ -45,6 +47,7 @@ class Agent {
 
     const ChannelDatabase& mChannels;
     const Broadcast& mBroadcast;
+    const Captions& mCaptions;
     /** The last one that clients were notified of; on the timers' thread. */
     std::string mApplicationUrl;
     std::mutex mLock;

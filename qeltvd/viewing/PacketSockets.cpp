@@ -29,7 +29,7 @@ constexpr int kTurnMs = 20;
 /** How long no connection is accepted when the process has no descriptor for it. */
 constexpr int kPauseMs = 200;
 constexpr int kBacklog = 8;
-constexpr int64_t kBlock = 512 * int64_t{PacketSource::kPacketSize};
+constexpr int64_t kBlock = 512 * int64_t{stream::kPacketSize};
 
 bool isSocket(const std::string& path) {
     struct stat info {};

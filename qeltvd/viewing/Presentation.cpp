@@ -4,6 +4,8 @@
 
 #include <log/log.h>
 
+#include <utility>
+
 #include "ChannelIds.h"
 #include "Stored.h"
 
@@ -26,7 +28,7 @@ constexpr VideoPath::Region kRightHalf{5000, 2500, 5000, 5000};
 Presentation::Presentation(Timers& timers, Notifier& notifier, ConfigItems& config,
                            ChannelDatabase& channels, Broadcast& broadcast, Guide& guide,
                            Inputs& inputs, Sound& sound, Power& power, PacketSockets& sockets,
-                           std::function<std::string()> camName)
+                           std::function<std::string()> camName, ViewerShift shift)
         : mNotifier(notifier),
           mConfig(config),
           mChannels(channels),
@@ -36,6 +38,7 @@ Presentation::Presentation(Timers& timers, Notifier& notifier, ConfigItems& conf
           mPower(power),
           mGuide(guide),
           mSockets(sockets),
+          mShift(std::move(shift)),
           mRights(config, channels, broadcast, guide, inputs, std::move(camName)),
           mPaths(mRights, inputs, guide, broadcast, *this),
           mContexts(notifier),
@@ -238,7 +241,28 @@ void Presentation::stepped(uint32_t path, QELTV_BROADCAST_EVENT event) {
                         {channelId, path, shown.error, shown.banner});
     }
     mContexts.notifyStep({path, event, shown.error, channelId});
-    mSockets.show(path, mPaths.service(path));
+    showPackets(path);
+}
+
+void Presentation::showPackets(uint32_t path) {
+    const VideoPath& shown = mPaths.at(path);
+    const Channel* const channel = shown.shownChannel();
+    const uint32_t channelId = channel != nullptr ? channel->channelId : 0;
+    // Viewers who are behind do not need the signal.
+    const bool fails =
+            shown.status == QELTV_TUNING_STOPPED ||
+            (shown.status == QELTV_TUNING_FAILED && shown.error != QELTV_TUNING_NO_SIGNAL);
+    if (!fails && channelId != 0 && mServed[path] == channelId && mShift.behind(channelId)) return;
+    auto live = mPaths.service(path);
+    mServed[path] = live ? channelId : 0;
+    if (!live) {
+        mSockets.show(path, nullptr);
+        return;
+    }
+    mSockets.show(path, [this, channelId, live = std::move(live)] {
+        auto packets = live();
+        return packets ? mShift.packets(channelId, std::move(packets)) : nullptr;
+    });
 }
 
 void Presentation::contentChanged(uint32_t path) {
@@ -339,6 +363,9 @@ void Presentation::inputChanged(int32_t source, bool on) {
 }
 
 void Presentation::broadcastChanged(uint32_t changes) {
+    // Text comes many times a second, and changes no picture.
+    constexpr uint32_t kText = stream::kTeletextChanged | stream::kCaptionsChanged;
+    if ((changes & ~kText) == 0) return;
     std::lock_guard<std::mutex> guard(mLock);
     review();
     if ((changes & (stream::kServicesChanged | stream::kFormatChanged)) != 0) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -26,6 +28,16 @@
 
 namespace qeltvd {
 
+/** How viewers see a channel that is shifted in time. Called on any thread. */
+struct ViewerShift {
+    /** The packets of a channel for a viewer, given those that are broadcast. */
+    std::function<std::unique_ptr<PacketSource>(uint32_t channelId,
+                                                std::unique_ptr<PacketSource> live)>
+            packets;
+    /** Whether viewers of a channel see what was broadcast before. */
+    std::function<bool(uint32_t channelId)> behind;
+};
+
 /**
  * What the television shows: two video paths, the one tuner that they share, and the service
  * contexts and stream components that look at them.
@@ -39,7 +51,7 @@ class Presentation : private VideoPaths::Observer {
     /** @param camName the name of the CAM, empty while none works; called in a lock of this */
     Presentation(Timers& timers, Notifier& notifier, ConfigItems& config, ChannelDatabase& channels,
                  Broadcast& broadcast, Guide& guide, Inputs& inputs, Sound& sound, Power& power,
-                 PacketSockets& sockets, std::function<std::string()> camName);
+                 PacketSockets& sockets, std::function<std::string()> camName, ViewerShift shift);
     ~Presentation();
 
     static constexpr uint32_t kMain = 0;
@@ -177,6 +189,8 @@ class Presentation : private VideoPaths::Observer {
     void contentChanged(uint32_t path) override;
     SoundTracks::Wish soundWish() const override;
     void begin(uint32_t path);
+    /** Has the sockets of a path follow what it plays. */
+    void showPackets(uint32_t path);
     /** Lets the paths follow what has changed. */
     void review();
     void setBanner(bool visible);
@@ -202,6 +216,7 @@ class Presentation : private VideoPaths::Observer {
     Power& mPower;
     Guide& mGuide;
     PacketSockets& mSockets;
+    const ViewerShift mShift;
     const ViewingRights mRights;
 
     mutable std::mutex mLock;
@@ -212,6 +227,8 @@ class Presentation : private VideoPaths::Observer {
     bool mBanner = false;
     int32_t mTvMode = QELTV_TV_NORMAL;
     uint32_t mAudioFocus = kMain;
+    /** The channels whose packets the sockets of the paths give; 0 for none. */
+    std::array<uint32_t, QELTV_PATHS> mServed{};
     Alarm mAlarm;
 };
 

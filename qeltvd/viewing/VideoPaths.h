@@ -78,7 +78,7 @@ class VideoPaths {
     QELTV_VIDEO_SOURCE_T video(uint32_t path) const;
     SoundTracks::Records tracks(uint32_t path) const;
 
-    /** Makes the packets of what a path plays, on any thread; null while it plays no channel. */
+    /** Makes the live packets of what a path plays, on any thread; null if it plays no channel. */
     using Service = std::function<std::unique_ptr<PacketSource>()>;
     Service service(uint32_t path) const;
 

@@ -182,6 +182,8 @@ struct FaultyService::State : std::enable_shared_from_this<State> {
             std::lock_guard<std::mutex> guard(lock);
             to["value"] = items[arguments["name"].dump()];
             to["code"] = 0;
+        } else if (name == "qeltvapi_config_add_value_changed_callback") {
+            to["code"] = 0;
         } else if (name == "qeltvapi_config_set_value") {
             change(arguments);
             to["code"] = 0;

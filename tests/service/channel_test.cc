@@ -229,6 +229,8 @@ TEST_F(ChannelTool, SatellitesAndTheirSnapshotAndKeys) {
     const Ended wrong = qeltvctl({"biss", "set", "1", "--key", "1234569d789abc00"});
     EXPECT_EQ(1, wrong.status);
     EXPECT_EQ("qeltvctl: key: not a value that the television takes (-4)\n", wrong.err);
+    // Zeros stand for the sums.
+    ok({"biss", "set", "1", "--key", "1234560078 9ABC00"});
     for (const bool asJson : {false, true}) {
         std::vector<std::string> list{"biss", "list"};
         if (asJson) list.push_back("--json");

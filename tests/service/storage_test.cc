@@ -8,12 +8,14 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <system_error>
 #include <thread>
 #include <vector>
 
 #include "daemon.h"
+#include "eventually.h"
 #include "hw_qeltvapi_config.h"
 #include "layouts/codes.h"
 #include "wire.h"
@@ -131,6 +133,37 @@ class FullDisk : public testing::Test {
     rlim_t mLimit = RLIM_INFINITY;
     bool mMounted = false;
 };
+
+TEST_F(FullDisk, ATimeshiftKeepsWhatItHolds) {
+    start();
+    const auto status = [](const char* name) {
+        const auto all =
+                nlohmann::json::parse(wire::qeltvctl({"timeshift", "status", "--json"}).out);
+        return all.at(name).dump();
+    };
+    const auto ok = [](std::vector<std::string> words) {
+        const wire::Ended ended = wire::qeltvctl(words);
+        EXPECT_EQ(0, ended.status) << ended.err;
+    };
+    ok({"timeshift", "device", television.statePath(), "5"});
+    ASSERT_TRUE(eventually([&] { return status("device") == "\"ready\""; }));
+    ok({"timeshift", "start"});
+    ASSERT_TRUE(eventually([&] { return std::stoi(status("duration_ms")) > 500; }));
+    fill(0);
+    ASSERT_TRUE(eventually([&] { return status("status") == "\"kept\""; }));
+    EXPECT_EQ("\"the disk is full\"", status("error"));
+    const std::string held = status("duration_ms");
+    EXPECT_GT(std::stoi(held), 500);
+    ok({"timeshift", "seek", "0.1"});
+    ok({"timeshift", "pause"});
+    EXPECT_LT(std::stoi(status("position_ms")), std::stoi(held));
+    EXPECT_EQ(held, status("duration_ms"));
+    makeRoom();
+    ok({"timeshift", "start"});
+    EXPECT_EQ("\"records\"", status("status"));
+    EXPECT_EQ("\"\"", status("error"));
+    ok({"timeshift", "stop"});
+}
 
 TEST_F(FullDisk, WhatWasAcknowledgedSurvivesAndTheRestIsRefused) {
     start();

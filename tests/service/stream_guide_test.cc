@@ -243,6 +243,14 @@ TEST_F(Streams, GiveTheirOwnGuide) {
     EXPECT_EQ(QELTV_AGE_UNRATED, general(id, 102).age);
     EXPECT_EQ(0, general(id, 102).series);
 
+    ASSERT_EQ(0, qeltvctl({"config", "set", "channels.guide_language", "eng"}).status);
+    EXPECT_STREQ("News at the café", general(id, 100).title);
+    EXPECT_STREQ("eng", general(id, 100).language);
+    EXPECT_EQ("The weather", text(id, 100, a_qeltvapi_event_get_details_info));
+    EXPECT_STREQ("Spät", general(id, 102).title) << "there is no other";
+    ASSERT_EQ(0, qeltvctl({"config", "set", "channels.guide_language", "ger"}).status);
+    EXPECT_STREQ("Nachrichten im Café", general(id, 100).title);
+
     uint16_t present = 0;
     EXPECT_EQ(0, a_qeltvapi_event_get_pf_event_id(static_cast<int>(id), &present, true));
     EXPECT_EQ(100, present);

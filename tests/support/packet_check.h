@@ -19,6 +19,8 @@ struct PacketCheck {
     std::map<uint16_t, size_t> packets;
     /** Steps of a continuity counter that do not fit. */
     size_t breaks = 0;
+    /** Packets that mark a discontinuity, after which the counter may be any. */
+    size_t discontinuities = 0;
     /** Programme numbers and the PIDs of their maps, of the first association table. */
     std::map<uint16_t, uint16_t> programmes;
     /** PIDs of the first programme map. */
@@ -34,8 +36,14 @@ struct PacketCheck {
             const auto pid = static_cast<uint16_t>((packet[1] & 0x1f) << 8 | packet[2]);
             ++packets[pid];
             constexpr uint16_t kNull = 0x1fff;
-            if (pid == kNull || (packet[3] & 0x10) == 0) continue;
+            if (pid == kNull) continue;
             const unsigned counter = packet[3] & 0xf;
+            if ((packet[3] & 0x20) != 0 && packet[4] > 0 && (packet[5] & 0x80) != 0) {
+                ++discontinuities;
+                counters[pid] = counter;
+                continue;
+            }
+            if ((packet[3] & 0x10) == 0) continue;
             const auto before = counters.find(pid);
             if (before != counters.end() && counter != ((before->second + 1) & 0xf)) ++breaks;
             counters[pid] = counter;

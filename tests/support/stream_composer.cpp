@@ -6,6 +6,7 @@
 #include <bitstream/mpeg/ts.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
@@ -191,32 +192,8 @@ void addDvbTime(int64_t time, bool offsets, Packets* packets) {
 
 // Teletext
 
-uint8_t hamming(uint8_t nibble) {
-    constexpr uint8_t kCodes[] = {0x15, 0x02, 0x49, 0x5e, 0x64, 0x73, 0x38, 0x2f,
-                                  0xd0, 0xc7, 0x8c, 0x9b, 0xa1, 0xb6, 0xfd, 0xea};
-    return kCodes[nibble & 0x0f];
-}
-
 uint8_t odd(uint8_t character) {
     return static_cast<uint8_t>(__builtin_parity(character) != 0 ? character : character | 0x80);
-}
-
-/** One line as a data unit, its bits in the order of the broadcast. */
-Octets line(uint16_t page, uint8_t row, const Octets& rest) {
-    const uint8_t magazine = page >> 8 & 7;
-    Octets unit{0x02, 0x2c, static_cast<uint8_t>(0xe0 | (7 + row % 10)), 0xe4};
-    Octets bytes{hamming(static_cast<uint8_t>(magazine | (row & 1) << 3)),
-                 hamming(static_cast<uint8_t>(row >> 1))};
-    bytes.insert(bytes.end(), rest.begin(), rest.end());
-    bytes.resize(42, odd(' '));
-    for (const uint8_t byte : bytes) {
-        uint8_t reversed = 0;
-        for (int bit = 0; bit < 8; ++bit) {
-            reversed = static_cast<uint8_t>(reversed | (byte >> bit & 1) << (7 - bit));
-        }
-        unit.push_back(reversed);
-    }
-    return unit;
 }
 
 Octets teletextText(const std::string& text) {
@@ -225,43 +202,78 @@ Octets teletextText(const std::string& text) {
     return bytes;
 }
 
-Octets header(uint16_t page, uint16_t subpage, bool subtitle) {
-    // German, each page erased before it comes.
-    Octets bytes{hamming(static_cast<uint8_t>(page)),
-                 hamming(static_cast<uint8_t>(page >> 4)),
-                 hamming(static_cast<uint8_t>(subpage)),
-                 hamming(static_cast<uint8_t>(subpage >> 4 | 8)),
-                 hamming(static_cast<uint8_t>(subpage >> 8)),
-                 hamming(static_cast<uint8_t>(subpage >> 12 | (subtitle ? 8 : 0))),
-                 hamming(0),
-                 hamming(0x1 | 0x4 << 1)};
-    const Octets text = teletextText("K}stentext");
-    bytes.insert(bytes.end(), text.begin(), text.end());
-    return line(page, 0, bytes);
+/** A page number in the tables of TOP; kind 2 for a page of titles. */
+Octets topLink(uint16_t page, uint8_t kind) {
+    Octets bytes{hamming(static_cast<uint8_t>(page >> 8)), hamming(static_cast<uint8_t>(page >> 4)),
+                 hamming(static_cast<uint8_t>(page))};
+    bytes.resize(7, hamming(0));
+    bytes.push_back(hamming(kind));
+    return bytes;
 }
 
-void addTeletext(uint64_t presentation, Packets* packets) {
-    Octets payload{0x10};
-    const auto add = [&](const Octets& unit) {
-        payload.insert(payload.end(), unit.begin(), unit.end());
+Octets topTitle(uint16_t page, std::string title) {
+    title.resize(12, ' ');
+    Octets bytes = topLink(page, 0);
+    const Octets text = teletextText(title);
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    return bytes;
+}
+
+/** The table of TOP: two blocks, a group, and which pages there are. */
+void addTop(std::vector<Octets>* units) {
+    constexpr uint16_t kTable = 0x1f0, kTitles = 0x1f1;
+    constexpr uint8_t kBlock = 4, kGroup = 6, kNormal = 8, kSubpages = 9, kSubtitle = 1;
+    std::map<size_t, uint8_t> codes{{100, kBlock},   {101, kSubpages}, {110, kGroup},
+                                    {111, kNormal},  {150, kNormal},   {200, kBlock},
+                                    {888, kSubtitle}};
+    units->push_back(teletextHeader({kTable}));
+    for (uint8_t row = 1; row <= 20; ++row) {
+        Octets table;
+        for (size_t i = 0; i < 40; ++i) table.push_back(hamming(codes[60u + row * 40u + i]));
+        units->push_back(teletextPacket(kTable, row, table));
+    }
+    Octets links = topLink(kTitles, 2);
+    links.resize(40, hamming(0x0f));
+    units->push_back(teletextPacket(kTable, 21, links));
+    units->push_back(teletextHeader({kTitles}));
+    Octets titles = topTitle(0x100, "K}ste");
+    for (const uint8_t byte : topTitle(0x110, "Wetter")) titles.push_back(byte);
+    units->push_back(teletextPacket(kTitles, 1, titles));
+}
+
+void addTeletext(uint64_t presentation, uint32_t frame, const Options& options, Packets* packets) {
+    const int64_t time = (options.time + frame / kFrames) % 86400;
+    char clock[64];
+    snprintf(clock, sizeof(clock), "%-24s%02d:%02d:%02d", "K}stentext",
+             static_cast<int>(time / 3600), static_cast<int>(time / 60 % 60),
+             static_cast<int>(time % 60));
+    std::vector<Octets> units;
+    const auto header = [&](uint16_t page, uint16_t subpage) {
+        TeletextHeader header{page, subpage};
+        header.text = clock;
+        units.push_back(teletextHeader(header));
     };
-    add(header(0x100, 0, false));
-    add(line(0x100, 1, teletextText("Startseite")));
-    add(header(0x101, 1, false));
-    add(line(0x101, 1, teletextText("Erste Unterseite")));
-    add(header(0x101, 2, false));
-    add(line(0x101, 1, teletextText("Zweite Unterseite")));
-    add(header(0x888, 0, true));
-    add(line(0x888, 22, teletextText("Untertitel")));
-    // The table of TOP: 100 begins a block, 101 is a page of several.
-    Octets table(40, hamming(0));
-    table[0] = hamming(4);
-    table[1] = hamming(9);
-    add(header(0x1f0, 0, false));
-    add(line(0x1f0, 1, table));
-    add(header(0x8ff, 0, false));
-    add(header(0x1ff, 0, false));
-    packets->addPes(kFirstTeletext, PES_STREAM_ID_PRIVATE_1, presentation, payload);
+    header(0x100, 0);
+    units.push_back(teletextRow(0x100, 1, "Startseite"));
+    // A subpage a second.
+    if (frame / kFrames % 2 == 0) {
+        header(0x101, 1);
+        units.push_back(teletextRow(0x101, 1, "Erste Unterseite"));
+    } else {
+        header(0x101, 2);
+        units.push_back(teletextRow(0x101, 1, "Zweite Unterseite"));
+    }
+    if (frame >= options.seconds * kFrames / 2) {
+        header(kLatePage, 0);
+        units.push_back(teletextRow(kLatePage, 24, "Sp{t"));
+    }
+    units.push_back(teletextHeader({kSubtitlePage, 0, true, true, true}));
+    units.push_back(
+            teletextRow(kSubtitlePage, 22, std::string("\x0b\x0b") + kSubtitleText + "\x0a"));
+    addTop(&units);
+    units.push_back(teletextHeader({0x8ff}));
+    units.push_back(teletextHeader({0x1ff}));
+    packets->addPes(kFirstTeletext, PES_STREAM_ID_PRIVATE_1, presentation, teletextPayload(units));
 }
 
 // ATSC
@@ -464,6 +476,55 @@ Writer& Writer::list(const Octets& more) {
     return u16(0xf000 | more.size()).bytes(more);
 }
 
+uint8_t hamming(uint8_t nibble) {
+    constexpr uint8_t kCodes[] = {0x15, 0x02, 0x49, 0x5e, 0x64, 0x73, 0x38, 0x2f,
+                                  0xd0, 0xc7, 0x8c, 0x9b, 0xa1, 0xb6, 0xfd, 0xea};
+    return kCodes[nibble & 0x0f];
+}
+
+Octets teletextPacket(uint16_t page, uint8_t number, const Octets& bytes) {
+    const uint8_t magazine = page >> 8 & 7;
+    // The bits of a data unit stand in the order of the broadcast.
+    Octets unit{0x02, 0x2c, static_cast<uint8_t>(0xe0 | (7 + number % 10)), 0xe4};
+    Octets line{hamming(static_cast<uint8_t>(magazine | (number & 1) << 3)),
+                hamming(static_cast<uint8_t>(number >> 1))};
+    line.insert(line.end(), bytes.begin(), bytes.end());
+    line.resize(42, odd(' '));
+    for (const uint8_t byte : line) {
+        uint8_t reversed = 0;
+        for (int bit = 0; bit < 8; ++bit) {
+            reversed = static_cast<uint8_t>(reversed | (byte >> bit & 1) << (7 - bit));
+        }
+        unit.push_back(reversed);
+    }
+    return unit;
+}
+
+Octets teletextRow(uint16_t page, uint8_t row, const std::string& text) {
+    return teletextPacket(page, row, teletextText(text));
+}
+
+Octets teletextHeader(const TeletextHeader& header) {
+    const uint16_t page = header.page, subpage = header.subpage;
+    Octets bytes{hamming(static_cast<uint8_t>(page)),
+                 hamming(static_cast<uint8_t>(page >> 4)),
+                 hamming(static_cast<uint8_t>(subpage)),
+                 hamming(static_cast<uint8_t>((subpage >> 4 & 7) | (header.erase ? 8 : 0))),
+                 hamming(static_cast<uint8_t>(subpage >> 8)),
+                 hamming(static_cast<uint8_t>((subpage >> 12 & 3) | (header.subtitle ? 8 : 0))),
+                 hamming(header.headless ? 1 : 0),
+                 hamming(static_cast<uint8_t>((header.serial ? 1 : 0) | header.national << 1))};
+    const Octets text = teletextText(header.text);
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    return teletextPacket(page, 0, bytes);
+}
+
+Octets teletextPayload(const std::vector<Octets>& units) {
+    Octets payload{0x10};
+    for (const Octets& unit : units) payload.insert(payload.end(), unit.begin(), unit.end());
+    return payload;
+}
+
 Octets descriptor(uint8_t tag, const Octets& body) {
     return Writer().u8(tag).counted(body);
 }
@@ -570,7 +631,9 @@ Octets dvb(const Options& options) {
             addDvbTime(options.time + frame / kFrames, options.offsets, &packets);
         first.frame(&packets);
         second.frame(&packets);
-        if (frame % 5 == 0) addTeletext(options.clock + frame * 3600, &packets);
+        if (frame % 5 == 0) {
+            addTeletext(options.clock + frame * 3600, frame, options, &packets);
+        }
         packets.addNull(options.nulls);
     }
     return packets.bytes();

@@ -50,6 +50,29 @@ Octets shortSection(uint8_t table, const Octets& body);
 /** A multiple string structure of ATSC with one uncompressed string. */
 Octets atscString(const std::string& language, const std::string& text);
 
+/** What the header of a page of teletext says. */
+struct TeletextHeader {
+    uint16_t page = 0x100;
+    uint16_t subpage = 0;
+    bool erase = true;
+    bool subtitle = false;
+    /** Suppresses the header itself. */
+    bool headless = false;
+    /** C12 in the lowest bit; 4 is German. */
+    uint8_t national = 4;
+    /** Whether the headers of all magazines end a page. */
+    bool serial = true;
+    std::string text = "K}stentext";
+};
+/** A header, a row of a page, or any packet of its magazine with 40 bytes as they are sent. */
+Octets teletextHeader(const TeletextHeader& header);
+Octets teletextRow(uint16_t page, uint8_t row, const std::string& text);
+Octets teletextPacket(uint16_t page, uint8_t number, const Octets& bytes);
+/** Four bits with their protection. */
+uint8_t hamming(uint8_t nibble);
+/** What a packet of the elementary stream carries. */
+Octets teletextPayload(const std::vector<Octets>& units);
+
 /** An access unit of a video stream. */
 struct Picture {
     Octets bytes;
@@ -92,6 +115,9 @@ constexpr const char* kFirstName = "Küstenfunk TV";
 constexpr const char* kSecondName = "Радио Волна";
 constexpr const char* kNetworkName = "Testnetz";
 constexpr const char* kUrl = "http://hbbtv.example/app/index.html";
+/** The text of the page of subtitles, and of one that comes in the second half only. */
+constexpr const char* kSubtitleText = "Untertitel";
+constexpr uint16_t kSubtitlePage = 0x888, kLatePage = 0x150;
 constexpr uint16_t kFirstNumber = 7, kFirstHdNumber = 107, kSecondNumber = 701;
 
 // ATSC: stream 0x0801, channels 8-1 and 8-2.

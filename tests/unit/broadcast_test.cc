@@ -85,6 +85,17 @@ TEST(StreamEvents, HaveTextsComponentsAndReferences) {
     EXPECT_NE(0, whole.series);
     context.atsc = true;
     EXPECT_EQ("lang", received(event, context).details);
+
+    // The preferred language, by either of its codes, if there is a title in it.
+    context.language = "eng";
+    EXPECT_EQ("Title", received(event, context).title);
+    EXPECT_EQ("lang", received(event, context).details) << "of the only language that has some";
+    context.language = "ger";
+    EXPECT_EQ("Titel", received(event, context).title);
+    context.language = "fra";
+    EXPECT_EQ("Titel", received(event, context).title);
+    event.texts[0].title.clear();
+    EXPECT_EQ("Title", received(event, context).title) << "one that is not known";
 }
 
 class BroadcastTest : public testing::Test {

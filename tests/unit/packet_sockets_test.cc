@@ -14,7 +14,7 @@ using namespace qeltvd;
 
 namespace {
 
-constexpr size_t kPacket = PacketSource::kPacketSize;
+constexpr size_t kPacket = stream::kPacketSize;
 
 std::atomic<int> sSources{0};
 

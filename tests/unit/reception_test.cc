@@ -2,6 +2,8 @@
 
 #include <arpa/inet.h>
 #include <gmock/gmock.h>
+#include <ifaddrs.h>
+#include <net/if.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -169,6 +171,11 @@ TEST_F(SourceTest, WhatIsNoStreamIsRefusedWithAReason) {
     EXPECT_THAT(refusal("missing.ts"), HasSubstr("No such file"));
     EXPECT_THAT(refusal("udp://@239.1.1.1"), HasSubstr("has no port"));
     EXPECT_THAT(refusal("udp://@239.1.1.1:0"), HasSubstr("no valid port"));
+    EXPECT_THAT(refusal("udp://@ff15::1:1234"), HasSubstr("IPv6 address in brackets"));
+    EXPECT_THAT(refusal("udp://@[ff15::1]"), HasSubstr("has no port"));
+    EXPECT_THAT(refusal("rtp://@[ff15::g]:1234"), HasSubstr("no valid IPv6 address"));
+    EXPECT_THAT(refusal("udp://no-interface@[ff15::1]:1234"), HasSubstr("none of this machine"));
+    EXPECT_THAT(refusal("udp://192.0.2.7@239.1.1.1:1234"), HasSubstr("No such device"));
     EXPECT_THAT(refusal("rtp://@example:1234"), HasSubstr("no IPv4 address"));
     EXPECT_THAT(refusal(""), HasSubstr("no stream"));
 }
@@ -252,6 +259,98 @@ TEST_F(SourceTest, RtpIsOpenedAndALossIsADiscontinuity) {
     ASSERT_TRUE(send(1));
     Batch batch;
     EXPECT_EQ(Source::State::kSilence, source->read(&batch, 50ms)) << "a late one";
+}
+
+/** Sends seven packets, to a multicast over an interface and no further than this machine. */
+void sendTo(const sockaddr* to, socklen_t size, const std::string& interface = "lo") {
+    const qeltvd::Descriptor sender(socket(to->sa_family, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const unsigned index = if_nametoindex(interface.c_str());
+    const int none = 0;
+    if (to->sa_family == AF_INET6) {
+        setsockopt(sender.get(), IPPROTO_IPV6, IPV6_MULTICAST_IF, &index, sizeof(index));
+        setsockopt(sender.get(), IPPROTO_IPV6, IPV6_MULTICAST_HOPS, &none, sizeof(none));
+    } else {
+        const ip_mreqn on{{}, {}, static_cast<int>(index)};
+        setsockopt(sender.get(), IPPROTO_IP, IP_MULTICAST_IF, &on, sizeof(on));
+        setsockopt(sender.get(), IPPROTO_IP, IP_MULTICAST_TTL, &none, sizeof(none));
+    }
+    const Octets packets = numbered(7);
+    EXPECT_EQ(static_cast<ssize_t>(packets.size()),
+              sendto(sender.get(), packets.data(), packets.size(), 0, to, size))
+            << interface << ": " << strerror(errno);
+}
+
+void sendTo4(const char* address, uint16_t port) {
+    sockaddr_in to{};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(port);
+    ASSERT_EQ(1, inet_pton(AF_INET, address, &to.sin_addr));
+    sendTo(reinterpret_cast<const sockaddr*>(&to), sizeof(to));
+}
+
+void sendTo6(const char* address, uint16_t port, const std::string& interface = "lo") {
+    sockaddr_in6 to{};
+    to.sin6_family = AF_INET6;
+    to.sin6_port = htons(port);
+    ASSERT_EQ(1, inet_pton(AF_INET6, address, &to.sin6_addr));
+    sendTo(reinterpret_cast<const sockaddr*>(&to), sizeof(to), interface);
+}
+
+bool receives(Source& source) {
+    Batch batch;
+    return source.read(&batch, 5s) == Source::State::kPackets && batch.count == 7;
+}
+
+TEST_F(SourceTest, DatagramsComeOverIpv4) {
+    const auto byName = openSource("udp://lo@239.255.7.1:35792", mDirectory);
+    sendTo4("239.255.7.1", 35792);
+    EXPECT_TRUE(receives(*byName));
+    const auto byAddress = openSource("udp://127.0.0.1@239.255.7.2:35793", mDirectory);
+    sendTo4("239.255.7.2", 35793);
+    EXPECT_TRUE(receives(*byAddress));
+}
+
+TEST_F(SourceTest, DatagramsComeOverIpv6) {
+    const qeltvd::Descriptor probe(socket(AF_INET6, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    sockaddr_in6 own{};
+    own.sin6_family = AF_INET6;
+    own.sin6_addr = in6addr_loopback;
+    if (!probe || bind(probe.get(), reinterpret_cast<sockaddr*>(&own), sizeof(own)) != 0) {
+        GTEST_SKIP() << "this machine has no IPv6";
+    }
+    const auto one = openSource("udp://@[::1]:35794", mDirectory);
+    sendTo6("::1", 35794);
+    EXPECT_TRUE(receives(*one));
+    const auto any = openSource("udp://@[::]:35795", mDirectory);
+    sendTo6("::1", 35795);
+    EXPECT_TRUE(receives(*any));
+    sendTo4("127.0.0.1", 35795);
+    EXPECT_TRUE(receives(*any));
+}
+
+TEST_F(SourceTest, DatagramsComeFromAMulticastOfIpv6) {
+    // The loopback has no multicast.
+    std::string name, address;
+    ifaddrs* all = nullptr;
+    ASSERT_EQ(0, getifaddrs(&all));
+    for (const ifaddrs* each = all; each != nullptr && name.empty(); each = each->ifa_next) {
+        if (each->ifa_addr == nullptr || each->ifa_addr->sa_family != AF_INET6) continue;
+        if ((each->ifa_flags & IFF_UP) == 0 || (each->ifa_flags & IFF_MULTICAST) == 0) continue;
+        char text[INET6_ADDRSTRLEN];
+        const auto* six = reinterpret_cast<const sockaddr_in6*>(each->ifa_addr);
+        inet_ntop(AF_INET6, &six->sin6_addr, text, sizeof(text));
+        name = each->ifa_name;
+        address = text;
+    }
+    freeifaddrs(all);
+    if (name.empty()) GTEST_SKIP() << "no interface has IPv6 and multicast";
+    for (const std::string& text :
+         {"udp://" + name + "@[ff15::7:1]:35796", "udp://[" + address + "]@[ff15::7:1]:35796",
+          "udp://@[ff15::7:1%" + name + "]:35796"}) {
+        const auto group = openSource(text, mDirectory);
+        sendTo6("ff15::7:1", 35796, name);
+        EXPECT_TRUE(receives(*group)) << text;
+    }
 }
 
 TEST_F(SourceTest, AReceptionReportsSilenceAndEndsAtOnce) {

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr size_t kPacket = PacketSource::kPacketSize;
+constexpr size_t kPacket = stream::kPacketSize;
 constexpr uint16_t kService = 0x1234;
 
 Channel service() {

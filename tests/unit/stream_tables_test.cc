@@ -113,6 +113,42 @@ TEST(AtscText, StringsAreChosenByLanguageAndJoinedOfSegments) {
     EXPECT_EQ("One Ж", atscText(view(two), "fra"));
     two.resize(two.size() - 3);
     EXPECT_EQ("One Ж", atscText(view(two), "spa")) << "cut off";
+    // A string that is coded as a whole is not known, and another one is better than none.
+    const Octets coded = Writer().u8(2)
+                                 .text("eng")
+                                 .u8(1)
+                                 .u8(2)
+                                 .u8(0xff)
+                                 .counted("xx")
+                                 .text("spa")
+                                 .u8(1)
+                                 .u8(0)
+                                 .u8(0)
+                                 .counted("Uno");
+    EXPECT_EQ("Uno", atscText(view(coded), "eng"));
+    ASSERT_EQ(2u, atscTexts(view(coded)).size());
+    EXPECT_EQ((LanguageText{"eng", ""}), atscTexts(view(coded))[0]);
+}
+
+TEST(AtscText, HasAnEncodingForEachMode) {
+    const auto shown = [](uint8_t mode, const Octets& bytes) {
+        return atscText(view(Writer().u8(1).text("eng").u8(1).u8(0).u8(mode).counted(bytes)));
+    };
+    EXPECT_EQ("é", shown(0x00, {0xe9}));
+    EXPECT_EQ("Жд", shown(0x04, {0x16, 0x34}));
+    EXPECT_EQ("あ", shown(0x30, {0x42}));
+    EXPECT_EQ("Ж😀", shown(0x3f, {0x04, 0x16, 0xd8, 0x3d, 0xde, 0x00}));
+    EXPECT_EQ("", shown(0x40, {0x41})) << "has no meaning yet";
+    EXPECT_EQ("", shown(0xff, {0x41}));
+    // The compression of Unicode, with the examples of its report.
+    EXPECT_EQ("Öl fließt", shown(0x3e, {0xd6, 0x6c, 0x20, 0x66, 0x6c, 0x69, 0x65, 0xdf, 0x74}));
+    EXPECT_EQ("Москва", shown(0x3e, {0x12, 0x9c, 0xbe, 0xc1, 0xba, 0xb2, 0xb0}));
+    // A quoted window, a window far away, units of UTF-16, and a change back.
+    EXPECT_EQ("–😀A♪é", shown(0x3e, {0x05, 0x13, 0x0b, 0x61, 0xec, 0x80, 0x0f, 0x00, 0x41, 0x26,
+                                    0x6a, 0xe0, 0xe9}));
+    // What is cut off or has no meaning ends without a crash, and stays valid.
+    EXPECT_EQ("", shown(0x3e, {0x0f, 0xd8}));
+    EXPECT_EQ("A", shown(0x3e, {0x41, 0x0b, 0x61}));
 }
 
 TEST(StreamTime, DatesGoFrom1970To2149) {

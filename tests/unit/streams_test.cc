@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <random>
 
 #include "EmptyStream.h"
 #include "ServiceStream.h"
@@ -14,7 +15,9 @@ using namespace qeltvd::stream;
 using composed::Octets;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::SizeIs;
+using testing::StartsWith;
 
 namespace {
 
@@ -150,27 +153,226 @@ TEST(StreamCollector, AMultiplexOfAtscIsKnownWhole) {
 TEST(StreamCollector, TeletextIsDecodedOfWhatIsWatched) {
     StreamCollector collector;
     read(&collector, composed::dvb());
-    EXPECT_EQ(nullptr, collector.teletext(composed::kFirstService));
+    EXPECT_THAT(collector.teletext(composed::kFirstService), IsEmpty());
     collector.watch({composed::kFirstService});
     read(&collector, composed::dvb());
-    const TeletextDecoder* text = collector.teletext(composed::kFirstService);
-    ASSERT_NE(nullptr, text);
-    EXPECT_THAT(text->pages(), ElementsAre(0x100, 0x101, 0x888));
-    EXPECT_THAT(text->subpages(0x101), ElementsAre(1, 2));
-    const auto page = text->page(0x101, 1);
+    ASSERT_THAT(collector.teletext(composed::kFirstService), SizeIs(1));
+    EXPECT_THAT(collector.teletext(composed::kSecondService), IsEmpty());
+    const TeletextDecoder& text = *collector.teletext(composed::kFirstService)[0];
+    EXPECT_THAT(text.pages(), ElementsAre(0x100, 0x101, composed::kLatePage, 0x888));
+    EXPECT_THAT(text.subpages(0x101), ElementsAre(1, 2));
+    const auto page = text.page(0x101, 1);
     ASSERT_TRUE(page);
     EXPECT_EQ("Erste Unterseite", std::string(page->rows[1].begin(), page->rows[1].begin() + 16));
     EXPECT_EQ(4, page->national);
-    EXPECT_TRUE(text->page(0x888)->subtitle);
-    EXPECT_FALSE(text->page(0x102));
-    EXPECT_THAT(text->text(0x100).at(0), HasSubstr("Küstentext"));
-    const auto top = text->top();
-    ASSERT_THAT(top, SizeIs(2));
+    EXPECT_TRUE(text.page(0x888)->subtitle);
+    EXPECT_FALSE(text.page(0x102));
+    EXPECT_THAT(text.text(0x100).at(0), HasSubstr("Küstentext"));
+    EXPECT_THAT(text.text(composed::kLatePage).at(24), StartsWith("Spät "));
+    const auto top = text.top();
+    ASSERT_THAT(top, SizeIs(6));
     EXPECT_EQ(0x100, top[0].number);
     EXPECT_EQ(1, top[0].level);
+    EXPECT_EQ("Küste", top[0].title);
     EXPECT_EQ(3, top[1].level);
+    EXPECT_EQ("", top[1].title);
+    EXPECT_EQ(0x110, top[2].number);
+    EXPECT_EQ(2, top[2].level);
+    EXPECT_EQ("Wetter", top[2].title);
+    EXPECT_TRUE(text.isAbsent(0x555));
+    EXPECT_FALSE(text.isAbsent(0x111));
+    EXPECT_FALSE(text.isAbsent(0x888));
     collector.watch({});
-    EXPECT_EQ(nullptr, collector.teletext(composed::kFirstService));
+    EXPECT_THAT(collector.teletext(composed::kFirstService), IsEmpty());
+}
+
+/** Feeds the lines of teletext and reads pages as text. */
+class TeletextTest : public testing::Test {
+  protected:
+    void push(const std::vector<Octets>& units) {
+        const Octets payload = composed::teletextPayload(units);
+        decoder.push(payload.data(), payload.size());
+    }
+    static std::string trimmed(const std::string& text) {
+        return text.substr(0, text.find_last_not_of(' ') + 1);
+    }
+    std::string row(uint16_t page, size_t number, std::optional<uint16_t> subpage = {}) const {
+        const auto rows = decoder.text(page, subpage);
+        return number < rows.size() ? trimmed(rows[number]) : "none";
+    }
+    static composed::TeletextHeader header(uint16_t page, uint16_t subpage = 0) {
+        return {page, subpage};
+    }
+
+    TeletextDecoder decoder;
+};
+
+TEST_F(TeletextTest, APageCountsWhenTheNextOneHasBegun) {
+    push({composed::teletextHeader(header(0x100)), composed::teletextRow(0x100, 1, "one")});
+    EXPECT_FALSE(decoder.page(0x100));
+    composed::TeletextHeader other = header(0x200);
+    other.serial = false;
+    push({composed::teletextHeader(other)});
+    EXPECT_FALSE(decoder.page(0x100)) << "the page of another magazine, in parallel";
+    push({composed::teletextRow(0x100, 2, "two"), composed::teletextHeader(header(0x300))});
+    EXPECT_EQ("one", row(0x100, 1));
+    EXPECT_EQ("two", row(0x100, 2));
+    EXPECT_TRUE(decoder.page(0x200));
+    // What is cut off does not count.
+    push({composed::teletextRow(0x300, 1, "lost")});
+    decoder.interrupt();
+    push({composed::teletextRow(0x300, 2, "lost"), composed::teletextHeader(header(0x1ff))});
+    EXPECT_FALSE(decoder.page(0x300));
+}
+
+TEST_F(TeletextTest, APageIsErasedOrWrittenOver) {
+    push({composed::teletextHeader(header(0x100)), composed::teletextRow(0x100, 1, "one"),
+          composed::teletextRow(0x100, 2, "two"), composed::teletextHeader(header(0x1ff))});
+    const uint64_t first = decoder.page(0x100)->version;
+    composed::TeletextHeader update = header(0x100);
+    update.erase = false;
+    update.text = "another time";
+    push({composed::teletextHeader(update), composed::teletextHeader(header(0x1ff))});
+    EXPECT_EQ(first, decoder.page(0x100)->version) << "the header alone is no other page";
+    push({composed::teletextHeader(update), composed::teletextRow(0x100, 2, "2"),
+          composed::teletextHeader(header(0x1ff))});
+    EXPECT_EQ("one", row(0x100, 1));
+    EXPECT_EQ("2", row(0x100, 2));
+    EXPECT_NE(first, decoder.page(0x100)->version);
+    push({composed::teletextHeader(header(0x100)), composed::teletextHeader(header(0x1ff))});
+    EXPECT_EQ("", row(0x100, 1)) << "a header only";
+}
+
+TEST_F(TeletextTest, DamageIsCorrectedOrLeavesWhatWasThere) {
+    const Octets first = composed::teletextRow(0x100, 1, "Hello");
+    push({composed::teletextHeader(header(0x100)), first, composed::teletextHeader(header(0x1ff))});
+    // Address, framing code and units are 4 and 2 bytes.
+    constexpr size_t kText = 4 + 2;
+    Octets damaged = composed::teletextRow(0x100, 1, "Jolly");
+    damaged[kText] ^= 0x01;
+    damaged[4] ^= 0x10;
+    composed::TeletextHeader update = header(0x100);
+    update.erase = false;
+    Octets head = composed::teletextHeader(update);
+    head[kText + 1] ^= 0x04;
+    push({head, damaged, composed::teletextHeader(header(0x1ff))});
+    EXPECT_EQ("Holly", row(0x100, 1)) << "a single bit of an address is corrected";
+    head[kText + 1] ^= 0x20;
+    push({head, composed::teletextRow(0x100, 1, "Wrong"), composed::teletextHeader(header(0x1ff))});
+    EXPECT_EQ("Holly", row(0x100, 1)) << "of a header without a page number";
+}
+
+TEST_F(TeletextTest, SubpagesHaveTheNumbersOfTheirCodes) {
+    for (const uint16_t code : std::initializer_list<uint16_t>{0x01, 0x02, 0x12, 0x0b}) {
+        push({composed::teletextHeader(header(0x100, code)),
+              composed::teletextRow(0x100, 1, std::to_string(code))});
+    }
+    push({composed::teletextHeader(header(0x200)), composed::teletextHeader(header(0x2ff))});
+    EXPECT_THAT(decoder.subpages(0x100), ElementsAre(0x01, 0x02, 0x0b, 0x12));
+    EXPECT_EQ(12, decoder.subpageNumber(0x100, 0x0012));
+    EXPECT_EQ(TeletextDecoder::kNoDecimal | 0x0b, decoder.subpageNumber(0x100, 0x000b));
+    EXPECT_EQ(1, decoder.subpageNumber(0x200, 0));
+    EXPECT_EQ("11", row(0x100, 1)) << "the latest";
+    EXPECT_EQ("18", row(0x100, 1, 0x12));
+    EXPECT_EQ("none", row(0x100, 1, 0x03));
+}
+
+TEST_F(TeletextTest, CharactersAreThoseOfTheCountryAndOfThePage) {
+    const auto shown = [](const char* language, uint8_t national, const std::string& text,
+                          const std::vector<Octets>& more = {}) {
+        TeletextDecoder decoder(language);
+        composed::TeletextHeader header;
+        header.national = national;
+        std::vector<Octets> units{composed::teletextHeader(header),
+                                  composed::teletextRow(0x100, 1, text)};
+        units.insert(units.end(), more.begin(), more.end());
+        units.push_back(composed::teletextHeader({0x1ff}));
+        const Octets payload = composed::teletextPayload(units);
+        decoder.push(payload.data(), payload.size());
+        return trimmed(decoder.text(0x100).at(1));
+    };
+    EXPECT_EQ("äöüß #$", shown("deu", 4, "{|}~ #$"));
+    EXPECT_EQ("£ ¼", shown("eng", 0, "# {"));
+    EXPECT_EQ("éàâ", shown("fra", 1, "#@{"));
+    EXPECT_EQ("Привет", shown("rus", 1, "Priwet"));
+    EXPECT_EQ("Αβγ", shown("ell", 7, "Abc"));
+    EXPECT_EQ("A   b", shown("deu", 4,
+                             "A\x11!\x07"
+                             "b"))
+            << "with a mosaic";
+    // Packet 26 puts an acute accent over the letter in column 3: row 1, then the letter.
+    const auto triplet = [](uint8_t address, uint8_t mode, uint8_t data) {
+        const auto bits = static_cast<uint32_t>(address | mode << 6 | data << 11);
+        // Hamming 24/18: the data in the places that are no powers of two.
+        uint32_t word = 0;
+        for (int bit = 0, place = 1; bit < 18; ++place) {
+            if ((place & (place - 1)) == 0) continue;
+            if ((bits >> bit++ & 1) != 0) word |= 1u << (place - 1);
+        }
+        for (int parity = 0; parity < 5; ++parity) {
+            bool odd = true;
+            for (int place = 1; place < 24; ++place) {
+                if ((place >> parity & 1) != 0 && (word >> (place - 1) & 1) != 0) odd = !odd;
+            }
+            if (odd) word |= 1u << ((1 << parity) - 1);
+        }
+        if (__builtin_parity(word) == 0) word |= 1u << 23;
+        return word;
+    };
+    Octets accents{composed::hamming(0)};
+    for (const uint32_t word : {triplet(40 + 1, 0x04, 0), triplet(3, 0x12, 'c'),
+                                triplet(0x3f, 0x1f, 7), triplet(0x3f, 0x1f, 7)}) {
+        for (const int shift : {0, 8, 16}) accents.push_back(static_cast<uint8_t>(word >> shift));
+    }
+    while (accents.size() < 40) {
+        const uint32_t end = triplet(0x3f, 0x1f, 7);
+        for (const int shift : {0, 8, 16}) accents.push_back(static_cast<uint8_t>(end >> shift));
+    }
+    EXPECT_EQ("abcć", shown("deu", 4, "abcc", {composed::teletextPacket(0x100, 26, accents)}));
+}
+
+TEST_F(TeletextTest, MemoryIsBoundedAndTheOldestPagesGo) {
+    constexpr uint16_t kCount = TeletextDecoder::kPageLimit + 100;
+    // A code has seven bits and six.
+    const auto code = [](uint16_t i) { return static_cast<uint16_t>((i & 0x7f) | i >> 7 << 8); };
+    push({composed::teletextHeader(header(0x200))});
+    for (uint16_t i = 0; i < kCount; ++i) {
+        push({composed::teletextHeader(header(0x100, code(i))),
+              composed::teletextRow(0x100, 1, std::to_string(i))});
+        if (i % 1000 == 0) push({composed::teletextHeader(header(0x200))});
+    }
+    push({composed::teletextHeader(header(0x1ff))});
+    EXPECT_THAT(decoder.subpages(0x100), SizeIs(TeletextDecoder::kPageLimit - 1));
+    EXPECT_EQ("none", row(0x100, 1, code(0)));
+    EXPECT_EQ(std::to_string(kCount - 1), row(0x100, 1));
+    EXPECT_TRUE(decoder.page(0x200)) << "it came again";
+}
+
+TEST_F(TeletextTest, AnyBytesAreReadWithoutHarm) {
+    std::minstd_rand random(1);
+    const auto byte = [&] { return static_cast<uint8_t>(random() >> 8); };
+    const Octets good = composed::teletextPayload(
+            {composed::teletextHeader(header(0x1f0)), composed::teletextRow(0x1f0, 21, "abc"),
+             composed::teletextHeader(header(0x1f1)), composed::teletextRow(0x1f1, 1, "def"),
+             composed::teletextHeader(header(0x100)), composed::teletextRow(0x100, 26, "ghi"),
+             composed::teletextRow(0x100, 28, "jkl"), composed::teletextHeader(header(0x1ff))});
+    for (int i = 0; i < 3000; ++i) {
+        Octets bytes = good;
+        if (i % 2 == 0) {
+            for (int n = 0; n < 8; ++n) bytes[random() % bytes.size()] = byte();
+        } else {
+            for (uint8_t& each : bytes) each = byte();
+            bytes[0] = 0x10;
+        }
+        decoder.push(bytes.data(), random() % (bytes.size() + 1));
+        if (i % 100 == 0) {
+            for (const uint16_t page : decoder.pages()) decoder.text(page);
+            decoder.top();
+        }
+    }
+    push({composed::teletextHeader(header(0x100)), composed::teletextRow(0x100, 1, "still here"),
+          composed::teletextHeader(header(0x1ff))});
+    EXPECT_EQ("still here", row(0x100, 1));
 }
 
 TEST(StreamCollector, AMapMayChangeInTheMiddle) {
@@ -225,9 +427,113 @@ TEST(CaptionDecoder, PicturesCountInTheOrderInWhichTheyAreShown) {
         decoder.push(data.data(), data.size(), shown % kWrap, decoding % kWrap);
         decoding += kFrame;
     }
-    EXPECT_THAT(decoder.rows(1), testing::IsEmpty());
+    EXPECT_THAT(decoder.rows(1), IsEmpty());
     decoder.interrupt();
     EXPECT_THAT(decoder.rows(1), ElementsAre("ABCDEF"));
+}
+
+/** Feeds pairs of bytes of line 21 as pictures of MPEG-2 without times. */
+class CaptionTest : public testing::Test {
+  protected:
+    using Pair = std::pair<uint8_t, uint8_t>;
+    static uint8_t odd(uint8_t c) {
+        return static_cast<uint8_t>(__builtin_parity(c) != 0 ? c : c | 0x80);
+    }
+    void picture(uint8_t field, uint8_t first, uint8_t second) {
+        const auto kind = static_cast<uint8_t>(0xfc | field);
+        const Octets data{0, 0,    1,    0xb2, 'G',   'A',    '9', '4',
+                          3, 0x41, 0xff, kind, first, second, 0xff};
+        decoder.push(data.data(), data.size(), std::nullopt, std::nullopt);
+    }
+    /** @param control the first byte of control codes: its channel and field */
+    void popOn(uint8_t control, const std::string& text, uint8_t field = 0) {
+        // Control codes come twice and count once.
+        command(control, 0x20, field);
+        command(control, 0x2e, field);
+        picture(field, odd(control), odd(0x70));
+        for (size_t i = 0; i < text.size(); i += 2) {
+            picture(field, odd(static_cast<uint8_t>(text[i])),
+                    odd(i + 1 < text.size() ? static_cast<uint8_t>(text[i + 1]) : uint8_t{0}));
+        }
+        command(control, 0x2f, field);
+    }
+    void command(uint8_t control, uint8_t code, uint8_t field = 0) {
+        for (int i = 0; i < 2; ++i) picture(field, odd(control), odd(code));
+    }
+
+    CaptionDecoder decoder{CaptionCarrier::kMpeg2};
+};
+
+TEST_F(CaptionTest, ChannelsAreKeptApart) {
+    popOn(0x14, "First");
+    popOn(0x1c, "Second");
+    popOn(0x15, "Third", 1);
+    EXPECT_THAT(decoder.rows(1), ElementsAre("First"));
+    EXPECT_THAT(decoder.rows(2), ElementsAre("Second"));
+    EXPECT_THAT(decoder.rows(3), ElementsAre("Third"));
+    EXPECT_THAT(decoder.rows(4), IsEmpty());
+    EXPECT_EQ(7, decoder.channels());
+    EXPECT_THAT(decoder.rows(0), IsEmpty());
+    EXPECT_THAT(decoder.rows(9), IsEmpty());
+}
+
+TEST_F(CaptionTest, CaptionsAreClearedAndRollUp) {
+    constexpr uint8_t kClear = 0x2c, kTwoRows = 0x25, kReturn = 0x2d;
+    popOn(0x14, "Gone");
+    const uint64_t before = decoder.changes();
+    command(0x14, kClear);
+    EXPECT_THAT(decoder.rows(1), IsEmpty());
+    EXPECT_GT(decoder.changes(), before);
+    command(0x14, kTwoRows);
+    for (const char c : {'a', 'b', 'c'}) {
+        command(0x14, kReturn);
+        picture(0, odd(static_cast<uint8_t>(c)), odd(static_cast<uint8_t>(c)));
+    }
+    // A word is shown when it ends, by a pause at the latest.
+    for (int i = 0; i < 3; ++i) picture(0, 0x80, 0x80);
+    EXPECT_THAT(decoder.rows(1), ElementsAre("bb", "cc"));
+}
+
+TEST_F(CaptionTest, DamagedPairsHarmNothingElse) {
+    popOn(0x14, "Before");
+    for (int first = 0; first < 256; ++first) {
+        // One of the two has the wrong parity.
+        const auto byte = static_cast<uint8_t>(first);
+        picture(0, static_cast<uint8_t>(odd(byte) ^ 0x80), odd('x'));
+    }
+    command(0x14, 0x2c);
+    popOn(0x14, "After");
+    EXPECT_THAT(decoder.rows(1), ElementsAre("After"));
+}
+
+TEST(CaptionDecoder, AnyBytesAreReadWithoutHarm) {
+    std::minstd_rand random(2);
+    for (const auto carrier :
+         {CaptionCarrier::kMpeg2, CaptionCarrier::kH264, CaptionCarrier::kH265}) {
+        CaptionDecoder decoder(carrier);
+        for (int i = 0; i < 2000; ++i) {
+            // A start code and the begin of captions, then anything.
+            Octets bytes{0, 0, 1, 0xb2, 'G', 'A', '9', '4', 3, 0xdf, 0xff};
+            if (carrier != CaptionCarrier::kMpeg2) {
+                bytes = {0,    0,
+                         1,    carrier == CaptionCarrier::kH264 ? uint8_t{6} : uint8_t{39 << 1},
+                         4,    static_cast<uint8_t>(random() >> 8),
+                         0xb5, 0,
+                         0x31, 'G',
+                         'A',  '9',
+                         '4',  3,
+                         0xdf, 0xff};
+            }
+            const size_t more = random() % 100;
+            for (size_t n = 0; n < more; ++n) bytes.push_back(static_cast<uint8_t>(random() >> 8));
+            const uint64_t time = random() % (uint64_t{1} << 33);
+            decoder.push(bytes.data(), bytes.size(), time, i % 3 == 0 ? time : time - 5000);
+            for (uint8_t channel = 1; channel <= CaptionDecoder::kChannels; ++channel) {
+                for (const std::string& row : decoder.rows(channel)) EXPECT_LE(row.size(), 160u);
+            }
+        }
+        decoder.interrupt();
+    }
 }
 
 TEST(EventStore, ANewVersionReplacesItsSectionAndMemoryIsBounded) {
@@ -395,7 +701,7 @@ TEST_F(ReceiverTest, ALoopedFileIsOneStreamWithoutErrorsOrGrowth) {
     receiver.removeOutput(*number);
     EXPECT_EQ(0u, receiver.counters(composed::kFirstVideo).continuityErrors);
     EXPECT_EQ("Erste Unterseite", [&] {
-        const auto page = receiver.teletextPage(composed::kFirstService, 0x101, 1);
+        const auto page = receiver.teletext(composed::kFirstService, 0x101, 1).page;
         return page ? std::string(page->rows[1].begin(), page->rows[1].begin() + 16) : "";
     }());
     const Recorded result = recorded(output);

@@ -6,8 +6,12 @@
 #ifndef QELTVAPI_SERVICE_SERVICE_H
 #define QELTVAPI_SERVICE_SERVICE_H
 
+#include <hidl/HidlSupport.h>
 #include <hidl/Status.h>
+#include <layouts/event.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -18,8 +22,8 @@ namespace qeltvapi::service {
  * derives from it overrides the methods that it has.
  *
  * The last result of a method, if it is an int32_t, is the code QELTV_UNSUPPORTED of
- * layouts/codes.h. All other results are zeros, false, and empty texts, vectors and handles. The
- * constructor
+ * layouts/codes.h. All other results are zeros, false, and empty texts, vectors and handles, but
+ * for a block that a client copies as it has asked for it: that has as many zeros. The constructor
  *
  *     explicit Default(int32_t code = QELTV_UNSUPPORTED, bool everywhere = false)
  *
@@ -47,6 +51,20 @@ class Default;
  */
 template <class Interface>
 class Forward;
+
+/**
+ * A block for a client that copies so many bytes, whatever the code beside it is.
+ *
+ * @param size 0 to QELTV_EVENT_BLOCK_MAXIMUM
+ * @return so many zeros; an empty block for another size
+ */
+inline ::android::hardware::hidl_vec<uint8_t> zeros(int32_t size) {
+    ::android::hardware::hidl_vec<uint8_t> block;
+    if (size <= 0 || size > QELTV_EVENT_BLOCK_MAXIMUM) return block;
+    block.resize(static_cast<size_t>(size));
+    std::fill(block.begin(), block.end(), uint8_t{0});
+    return block;
+}
 
 /** The service behind a Forward has not answered. */
 class __attribute__((visibility("default"))) TransportFailure : public std::runtime_error {
