@@ -9,6 +9,8 @@
 #include <mutex>
 #include <stdexcept>
 
+#include "unicode.h"
+
 namespace screen {
 namespace {
 
@@ -39,24 +41,7 @@ std::u32string charactersOf(const std::string& text) {
 
 std::string utf8(const std::u32string& characters) {
     std::string text;
-    for (const char32_t c : characters) {
-        const auto put = [&](uint32_t byte) { text += static_cast<char>(byte); };
-        if (c < 0x80) {
-            put(c);
-            continue;
-        }
-        if (c < 0x800) {
-            put(0xc0 | c >> 6);
-        } else if (c < 0x10000) {
-            put(0xe0 | c >> 12);
-            put(0x80 | (c >> 6 & 0x3f));
-        } else {
-            put(0xf0 | c >> 18);
-            put(0x80 | (c >> 12 & 0x3f));
-            put(0x80 | (c >> 6 & 0x3f));
-        }
-        put(0x80 | (c & 0x3f));
-    }
+    for (const char32_t c : characters) tool::appendUtf8(&text, c);
     return text;
 }
 

@@ -6,6 +6,7 @@
 
 #include "Pictures.h"
 #include "layouts/alert.h"
+#include "unicode.h"
 
 namespace screen {
 namespace {
@@ -243,19 +244,21 @@ void addMosaic(Group* group, uint8_t code, double x, double y, Colour colour) {
 }
 
 /** A row: control codes change what follows and show as blanks. */
-void addTeletextRow(Group* group, const uint8_t* row, double y) {
+void addTeletextRow(Group* group, const uint8_t* row, const uint16_t* characters, double y) {
     uint32_t foreground = 7, background = 0;
     bool mosaics = false;
-    std::string run;
+    std::u16string run;
     double start = 0;
     const auto flush = [&] {
-        const size_t last = run.find_last_not_of(' ');
-        if (last != std::string::npos) {
+        const size_t last = run.find_last_not_of(u' ');
+        if (last != std::u16string::npos) {
             run.resize(last + 1);
+            std::string text;
+            for (const char16_t c : run) tool::appendUtf8(&text, c);
             group->shapes.push_back({{start, y + kCellHeight * 0.8,
                                       kCellWidth * static_cast<double>(run.size()), 0},
                                      teletextColour(foreground),
-                                     run,
+                                     text,
                                      kCellHeight * 0.95,
                                      Face::kFixed});
         }
@@ -284,7 +287,7 @@ void addTeletextRow(Group* group, const uint8_t* row, double y) {
             continue;
         } else {
             if (run.empty()) start = x;
-            run += static_cast<char>(code);
+            run += static_cast<char16_t>(characters[column]);
         }
     }
     flush();
@@ -294,8 +297,9 @@ void addTeletext(Scene* scene, const Shown& shown) {
     if (!shown.passing.teletext) return;
     Group group{"teletext", "Teletext", {}};
     group.box({0, 0, kSceneWidth, kSceneHeight}, kBlack);
+    const QELTV_TELETEXT_PAGE_T& page = *shown.passing.teletext;
     for (int row = 0; row < QELTV_TELETEXT_ROWS; ++row) {
-        addTeletextRow(&group, shown.passing.teletext->rows[row], kPageTop + kCellHeight * row);
+        addTeletextRow(&group, page.rows[row], page.characters[row], kPageTop + kCellHeight * row);
     }
     scene->push_back(std::move(group));
 }

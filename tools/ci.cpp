@@ -16,39 +16,13 @@
 #include "layouts/ci.h"
 #include "layouts/codes.h"
 #include "tool.h"
+#include "unicode.h"
 
 namespace tool {
 namespace {
 
 using namespace std::chrono_literals;
 using Json = nlohmann::ordered_json;
-
-std::string utf8(const uint16_t* text, size_t limit = SIZE_MAX) {
-    std::string out;
-    for (size_t i = 0; text != nullptr && i < limit && text[i] != 0; ++i) {
-        uint32_t c = text[i];
-        if (c >= 0xd800 && c < 0xdc00 && i + 1 < limit && text[i + 1] >= 0xdc00) {
-            c = 0x10000 + ((c & 0x3ff) << 10) + (text[++i] & 0x3ffU);
-        }
-        const auto put = [&](uint32_t byte) { out += static_cast<char>(byte); };
-        if (c < 0x80) {
-            put(c);
-        } else if (c < 0x800) {
-            put(0xc0 | c >> 6);
-            put(0x80 | (c & 0x3f));
-        } else {
-            if (c < 0x10000) {
-                put(0xe0 | c >> 12);
-            } else {
-                put(0xf0 | c >> 18);
-                put(0x80 | (c >> 12 & 0x3f));
-            }
-            put(0x80 | (c >> 6 & 0x3f));
-            put(0x80 | (c & 0x3f));
-        }
-    }
-    return out;
-}
 
 /** A display of the CAM, copied from the notification. */
 struct Shown {
@@ -68,16 +42,16 @@ int onCi(uint32_t, uint32_t, int32_t cond, const void* data) {
     Shown shown{cond, {}, {}, {}, {}, false, 0};
     if (cond == QELTV_CI_ENQUIRY) {
         const auto* enquiry = static_cast<const QELTVAPI_CI_MMI_ENQ_T*>(data);
-        shown.title = utf8(enquiry->w2s_text);
+        shown.title = utf8Of(enquiry->w2s_text);
         shown.blind = enquiry->b_blind != 0;
         shown.length = enquiry->ui1_ans_len;
     } else if (cond == QELTV_CI_MENU || cond == QELTV_CI_LIST) {
         const auto* menu = static_cast<const QELTVAPI_CI_MMI_MENU_T*>(data);
-        shown.title = utf8(menu->w2s_title);
-        shown.subTitle = utf8(menu->w2s_sub_title);
-        shown.bottom = utf8(menu->w2s_bottom);
+        shown.title = utf8Of(menu->w2s_title);
+        shown.subTitle = utf8Of(menu->w2s_sub_title);
+        shown.bottom = utf8Of(menu->w2s_bottom);
         for (uint32_t i = 0; i < menu->ui4_choices; ++i) {
-            shown.choices.push_back(utf8(menu->pw2s_choice[i]));
+            shown.choices.push_back(utf8Of(menu->pw2s_choice[i]));
         }
     } else if (cond != QELTV_CI_CLOSED) {
         return 0;
@@ -235,7 +209,7 @@ void status(bool asJson) {
     AnswerBuffer keys;
     const int code = a_qeltvapi_ci_key_query(static_cast<uint16_t*>(keys.data()));
     const std::string described =
-            code < 0 ? "none" : utf8(static_cast<const uint16_t*>(keys.data()));
+            code < 0 ? "none" : utf8Of(static_cast<const uint16_t*>(keys.data()));
     uint8_t host[32];
     uint8_t hostLength = sizeof(host);
     check(a_qeltvapi_ci_key_get_host_id(host, &hostLength), "host id");
@@ -253,7 +227,7 @@ void status(bool asJson) {
     }
     const char* const held = pin[0] == 0 ? "none" : valid != 0 ? "right" : "wrong";
     const Json json{{"slot", state[0] < 3 ? kStates[state[0]] : "unknown"},
-                    {"cam", utf8(name, 128)},
+                    {"cam", utf8Of(name, 128)},
                     {"ca_systems", ids},
                     {"language", std::string(language, strnlen(language, 4))},
                     {"dialogue", dialogue[0] != 0},

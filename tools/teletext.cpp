@@ -11,31 +11,12 @@
 #include "hw_qeltvapi_teletext.h"
 #include "layouts/teletext.h"
 #include "tool.h"
+#include "unicode.h"
 
 namespace tool {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-void appendUtf8(std::string* out, uint32_t c) {
-    const auto put = [&](uint32_t byte) { *out += static_cast<char>(byte); };
-    if (c < 0x80) {
-        put(c);
-        return;
-    }
-    if (c < 0x800) {
-        put(0xc0 | c >> 6);
-    } else {
-        if (c < 0x10000) {
-            put(0xe0 | c >> 12);
-        } else {
-            put(0xf0 | c >> 18);
-            put(0x80 | (c >> 12 & 0x3f));
-        }
-        put(0x80 | (c >> 6 & 0x3f));
-    }
-    put(0x80 | (c & 0x3f));
-}
 
 /** The Unicode character of six mosaic cells, two columns by three rows. */
 uint32_t mosaic(uint8_t code) {

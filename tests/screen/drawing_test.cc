@@ -91,10 +91,22 @@ TEST(Osd, SurvivesAnyBytes) {
         for (auto& row : shown.passing.teletext->rows) {
             for (uint8_t& byte : row) byte = static_cast<uint8_t>(random());
         }
+        for (auto& row : shown.passing.teletext->characters) {
+            for (uint16_t& unit : row) unit = static_cast<uint16_t>(random());
+        }
         Canvas canvas(320, 180);
         drawPictures(&canvas, shown, std::chrono::milliseconds(round));
         draw(&canvas, sceneOf(shown));
     }
+}
+
+TEST(Osd, ShowsTeletextInItsCharacterSet) {
+    Shown shown = playing("One");
+    shown.passing.teletext.emplace();
+    memcpy(shown.passing.teletext->rows[1], "  K}ste", 7);
+    const char16_t characters[] = u"  K\u00fcste";
+    for (size_t i = 0; i < 7; ++i) shown.passing.teletext->characters[1][i] = characters[i];
+    EXPECT_EQ("K\u00fcste|", textsOf(find(sceneOf(shown), "teletext")));
 }
 
 TEST(Osd, HasOneMessageForEachState) {

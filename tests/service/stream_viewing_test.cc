@@ -87,8 +87,10 @@ class StreamViewing : public testing::Test {
         live.seconds = 1;
         composed::writeFile(path + "/live.ts", composed::dvb(live));
         composed::writeFile(path + "/c.ts", scrambled(composed::dvb()));
-        std::ofstream(path + "/feed") << "while :; do if [ -e " << path << "/on ]; then cat "
-                                      << path << "/live.ts; sleep 0.3; else sleep 0.1; fi; done\n";
+        // A killed television leaves it behind, so it ends with the files.
+        std::ofstream(path + "/feed")
+                << "while [ -e " << path << "/feed ]; do if [ -e " << path << "/on ]; then cat "
+                << path << "/live.ts; sleep 0.3; else sleep 0.1; fi; done\n";
         switchPipe(true);
         std::ofstream table(path + "/region");
         const auto transponder = [&](uint64_t frequency, const std::string& stream) {
