@@ -56,9 +56,22 @@ install(DIRECTORY interface/ DESTINATION "${data_dir}/interface"
 install(DIRECTORY host/hidl/ DESTINATION "${data_dir}/hidl" FILES_MATCHING PATTERN "*.hal")
 install(FILES "${QELTVAPI_DESCRIPTION}" DESTINATION "${data_dir}")
 install(DIRECTORY layouts/ DESTINATION "${include_dir}/layouts" FILES_MATCHING PATTERN "*.h")
-install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+foreach(directory qeltvd screen)
+    install(FILES ${directory}/README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}/${directory}")
+endforeach()
 install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}"
     FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.webp")
+install(DIRECTORY docs/ci DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs" USE_SOURCE_PERMISSIONS)
+# The pages name these as in the source tree.
+file(RELATIVE_PATH doc_to_prefix "/${CMAKE_INSTALL_DOCDIR}" /)
+install(CODE "
+    set(doc \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DOCDIR}\")
+    file(MAKE_DIRECTORY \"\${doc}/testing\")
+    file(CREATE_LINK \"${doc_to_prefix}${include_dir}/layouts\" \"\${doc}/layouts\" SYMBOLIC)
+    file(CREATE_LINK \"${doc_to_prefix}${data_dir}/interface\" \"\${doc}/interface\" SYMBOLIC)
+    file(CREATE_LINK \"../${doc_to_prefix}${CMAKE_INSTALL_INCLUDEDIR}\"
+        \"\${doc}/testing/include\" SYMBOLIC)")
 install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/examples"
     FILES_MATCHING PATTERN "*.c" PATTERN "*.cc" PATTERN "*.cpp" PATTERN "*.h")
 

@@ -121,8 +121,8 @@ std::string Check::summary() const {
         case Outcome::kSkipped:
             return mSkipped.empty() ? "nothing to examine" : mSkipped;
         case Outcome::kFailed:
-            return std::to_string(mFailures) + " faults, " + std::to_string(mSubjects.size()) +
-                   " different";
+            return std::to_string(mFailures) + (mFailures == 1 ? " fault, " : " faults, ") +
+                   std::to_string(mSubjects.size()) + " different";
         case Outcome::kPassed:
             break;
     }

@@ -46,7 +46,7 @@ size_t countOf(const Type& type, const Value& value) {
 
 /** The reason why a value is not of a type; "" if it is. */
 std::string misfit(const Type& type, const Value& value, bool anyAllowed) {
-    const auto isNot = [&] { return value.show() + " is not a " + type.name; };
+    const auto isNot = [&] { return value.show() + " is not of type " + type.name; };
     if (value.kind() == Value::Kind::any) return anyAllowed ? "" : "`any` is not an answer";
     const bool isBytes = value.kind() == Value::Kind::bytes;
     switch (type.form) {
@@ -292,8 +292,8 @@ void expectFit(const std::string& what, const std::vector<Field>& fields, const 
         signature += (signature.empty() ? "" : ", ") + typeOf(field).name + " " + field.name;
     }
     if (values.size() != fields.size()) {
-        throw ScriptError(what + ": " + std::to_string(values.size()) + " values for (" +
-                          signature + ")");
+        throw ScriptError(what + ": " + std::to_string(values.size()) + " of the " +
+                          std::to_string(fields.size()) + " values (" + signature + ")");
     }
     for (size_t i = 0; i < fields.size(); ++i) {
         const std::string wrong = misfit(typeOf(fields[i]), values[i], anyAllowed);

@@ -443,6 +443,15 @@ void describe(const std::string& name) {
         printf("\nResult\n");
         printWrapped(function.resultComment, "  ");
     }
+    if (!function.methods.empty()) {
+        printf("\nMethods\n");
+        for (const Method& method : methods()) {
+            const bool called =
+                    std::any_of(function.methods.begin(), function.methods.end(),
+                                [&](const char* name) { return strcmp(name, method.name) == 0; });
+            if (called) printf("  %s %s\n", method.interface, method.name);
+        }
+    }
     printf("\n%s\n", function.header);
     printWrapped(function.about, "  ");
     if (function.call == nullptr) printf("\nCannot be called from here: %s\n", function.why);

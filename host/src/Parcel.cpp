@@ -2,6 +2,7 @@
 
 #include <hwbinder/Parcel.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -364,7 +365,12 @@ const char* Parcel::readCString() const {
 bool Parcel::enforceInterface(const char* interface) const {
     const char* token = readCString();
     if (token != nullptr && strcmp(token, interface) == 0) return true;
-    ALOGW("a call for '%s' has arrived at '%s'", token == nullptr ? "?" : token, interface);
+    // A client that sends nothing else must not fill the log: the 1st, 2nd, 4th, 8th and so on.
+    static std::atomic<uint32_t> sRefused{0};
+    if (const uint32_t count = ++sRefused; (count & (count - 1)) == 0) {
+        ALOGW("a call for '%s' has arrived at '%s', %u of another interface so far",
+              token == nullptr ? "?" : token, interface, count);
+    }
     return false;
 }
 

@@ -25,14 +25,18 @@ def channels(number):
 
 def main(number):
     wanted = (constants.QELTV_BROADCAST_PLAYS, constants.QELTV_BROADCAST_FAILED)
+    found = False
     with qeltvapi.listen("broadcast") as events:
         for channel in channels(number):
+            found = True
             begun = time.monotonic()
             functions.a_qeltvapi_broadcast_select_channel(number, channel.channel_id, 0, 0)
             end = events.next(5, lambda event: event.number in wanted)
             took = (time.monotonic() - begun) * 1000
             result = "plays" if end.number == wanted[0] else "fails"
             print(f"{channel.number:5}  {channel.name:28}  {result}  {took:5.0f} ms", flush=True)
+    if not found:
+        sys.exit(f"list {number} has no channels, or no television is there")
 
 
 if __name__ == "__main__":

@@ -23,6 +23,7 @@ import collections
 import ctypes
 import functools
 import keyword
+import operator
 import struct
 
 from . import records
@@ -111,7 +112,10 @@ class _Parameter:
     def scalar(self, value):
         """A number that is in range."""
         kind = _ctype(self.type if not self.pointer else self.element)
-        value = int(value)
+        try:
+            value = operator.index(value)
+        except TypeError:
+            raise TypeError(f"{self.name} is a number, not {value!r}") from None
         made = kind(value)
         if made.value != value:
             raise OverflowError(f"{self.name} is a {self.element}, which cannot hold {value}")
@@ -225,7 +229,7 @@ class Function:
         pure = {one.name for one in self.parameters} - {one.name for one in self.arguments}
         for name, value in keywords.items():
             if name in given or name not in {one.name for one in self.parameters}:
-                raise TypeError(f"{self.name}() has no further argument {name}")
+                raise TypeError(f"{self.name}() has no argument {name}, or it is given twice")
             if name not in pure:
                 given[name] = value
         missing = [one.name for one in self.arguments if one.name not in given]

@@ -12,6 +12,7 @@ import shutil
 import signal
 import subprocess
 import tempfile
+import threading
 import time
 
 from . import functions
@@ -60,8 +61,6 @@ class Television:
         while True:
             try:
                 functions.a_qeltvapi_config_get_value(0, "picture.contrast")
-                # A main function has the library notice the television's end.
-                functions.a_qeltvapi_freeze_is_freeze("main")
                 return self
             except Error:
                 if self.process.poll() is not None or time.monotonic() > end:
@@ -75,6 +74,13 @@ class Television:
         if self.process is None:
             return
         if self.process.poll() is None:
+            # A call of the main interface makes the library notice the end. One after the start is
+            # not enough: the library may drop that proxy when it registers its callback object.
+            # In a thread, because a television that hangs has to end as well.
+            call = threading.Thread(target=functions.a_qeltvapi_freeze_is_freeze, args=("main",),
+                                    daemon=True)
+            call.start()
+            call.join(2)
             self.process.send_signal(how)
             try:
                 self.process.wait(10)

@@ -17,6 +17,7 @@ from qeltvapi._description import description
 
 ITEM = "picture.contrast"
 EXAMPLES = pathlib.Path(__file__).parents[1] / "examples"
+PAGE = pathlib.Path(__file__).parents[2] / "docs" / "python.md"
 
 
 def batch(first, count):
@@ -69,6 +70,9 @@ def test_a_record_refuses_what_does_not_fit():
     channel = records.channel_record_t(name="x" * 1000)
     cut = records.channel_record_t.from_bytes(bytes(channel)).name
     assert 0 < len(cut) < 1000 and set(cut) == {"x"}
+    for value in "0", 0.5, None:
+        with pytest.raises(TypeError, match="selector"):
+            functions.a_qeltvapi_config_get_value(value, ITEM)
     with pytest.raises(OverflowError):
         bytes(records.channel_record_t(list=1 << 16))
 
@@ -182,11 +186,24 @@ def test_the_examples_do_what_they_say(television):
     assert len(lines) > 16
     for line in lines:
         assert re.fullmatch(r" *\d+  .{28,}  (plays|fails)  +\d+ ms", line), line
+    empty = run(EXAMPLES / "zap.py", "99")
+    assert empty.returncode != 0 and "99 has no channels" in empty.stderr
     reminded = run(EXAMPLES / "reminder.py", str(constants.QELTV_SLEEP_WARNING_TIME + 1))
     assert reminded.returncode == 0, reminded.stderr
     # The first one may be missed, as the registration is under way.
     assert [line.split()[1] for line in reminded.stdout.splitlines()[-2:]] == [
         "QELTV_SLEEP_WARNING", "QELTV_SLEEP_CANCELLED"]
+
+
+def test_each_block_of_the_page_runs_by_itself(television):
+    blocks = re.findall(r"```python\n(.*?)```", PAGE.read_text(), re.DOTALL)
+    assert len(blocks) > 2
+    for block in blocks:
+        names = {}
+        exec(compile(block, str(PAGE), "exec"), names)
+        for name in names:
+            if name.startswith("test_"):
+                names[name](television)
 
 
 def test_the_module_calls_from_the_shell(television):

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -24,6 +25,7 @@
 #include <hidl/TaskRunner.h>
 #include <hidlhost/test/kit/1.0/types.h>
 #include <hwbinder/IPCThreadState.h>
+#include <hwbinder/Parcel.h>
 
 namespace {
 
@@ -619,6 +621,21 @@ TEST(Map, ErasesAnEntryOnlyWhileItIsTheExpectedOne) {
     EXPECT_EQ(map.get("a", 0), 1);
     EXPECT_EQ(map.eraseIfEqual("a", 1), 1u);
     EXPECT_EQ(map.get("a", 0), 0);
+}
+
+TEST(Parcel, RefusesEachCallForAnotherInterfaceAndLogsFewOfThem) {
+    ::android::hardware::Parcel parcel;
+    ASSERT_EQ(parcel.writeInterfaceToken("x.y@1.0::IOther"), ::android::OK);
+    ::testing::internal::CaptureStderr();
+    for (int i = 0; i < 1000; ++i) {
+        parcel.setDataPosition(0);
+        EXPECT_FALSE(parcel.enforceInterface("x.y@1.0::IMine"));
+    }
+    const std::string log = ::testing::internal::GetCapturedStderr();
+    const auto lines = std::count(log.begin(), log.end(), '\n');
+    EXPECT_GE(lines, 1);
+    EXPECT_LE(lines, 10);
+    EXPECT_NE(log.find("IOther"), std::string::npos);
 }
 
 }  // namespace

@@ -716,6 +716,11 @@ TEST(Calls, CoverEveryFunctionWithItsContract) {
     EXPECT_EQ(0u, text.find("int a_qeltvapi_broadcast_get_connect_attr(const char* name, "
                             "int32_t p2, int32_t* val);\n"));
     EXPECT_NE(std::string::npos, text.find("video path; not null")) << text;
+    EXPECT_NE(
+            std::string::npos,
+            text.find(
+                    "\nMethods\n  IQelTvApiBroadcast a_hidl_qeltvapi_broadcast_get_connect_attr\n"))
+            << text;
 }
 
 TEST(Calls, PassArgumentsAndPrintOutputs) {

@@ -136,7 +136,8 @@ TEST(Television, NotifiesWithTypedValues) {
                           list({list({65, 66}), list({}), list({67}),
                                 list({list({68}), list({69, 70})})}))
                         .empty());
-    EXPECT_THAT(errorOf([&] { tv.notify("config", 3); }), HasSubstr("1 values for (int32_t type"));
+    EXPECT_THAT(errorOf([&] { tv.notify("config", 3); }),
+                HasSubstr("1 of the 6 values (int32_t type"));
     EXPECT_THAT(errorOf([&] { tv.notify("weather", 3); }), HasSubstr("has no method weather"));
 }
 
@@ -154,11 +155,11 @@ TEST(Television, RejectsScriptsThatCannotBe) {
                     }),
                     HasSubstr(text));
     };
-    fails([](Rule& rule) { rule.with(0u); }, "1 values for (uint32_t selector, string name)");
-    fails([](Rule& rule) { rule.with(0u, 5); }, "name: 5 is not a string");
+    fails([](Rule& rule) { rule.with(0u); }, "1 of the 2 values (uint32_t selector, string name)");
+    fails([](Rule& rule) { rule.with(0u, 5); }, "name: 5 is not of type string");
     fails([](Rule& rule) { rule.with(-1, "x"); }, "selector: -1 does not fit a uint32_t");
     fails([](Rule& rule) { rule.with(1ull << 32, "x"); }, "does not fit a uint32_t");
-    fails([](Rule& rule) { rule.answers(42); }, "answers: 1 values for (int32_t value");
+    fails([](Rule& rule) { rule.answers(42); }, "answers: 1 of the 2 values (int32_t value");
     fails([](Rule& rule) { rule.answers(any, 0); }, "`any` is not an answer");
     fails([](Rule& rule) { rule.after(1ms); }, "after() follows what it changes");
     EXPECT_THAT(errorOf([] { Television second; }), HasSubstr("There is a Television already"));
@@ -177,7 +178,7 @@ TEST(TelevisionInC, ScriptsNotifiesAndRecords) {
     EXPECT_EQ(0, qeltv_testing_with(rule, with, 2));
     EXPECT_EQ(0, qeltv_testing_answers(rule, answer, 2));
     EXPECT_EQ(-1, qeltv_testing_answers(rule, answer, 1));
-    EXPECT_THAT(qeltv_testing_error(), HasSubstr("1 values"));
+    EXPECT_THAT(qeltv_testing_error(), HasSubstr("1 of the 2 values"));
     int32_t value = 0;
     EXPECT_EQ(0, contrast(&value));
     EXPECT_EQ(42, value);
