@@ -13,6 +13,7 @@
 
 using namespace qeltvd::stream;
 using composed::Octets;
+using composed::Writer;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -393,6 +394,143 @@ TEST(StreamCollector, AMapMayChangeInTheMiddle) {
     ASSERT_THAT(service.components, SizeIs(6));
     EXPECT_EQ(AudioRole::kVisuallyImpaired, service.components[2].role);
     EXPECT_TRUE(service.format) << "read again";
+}
+
+/** The tables of a stream with one service, as broadcasters send them who repair nothing. */
+class OddTables : public testing::Test {
+  protected:
+    void add(uint16_t pid, const Octets& section) { packets.addSection(pid, section); }
+    void associate(uint16_t networkPid, uint16_t streamId = kStream) {
+        add(0, composed::section(
+                       0, streamId,
+                       Writer().u16(0).u16(0xe000 | networkPid).u16(kService).u16(0xe000 | kPmt)));
+    }
+    void map(uint8_t version, bool current, uint16_t picture) {
+        add(kPmt,
+            composed::section(
+                    2, kService,
+                    Writer().u16(0xe000 | picture).list({}).u8(2).u16(0xe000 | picture).list({}),
+                    version, 0, 0, current));
+    }
+    void describe(uint16_t networkId) {
+        const Octets named = composed::descriptor(0x48, Writer().u8(1).counted("").counted("One"));
+        add(0x11,
+            composed::section(0x42, kStream,
+                              Writer().u16(networkId).u8(0xff).u16(kService).u8(0xfc).list(named)));
+    }
+    Octets network(uint16_t networkId, const Octets& descriptors) const {
+        const Octets stream = Writer().u16(kStream).u16(networkId).list(descriptors);
+        return composed::section(0x40, 1, Writer().list({}).list(stream));
+    }
+    Octets event(uint16_t streamId, uint16_t networkId) const {
+        return composed::section(0x4e, kService,
+                                 Writer().u16(streamId)
+                                         .u16(networkId)
+                                         .u16(0x004e)
+                                         .u16(9)
+                                         .u40(0xf069123000)
+                                         .u24(0x010000)
+                                         .u16(0));
+    }
+    uint32_t push() {
+        const uint32_t changes = collector.push(batchOf(packets.bytes()));
+        packets.bytes().clear();
+        return changes;
+    }
+    Service service() const { return collector.facts().services.at(kService); }
+
+    static constexpr uint16_t kStream = 7, kService = 5, kPmt = 0x30;
+    composed::Packets packets;
+    StreamCollector collector;
+};
+
+TEST_F(OddTables, WhatHoldsLaterChangesNothing) {
+    associate(0x10);
+    map(1, true, 0x100);
+    push();
+    EXPECT_EQ(0x100, service().components.at(0).pid);
+    map(2, false, 0x200);
+    map(1, true, 0x100);
+    EXPECT_EQ(0u, push()) << "the map of now has not changed";
+    map(2, true, 0x200);
+    EXPECT_EQ(kServicesChanged, push());
+    EXPECT_EQ(0x200, service().components.at(0).pid);
+}
+
+TEST_F(OddTables, TheNetworkTableIsWhereTheAssociationSays) {
+    const Octets number = composed::descriptor(0x83, Writer().u16(kService).u16(0xfc00 | 12));
+    associate(0x1f0);
+    add(0x1f0, network(1, number));
+    push();
+    ASSERT_TRUE(service().number);
+    EXPECT_EQ(12, service().number->number);
+}
+
+TEST_F(OddTables, NumbersOfAnotherNetworkIdCountIfThereAreNoOwn) {
+    const auto numbered = [](uint16_t number) {
+        return composed::descriptor(0x83, Writer().u16(kService).u16(0xfc00 | number));
+    };
+    associate(0x10);
+    describe(20);
+    add(0x10, network(21, numbered(9)));
+    push();
+    ASSERT_TRUE(service().number);
+    EXPECT_EQ(9, service().number->number);
+    const Octets both =
+            Writer().u16(kStream).u16(20).list(numbered(10)).u16(kStream).u16(21).list(numbered(9));
+    add(0x10, composed::section(0x40, 1, Writer().list({}).list(both), 1));
+    push();
+    EXPECT_EQ(10, service().number->number);
+}
+
+TEST_F(OddTables, NorthernNumbersOfTheSecondListComeFirst) {
+    const Octets list = Writer().u16(kService).u16(0xfc00 | 11);
+    const Octets second =
+            composed::descriptor(0x87, Writer().u8(1).counted("List").text("NOR").counted(list));
+    const Octets first = composed::descriptor(0x83, Writer().u16(kService).u16(0x8000 | 5000));
+    const Octets specifier = composed::descriptor(0x5f, Writer().u32(0x29));
+    associate(0x10);
+    add(0x10, network(1, Writer().bytes(specifier).bytes(second).bytes(first)));
+    push();
+    ASSERT_TRUE(service().number);
+    EXPECT_EQ(11, service().number->number);
+}
+
+TEST_F(OddTables, EventsOfThisStreamMayComeUnderOtherIds) {
+    associate(0x10);
+    add(0x12, event(8, 3));
+    push();
+    ASSERT_THAT(collector.events().events(collector.keyOf(kService)), SizeIs(1))
+            << "a service without a description";
+    EXPECT_EQ(collector.keyOf(kService), service().guideKey);
+    describe(20);
+    push();
+    EXPECT_THAT(collector.events().events(collector.keyOf(kService)), SizeIs(1));
+    add(0x12, event(kStream, 20));
+    push();
+    EXPECT_EQ((ServiceKey{20, kStream, kService}), collector.keyOf(kService)) << "its own ids";
+}
+
+TEST(StreamCollector, ChannelsOfAtscMayComeUnderAnotherId) {
+    Octets bytes = composed::atsc();
+    const Octets association = composed::section(
+            0, 0x0123,
+            Writer().u16(composed::kAtscFirst).u16(0xe030).u16(composed::kAtscSecond).u16(0xe040));
+    composed::Packets packets;
+    packets.addSection(0, association);
+    for (size_t at = 0; at < bytes.size(); at += kPacketSize) {
+        if (pidOf(bytes.data() + at) == 0) {
+            std::copy(packets.bytes().begin(), packets.bytes().end(),
+                      bytes.begin() + static_cast<std::ptrdiff_t>(at));
+        }
+    }
+    StreamCollector collector;
+    const StreamFacts facts = read(&collector, std::move(bytes));
+    EXPECT_EQ(0x0123, facts.streamId);
+    const Service& first = facts.services.at(composed::kAtscFirst);
+    ASSERT_TRUE(first.channel);
+    EXPECT_EQ(8, first.channel->major);
+    EXPECT_THAT(collector.events().events(first.guideKey), testing::Not(IsEmpty()));
 }
 
 TEST(CaptionDecoder, PicturesCountInTheOrderInWhichTheyAreShown) {
