@@ -704,6 +704,31 @@ TEST(EventStore, ANewVersionReplacesItsSectionAndMemoryIsBounded) {
     EXPECT_LT(store.services().size(), 60000u);
 }
 
+TEST(EventStore, EventsOfOneIdAreOneOnlyIfTheyAreThePresentOrBeginTogether) {
+    const auto table = [](uint8_t id, uint8_t section, std::vector<int64_t> starts) {
+        EventTable events;
+        events.tableId = id;
+        events.presentFollowing = id == 0x4e;
+        events.extension = 1;
+        events.section = section;
+        events.lastSection = 16;
+        events.segmentLastSection = section;
+        for (const int64_t start : starts) {
+            events.events.emplace_back();
+            events.events.back().id = 7;
+            events.events.back().start = start;
+        }
+        return events;
+    };
+    EventStore store;
+    store.add(table(0x50, 0, {3600}));
+    store.add(table(0x50, 8, {3600, 90000, 176400}));
+    EXPECT_THAT(store.events({0, 0, 1}), SizeIs(3));
+    store.add(table(0x4e, 0, {3900}));
+    ASSERT_THAT(store.events({0, 0, 1}), SizeIs(3));
+    EXPECT_EQ(3900, store.events({0, 0, 1})[0].start) << "it began later than the schedule has it";
+}
+
 /** A recorded stream: its services and the errors in it. */
 struct Recorded {
     StreamFacts facts;
