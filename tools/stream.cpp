@@ -103,7 +103,7 @@ Json serviceJson(const Inspection& stream, const Service& service) {
     for (const Application& each : service.applications) {
         json["applications"].push_back({{"name", each.name}, {"url", each.url}});
     }
-    const ServiceKey key = stream.keyOf(service);
+    const ServiceKey key = service.guideKey;
     json["events"] = stream.events.events(key).size();
     if (const auto now = stream.events.present(key)) json["present"] = eventJson(*now);
     if (const auto next = stream.events.following(key)) json["following"] = eventJson(*next);
@@ -150,7 +150,7 @@ void showText(const Inspection& stream) {
             components += kindOf(each);
             if (!each.language.empty()) components += " " + each.language;
         }
-        const auto now = stream.events.present(stream.keyOf(service));
+        const auto now = stream.events.present(service.guideKey);
         const EventText* text = now ? now->text() : nullptr;
         rows.push_back({hexadecimal(id), numberOf(service), service.name(),
                         service.format ? formatOf(*service.format) : "", components,

@@ -29,6 +29,12 @@ std::vector<std::string> checked(std::vector<std::string> files) {
     return files;
 }
 
+/** Whether a dish at the satellite of the first one receives the second one. */
+bool shadows(const Multiplex& stream, const Multiplex& multiplex, int32_t position) {
+    return sameFrequency(stream, multiplex) &&
+           (mediumOf(stream.system) != Medium::kSatellite || stream.position == position);
+}
+
 /** Leaves out what has the frequency of a stream before it, which would be received instead. */
 std::vector<Region> withoutShadowed(std::vector<Region> all) {
     std::vector<Multiplex> streams;
@@ -36,7 +42,7 @@ std::vector<Region> withoutShadowed(std::vector<Region> all) {
         std::vector<Multiplex> kept;
         for (Multiplex& multiplex : region.multiplexes) {
             if (std::any_of(streams.begin(), streams.end(), [&](const Multiplex& stream) {
-                    return sameFrequency(stream, multiplex);
+                    return shadows(stream, multiplex, multiplex.position);
                 })) {
                 continue;
             }
@@ -66,7 +72,7 @@ std::vector<Region> Broadcast::regions(const std::string& configured) {
             if (multiplex.stream.empty()) continue;
             const auto known =
                     std::find_if(mStreams.begin(), mStreams.end(), [&](const Stream& each) {
-                        return sameFrequency(each.multiplex, multiplex) &&
+                        return shadows(each.multiplex, multiplex, multiplex.position) &&
                                each.multiplex.stream == multiplex.stream &&
                                each.directory == region.directory &&
                                each.today == region.streamsToday;
@@ -98,8 +104,10 @@ std::string Broadcast::nameOf(const std::string& configured) const {
 
 std::shared_ptr<StreamSignals> Broadcast::streamOf(const Multiplex& multiplex) const {
     std::lock_guard<std::mutex> guard(mLock);
+    const auto satellite = mPositions.find(multiplex.satellite);
+    const int32_t position = satellite == mPositions.end() ? multiplex.position : satellite->second;
     for (const Stream& each : mStreams) {
-        if (sameFrequency(each.multiplex, multiplex)) return each.signals;
+        if (shadows(each.multiplex, multiplex, position)) return each.signals;
     }
     return nullptr;
 }
@@ -107,6 +115,12 @@ std::shared_ptr<StreamSignals> Broadcast::streamOf(const Multiplex& multiplex) c
 std::shared_ptr<Signals> Broadcast::of(const Multiplex& multiplex) const {
     if (std::shared_ptr<StreamSignals> stream = streamOf(multiplex)) return stream;
     return mSimulated;
+}
+
+void Broadcast::setSatellites(const std::vector<Satellite>& satellites) {
+    std::lock_guard<std::mutex> guard(mLock);
+    mPositions.clear();
+    for (const Satellite& each : satellites) mPositions[each.recordId] = each.position;
 }
 
 void Broadcast::setLanguage(const std::string& language) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -37,6 +38,8 @@ class Broadcast {
     std::shared_ptr<Signals> of(const Multiplex& multiplex) const;
     /** The stream of a multiplex; nothing while it is simulated. */
     std::shared_ptr<StreamSignals> streamOf(const Multiplex& multiplex) const;
+    /** The satellites of the channel data, whose multiplexes name them by their records. */
+    void setSatellites(const std::vector<Satellite>& satellites);
     /** The language that texts of events come in if they are broadcast in several. */
     void setLanguage(const std::string& language);
 
@@ -75,6 +78,8 @@ class Broadcast {
     mutable std::mutex mLock;
     // Guarded by mLock.
     std::vector<Stream> mStreams;
+    /** By the records of satellites. */
+    std::map<uint32_t, int32_t> mPositions;
     std::atomic<uint32_t> mChanges{0};
     Alarm mAlarm;
 };

@@ -393,6 +393,7 @@ Region readRegion(const std::string& name, std::istream& table) {
     if (!region.multiplexes.empty()) {
         region.medium = mediumOf(region.multiplexes.front().system);
         if (region.medium == Medium::kSatellite) nameSatellite(&region);
+        for (Multiplex& multiplex : region.multiplexes) multiplex.position = region.position;
     }
     return region;
 }

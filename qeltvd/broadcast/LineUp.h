@@ -73,6 +73,8 @@ struct Multiplex {
     uint32_t bandwidthHz = 0;
     /** Record id of the satellite, 0 for none. */
     uint32_t satellite = 0;
+    /** In a scan table of a satellite: tenths of a degree, east positive. */
+    int32_t position = 0;
     /** Record id of the network. */
     uint32_t network = 0;
     uint16_t originalNetworkId = 0;

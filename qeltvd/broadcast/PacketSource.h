@@ -35,6 +35,9 @@ class PacketSource {
      */
     [[nodiscard]] virtual size_t read(uint8_t* buffer, size_t size) = 0;
 
+    /** Takes no more packets; those that have arrived can still be read, and end whole. */
+    virtual void finish() {}
+
     /** The length of what has been read by its clock references; nothing if time is its length. */
     virtual std::optional<std::chrono::milliseconds> length() const { return std::nullopt; }
 };

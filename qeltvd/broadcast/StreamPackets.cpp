@@ -53,9 +53,14 @@ void StreamPackets::Queue::push(const std::vector<uint8_t>& more, double seconds
 }
 
 int64_t StreamPackets::arrived(std::chrono::milliseconds) {
-    attach();
+    if (!mFinished) attach();
     std::lock_guard<std::mutex> guard(mQueue->lock);
     return mQueue->arrived;
+}
+
+void StreamPackets::finish() {
+    mFinished = true;
+    detach();
 }
 
 size_t StreamPackets::read(uint8_t* buffer, size_t size) {

@@ -26,6 +26,7 @@ class StreamPackets : public PacketSource {
 
     int64_t arrived(std::chrono::milliseconds elapsed) override;
     size_t read(uint8_t* buffer, size_t size) override;
+    void finish() override;
     std::optional<std::chrono::milliseconds> length() const override;
 
   private:
@@ -57,6 +58,7 @@ class StreamPackets : public PacketSource {
     const std::shared_ptr<Queue> mQueue;
     std::shared_ptr<stream::StreamReceiver> mReceiver;
     std::optional<uint32_t> mOutput;
+    bool mFinished = false;
 };
 
 }  // namespace qeltvd

@@ -30,6 +30,7 @@ ChannelDatabase::ChannelDatabase(Store& store, Broadcast& broadcast, const std::
         : mBroadcast(broadcast),
           mStore(store),
           mState(std::make_shared<ChannelLists>(mStore.load())) {
+    mBroadcast.setSatellites(mState->satellites);
     if (!mState->region) {
         (void)reload(region);
     } else if (mState->region != mBroadcast.nameOf(region)) {
@@ -52,6 +53,7 @@ auto ChannelDatabase::change(const Edit& edit) -> std::invoke_result_t<const Edi
     {
         std::lock_guard<std::mutex> guard(mLock);
         mState = work.result();
+        mBroadcast.setSatellites(mState->satellites);
         listeners = mListeners;
     }
     editing.unlock();

@@ -267,6 +267,7 @@ void Recorder::writeDue(Recording& r) {
 }
 
 void Recorder::finish(Recording& r, uint32_t reason, int32_t error) {
+    if (error == QELTV_RECORDING_ERROR_NONE) r.writer->writeRest(r.limit());
     r.writer->close();
     {
         std::lock_guard<std::mutex> guard(mLock);

@@ -58,6 +58,17 @@ int RecordingWriter::write(int64_t bytes) {
     return failure;
 }
 
+void RecordingWriter::writeRest(const Limit& limit) {
+    const auto until = elapsed();
+    const int64_t before = mSource->arrived(until);
+    mSource->finish();
+    // What is simulated has no units.
+    if (mSource->arrived(until) == before) return;
+    const int64_t rest = waiting(until, limit);
+    // The recording has ended in any case, and write() logs its failures.
+    if (rest > 0) (void)write(rest);
+}
+
 void RecordingWriter::close() {
     if (fdatasync(mFile.get()) != 0) ALOGE("%s: %s", logText(mPath).c_str(), strerror(errno));
     mFile = Descriptor();

@@ -41,6 +41,8 @@ class RecordingWriter {
     [[nodiscard]] int write(int64_t bytes);
     /** Ends the file. */
     void close();
+    /** Writes what is left of a stream's units when the recording ends. */
+    void writeRest(const Limit& limit);
 
     const std::string& path() const { return mPath; }
     /** The length of what has been written, if the packets themselves have one. */

@@ -1,6 +1,7 @@
 #include "EventStore.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace qeltvd::stream {
 
@@ -9,6 +10,8 @@ namespace {
 constexpr uint16_t kPresentFollowing = 0x4e;
 /** Bytes of a section beside its events, about. */
 constexpr size_t kPlaceSize = 256;
+/** Seconds that the present event may begin earlier or later than the schedule has it. */
+constexpr int64_t kMostMoved = 12 * 3600;
 
 size_t sizeOf(const Event& event) {
     size_t size = sizeof(event) + event.contents.size() +
@@ -114,14 +117,23 @@ std::vector<Event> EventStore::events(const ServiceKey& service) const {
     const auto found = mServices.find(service);
     if (found == mServices.end()) return {};
     std::vector<Event> events;
-    // The present comes first and is the newest.
-    std::map<uint16_t, size_t> places;
+    // The present comes first and is the newest, also if it begins later than the schedule has it.
+    std::map<uint16_t, size_t> newest;
+    // Two events of a schedule may have one id.
+    std::map<std::pair<uint16_t, int64_t>, size_t> places;
     for (const auto& [place, section] : found->second) {
         for (const Event& event : section.events) {
-            const auto [known, inserted] = places.emplace(event.id, events.size());
-            if (!inserted) {
+            const size_t next = events.size();
+            const auto now = newest.find(event.id);
+            const bool moved = now != newest.end() &&
+                               std::abs(events[now->second].start - event.start) < kMostMoved;
+            const size_t known =
+                    moved ? now->second
+                          : places.emplace(std::pair(event.id, event.start), next).first->second;
+            if (place.first == kPresentFollowing) newest.emplace(event.id, known);
+            if (known != next) {
                 // The extended text of the present may be in the schedule only.
-                for (EventText& text : events[known->second].texts) {
+                for (EventText& text : events[known].texts) {
                     const EventText* other = event.text(text.language);
                     if (other == nullptr || other->language != text.language) continue;
                     if (text.details.empty()) text.details = other->details;

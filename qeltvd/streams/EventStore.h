@@ -26,6 +26,8 @@ class EventStore {
     std::optional<Event> present(const ServiceKey& service) const;
     std::optional<Event> following(const ServiceKey& service) const;
     std::vector<ServiceKey> services() const;
+    /** Whether sections of a service have come, also without events. */
+    bool has(const ServiceKey& service) const { return mServices.count(service) != 0; }
     size_t size() const { return mSize; }
     void clear();
 

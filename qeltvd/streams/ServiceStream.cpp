@@ -3,6 +3,7 @@
 #include <bitstream/mpeg/pes.h>
 #include <bitstream/mpeg/ts.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace qeltvd::stream {
@@ -126,15 +127,100 @@ void ServiceStream::writeTables(std::vector<uint8_t>* packets) {
     mTablesAt = mElapsed.elapsed();
 }
 
-void ServiceStream::writePacket(const uint8_t* packet, Output* output,
-                                std::vector<uint8_t>* packets) {
+void ServiceStream::writePacket(const uint8_t* packet, std::vector<uint8_t>* packets) {
+    const auto output = mOutputs.find(pidOf(packet));
+    // A component that the service has no more.
+    if (output == mOutputs.end()) return;
     const size_t at = packets->size();
     packets->insert(packets->end(), packet, packet + kPacketSize);
     uint8_t* written = packets->data() + at;
     // The counter counts packets with a payload only.
-    if (ts_has_payload(written)) output->counter = static_cast<uint8_t>((output->counter + 1) & 15);
-    ts_set_cc(written, output->counter);
-    moveTimes(written, mOffset);
+    uint8_t& counter = output->second.counter;
+    if (ts_has_payload(written)) counter = static_cast<uint8_t>((counter + 1) & 15);
+    ts_set_cc(written, counter);
+}
+
+ServiceStream::Step ServiceStream::follow(const uint8_t* packet, Output* output) const {
+    const uint8_t counter = ts_get_cc(packet);
+    const std::optional<uint8_t> before = output->sourceCounter;
+    output->sourceCounter = counter;
+    const bool announced =
+            ts_has_adaptation(packet) && packet[4] > 0 && tsaf_has_discontinuity(packet);
+    if (!before || announced || counter == ((*before + 1) & 15)) {
+        output->repeated = false;
+        return Step::kNext;
+    }
+    if (counter == *before && !output->repeated) {
+        output->repeated = true;
+        return Step::kRepeated;
+    }
+    output->repeated = false;
+    return Step::kLost;
+}
+
+void ServiceStream::cut(Output* output) {
+    if (output->unit && output->unit->state == Unit::State::kOpen) {
+        output->unit->state = Unit::State::kCut;
+        if (output->unit->access) output->begun = false;
+    }
+    output->unit.reset();
+}
+
+void ServiceStream::hold(const uint8_t* packet, Output* output, std::vector<uint8_t>* packets) {
+    using State = Unit::State;
+    std::shared_ptr<Unit> unit;
+    if (ts_has_payload(packet)) {
+        const size_t header =
+                TS_HEADER_SIZE + (ts_has_adaptation(packet) ? size_t{1} + packet[4] : 0);
+        const uint8_t* payload = packet + header;
+        const size_t size = kPacketSize - header;
+        const bool scrambled = ts_get_scrambling(packet) != 0;
+        if (ts_get_unitstart(packet)) {
+            if (output->unit && output->unit->state == State::kOpen) {
+                // A length that was not reached: something is missing.
+                output->unit->state = output->unit->left ? State::kCut : State::kWhole;
+            }
+            output->unit = std::make_shared<Unit>();
+            output->unit->access = isAccessPoint(packet);
+            if (!scrambled && size >= PES_HEADER_SIZE) {
+                // Sections are short and have a checksum.
+                if (!pes_validate(payload)) output->unit->state = State::kWhole;
+                const size_t length = pes_validate(payload) ? pes_get_length(payload) : 0;
+                if (length != 0) output->unit->left = length + PES_HEADER_SIZE;
+            }
+        }
+        unit = output->unit;
+        if (unit && unit->left) {
+            *unit->left -= std::min(*unit->left, size);
+            if (*unit->left == 0 && unit->state == State::kOpen) unit->state = State::kWhole;
+        }
+    }
+    Held& held = mHeld.emplace_back();
+    std::copy(packet, packet + kPacketSize, held.packet.begin());
+    moveTimes(held.packet.data(), mOffset);
+    held.unit = std::move(unit);
+    held.at = mElapsed.elapsed();
+    release(packets);
+}
+
+void ServiceStream::release(std::vector<uint8_t>* packets) {
+    while (!mHeld.empty()) {
+        const Held& front = mHeld.front();
+        if (front.unit && front.unit->state == Unit::State::kOpen) {
+            const bool late =
+                    mHeld.size() > kMostHeld || mElapsed.elapsed() > front.at + kLongestUnit;
+            if (!late) return;
+            front.unit->state = Unit::State::kWhole;
+        }
+        const bool whole = !front.unit || front.unit->state == Unit::State::kWhole;
+        if (whole) writePacket(front.packet.data(), packets);
+        mHeld.pop_front();
+    }
+}
+
+void ServiceStream::finish(std::vector<uint8_t>* packets) {
+    for (auto& [pid, output] : mOutputs) cut(&output);
+    release(packets);
 }
 
 bool ServiceStream::mayBegin(const uint8_t* packet) const {
@@ -160,7 +246,11 @@ void ServiceStream::push(const Batch& batch, std::vector<uint8_t>* packets) {
         mClockKnown = false;
         mWaited = 0;
         // A component that was interrupted goes on with its next unit.
-        for (auto& [pid, output] : mOutputs) output.begun = false;
+        for (auto& [pid, output] : mOutputs) {
+            output.begun = false;
+            output.sourceCounter.reset();
+        }
+        finish(packets);
     }
     for (size_t i = 0; i < batch.count; ++i) {
         const uint8_t* packet = batch.packets + i * kPacketSize;
@@ -170,6 +260,13 @@ void ServiceStream::push(const Batch& batch, std::vector<uint8_t>* packets) {
         if (found == mOutputs.end() || ts_get_transporterror(packet)) continue;
         if (ts_has_adaptation(packet) && packet[4] > kPacketSize - TS_HEADER_SIZE - 1) continue;
         Output& output = found->second;
+        if (ts_has_payload(packet)) {
+            const Step step = follow(packet, &output);
+            if (step == Step::kRepeated) continue;
+            if (step == Step::kLost) cut(&output);
+        } else if (packet[4] > 0 && tsaf_has_discontinuity(packet)) {
+            output.sourceCounter.reset();
+        }
         const auto reference = clockReference(packet);
         if (reference && pid == mService.pcrPid) {
             followClock(*reference);
@@ -178,7 +275,7 @@ void ServiceStream::push(const Batch& batch, std::vector<uint8_t>* packets) {
         if (!mClockKnown && mService.pcrPid != kNullPid && mWaited <= kLongestWait) continue;
         if (!ts_has_payload(packet)) {
             // A clock reference alone belongs to no unit.
-            if (mBegun) writePacket(packet, &output, packets);
+            if (mBegun) hold(packet, &output, packets);
             continue;
         }
         if (!output.begun) {
@@ -193,10 +290,12 @@ void ServiceStream::push(const Batch& batch, std::vector<uint8_t>* packets) {
             mBegun = true;
         }
         if (mVideo && pid == *mVideo) mWaited = 0;
+        // The rest of a unit that has lost packets.
+        if (!output.unit && !ts_get_unitstart(packet)) continue;
         if (mSinceTables >= kTablePackets || mElapsed.elapsed() >= mTablesAt + kTableTicks) {
             writeTables(packets);
         }
-        writePacket(packet, &output, packets);
+        hold(packet, &output, packets);
         ++mSinceTables;
     }
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <vector>
@@ -15,8 +18,8 @@ namespace qeltvd::stream {
 /**
  * Makes a transport stream of one service out of the packets of its multiplex, as a recording
  * holds it: association, map and description tables of its own, and the components from a random
- * access point on, each from the begin of a unit. Continuity counters and clocks go on where the
- * source begins anew. Not thread-safe.
+ * access point on, in whole units: one that has lost packets or was cut off is left out.
+ * Continuity counters and clocks go on where the source begins anew. Not thread-safe.
  */
 class ServiceStream {
   public:
@@ -33,22 +36,54 @@ class ServiceStream {
     /** Appends what the packets have of the service to `packets`. */
     void push(const Batch& batch, std::vector<uint8_t>* packets);
 
+    /** Appends the packets of whole units that wait for the end of another one. */
+    void finish(std::vector<uint8_t>* packets);
+
     bool begun() const { return mBegun; }
     /** Seconds that the stream is long, by its clock references. */
     double seconds() const;
 
   private:
+    /** A picture, a packet of sound or of text: from one start of a unit to the next one. */
+    struct Unit {
+        enum class State { kOpen, kWhole, kCut };
+        State state = State::kOpen;
+        /** Whether what follows needs it. */
+        bool access = false;
+        /** Bytes until its end, if its header says so. */
+        std::optional<size_t> left;
+    };
     struct Output {
         bool begun = false;
         uint8_t counter = 0;
+        /** The counter of the source, and whether its packet came twice. */
+        std::optional<uint8_t> sourceCounter;
+        bool repeated = false;
+        /** The one that is being received. */
+        std::shared_ptr<Unit> unit;
     };
+    /** A packet that waits for the end of its unit, or of one before it. */
+    struct Held {
+        std::array<uint8_t, kPacketSize> packet;
+        std::shared_ptr<Unit> unit;
+        uint64_t at;
+    };
+    /** Packets, and ticks of the clock, that a unit may take. */
+    static constexpr size_t kMostHeld = 20000;
+    static constexpr uint64_t kLongestUnit = ElapsedClock::kFrequency;
 
     bool isAccessPoint(const uint8_t* packet) const;
     bool mayBegin(const uint8_t* packet) const;
     /** Finds what is to be added to the times of the source. */
     void followClock(uint64_t reference);
     void writeTables(std::vector<uint8_t>* packets);
-    void writePacket(const uint8_t* packet, Output* output, std::vector<uint8_t>* packets);
+    enum class Step { kNext, kRepeated, kLost };
+    Step follow(const uint8_t* packet, Output* output) const;
+    /** Takes a packet into its unit, and gives what is whole. */
+    void hold(const uint8_t* packet, Output* output, std::vector<uint8_t>* packets);
+    void release(std::vector<uint8_t>* packets);
+    static void cut(Output* output);
+    void writePacket(const uint8_t* packet, std::vector<uint8_t>* packets);
 
     const uint16_t mStreamId;
     const uint16_t mOriginalNetworkId;
@@ -58,6 +93,7 @@ class ServiceStream {
     std::optional<PacketWriter> mMapWriter;
     uint16_t mMapPid = kNullPid;
     std::map<uint16_t, Output> mOutputs;
+    std::deque<Held> mHeld;
     std::optional<uint16_t> mVideo;
     Codec mCodec = Codec::kUnknown;
     bool mBegun = false;

@@ -1,6 +1,7 @@
 #include "StreamCollector.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace qeltvd::stream {
 
@@ -77,6 +78,8 @@ uint32_t StreamCollector::push(const Batch& batch) {
 bool StreamCollector::isNew(uint16_t pid, Bytes section) {
     const uint8_t* data = section.data;
     if ((data[1] & 0x80) == 0 || section.size < 14) return true;
+    // What holds later only; beside the table of now it would begin that anew each time.
+    if ((data[5] & 1) == 0) return false;
     uint64_t place = 0xcbf29ce484222325;
     const auto mix = [&place](uint8_t byte) { place = (place ^ byte) * 0x100000001b3; };
     mix(static_cast<uint8_t>(pid >> 8));
@@ -110,12 +113,17 @@ void StreamCollector::section(uint16_t pid, const uint8_t* data, size_t size) {
         readMap(pid, bytes);
     } else if (table == kAit) {
         readApplications(pid, bytes);
-    } else if (pid == kNitPid || pid == kSdtPid) {
+    } else if (pid == kNitPid || pid == kSdtPid || pid == mNetworkPid) {
         if (table == kNitActual || table == kNitOther || table == kBat) readNetwork(bytes);
         if (table == kSdtActual || table == kSdtOther) readDescriptions(bytes);
     } else if (pid == kEitPid) {
         const auto events = eventTable(bytes);
-        if (events && mEvents.add(*events)) mChanges |= kEventsChanged;
+        if (!events) return;
+        if (events->actual) {
+            mGuideKeys[events->serviceId()] = {events->originalNetworkId, events->streamId,
+                                               events->serviceId()};
+        }
+        if (mEvents.add(*events)) mChanges |= kEventsChanged;
     } else if (pid == kTdtPid && (table == kTdt || table == kTot)) {
         auto time = timeTable(bytes);
         if (!time) return;
@@ -151,9 +159,12 @@ void StreamCollector::readAssociation(Bytes section) {
         mDescriptionProgress = {};
         mChannels.clear();
         mChannelProgress = {};
+        mChannelsOfStream = false;
+        mGuideKeys.clear();
         for (auto& [number, program] : mPrograms) program.map.reset();
         mKnown.clear();
     }
+    if (table->networkPid) mNetworkPid = *table->networkPid;
     for (const auto& each : table->programs) {
         if (mPrograms.size() >= kMostPrograms && mPrograms.count(each.number) == 0) break;
         Program& program = mPrograms[each.number];
@@ -258,7 +269,14 @@ void StreamCollector::readAtsc(uint16_t pid, Bytes section) {
         case kTvct:
         case kCvct: {
             auto table = channelTable(section);
-            if (!table || !table->current || table->streamId() != mStreamId) break;
+            if (!table || !table->current) break;
+            // The id may differ from that of the association table.
+            const bool same = table->streamId() == mStreamId;
+            if (!same && mChannelsOfStream) break;
+            mChannelsOfStream = same;
+            for (VirtualChannel& each : table->channels) {
+                if (each.streamId == table->streamId()) each.streamId = mStreamId;
+            }
             mAtsc = true;
             if (mChannelProgress.add(*table)) mChannels.clear();
             mChannels[table->section] = std::move(table->channels);
@@ -307,7 +325,7 @@ void StreamCollector::readAtsc(uint16_t pid, Bytes section) {
 }
 
 void StreamCollector::setFilters() {
-    std::set<uint16_t> tables{kPatPid, kNitPid, kSdtPid, kEitPid, kTdtPid, kPsipPid};
+    std::set<uint16_t> tables{kPatPid, kNitPid, kSdtPid, kEitPid, kTdtPid, kPsipPid, mNetworkPid};
     for (const auto& [pid, number] : mGuidePids) tables.insert(pid);
     std::set<uint16_t> pictures;
     /** Languages by PID. */
@@ -410,7 +428,10 @@ ServiceKey StreamCollector::keyOf(uint16_t serviceId) const {
             }
         }
     }
-    return {mOriginalNetworkId, mStreamId, serviceId};
+    const ServiceKey key{mOriginalNetworkId, mStreamId, serviceId};
+    // Events of this stream may come under other ids, or without a description of the service.
+    const auto sent = mGuideKeys.find(serviceId);
+    return sent == mGuideKeys.end() || mEvents.has(key) ? key : sent->second;
 }
 
 std::vector<uint8_t> StreamCollector::mapSection(uint16_t serviceId) const {
@@ -446,23 +467,24 @@ const CaptionDecoder* StreamCollector::captions(uint16_t serviceId) const {
 }
 
 const LogicalNumber* StreamCollector::numberOf(uint16_t serviceId, bool hd) const {
-    // The network's own list before that of a bouquet, and other networks last.
+    // The network's own list before that of a bouquet, and other networks last; the entry of this
+    // stream before one that only has its id.
     const LogicalNumber* best = nullptr;
-    int rank = 3;
+    int rank = INT_MAX;
     for (const auto& [key, network] : mNetworks) {
         const int own = network.actual ? 0 : key.first ? 1 : 2;
-        if (own >= rank) continue;
         for (const auto& [section, streams] : network.streams) {
             for (const NetworkStream& stream : streams) {
                 if (stream.streamId != mStreamId) continue;
-                if (mDescriptionProgress.version != 0xff &&
-                    stream.originalNetworkId != mOriginalNetworkId) {
-                    continue;
-                }
+                const bool other = mDescriptionProgress.version != 0xff &&
+                                   stream.originalNetworkId != mOriginalNetworkId;
+                if (other && !network.actual) continue;
                 for (const LogicalNumber& each : stream.numbers) {
                     if (each.serviceId != serviceId || each.hd != hd) continue;
+                    const int order = own * 4 + (other ? 2 : 0) + (each.second ? 0 : 1);
+                    if (order >= rank) continue;
                     best = &each;
-                    rank = own;
+                    rank = order;
                 }
             }
         }
@@ -510,6 +532,7 @@ StreamFacts StreamCollector::facts() const {
         service.id = id;
         service.pmtPid = program.pmtPid;
         service.format = program.format;
+        service.guideKey = keyOf(id);
         const auto description = mDescriptions.find(id);
         if (description != mDescriptions.end()) service.description = description->second;
         for (const auto& [section, channels] : mChannels) {

@@ -114,6 +114,10 @@ class StreamCollector {
     uint16_t mOriginalNetworkId = 0;
     std::map<uint16_t, ServiceDescription> mDescriptions;
     std::map<ServiceKey, ServiceDescription> mOthers;
+    /** The ids under which the events of this stream's services are sent. */
+    std::map<uint16_t, ServiceKey> mGuideKeys;
+    /** Where the association table says that the network table is. */
+    uint16_t mNetworkPid = 0x10;
     /** By bouquet or not, and id. */
     std::map<std::pair<bool, uint16_t>, NetworkSections> mNetworks;
     std::map<uint16_t, std::map<std::pair<uint16_t, uint8_t>, std::vector<Application>>>
@@ -123,6 +127,8 @@ class StreamCollector {
     bool mAtsc = false;
     int64_t mUtcOffset = 18;
     Progress mChannelProgress;
+    /** Whether the channels come under the id of the association table. */
+    bool mChannelsOfStream = false;
     std::map<uint8_t, std::vector<VirtualChannel>> mChannels;
     /** Numbers of the event tables by PID. */
     std::map<uint16_t, uint16_t> mGuidePids;

@@ -42,6 +42,8 @@ struct Service {
     std::optional<LogicalNumber> hdNumber = {};
     std::vector<Application> applications = {};
     std::optional<PictureFormat> format = {};
+    /** The key of its events. */
+    ServiceKey guideKey = {};
     /** Whether packets of its sound and pictures are scrambled at present. */
     bool scrambledNow = false;
 

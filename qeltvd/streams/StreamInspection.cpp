@@ -8,11 +8,6 @@
 
 namespace qeltvd::stream {
 
-ServiceKey Inspection::keyOf(const Service& service) const {
-    if (service.channel) return {0, facts.streamId, service.channel->sourceId};
-    return {facts.originalNetworkId, facts.streamId, service.id};
-}
-
 Inspection inspect(const std::string& path, uint64_t packets) {
     std::error_code error;
     const std::string whole = std::filesystem::canonical(path, error);

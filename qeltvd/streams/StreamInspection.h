@@ -29,9 +29,6 @@ struct Inspection {
     uint64_t packets = 0;
     /** By its clock references. */
     double seconds = 0;
-
-    /** The key of the events of a service. */
-    ServiceKey keyOf(const Service& service) const;
 };
 
 /**

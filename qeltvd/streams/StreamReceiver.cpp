@@ -45,7 +45,9 @@ void StreamReceiver::receive(const Batch& batch) {
         for (const auto& [number, tap] : mTaps) {
             tap->packets.clear();
             tap->stream->push(batch, &tap->packets);
-            if (!tap->packets.empty()) taps.push_back(tap);
+            if (tap->packets.empty()) continue;
+            tap->busy = true;
+            taps.push_back(tap);
         }
     }
     setState(State::kReceiving);
@@ -53,6 +55,7 @@ void StreamReceiver::receive(const Batch& batch) {
     for (const auto& tap : taps) {
         std::lock_guard<std::recursive_mutex> guard(tap->lock);
         if (!tap->removed) tap->output(tap->packets, tap->stream->seconds());
+        tap->busy = false;
     }
     if (changes != 0 && mListener.changed) mListener.changed(changes);
 }
@@ -207,14 +210,18 @@ std::optional<uint32_t> StreamReceiver::addOutput(uint16_t serviceId, Output out
 
 void StreamReceiver::removeOutput(uint32_t number) {
     std::shared_ptr<Tap> tap;
+    std::vector<uint8_t> rest;
     {
         std::lock_guard<std::mutex> guard(mLock);
         const auto found = mTaps.find(number);
         if (found == mTaps.end()) return;
         tap = found->second;
         mTaps.erase(found);
+        tap->stream->finish(&rest);
     }
     std::lock_guard<std::recursive_mutex> guard(tap->lock);
+    // Packets that are on their way come before these, and are lost with them.
+    if (!tap->removed && !tap->busy && !rest.empty()) tap->output(rest, tap->stream->seconds());
     tap->removed = true;
 }
 

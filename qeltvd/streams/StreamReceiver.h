@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -108,6 +109,8 @@ class StreamReceiver {
         std::recursive_mutex lock;
         Output output;
         bool removed = false;
+        /** Whether packets are on their way to the output. */
+        std::atomic<bool> busy{false};
         std::vector<uint8_t> packets;
     };
 

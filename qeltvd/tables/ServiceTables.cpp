@@ -14,6 +14,8 @@ namespace {
 constexpr uint8_t kExtensionDescriptor = 0x7f;
 constexpr uint8_t kAuthorityDescriptor = 0x73;
 constexpr uint8_t kCaptionDescriptor = 0x86;
+/** NorDig as the specifier of private data. */
+constexpr uint32_t kNorthern = 0x29;
 
 void readStreamType(Component* component) {
     const auto video = [&](Codec codec) {
@@ -280,7 +282,6 @@ ServiceDescription serviceDescription(const uint8_t* entry) {
 
 void readLogicalNumbers(const Descriptor& descriptor, uint32_t specifier, bool hd,
                         NetworkStream* stream) {
-    constexpr uint32_t kNorthern = 0x29;
     if (!desc83p28_validate(descriptor.raw())) return;
     for (uint8_t i = 0;; ++i) {
         const uint8_t* entry = desc83p28_get_service(descriptor.raw(), i);
@@ -311,6 +312,7 @@ void readNorthernNumbers(Bytes body, NetworkStream* stream) {
         const uint16_t word = entries.u16();
         number.visible = (word & 0x8000) != 0;
         number.number = word & 0x3ff;
+        number.second = true;
         stream->numbers.push_back(number);
     }
 }
@@ -393,7 +395,7 @@ NetworkStream networkStream(const uint8_t* entry) {
                 readLogicalNumbers(descriptor, specifier, false, &stream);
                 break;
             case 0x87:
-                readNorthernNumbers(body, &stream);
+                if (specifier == 0 || specifier == kNorthern) readNorthernNumbers(body, &stream);
                 break;
             case 0x88:
                 readLogicalNumbers(descriptor, specifier, true, &stream);

@@ -200,6 +200,8 @@ struct LogicalNumber {
     bool visible = true;
     /** The number for receivers of HD, where a service has two. */
     bool hd = false;
+    /** From NorDig's second descriptor, which comes before the first one. */
+    bool second = false;
 };
 
 /** How a transport stream is sent. */

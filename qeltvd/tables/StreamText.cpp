@@ -95,6 +95,9 @@ std::string latinText(Bytes bytes) {
         } else if (c == 0xe2) {
             // glibc takes the letter with the stroke for the Icelandic one.
             appendUtf8(&text, U'Đ');
+        } else if (c == 0xd0) {
+            // glibc has the dash of the table's first edition.
+            appendUtf8(&text, U'―');
         } else if (c >= 0xc1 && c <= 0xcf && i + 1 < bytes.size && bytes.data[i + 1] >= 0x20 &&
                    bytes.data[i + 1] < 0x7f) {
             const uint8_t pair[] = {c == 0xc9 ? uint8_t{0xc8} : c, bytes.data[++i]};

@@ -530,13 +530,13 @@ Octets descriptor(uint8_t tag, const Octets& body) {
 }
 
 Octets section(uint8_t table, uint16_t extension, const Octets& body, uint8_t version,
-               uint8_t number, uint8_t last) {
+               uint8_t number, uint8_t last, bool current) {
     Octets bytes(PSI_HEADER_SIZE_SYNTAX1);
     psi_init(bytes.data(), true);
     psi_set_tableid(bytes.data(), table);
     psi_set_tableidext(bytes.data(), extension);
     psi_set_version(bytes.data(), version);
-    psi_set_current(bytes.data());
+    if (current) psi_set_current(bytes.data());
     psi_set_section(bytes.data(), number);
     psi_set_lastsection(bytes.data(), last);
     bytes.insert(bytes.end(), body.begin(), body.end());

@@ -42,9 +42,9 @@ class Writer {
 };
 
 Octets descriptor(uint8_t tag, const Octets& body);
-/** A section of the long form with its checksum. */
+/** A section of the long form with its checksum; one that is not current holds later. */
 Octets section(uint8_t table, uint16_t extension, const Octets& body, uint8_t version = 0,
-               uint8_t number = 0, uint8_t last = 0);
+               uint8_t number = 0, uint8_t last = 0, bool current = true);
 /** The same of the short form. */
 Octets shortSection(uint8_t table, const Octets& body);
 /** A multiple string structure of ATSC with one uncompressed string. */

@@ -137,6 +137,37 @@ TEST_F(BroadcastTest, PutsAStreamInPlaceOfWhatIsSimulatedAtItsFrequency) {
     EXPECT_EQ(stream, broadcast.streamOf(close));
 }
 
+TEST_F(BroadcastTest, TwoSatellitesHaveStreamsOnTheSameFrequency) {
+    const auto satellite = [&](const std::string& name) {
+        std::ofstream(directory + "/" + name)
+                << "[A]\nDELIVERY_SYSTEM = DVBS\nFREQUENCY = 11914000\n"
+                   "POLARIZATION = HORIZONTAL\nSYMBOL_RATE = 27500000\nSTREAM = dvb.ts\n";
+        return directory + "/" + name;
+    };
+    Broadcast broadcast(timers, {satellite("Own-19.2E"), satellite("Own-13.0E")});
+    const auto regions = broadcast.regions("dvb-t/de-Berlin");
+    ASSERT_THAT(regions, SizeIs(3));
+    Multiplex east = regions[0].multiplexes[0], west = regions[1].multiplexes[0];
+    ASSERT_NE(nullptr, broadcast.streamOf(east));
+    ASSERT_NE(nullptr, broadcast.streamOf(west));
+    EXPECT_NE(broadcast.streamOf(east), broadcast.streamOf(west));
+    // The channel data names satellites by their records.
+    const auto of13 = broadcast.streamOf(west);
+    east.position = west.position = 0;
+    east.satellite = 1;
+    west.satellite = 2;
+    Satellite first, second;
+    first.recordId = 1;
+    first.position = 192;
+    second.recordId = 2;
+    second.position = 130;
+    broadcast.setSatellites({first, second});
+    EXPECT_EQ(of13, broadcast.streamOf(west));
+    EXPECT_NE(of13, broadcast.streamOf(east));
+    east.satellite = 3;
+    EXPECT_EQ(nullptr, broadcast.streamOf(east)) << "a satellite without a stream";
+}
+
 TEST_F(BroadcastTest, RefusesATableThatIsNone) {
     EXPECT_THROW(Broadcast(timers, {directory + "/missing"}), std::runtime_error);
     EXPECT_THROW(Broadcast(timers, {directory}), std::runtime_error);

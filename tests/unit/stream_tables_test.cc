@@ -46,6 +46,7 @@ TEST(DvbText, EveryCharacterTableIsRead) {
             {"Plain 7", "Plain 7"},
             {"Caf\xc2\x65 \xa4 5", "Café € 5"},
             {"\xe2or\xf2", "Đorđ"},
+            {"\xd0 \xd4 \xe6", "― ™ Ĳ"},
             {"\xcfS \xc8u \xcb\x63 \xc5\x61 \xcd\x6f", "Š ü ç ā ő"},
             {"\x01\xbc\xd8\xe0", "Мир"},
             {"\x02\xc7", "ا"},
@@ -252,6 +253,9 @@ TEST(ServiceTables, NumbersOfNorthernNetworksHave14Bits) {
     ASSERT_THAT(read(second), SizeIs(1));
     EXPECT_EQ(9, read(second)[0].number);
     EXPECT_FALSE(read(second)[0].visible);
+    Octets other = descriptor(0x5f, Writer().u32(0x28));
+    other.insert(other.end(), second.begin(), second.end());
+    EXPECT_THAT(read(other), SizeIs(0)) << "another organisation's descriptor";
 }
 
 TEST(EventTables, OffsetsWestOfGreenwichAreNegativeAndMayHaveNoChange) {
