@@ -6,7 +6,7 @@ export async function get(path) {
   return response.json();
 }
 
-export async function act(request) {
+async function post(request) {
   const response = await fetch("/do", {
     method: "POST",
     headers: { "Content-Type": "application/json" },
@@ -14,6 +14,14 @@ export async function act(request) {
   });
   if (!response.ok) throw new Error(await response.text());
   return (await response.json()).result;
+}
+
+// One after the other: the browser sends requests side by side, and digits have an order.
+let last = Promise.resolve();
+export function act(request) {
+  const result = last.then(() => post(request));
+  last = result.catch(() => {});
+  return result;
 }
 
 export function element(name, properties = {}, ...children) {
