@@ -174,12 +174,11 @@ TEST(Overlay, RefusesToStartWithoutATelevisionOrTwice) {
 
 TEST(Overlay, WaitsForATelevisionThatComesLater) {
     Daemon television;
-    std::thread later([&] {
-        std::this_thread::sleep_for(100ms);
-        television.launch({"--instance", kTelevision});
-    });
-    EXPECT_NO_THROW(Overlay(kTelevision, 60s));
-    later.join();
+    std::thread waiting([] { EXPECT_NO_THROW(Overlay(kTelevision, 60s)); });
+    std::this_thread::sleep_for(100ms);
+    // Here, because the television ends with the thread that has started it.
+    television.launch({"--instance", kTelevision});
+    waiting.join();
 }
 
 }  // namespace

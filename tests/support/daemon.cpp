@@ -134,7 +134,7 @@ TemporaryDirectory::~TemporaryDirectory() {
 void Daemon::launch(const std::vector<std::string>& options) {
     mPid = fork();
     if (mPid == 0) {
-        // Killed by the test, with it if that breaks off, and in any case some time.
+        // Killed by the test, with the calling thread if that ends, and in any case some time.
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         alarm(kDaemonLimit);
         if (mControl != nullptr) {
