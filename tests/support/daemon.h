@@ -52,6 +52,8 @@ class Daemon {
     /**
      * Starts it, with what it has kept from before, and waits until it serves.
      *
+     * The television is killed when the calling thread ends.
+     *
      * @param options further words of its command line
      */
     void start(const std::vector<std::string>& options = {});
