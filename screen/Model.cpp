@@ -138,9 +138,11 @@ void Model::run() {
         if (service == nullptr) {
             pause = kAwayTime;
             Shown away;
+            {
+                std::lock_guard<std::mutex> guard(mLock);
+                mShown = away;
+            }
             mHub.setState(stateOf(away));
-            std::lock_guard<std::mutex> guard(mLock);
-            mShown = away;
         } else if (mViewers > 0) {
             refresh();
         }
@@ -164,11 +166,13 @@ void Model::refresh() {
         hideBanner = banner && now >= mBannerUntil;
     }
     if (readTeletext) shown.passing.teletext = mTelevision.teletext();
-    mHub.setState(stateOf(shown));
+    const auto state = stateOf(shown);
     {
         std::lock_guard<std::mutex> guard(mLock);
         mShown = std::move(shown);
     }
+    // Not before: what a page asks for on seeing it goes by what is shown.
+    mHub.setState(state);
     // As the application of a television does; its notification has the state read again.
     if (hideBanner) {
         mTelevision.call("a_qeltvapi_broadcast_set_banner_visibility",
