@@ -96,60 +96,44 @@ set(installed_files
     $<TARGET_FILE:hidlhost> $<TARGET_FILE:qeltvapi_hidl> $<TARGET_FILE:qeltvapi_client>
     $<TARGET_FILE:qeltvapi_service> $<TARGET_FILE:qeltvapi_testing>
     "${QELTVAPI_DESCRIPTION}")
-if(TARGET qeltvd)
-    set_target_properties(qeltvd PROPERTIES
+# install_program(TARGET [MANUAL SECTION] [ALSO FILE...]): installs a program; its manual page, and
+# other files written with it, are made from the help that the program prints.
+function(install_program target)
+    cmake_parse_arguments(arg "" "MANUAL" "ALSO" ${ARGN})
+    set_target_properties(${target} PROPERTIES
         INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
-    install(TARGETS qeltvd RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    list(APPEND installed_files $<TARGET_FILE:qeltvd>)
+    install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    set(files $<TARGET_FILE:${target}>)
+    if(arg_MANUAL)
+        get_target_property(directory ${target} BINARY_DIR)
+        set(manual "${directory}/${target}.${arg_MANUAL}")
+        add_custom_command(OUTPUT "${manual}" ${arg_ALSO}
+            COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
+                $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
+                ${target} $<TARGET_FILE:${target}> "${directory}" "${PROJECT_VERSION}"
+            DEPENDS ${target} tools/generate_manual.py
+            VERBATIM)
+        install(FILES "${manual}" DESTINATION ${CMAKE_INSTALL_MANDIR}/man${arg_MANUAL})
+        list(APPEND files "${manual}" ${arg_ALSO})
+    endif()
+    set(installed_files ${installed_files} ${files} PARENT_SCOPE)
+endfunction()
+
+if(TARGET qeltvd)
+    install_program(qeltvd MANUAL 8)
     install(CODE "
         set(qeltvd_path \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/qeltvd\")
         configure_file(\"${PROJECT_SOURCE_DIR}/cmake/install/qeltvd.service.in\"
             \"${PROJECT_BINARY_DIR}/install/qeltvd.service\" @ONLY)")
     install(FILES "${PROJECT_BINARY_DIR}/install/qeltvd.service" DESTINATION lib/systemd/user)
-    # From the help that the television prints.
-    set(manual "${PROJECT_BINARY_DIR}/qeltvd/qeltvd.8")
-    add_custom_command(OUTPUT "${manual}"
-        COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
-            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
-            qeltvd $<TARGET_FILE:qeltvd> "${PROJECT_BINARY_DIR}/qeltvd" "${PROJECT_VERSION}"
-        DEPENDS qeltvd tools/generate_manual.py
-        VERBATIM)
-    install(FILES "${manual}" DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
-    list(APPEND installed_files "${manual}")
 endif()
 if(NOT CMAKE_CROSSCOMPILING)
-    set_target_properties(qeltvctl PROPERTIES
-        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
-    install(TARGETS qeltvctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    # Both from the command tree that the tool itself prints.
-    set(tool_dir "${PROJECT_BINARY_DIR}/tools")
-    add_custom_command(OUTPUT "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash"
-        COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
-            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
-            qeltvctl $<TARGET_FILE:qeltvctl> "${tool_dir}" "${PROJECT_VERSION}"
-        DEPENDS qeltvctl tools/generate_manual.py
-        VERBATIM)
-    install(FILES "${tool_dir}/qeltvctl.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-    install(FILES "${tool_dir}/qeltvctl.bash" RENAME qeltvctl
+    set(completions "${PROJECT_BINARY_DIR}/tools/qeltvctl.bash")
+    install_program(qeltvctl MANUAL 1 ALSO "${completions}")
+    install(FILES "${completions}" RENAME qeltvctl
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
-    set_target_properties(qeltvscreen PROPERTIES
-        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
-    install(TARGETS qeltvscreen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    set_target_properties(qeltv-conformance PROPERTIES
-        INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR};${android_dir}")
-    install(TARGETS qeltv-conformance RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-    set(conformance_manual "${PROJECT_BINARY_DIR}/conformance/qeltv-conformance.1")
-    add_custom_command(OUTPUT "${conformance_manual}"
-        COMMAND "${CMAKE_COMMAND}" -E env "ASAN_OPTIONS=detect_leaks=0"
-            $<TARGET_FILE:Python3::Interpreter> "${PROJECT_SOURCE_DIR}/tools/generate_manual.py"
-            qeltv-conformance $<TARGET_FILE:qeltv-conformance>
-            "${PROJECT_BINARY_DIR}/conformance" "${PROJECT_VERSION}"
-        DEPENDS qeltv-conformance tools/generate_manual.py
-        VERBATIM)
-    install(FILES "${conformance_manual}" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-    list(APPEND installed_files $<TARGET_FILE:qeltvscreen>
-        $<TARGET_FILE:qeltv-conformance> "${conformance_manual}"
-        $<TARGET_FILE:qeltvctl> "${tool_dir}/qeltvctl.1" "${tool_dir}/qeltvctl.bash")
+    install_program(qeltvscreen)
+    install_program(qeltv-conformance MANUAL 1)
 endif()
 # All that the rules above take from the build tree, and so the least to build before an install.
 add_custom_target(installed ALL DEPENDS ${installed_files})
