@@ -304,33 +304,17 @@ Endpoint endpointOf(const std::string& text, const std::string& part) {
     return endpoint;
 }
 
-class SocketSource : public AnySource {
+/** A source whose packets come when they come. */
+class LiveSource : public AnySource {
   public:
-    SocketSource(const std::string& text, const std::string& part, bool rtp)
-            : AnySource(text), mRtp(rtp) {
-        const Endpoint endpoint = endpointOf(text, part);
-        mSocket =
-                Descriptor(socket(endpoint.family(), SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-        if (!mSocket) refuse();
-        const int on = 1, buffer = 2 << 20;
-        // Several televisions of a machine may receive the same multicast.
-        if (endpoint.multicast) {
-            setsockopt(mSocket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
-        }
-        setsockopt(mSocket.get(), SOL_SOCKET, SO_RCVBUF, &buffer, sizeof(buffer));
-        if (bind(mSocket.get(), reinterpret_cast<const sockaddr*>(&endpoint.address),
-                 endpoint.size()) != 0) {
-            refuse();
-        }
-        if (endpoint.multicast && !join(endpoint)) refuse();
-    }
+    using AnySource::AnySource;
 
     State read(Batch* batch, milliseconds timeout) override {
         if (mEnded) return *mEnded;
         mPackets.clear();
         const Clock::time_point until = Clock::now() + timeout;
         while (mPackets.empty()) {
-            switch (wait(mSocket.get(), until)) {
+            switch (wait(mInput.get(), until)) {
                 case Wait::kInterrupted:
                     return end("interrupted");
                 case Wait::kTimeout:
@@ -338,8 +322,6 @@ class SocketSource : public AnySource {
                 case Wait::kReady:
                     break;
             }
-            // Some more come meanwhile, which costs less than to wake up for each.
-            if (wait(-1, Clock::now() + kGather) == Wait::kInterrupted) return end("interrupted");
             if (const auto state = receive()) return *state;
         }
         batch->packets = mPackets.data();
@@ -347,6 +329,35 @@ class SocketSource : public AnySource {
         batch->discontinuity = mDiscontinuity;
         mDiscontinuity = false;
         return State::kPackets;
+    }
+
+  protected:
+    /** Takes what is there, which may be no whole packet; a state if nothing more comes. */
+    virtual std::optional<State> receive() = 0;
+
+    /** Does not block. */
+    Descriptor mInput;
+};
+
+class SocketSource : public LiveSource {
+  public:
+    SocketSource(const std::string& text, const std::string& part, bool rtp)
+            : LiveSource(text), mRtp(rtp) {
+        const Endpoint endpoint = endpointOf(text, part);
+        mInput =
+                Descriptor(socket(endpoint.family(), SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+        if (!mInput) refuse();
+        const int on = 1, buffer = 2 << 20;
+        // Several televisions of a machine may receive the same multicast.
+        if (endpoint.multicast) {
+            setsockopt(mInput.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+        }
+        setsockopt(mInput.get(), SOL_SOCKET, SO_RCVBUF, &buffer, sizeof(buffer));
+        if (bind(mInput.get(), reinterpret_cast<const sockaddr*>(&endpoint.address),
+                 endpoint.size()) != 0) {
+            refuse();
+        }
+        if (endpoint.multicast && !join(endpoint)) refuse();
     }
 
   private:
@@ -358,20 +369,22 @@ class SocketSource : public AnySource {
             group.ipv6mr_multiaddr =
                     reinterpret_cast<const sockaddr_in6&>(endpoint.address).sin6_addr;
             group.ipv6mr_interface = endpoint.interface;
-            return setsockopt(mSocket.get(), IPPROTO_IPV6, IPV6_JOIN_GROUP, &group,
-                              sizeof(group)) == 0;
+            return setsockopt(mInput.get(), IPPROTO_IPV6, IPV6_JOIN_GROUP, &group, sizeof(group)) ==
+                   0;
         }
         ip_mreqn group{};
         group.imr_multiaddr = reinterpret_cast<const sockaddr_in&>(endpoint.address).sin_addr;
         group.imr_address = endpoint.interfaceAddress;
         group.imr_ifindex = static_cast<int>(endpoint.interface);
-        return setsockopt(mSocket.get(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof(group)) == 0;
+        return setsockopt(mInput.get(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof(group)) == 0;
     }
 
-    std::optional<State> receive() {
+    std::optional<State> receive() override {
+        // Some more come meanwhile, which costs less than to wake up for each.
+        if (wait(-1, Clock::now() + kGather) == Wait::kInterrupted) return end("interrupted");
         uint8_t datagram[0x10000];
         while (mPackets.size() < kReadSize) {
-            const ssize_t size = recv(mSocket.get(), datagram, sizeof(datagram), 0);
+            const ssize_t size = recv(mInput.get(), datagram, sizeof(datagram), 0);
             if (size < 0 && (errno == EAGAIN || errno == EINTR)) break;
             if (size < 0) return fail(strerror(errno));
             const uint8_t* payload = datagram;
@@ -412,18 +425,17 @@ class SocketSource : public AnySource {
     static constexpr milliseconds kGather{5};
 
     const bool mRtp;
-    Descriptor mSocket;
     std::optional<uint16_t> mSequence;
 };
 
-class PipeSource : public AnySource {
+class PipeSource : public LiveSource {
   public:
-    PipeSource(const std::string& text, const std::string& command) : AnySource(text) {
+    PipeSource(const std::string& text, const std::string& command) : LiveSource(text) {
         int ends[2];
         if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error(text + ": " + strerror(errno));
-        mOutput = Descriptor(ends[0]);
+        mInput = Descriptor(ends[0]);
         const Descriptor writing(ends[1]);
-        fcntl(mOutput.get(), F_SETFL, O_NONBLOCK);
+        fcntl(mInput.get(), F_SETFL, O_NONBLOCK);
 
         posix_spawn_file_actions_t actions;
         posix_spawnattr_t attributes;
@@ -451,38 +463,21 @@ class PipeSource : public AnySource {
 
     ~PipeSource() override { reap(false); }
 
-    State read(Batch* batch, milliseconds timeout) override {
-        if (mEnded) return *mEnded;
-        mPackets.clear();
-        const Clock::time_point until = Clock::now() + timeout;
-        while (mPackets.empty()) {
-            switch (wait(mOutput.get(), until)) {
-                case Wait::kInterrupted:
-                    return end("interrupted");
-                case Wait::kTimeout:
-                    return State::kSilence;
-                case Wait::kReady:
-                    break;
-            }
-            uint8_t bytes[kReadSize];
-            const ssize_t size = ::read(mOutput.get(), bytes, sizeof(bytes));
-            if (size < 0 && (errno == EAGAIN || errno == EINTR)) continue;
-            if (size < 0) return fail(strerror(errno));
-            if (size == 0) {
-                if (mAligner.finish(&mPackets)) mDiscontinuity = true;
-                if (mPackets.empty()) return end(reap(true));
-                break;
-            }
+  private:
+    std::optional<State> receive() override {
+        uint8_t bytes[kReadSize];
+        const ssize_t size = ::read(mInput.get(), bytes, sizeof(bytes));
+        if (size < 0 && (errno == EAGAIN || errno == EINTR)) return std::nullopt;
+        if (size < 0) return fail(strerror(errno));
+        if (size > 0) {
             if (mAligner.push(bytes, static_cast<size_t>(size), &mPackets)) mDiscontinuity = true;
+            return std::nullopt;
         }
-        batch->packets = mPackets.data();
-        batch->count = mPackets.size() / kPacketSize;
-        batch->discontinuity = mDiscontinuity;
-        mDiscontinuity = false;
-        return State::kPackets;
+        if (mAligner.finish(&mPackets)) mDiscontinuity = true;
+        if (mPackets.empty()) return end(reap(true));
+        return std::nullopt;
     }
 
-  private:
     /** Ends the command, after a moment for it to end by itself or at once; says how it ended. */
     std::string reap(bool patient) {
         if (mChild <= 0) return "has ended";
@@ -509,7 +504,6 @@ class PipeSource : public AnySource {
         return "has ended with status " + std::to_string(WEXITSTATUS(status));
     }
 
-    Descriptor mOutput;
     pid_t mChild = -1;
 };
 
