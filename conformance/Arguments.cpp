@@ -97,51 +97,6 @@ Json fit(Kind kind, int64_t number) {
 
 }  // namespace
 
-std::string hexOf(const std::string& bytes) {
-    static constexpr char kDigits[] = "0123456789abcdef";
-    std::string text;
-    for (const char c : bytes) {
-        text += kDigits[static_cast<unsigned char>(c) >> 4];
-        text += kDigits[static_cast<unsigned char>(c) & 15];
-    }
-    return text;
-}
-
-Json zeroOf(const transactions::Type& type) {
-    switch (type.kind) {
-        case Kind::kBool:
-            return false;
-        case Kind::kString:
-            return "";
-        case Kind::kVector:
-            return type.element->kind == Kind::kUint8 ? Json("") : Json::array();
-        case Kind::kStruct: {
-            Json json = Json::object();
-            for (const auto& field : type.fields) {
-                if (field.count == 0) {
-                    json[field.name] = zeroOf(*field.type);
-                } else if (field.type->kind == Kind::kUint8) {
-                    json[field.name] = std::string(field.count * 2, '0');
-                } else {
-                    json[field.name] = Json(field.count, zeroOf(*field.type));
-                }
-            }
-            return json;
-        }
-        case Kind::kHandle:
-        case Kind::kObject:
-            return nullptr;
-        default:
-            return 0;
-    }
-}
-
-Json zerosOf(const std::vector<transactions::Value>& values) {
-    Json json = Json::object();
-    for (const auto& value : values) json[value.name] = zeroOf(*value.type);
-    return json;
-}
-
 bool onlyReads(const transactions::Method& method) {
     static const std::set<std::string> kReads = {"get", "is",    "has",    "query",
                                                  "qry", "check", "convert"};
@@ -195,10 +150,11 @@ Json Plausible::value(const transactions::Method& method, const transactions::Va
     }
     if (type.kind == Kind::kVector && bound) {
         const auto count = static_cast<size_t>(of(kCapacities));
-        return type.element->kind == Kind::kUint8 ? Json(std::string(count * 2, '0'))
-                                                  : Json(count, zeroOf(*type.element));
+        return type.element->kind == Kind::kUint8
+                       ? Json(std::string(count * 2, '0'))
+                       : Json(count, transactions::zeroOf(*type.element));
     }
-    return zeroOf(type);
+    return transactions::zeroOf(type);
 }
 
 Json Plausible::next(const transactions::Method& method, const std::vector<const Rule*>& rules) {
@@ -308,7 +264,7 @@ std::string Hostile::bytes(size_t size) {
     const unsigned char all[] = {0, 0, 1, 1, 2, 0x7f, 0x80, 0xff};
     std::string filled;
     for (size_t i = 0; i < size; ++i) filled += static_cast<char>(all[below(std::size(all))]);
-    return filled;
+    return transactions::hexOf(filled.data(), filled.size());
 }
 
 Json Hostile::value(const transactions::Type& type, bool huge) {
@@ -320,7 +276,7 @@ Json Hostile::value(const transactions::Type& type, bool huge) {
             const size_t all[] = {0, 1, 2, 3, 4, 5, 8, 12, 16, 32, 64, 76, 260, 276, 304, 396, 628};
             size_t count = all[below(std::size(all))];
             if (huge) count = 60'000 / std::max<size_t>(type.element->size, 1);
-            if (type.element->kind == Kind::kUint8) return hexOf(bytes(count));
+            if (type.element->kind == Kind::kUint8) return bytes(count);
             Json json = Json::array();
             for (size_t i = 0; i < count; ++i) json.push_back(value(*type.element, false));
             return json;
@@ -331,7 +287,7 @@ Json Hostile::value(const transactions::Type& type, bool huge) {
                 if (field.count == 0) {
                     json[field.name] = value(*field.type, false);
                 } else if (field.type->kind == Kind::kUint8) {
-                    json[field.name] = hexOf(bytes(field.count));
+                    json[field.name] = bytes(field.count);
                 } else {
                     Json array = Json::array();
                     for (size_t i = 0; i < field.count; ++i) {

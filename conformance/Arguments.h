@@ -12,18 +12,11 @@
 
 namespace conformance {
 
-/** Zeros, empty texts and vectors; null for handles and objects. */
-Json zeroOf(const transactions::Type& type);
-Json zerosOf(const std::vector<transactions::Value>& values);
-
 /** Whether a method only reads, by its name. */
 bool onlyReads(const transactions::Method& method);
 
 /** Whether a method takes a record whose size is known. */
 bool takesRecords(const transactions::Method& method);
-
-/** Bytes as JSON has them. */
-std::string hexOf(const std::string& bytes);
 
 /**
  * Arguments that a service might accept. Values that it has answered with come back as arguments,

@@ -61,7 +61,7 @@ void answer(uint32_t code, Parcel* reply) {
     if (index >= callback->methods.size()) return;
     transactions::Files files;
     const auto& results = callback->methods[index].results;
-    transactions::write(results, zerosOf(results), reply, &files);
+    transactions::write(results, transactions::zerosOf(results), reply, &files);
 }
 
 }  // namespace

@@ -203,7 +203,8 @@ class Methods::Sweep {
     void callOnce(bool reading) {
         for (Examination& one : mExaminations) {
             if (mRun.gone()) return;
-            if (onlyReads(one.method()) == reading) one.call(zerosOf(one.method().parameters));
+            if (onlyReads(one.method()) == reading)
+                one.call(transactions::zerosOf(one.method().parameters));
         }
     }
 

@@ -36,7 +36,7 @@ def default_class(interface, methods):
             values = [f"{headers.value_type(kind)}{{}}" for kind, _ in answers]
             if headers.value_type(answers[-1][0]) == "int32_t":
                 values[-1] = "mCode"
-            # The library copies so many bytes whatever the code is.
+            # The library copies as many bytes as it has asked for, of a refusal too.
             words = [word for _, word in answers]
             if "block" in words and ("int32_t", "room") in parameters:
                 taken = [(kind, word if word == "room" else "") for kind, word in parameters]

@@ -29,18 +29,6 @@ namespace {
 
 constexpr size_t kVectorBuffer = hidl_vec<uint8_t>::kOffsetOfBuffer;
 
-std::string hexOf(const void* bytes, size_t size) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::string text;
-    text.reserve(size * 2);
-    const auto* at = static_cast<const uint8_t*>(bytes);
-    for (size_t i = 0; i < size; ++i) {
-        text += kDigits[at[i] >> 4];
-        text += kDigits[at[i] & 15];
-    }
-    return text;
-}
-
 std::string bytesOf(const Json& json) {
     if (!json.is_string()) throw Malformed("bytes are a text of hex digits");
     const auto& text = json.get_ref<const std::string&>();
@@ -413,6 +401,53 @@ constexpr uint32_t baseCode(const char (&letters)[4]) {
 }
 
 }  // namespace
+
+std::string hexOf(const void* bytes, size_t size) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::string text;
+    text.reserve(size * 2);
+    const auto* at = static_cast<const uint8_t*>(bytes);
+    for (size_t i = 0; i < size; ++i) {
+        text += kDigits[at[i] >> 4];
+        text += kDigits[at[i] & 15];
+    }
+    return text;
+}
+
+Json zeroOf(const Type& type) {
+    switch (type.kind) {
+        case Kind::kBool:
+            return false;
+        case Kind::kString:
+            return "";
+        case Kind::kVector:
+            return type.element->kind == Kind::kUint8 ? Json("") : Json::array();
+        case Kind::kStruct: {
+            Json json = Json::object();
+            for (const auto& field : type.fields) {
+                if (field.count == 0) {
+                    json[field.name] = zeroOf(*field.type);
+                } else if (field.type->kind == Kind::kUint8) {
+                    json[field.name] = std::string(field.count * 2, '0');
+                } else {
+                    json[field.name] = Json(field.count, zeroOf(*field.type));
+                }
+            }
+            return json;
+        }
+        case Kind::kHandle:
+        case Kind::kObject:
+            return nullptr;
+        default:
+            return 0;
+    }
+}
+
+Json zerosOf(const std::vector<Value>& values) {
+    Json json = Json::object();
+    for (const auto& value : values) json[value.name] = zeroOf(*value.type);
+    return json;
+}
 
 const Interface* findInterface(const std::string& name) {
     for (const Interface& interface : interfaces()) {

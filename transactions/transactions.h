@@ -84,6 +84,14 @@ const Interface* findInterface(const std::string& name);
 /** The name of a transaction that all interfaces have, "ping"; "" if it is none. */
 const char* baseMethod(uint32_t code);
 
+/** Bytes as JSON has them: two hex digits for each. */
+std::string hexOf(const void* bytes, size_t size);
+
+/** Zeros, empty texts and vectors; null for handles and objects. */
+Json zeroOf(const Type& type);
+/** zeroOf() for each value, under its name. */
+Json zerosOf(const std::vector<Value>& values);
+
 /** Values that a parcel does not have, or JSON that is no value of its type. */
 class Malformed : public std::runtime_error {
   public:

@@ -38,29 +38,6 @@ std::string descriptorOf(const std::string& name) {
     return main.substr(0, main.rfind(':') + 1) + name;
 }
 
-Json emptyOf(const transactions::Type& type) {
-    switch (type.kind) {
-        case Kind::kBool:
-            return false;
-        case Kind::kString:
-            return "";
-        case Kind::kVector:
-            return type.element->kind == Kind::kUint8 ? Json("") : Json::array();
-        case Kind::kStruct: {
-            Json json = Json::object();
-            for (const auto& field : type.fields) {
-                const bool bytes = field.type->kind == Kind::kUint8;
-                json[field.name] = field.count == 0 ? emptyOf(*field.type)
-                                   : bytes          ? Json(std::string(field.count * 2, '0'))
-                                                    : Json(field.count, emptyOf(*field.type));
-            }
-            return json;
-        }
-        default:
-            return 0;
-    }
-}
-
 std::string zeros(size_t bytes) {
     return std::string(bytes * 2, '0');
 }
@@ -135,8 +112,7 @@ struct FaultyService::State : std::enable_shared_from_this<State> {
             if (has("death") && edge == UINT32_MAX) host.kill();
             if (has("methods.answer")) return android::FAILED_TRANSACTION;
         }
-        Json results = Json::object();
-        for (const auto& result : method.results) results[result.name] = emptyOf(*result.type);
+        Json results = transactions::zerosOf(method.results);
         refuse(method, &results);
         const status_t status = answer(name, call, arguments, &results);
         if (status != OK) return status;
@@ -258,8 +234,7 @@ struct FaultyService::State : std::enable_shared_from_this<State> {
                 *transactions::findInterface("IQelTvApiCallback");
         for (const auto& method : callback.methods) {
             if (method.name != std::string("a_hidl_config_update_nfy_fct")) continue;
-            Json values = Json::object();
-            for (const auto& one : method.parameters) values[one.name] = emptyOf(*one.type);
+            Json values = transactions::zerosOf(method.parameters);
             values["name"] = name;
             transactions::Files files;
             Parcel reply;

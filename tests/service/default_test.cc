@@ -17,36 +17,6 @@ namespace {
 
 const bool sPrivate = qeltvapi::testing::wire::usePrivateRuntime();
 
-/** Zero, false and nothing, in the form of a type. */
-Json emptyValue(const transactions::Type& type);
-
-Json emptyField(const transactions::Type::Field& field) {
-    if (field.count == 0) return emptyValue(*field.type);
-    if (field.type->kind == Kind::kUint8) return std::string(2 * field.count, '0');
-    return Json(field.count, emptyValue(*field.type));
-}
-
-Json emptyValue(const transactions::Type& type) {
-    switch (type.kind) {
-        case Kind::kBool:
-            return false;
-        case Kind::kString:
-            return "";
-        case Kind::kVector:
-            return type.element->kind == Kind::kUint8 ? Json("") : Json::array();
-        case Kind::kStruct: {
-            Json object = Json::object();
-            for (const auto& field : type.fields) object[field.name] = emptyField(field);
-            return object;
-        }
-        case Kind::kHandle:
-        case Kind::kObject:
-            return nullptr;
-        default:
-            return 0;
-    }
-}
-
 struct Checked {
     size_t methods = 0;
     /** Methods with a block that clients copy without a look at the code. */
@@ -72,11 +42,10 @@ void expectUnsupported(Checked* checked) {
     for (uint32_t code = 1; code <= interface->methods.size(); ++code) {
         const transactions::Method& method = interface->methods[code - 1];
         SCOPED_TRACE(descriptor + " " + method.name);
-        Json arguments = Json::object();
+        Json arguments = transactions::zerosOf(method.parameters);
         bool takesObject = false;
         for (const auto& parameter : method.parameters) {
             takesObject |= parameter.type->kind == Kind::kObject;
-            arguments[parameter.name] = emptyValue(*parameter.type);
         }
         if (takesObject) continue;  // there is no empty one
         const bool copied = arguments.contains("room");
@@ -91,10 +60,7 @@ void expectUnsupported(Checked* checked) {
                                        },
                                        &reply));
         EXPECT_EQ(0, reply.readInt32());
-        Json expected = Json::object();
-        for (const auto& result : method.results) {
-            expected[result.name] = emptyValue(*result.type);
-        }
+        Json expected = transactions::zerosOf(method.results);
         if (!method.results.empty() && method.results.back().type->kind == Kind::kInt32) {
             expected[method.results.back().name] = QELTV_UNSUPPORTED;
         }

@@ -53,7 +53,7 @@ template <class Interface>
 class Forward;
 
 /**
- * A block for a client that copies so many bytes, whatever the code beside it is.
+ * A block for a client that copies as many bytes as it has asked for, of a refusal too.
  *
  * @param size 0 to QELTV_EVENT_BLOCK_MAXIMUM
  * @return so many zeros; an empty block for another size
